@@ -1,0 +1,30 @@
+#include "core/session_record.h"
+
+namespace brevlin {
+
+SessionRecord::SessionRecord(const FinishedSession& session)
+    : endedAt(session.endedAt)
+    , effectiveDuration(session.effectiveDuration)
+    , phaseRawValue(session.phase)
+    , outcomeRawValue(session.outcome)
+    , id(session.id)
+    , plannedStartAt(session.startedAt)
+    , actualStartAt(session.startedAt)
+    , scheduledEndAt(session.scheduledEndAt.value_or(session.endedAt))
+    , plannedDuration(session.plannedDuration)
+    , pauseDuration(session.pauseDuration)
+    , cycleIndex(session.cycleIndex)
+    , interruptionCount(session.interruptionCount)
+    , intention(session.intention.value_or(std::string{}))
+    , completedWhileAway(session.completedWhileAway)
+    , timeZoneIdentifierAtStart(session.timeZoneIdentifierAtStart)
+{}
+
+bool SessionRecord::operator==(const SessionRecord& other) const
+{
+    return id == other.id && phaseRawValue == other.phaseRawValue &&
+           outcomeRawValue == other.outcomeRawValue && endedAt == other.endedAt &&
+           effectiveDuration == other.effectiveDuration;
+}
+
+} // namespace brevlin

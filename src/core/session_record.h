@@ -1,0 +1,82 @@
+#pragma once
+
+#include "core/finished_session.h"
+#include "core/instant.h"
+#include "core/raw_value.h"
+#include "core/timer_vocabulary.h"
+#include "core/uuid.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace brevlin {
+
+/// The raw string of an enumeration as it was stored. A string that names no case is kept, so that a record
+/// of a later release survives being read and written by this one.
+template <typename E>
+class StoredRawValue final
+{
+public:
+    StoredRawValue(E value) // NOLINT(google-explicit-constructor): a case is its own stored form
+        : m_case(value)
+    {}
+    explicit StoredRawValue(std::string_view text) : m_case(fromRawValue<E>(text))
+    {
+        if (!m_case) {
+            m_unknown = std::make_shared<const std::string>(text);
+        }
+    }
+
+    /// The case, or nothing for a string that names none.
+    std::optional<E> value() const { return m_case; }
+    std::string_view text() const { return m_case ? rawValue(*m_case) : std::string_view{*m_unknown}; }
+
+    bool operator==(const StoredRawValue& other) const { return text() == other.text(); }
+
+private:
+    std::optional<E> m_case;
+    std::shared_ptr<const std::string> m_unknown; // set exactly when m_case is absent
+};
+
+/// One phase that ended, as the history keeps it. The fields that statistics read come first and share a
+/// cache line: a history of years is walked on every redraw.
+struct SessionRecord
+{
+    Instant endedAt; ///< the key of every ordering and of all statistics
+    Seconds effectiveDuration{0.0};
+    StoredRawValue<TimerPhase> phaseRawValue = TimerPhase::focus;
+    StoredRawValue<SessionOutcome> outcomeRawValue = SessionOutcome::completed;
+    Uuid id;
+    Instant plannedStartAt;
+    Instant actualStartAt;
+    Instant scheduledEndAt;
+    Seconds plannedDuration{0.0};
+    Seconds pauseDuration{0.0};
+    std::int64_t cycleIndex = 1;
+    std::int64_t interruptionCount = 0;
+    std::string intention; ///< empty when there was none
+    bool completedWhileAway = false;
+    std::string timeZoneIdentifierAtStart; ///< an IANA zone name
+
+    SessionRecord() = default;
+    explicit SessionRecord(const FinishedSession& session);
+
+    std::optional<TimerPhase> phase() const { return phaseRawValue.value(); }
+    std::optional<SessionOutcome> outcome() const { return outcomeRawValue.value(); }
+
+    /// Two records are equal when they tell of the same run with the same result; the other fields are not
+    /// compared.
+    bool operator==(const SessionRecord& other) const;
+};
+
+/// The order of every list of records, to be used with a stable sort: latest end first.
+inline bool endedLater(const SessionRecord& left, const SessionRecord& right)
+{
+    return left.endedAt > right.endedAt;
+}
+
+} // namespace brevlin
