@@ -9,6 +9,7 @@
 #include <QLocalServer>
 #include <QLocalSocket>
 #include <QStandardPaths>
+#include <QThread>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -28,6 +29,8 @@ const QString objectPath = QStringLiteral("/com/quillmark/Brevlin");
 const QString applicationInterface = QStringLiteral("org.freedesktop.Application");
 
 constexpr int answerTimeout = 3000; // milliseconds; only a second start waits, with nothing else to do
+constexpr int attempts = 20;
+constexpr unsigned long attemptInterval = 100; // milliseconds
 constexpr QByteArrayView acknowledgement{"ok"};
 
 QString ownToken()
@@ -64,7 +67,14 @@ ApplicationInstance::Claim ApplicationInstance::claim()
         return Claim::first;
     }
     const QString token = ownToken();
-    return activateThroughBus(token) || activateThroughSocket(token) ? Claim::activated : Claim::unreachable;
+    // The other process may hold the lock and not answer yet.
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        if (activateThroughBus(token) || activateThroughSocket(token)) {
+            return Claim::activated;
+        }
+        QThread::msleep(attemptInterval);
+    }
+    return Claim::unreachable;
 }
 
 bool ApplicationInstance::lockFolders()
