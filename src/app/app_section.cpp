@@ -1,6 +1,6 @@
 #include "app/app_section.h"
 
-#include "storage/section_store.h"
+#include "storage/main_window_store.h"
 
 namespace brevlin {
 
@@ -16,10 +16,9 @@ std::string_view title(AppSection section, AppLanguage language)
     return texts.at(static_cast<std::size_t>(section)).in(language);
 }
 
-SectionSelection::SectionSelection(UserDefaults& defaults, QObject* parent)
-    : QObject(parent), m_defaults(defaults)
+SectionSelection::SectionSelection(MainWindowStore& store, QObject* parent) : QObject(parent), m_store(store)
 {
-    const auto stored = loadSection(defaults);
+    const auto stored = store.section();
     m_section = stored ? fromRawValue<AppSection>(*stored).value_or(AppSection::timer) : AppSection::timer;
 }
 
@@ -29,7 +28,8 @@ void SectionSelection::select(AppSection section)
         return;
     }
     m_section = section;
-    saveSection(m_defaults, rawValue(section));
+    // A choice that cannot be written holds for this run.
+    [[maybe_unused]] const auto saved = m_store.saveSection(rawValue(section));
     Q_EMIT sectionChanged();
 }
 

@@ -10,7 +10,7 @@
 
 namespace brevlin {
 
-class UserDefaults;
+class MainWindowStore;
 
 /// The screens of the main window.
 enum class AppSection { timer, history, statistics, settings, about };
@@ -36,7 +36,7 @@ class SectionSelection final : public QObject
     Q_OBJECT
 
 public:
-    explicit SectionSelection(UserDefaults& defaults, QObject* parent = nullptr);
+    explicit SectionSelection(MainWindowStore& store, QObject* parent = nullptr);
 
     AppSection section() const { return m_section; }
     void select(AppSection section);
@@ -45,7 +45,7 @@ Q_SIGNALS:
     void sectionChanged();
 
 private:
-    UserDefaults& m_defaults;
+    MainWindowStore& m_store;
     AppSection m_section = AppSection::timer;
 };
 
