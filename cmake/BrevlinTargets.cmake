@@ -16,6 +16,12 @@ if(BREVLIN_SANITIZE)
     target_link_options(brevlin_options INTERFACE -fsanitize=address,undefined)
 endif()
 
+# Without the compiler's definitions moc takes the standard library for an old one and reads past its C++20 concepts,
+# which the moc of Qt 6.4 does not understand.
+function(brevlin_moc target enabled)
+    set_target_properties(${target} PROPERTIES AUTOMOC "${enabled}" AUTOMOC_COMPILER_PREDEFINES OFF)
+endfunction()
+
 # brevlin_library(Core SOURCES a.cpp … LINKS lib …) makes the static library Brevlin::Core. The headers of its folder
 # form its header set, so that the target all_verify_interface_header_sets compiles each of them alone.
 function(brevlin_library name)
@@ -29,7 +35,8 @@ function(brevlin_library name)
         ${target}
         PUBLIC brevlin_options ${ARG_LINKS}
         PRIVATE ${ARG_PRIVATE_LINKS})
-    set_target_properties(${target} PROPERTIES AUTOMOC "${ARG_QT}" VERIFY_INTERFACE_HEADER_SETS ON)
+    brevlin_moc(${target} "${ARG_QT}")
+    set_target_properties(${target} PROPERTIES VERIFY_INTERFACE_HEADER_SETS ON)
 endfunction()
 
 # brevlin_test(core SOURCES … LINKS Brevlin::Core) makes one test program whose tests CTest runs one by one.
@@ -39,7 +46,7 @@ function(brevlin_test name)
     add_executable(${target} ${ARG_SOURCES})
     target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
     target_link_libraries(${target} PRIVATE brevlin_options ${ARG_LINKS} GTest::gmock)
-    set_target_properties(${target} PROPERTIES AUTOMOC "${ARG_QT}")
+    brevlin_moc(${target} "${ARG_QT}")
     if(ARG_QT)
         # The test provides its own main, which makes the application object.
         target_link_libraries(${target} PRIVATE GTest::gtest)

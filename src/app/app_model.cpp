@@ -130,7 +130,7 @@ void AppModel::alignTicker()
 {
     // A firing is late by what the event loop was busy with, never early, unless the clock was adjusted.
     constexpr double rounding = 1e-5;
-    constexpr double tolerance = 0.995;
+    constexpr double tolerance = 0.998;
     if (m_snapshot.runState != TimerRunState::running) {
         return;
     }
