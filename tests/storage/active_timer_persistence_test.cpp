@@ -1,6 +1,5 @@
-#include "storage/active_timer_persistence.h"
-
 #include "core/timer_engine.h"
+#include "storage/active_timer_persistence.h"
 #include "storage/snapshot_document.h"
 #include "support/fake_clock.h"
 #include "support/memory_user_defaults.h"

@@ -89,8 +89,8 @@ TEST(JsonRules, every_doubtful_document_is_decided)
 
 TEST(JsonRules, the_first_of_two_equal_keys_holds)
 {
-    const auto snapshot = decodeTimerSnapshot(R"({"plannedDuration":7,"plannedDuration":"no",)" +
-                                              document("9").substr(1));
+    const auto snapshot =
+        decodeTimerSnapshot(R"({"plannedDuration":7,"plannedDuration":"no",)" + document("9").substr(1));
     ASSERT_TRUE(snapshot);
     EXPECT_EQ(snapshot->plannedDuration, Seconds{7.0});
 }

@@ -1,5 +1,4 @@
 #include "storage/main_window_store.h"
-
 #include "support/memory_user_defaults.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,4 @@
 #include "storage/preferences_store.h"
-
 #include "support/fake_clock.h"
 #include "support/memory_user_defaults.h"
 

@@ -1,6 +1,5 @@
-#include "storage/snapshot_document.h"
-
 #include "core/timer_engine.h"
+#include "storage/snapshot_document.h"
 
 #include <gtest/gtest.h>
 
