@@ -33,6 +33,8 @@ enum Field : std::size_t {
     fieldCount,
 };
 
+constexpr std::string_view opening = R"({"sessions":[)";
+
 // In the order of Field, which is also the sorted order of the file.
 constexpr std::array<std::string_view, fieldCount> keys{
     "actualStartAt",
@@ -165,11 +167,17 @@ void write(JsonWriter& writer, const SessionRecord& record)
 
 } // namespace
 
-Expected<std::string, DocumentError> encodeSessionArchive(const std::vector<SessionRecord>& sessions)
+Expected<std::string_view, DocumentError>
+SessionArchiveText::encode(const std::vector<SessionRecord>& sessions)
 {
+    // Room for the records of a few months; a short history does not need it.
+    constexpr std::size_t mostRoom = std::size_t{1} << 18;
     constexpr std::size_t frame = 64;
     constexpr std::size_t usualRecord = 512;
-    JsonWriter writer(frame + sessions.size() * usualRecord);
+    const std::size_t expectedSize = frame + sessions.size() * usualRecord;
+    m_begin = std::min(expectedSize, mostRoom);
+    forget();
+    JsonWriter writer(expectedSize, m_begin);
     writer.beginObject();
     writer.key("sessions");
     writer.beginArray();
@@ -179,7 +187,37 @@ Expected<std::string, DocumentError> encodeSessionArchive(const std::vector<Sess
     writer.endArray();
     writer.field("version", sessionArchiveVersion);
     writer.endObject();
-    return std::move(writer).finish();
+    auto text = std::move(writer).finish();
+    if (!text) {
+        return Unexpected{text.error()};
+    }
+    m_buffer = *std::move(text);
+    return std::string_view(m_buffer).substr(m_begin);
+}
+
+Expected<std::string_view, DocumentError>
+SessionArchiveText::encodeWithNewFirst(const std::vector<SessionRecord>& sessions)
+{
+    if (m_buffer.empty() || sessions.size() < 2) {
+        return encode(sessions);
+    }
+    JsonWriter writer;
+    write(writer, sessions.front());
+    const auto record = std::move(writer).finish();
+    if (!record) {
+        forget();
+        return Unexpected{record.error()};
+    }
+    // The opening moves to the front, and the record with its comma takes its place.
+    const std::size_t growth = record->size() + 1;
+    if (growth > m_begin) {
+        return encode(sessions);
+    }
+    m_begin -= growth;
+    char* at = std::copy(opening.begin(), opening.end(), m_buffer.data() + m_begin);
+    at = std::copy(record->begin(), record->end(), at);
+    *at = ',';
+    return std::string_view(m_buffer).substr(m_begin);
 }
 
 Expected<std::vector<SessionRecord>, DocumentError> decodeSessionArchive(const std::string& document)

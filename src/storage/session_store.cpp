@@ -1,6 +1,5 @@
 #include "storage/session_store.h"
 
-#include "storage/session_archive.h"
 #include "storage/set_aside.h"
 
 #include <algorithm>
@@ -56,6 +55,7 @@ void SessionStore::refresh()
     auto sessions = readArchive();
     if (sessions) {
         m_sessions = *std::move(sessions);
+        m_text.forget();
         m_lastError.reset();
     } else {
         fail(Operation::fetch, sessions.error().description);
@@ -97,7 +97,8 @@ std::optional<SessionRecord> SessionStore::insert(const FinishedSession& finishe
     const auto place = std::upper_bound(m_sessions.begin(), m_sessions.end(), record, endedLater);
     const auto inserted = m_sessions.insert(place, record);
     const auto offset = inserted - m_sessions.begin();
-    if (!save(Operation::insert)) {
+    const bool isFirst = offset == 0 && replaced.empty();
+    if (!save(Operation::insert, isFirst ? Change::newFirst : Change::any)) {
         m_sessions.erase(m_sessions.begin() + offset);
         putBack(std::move(replaced));
         return std::nullopt;
@@ -108,7 +109,7 @@ std::optional<SessionRecord> SessionStore::insert(const FinishedSession& finishe
 bool SessionStore::remove(const SessionRecord& record)
 {
     std::vector<TakenRecord> taken = takeRecords(record.id);
-    if (!save(Operation::delete_)) {
+    if (!save(Operation::delete_, Change::any)) {
         putBack(std::move(taken));
         return false;
     }
@@ -118,17 +119,18 @@ bool SessionStore::remove(const SessionRecord& record)
 bool SessionStore::clear()
 {
     std::vector<SessionRecord> kept = std::exchange(m_sessions, {});
-    if (!save(Operation::clear)) {
+    if (!save(Operation::clear, Change::any)) {
         m_sessions = std::move(kept);
         return false;
     }
     return true;
 }
 
-bool SessionStore::save(Operation operation)
+bool SessionStore::save(Operation operation, Change change)
 {
-    const auto saved = saveArchive();
+    const auto saved = saveArchive(change);
     if (!saved) {
+        m_text.forget();
         fail(operation, saved.error().description);
         return false;
     }
@@ -136,9 +138,10 @@ bool SessionStore::save(Operation operation)
     return true;
 }
 
-Expected<void, DocumentError> SessionStore::saveArchive()
+Expected<void, DocumentError> SessionStore::saveArchive(Change change)
 {
-    const auto document = encodeSessionArchive(m_sessions);
+    const auto document =
+        change == Change::newFirst ? m_text.encodeWithNewFirst(m_sessions) : m_text.encode(m_sessions);
     if (!document) {
         return Unexpected{document.error()};
     }

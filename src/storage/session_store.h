@@ -6,6 +6,7 @@
 #include "platform/clock.h"
 #include "platform/durable_file.h"
 #include "storage/document_error.h"
+#include "storage/session_archive.h"
 #include "storage/session_store_error.h"
 
 #include <cstddef>
@@ -52,6 +53,8 @@ public:
     bool clear();
 
 private:
+    enum class Change { newFirst, any };
+
     struct TakenRecord
     {
         std::size_t index;
@@ -60,8 +63,8 @@ private:
 
     void migrateLegacyArchiveIfNeeded();
     Expected<std::vector<SessionRecord>, DocumentError> readArchive();
-    Expected<void, DocumentError> saveArchive();
-    bool save(SessionStoreError::Operation operation);
+    Expected<void, DocumentError> saveArchive(Change change);
+    bool save(SessionStoreError::Operation operation, Change change);
     void fail(SessionStoreError::Operation operation, std::string description);
     std::vector<TakenRecord> takeRecords(Uuid id);
     void putBack(std::vector<TakenRecord> taken);
@@ -70,6 +73,7 @@ private:
     DurableFile& m_files;
     const Clock& m_clock;
     std::vector<SessionRecord> m_sessions;
+    SessionArchiveText m_text; // of m_sessions as they were saved last
     std::optional<SessionStoreError> m_lastError;
     bool m_fileIsUnreadable = false;
 };
