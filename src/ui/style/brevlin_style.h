@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QProxyStyle>
+
+namespace brevlin {
+
+/// The application's style: Fusion with the user's wish for less motion. Every animation asks the style of
+/// its widget, so that the wish needs no other channel.
+class BrevlinStyle final : public QProxyStyle
+{
+    Q_OBJECT
+
+public:
+    BrevlinStyle();
+
+    bool reducesMotion() const { return m_reducesMotion; }
+    /// Animations that are under way end at once.
+    void setReducesMotion(bool reducesMotion);
+
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* returnData) const override;
+    QRect subElementRect(SubElement element, const QStyleOption* option,
+                         const QWidget* widget) const override;
+
+private:
+    bool m_reducesMotion = false;
+};
+
+} // namespace brevlin

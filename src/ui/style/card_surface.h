@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QFrame>
+#include <QMargins>
+
+namespace brevlin {
+
+/// A container on a card: rounded, bordered by a hairline, with a faint shadow. Its contents rectangle keeps
+/// `padding` from the card's edge; give it a layout without margins. The widget is larger than the card by
+/// shadowMargins, which layouts do not see: under BrevlinStyle the card itself fills its place.
+class CardSurface final : public QFrame
+{
+    Q_OBJECT
+
+public:
+    static constexpr double cornerRadius = 14;
+    static constexpr QMargins shadowMargins{4, 3, 4, 5};
+
+    explicit CardSurface(int padding, QWidget* parent = nullptr);
+
+    /// The card without its shadow, in the widget's coordinates.
+    QRect cardRect() const { return rect().marginsRemoved(shadowMargins); }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+};
+
+} // namespace brevlin

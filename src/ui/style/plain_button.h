@@ -1,0 +1,48 @@
+#pragma once
+
+#include "ui/style/focus_ring.h"
+
+#include <QAbstractButton>
+
+namespace brevlin {
+
+enum class ControlState { normal, hovered, pressed, disabled };
+
+/// What every button of ours shares: one reading of hovered, pressed and disabled, a focus ring for the
+/// keyboard only, and focus that a click does not steal. Its text is its accessible name.
+class PlainButton : public QAbstractButton
+{
+    Q_OBJECT
+
+public:
+    explicit PlainButton(QWidget* parent = nullptr);
+
+    ControlState state() const;
+    bool showsFocusRing() const { return m_keyboardFocus.isShown(); }
+
+protected:
+    bool event(QEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+
+private:
+    KeyboardFocus m_keyboardFocus;
+};
+
+/// A plain button that stands for one of several places and may be the one that is shown. Assistive
+/// technology sees a tab that is selected or not.
+class SelectableButton : public PlainButton
+{
+    Q_OBJECT
+
+public:
+    explicit SelectableButton(QWidget* parent = nullptr);
+
+    bool isSelected() const { return m_isSelected; }
+    void setSelected(bool isSelected);
+
+private:
+    bool m_isSelected = false;
+};
+
+} // namespace brevlin
