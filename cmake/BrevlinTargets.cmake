@@ -16,10 +16,14 @@ if(BREVLIN_SANITIZE)
     target_link_options(brevlin_options INTERFACE -fsanitize=address,undefined)
 endif()
 
-# Without the compiler's definitions moc takes the standard library for an old one and reads past its C++20 concepts,
-# which the moc of Qt 6.4 does not understand.
+# The moc of Qt 6.4 stumbles over some headers of the standard library. It needs nothing from them, so their include
+# guards tell it that it has read them.
 function(brevlin_moc target enabled)
-    set_target_properties(${target} PROPERTIES AUTOMOC "${enabled}" AUTOMOC_COMPILER_PREDEFINES OFF)
+    set_target_properties(
+        ${target}
+        PROPERTIES AUTOMOC "${enabled}"
+                   AUTOMOC_COMPILER_PREDEFINES OFF
+                   AUTOMOC_MOC_OPTIONS "-D_GLIBCXX_CHRONO;-D_GLIBCXX_COMPARE;-D_GLIBCXX_CONCEPTS")
 endfunction()
 
 # brevlin_library(Core SOURCES a.cpp … LINKS lib …) makes the static library Brevlin::Core. The headers of its folder

@@ -16,7 +16,7 @@ namespace brevlin {
 
 namespace {
 
-constexpr int minimumHeight = 86;
+constexpr int leastHeight = 86;
 constexpr double ruleHeight = 46.0;
 
 QString number(std::int64_t value, const BilingualText& unit, AppLanguage language)
@@ -32,7 +32,7 @@ TodayStrip::TodayStrip(AppModel& model, QWidget* parent)
     , m_metrics{new MetricView(Symbol::timer, this), new MetricView(Symbol::checkmarkCircle, this),
                 new MetricView(Symbol::flame, this), new MetricView(Symbol::chartLineUptrendXyaxis, this)}
 {
-    setMinimumHeight(minimumHeight);
+    setMinimumHeight(leastHeight);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(0);
