@@ -16,6 +16,10 @@ if(BREVLIN_SANITIZE)
     target_link_options(brevlin_options INTERFACE -fsanitize=address,undefined)
 endif()
 
+if(BREVLIN_FUZZ)
+    target_compile_options(brevlin_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
 # brevlin_library(Core SOURCES a.cpp … LINKS lib …) makes the static library Brevlin::Core. The headers of its folder
 # form its header set, so that the target all_verify_interface_header_sets compiles each of them alone.
 function(brevlin_library name)
