@@ -16,6 +16,10 @@ if(BREVLIN_SANITIZE)
     target_link_options(brevlin_options INTERFACE -fsanitize=address,undefined)
 endif()
 
+if(BREVLIN_FUZZ)
+    target_compile_options(brevlin_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
 # The moc of Qt 6.4 stumbles over some headers of the standard library. It needs nothing from them, so their include
 # guards tell it that it has read them.
 function(brevlin_moc target enabled)

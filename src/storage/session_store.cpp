@@ -180,9 +180,10 @@ std::vector<SessionStore::TakenRecord> SessionStore::takeRecords(Uuid id)
 // In the opposite order of taking: each index is then what it was.
 void SessionStore::putBack(std::vector<TakenRecord> taken)
 {
-    for (auto entry = taken.rbegin(); entry != taken.rend(); ++entry) {
-        m_sessions.insert(m_sessions.begin() + static_cast<std::ptrdiff_t>(entry->index),
-                          std::move(entry->record));
+    while (!taken.empty()) {
+        m_sessions.insert(m_sessions.begin() + static_cast<std::ptrdiff_t>(taken.back().index),
+                          std::move(taken.back().record));
+        taken.pop_back();
     }
 }
 

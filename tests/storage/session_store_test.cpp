@@ -1,3 +1,4 @@
+#include "storage/session_archive.h"
 #include "storage/session_store.h"
 #include "support/fake_clock.h"
 #include "support/memory_durable_file.h"
@@ -95,6 +96,8 @@ TEST_F(SessionStoreTest, after_any_change_the_file_holds_what_memory_holds)
         ASSERT_TRUE(record);
         EXPECT_EQ(record->endedAt, Instant{Seconds{endedAt}});
         EXPECT_EQ(open().sessions(), store.sessions()) << number;
+        SessionArchiveText anew;
+        EXPECT_EQ(file(), *anew.encode(store.sessions())) << number;
     }
     EXPECT_EQ(ids(store.sessions()), "19 18 12 16 15 14 13 11 17 ");
     ASSERT_TRUE(store.remove(store.sessions()[2]));
@@ -126,6 +129,20 @@ TEST_F(SessionStoreTest, records_of_one_instant_keep_the_order_of_the_file)
     std::string& text = file();
     text.replace(text.find("\"endedAt\":1000"), 14, "\"endedAt\":999.5");
     EXPECT_EQ(ids(open().sessions()), "12 13 11 ");
+}
+
+TEST_F(SessionStoreTest, records_that_share_an_id_go_and_come_back_together)
+{
+    std::string text = twoRecords();
+    text.replace(text.find("]"), 0, "," + text.substr(13, text.find("}") - 12));
+    file() = text;
+    SessionStore store = open();
+    ASSERT_EQ(ids(store.sessions()), "12 12 11 ");
+    m_files.failures.failOperation(1);
+    EXPECT_FALSE(store.remove(store.sessions()[1]));
+    EXPECT_EQ(ids(store.sessions()), "12 12 11 ");
+    EXPECT_TRUE(store.remove(store.sessions()[1]));
+    EXPECT_EQ(ids(store.sessions()), "11 ");
 }
 
 TEST_F(SessionStoreTest, unknown_raw_values_and_any_order_of_keys_are_read_and_kept)

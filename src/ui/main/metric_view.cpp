@@ -1,6 +1,7 @@
 #include "ui/main/metric_view.h"
 
 #include "ui/main/spoken_element.h"
+#include "ui/main/text.h"
 #include "ui/style/theme.h"
 #include "ui/style/typography.h"
 
@@ -73,7 +74,7 @@ void MetricView::paintEvent(QPaintEvent* /*event*/)
     const double titleX = padding + symbolSize + symbolSpacing;
     const QString shownTitle =
         QFontMetricsF(titleFont).elidedText(m_title, Qt::ElideRight, width - titleX + padding);
-    painter.drawText(QRectF(titleX, y, width, titleHeight), Qt::AlignLeft | Qt::AlignVCenter, shownTitle);
+    drawTextOnBaseline(painter, QRectF(titleX, y, width, titleHeight), Qt::AlignLeft, shownTitle);
 
     y += titleHeight + lineSpacing;
     const double needed = QFontMetricsF(valueFont(1.0)).horizontalAdvance(m_value);
@@ -82,8 +83,7 @@ void MetricView::paintEvent(QPaintEvent* /*event*/)
     painter.setPen(theme.color(ThemeColor::label));
     const QString shownValue =
         QFontMetricsF(valueFont(scale)).elidedText(m_value, Qt::ElideRight, std::ceil(width) + 1);
-    painter.drawText(QRectF(padding, y, width + 2, valueHeight), Qt::AlignLeft | Qt::AlignVCenter,
-                     shownValue);
+    drawTextOnBaseline(painter, QRectF(padding, y, width, valueHeight), Qt::AlignLeft, shownValue);
 }
 
 } // namespace brevlin

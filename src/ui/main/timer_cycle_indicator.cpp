@@ -114,7 +114,7 @@ void TimerCycleIndicator::paintEvent(QPaintEvent* /*event*/)
         const double advance = QFontMetricsF(font).horizontalAdvance(text);
         painter.setFont(font);
         painter.setPen(theme.color(ThemeColor::secondaryLabel));
-        painter.drawText(QRectF(x, 0, advance + 1, height()), Qt::AlignLeft | Qt::AlignVCenter, text);
+        drawTextOnBaseline(painter, QRectF(x, 0, advance, height()), Qt::AlignLeft, text);
         x += advance;
     };
 

@@ -47,7 +47,6 @@ TimerRingView::TimerRingView(AppModel& model, const TimerRingMetrics& metrics, Q
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     makeSpokenElement(*this, QAccessible::Clock, [this] { return spokenText(); });
 
-    m_time->setBackdrop(ThemeColor::panelBackground);
     connect(m_progress, &ValueAnimation::valueChanged, this, &TimerRingView::repaintArc);
     connect(&model, &AppModel::remainingSecondsChanged, this, [this] {
         updateTime();
@@ -204,7 +203,7 @@ void TimerRingView::paintEvent(QPaintEvent* event)
     if (!m_endText.isEmpty()) {
         painter.setFont(endTextFont(m_metrics.diameter));
         painter.setPen(theme.color(ThemeColor::secondaryLabel));
-        painter.drawText(m_endTextRect, Qt::AlignCenter, m_endText);
+        drawTextOnBaseline(painter, m_endTextRect, Qt::AlignHCenter, m_endText);
     }
 }
 
