@@ -157,7 +157,7 @@ void MainWindow::restoreGeometry()
     m_normalGeometry = {0, 0, defaultSize.width(), defaultSize.height(), false};
     const auto stored = m_store.geometry();
     if (!stored) {
-        resize(defaultSize.grownBy(m_frame->margins()));
+        placeInCentre(defaultSize);
         return;
     }
     // A screen may have gone since: the window keeps its place only where its title bar can be reached.
@@ -172,13 +172,22 @@ void MainWindow::restoreGeometry()
     if (canBeReached) {
         setGeometry(content.marginsAdded(m_frame->margins()));
     } else {
-        resize(size.grownBy(m_frame->margins()));
+        placeInCentre(size);
     }
     m_normalGeometry = {content.x(), content.y(), size.width(), size.height(), false};
     m_savedGeometry = *stored;
     if (stored->maximized) {
         setWindowState(Qt::WindowMaximized);
     }
+}
+
+void MainWindow::placeInCentre(const QSize& contentSize)
+{
+    QRect content(QPoint(), contentSize);
+    if (const QScreen* primary = QGuiApplication::primaryScreen()) {
+        content.moveCenter(primary->availableGeometry().center());
+    }
+    setGeometry(content.marginsAdded(m_frame->margins()));
 }
 
 void MainWindow::rememberGeometry()
