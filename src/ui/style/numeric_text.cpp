@@ -38,11 +38,11 @@ NumericText::Cells::Cells(const QFont& font) : metrics(font)
 }
 
 NumericText::NumericText(const QFont& font, QWidget* parent)
-    : QWidget(parent), m_font(font), m_cells(font), m_transition(new ValueAnimation(*this, 1))
+    : QWidget(parent), m_font(font), m_cells(font), m_transition(*this, 1)
 {
     installAccessibility();
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
-    connect(m_transition, &ValueAnimation::valueChanged, this, &NumericText::updateChanged);
+    connect(&m_transition, &ValueAnimation::valueChanged, this, &NumericText::updateChanged);
 }
 
 std::vector<NumericText::Piece> NumericText::pieces(const QString& text, const Cells& cells)
@@ -78,7 +78,7 @@ void NumericText::setText(const QString& text)
     if (text == m_text)
         return;
     m_text = text;
-    m_transition->setValue(1);
+    m_transition.setValue(1);
 
     std::vector<Piece> before = std::move(m_steady);
     before.insert(before.end(), m_arriving.begin(), m_arriving.end());
@@ -99,8 +99,8 @@ void NumericText::setText(const QString& text)
     std::ranges::copy_if(before, std::back_inserter(m_leaving), [&after](const Piece& piece) {
         return std::ranges::find(after, piece) == after.end();
     });
-    m_transition->setValue(0);
-    m_transition->animateTo(1, fade);
+    m_transition.setValue(0);
+    m_transition.animateTo(1, fade);
 }
 
 void NumericText::setTextFont(const QFont& font)
@@ -109,7 +109,7 @@ void NumericText::setTextFont(const QFont& font)
         return;
     m_font = font;
     m_cells = Cells(font);
-    m_transition->setValue(1);
+    m_transition.setValue(1);
     m_steady = pieces(m_text, m_cells);
     m_arriving.clear();
     m_leaving.clear();
@@ -167,7 +167,7 @@ void NumericText::paintEvent(QPaintEvent* event)
     painter.translate(place.left, place.baseline);
     painter.scale(place.scale, place.scale);
 
-    const double progress = m_transition->value();
+    const double progress = m_transition.value();
     paintPieces(painter, m_steady, 1);
     paintPieces(painter, m_leaving, 1 - progress);
     paintPieces(painter, m_arriving, progress);
