@@ -16,6 +16,20 @@ if(BREVLIN_SANITIZE)
     target_link_options(brevlin_options INTERFACE -fsanitize=address,undefined)
 endif()
 
+if(BREVLIN_FUZZ)
+    target_compile_options(brevlin_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
+# The moc of Qt 6.4 stumbles over some headers of the standard library. It needs nothing from them, so their include
+# guards tell it that it has read them.
+function(brevlin_moc target enabled)
+    set_target_properties(
+        ${target}
+        PROPERTIES AUTOMOC "${enabled}"
+                   AUTOMOC_COMPILER_PREDEFINES OFF
+                   AUTOMOC_MOC_OPTIONS "-D_GLIBCXX_CHRONO;-D_GLIBCXX_COMPARE;-D_GLIBCXX_CONCEPTS")
+endfunction()
+
 # brevlin_library(Core SOURCES a.cpp … LINKS lib …) makes the static library Brevlin::Core. The headers of its folder
 # form its header set, so that the target all_verify_interface_header_sets compiles each of them alone.
 function(brevlin_library name)
@@ -29,7 +43,8 @@ function(brevlin_library name)
         ${target}
         PUBLIC brevlin_options ${ARG_LINKS}
         PRIVATE ${ARG_PRIVATE_LINKS})
-    set_target_properties(${target} PROPERTIES AUTOMOC "${ARG_QT}" VERIFY_INTERFACE_HEADER_SETS ON)
+    brevlin_moc(${target} "${ARG_QT}")
+    set_target_properties(${target} PROPERTIES VERIFY_INTERFACE_HEADER_SETS ON)
 endfunction()
 
 # brevlin_test(core SOURCES … LINKS Brevlin::Core) makes one test program whose tests CTest runs one by one.
@@ -39,7 +54,7 @@ function(brevlin_test name)
     add_executable(${target} ${ARG_SOURCES})
     target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
     target_link_libraries(${target} PRIVATE brevlin_options ${ARG_LINKS} GTest::gmock)
-    set_target_properties(${target} PROPERTIES AUTOMOC "${ARG_QT}")
+    brevlin_moc(${target} "${ARG_QT}")
     if(ARG_QT)
         # The test provides its own main, which makes the application object.
         target_link_libraries(${target} PRIVATE GTest::gtest)

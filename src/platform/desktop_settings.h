@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 
 namespace brevlin {
 
@@ -12,11 +13,11 @@ public:
 
     virtual ~DesktopSettings() = default;
 
-    /// Light until the desktop has answered otherwise.
-    virtual ColorScheme colorScheme() const = 0;
+    /// Nothing while the desktop has not answered, or where it leaves the choice to the program.
+    virtual std::optional<ColorScheme> colorScheme() const = 0;
     /// False until the desktop has answered otherwise.
     virtual bool reducesMotion() const = 0;
-    /// Called on the main thread after either value has changed.
+    /// Called on the main thread after the desktop's first answer (or refusal) and after every change.
     virtual void setChangeHandler(std::function<void()> handler) = 0;
 };
 

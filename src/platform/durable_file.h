@@ -29,7 +29,8 @@ public:
     virtual Expected<std::optional<std::string>, FileError> read(const std::string& path) const = 0;
     /// Replaces the file as a whole: whoever reads it finds the old or the new bytes. Creates missing folders
     /// (0700); a new file gets mode 0600, an existing one keeps its mode. A symbolic link is followed, not
-    /// replaced.
+    /// replaced. After an error the old bytes still stand; only when the very last step failed, making the
+    /// new name durable, may the new ones be found.
     virtual Expected<void, FileError> write(const std::string& path, std::string_view bytes) = 0;
     /// Renames a file within its folder. An existing target is never replaced: that is an error (EEXIST).
     virtual Expected<void, FileError> rename(const std::string& from, const std::string& to) = 0;

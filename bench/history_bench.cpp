@@ -1,0 +1,160 @@
+// What a long history costs, as ratios to what the JSON library and the file system cost for the same bytes.
+// Every pair is measured in turns in one run, so that a change of the machine's load hits both sides.
+
+#include "platform/freedesktop/files/posix_durable_file.h"
+#include "storage/session_archive.h"
+#include "storage/session_store.h"
+#include "support/fake_clock.h"
+
+#include <fcntl.h>
+#include <simdjson.h>
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace brevlin;
+
+constexpr int recordCount = 100'000;
+constexpr int repetitions = 15;
+
+FinishedSession session(std::mt19937_64& random, int index)
+{
+    std::uniform_real_distribution<double> fraction(0.0, 1.0);
+    FinishedSession result;
+    result.id = Uuid::random();
+    result.phase = index % 2 == 0 ? TimerPhase::focus : TimerPhase::shortBreak;
+    result.outcome = index % 9 == 0 ? SessionOutcome::skipped : SessionOutcome::completed;
+    result.startedAt = Instant{Seconds{6e8 + index * 1800.0 + fraction(random)}};
+    result.endedAt = result.startedAt + Seconds{1500.0};
+    result.scheduledEndAt = result.endedAt;
+    result.plannedDuration = Seconds{1500.0};
+    result.effectiveDuration = index % 9 == 0 ? Seconds{1500.0 * fraction(random)} : Seconds{1500.0};
+    result.pauseDuration = index % 5 == 0 ? Seconds{60.0 * fraction(random)} : Seconds{0.0};
+    result.cycleIndex = index % 4 + 1;
+    if (index % 3 == 0) {
+        result.intention = "Write chapter " + std::to_string(index % 40);
+    }
+    result.timeZoneIdentifierAtStart = "Asia/Shanghai";
+    return result;
+}
+
+double seconds(const std::function<void()>& work)
+{
+    const auto begin = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+}
+
+double median(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+void require(bool condition, const char* what)
+{
+    if (!condition) {
+        std::fprintf(stderr, "history_bench: %s\n", what);
+        std::exit(1);
+    }
+}
+
+void rawWrite(const std::string& folder, const std::string& bytes)
+{
+    const std::string temporary = folder + "/raw.tmp";
+    const int file = ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    std::size_t written = 0;
+    while (written < bytes.size()) {
+        const ssize_t count = ::write(file, bytes.data() + written, bytes.size() - written);
+        require(count > 0, "the raw write failed");
+        written += static_cast<std::size_t>(count);
+    }
+    require(::fsync(file) == 0 && ::close(file) == 0, "the raw fsync failed");
+    require(::rename(temporary.c_str(), (folder + "/raw.json").c_str()) == 0, "the raw rename failed");
+    const int directory = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    require(::fsync(directory) == 0 && ::close(directory) == 0, "the raw fsync of the folder failed");
+}
+
+void printRow(const char* what, const std::vector<double>& ours, const std::vector<double>& theirs,
+              double goal)
+{
+    std::vector<double> ratios;
+    for (std::size_t index = 0; index < ours.size(); ++index) {
+        ratios.push_back(ours[index] / theirs[index]);
+    }
+    std::printf("| %-22s | %8.1f ms | %8.1f ms | %5.2f | %5.2f |\n", what, median(ours) * 1e3,
+                median(theirs) * 1e3, median(ratios), goal);
+}
+
+} // namespace
+
+// The folder to write in is the argument: the ratio depends on the disk. /tmp is often not one.
+int main(int argumentCount, char** arguments)
+{
+    std::string folder = std::string(argumentCount > 1 ? arguments[1] : ".") + "/brevlin-bench-XXXXXX";
+    require(::mkdtemp(folder.data()) != nullptr, "no folder to write in");
+
+    std::mt19937_64 random(20260131);
+    std::vector<SessionRecord> records;
+    for (int index = recordCount; index-- > 0;) {
+        records.emplace_back(session(random, index));
+    }
+    PosixDurableFile files;
+    const test::FakeClock clock;
+    const std::string path = std::filesystem::absolute(folder).string() + "/sessions-v1.json";
+    SessionArchiveText text;
+    const std::string document(*text.encode(records));
+    require(bool(files.write(path, document)), "the history cannot be written");
+
+    std::vector<double> load;
+    std::vector<double> parse;
+    for (int turn = 0; turn < repetitions; ++turn) {
+        parse.push_back(seconds([&] {
+            simdjson::dom::parser parser;
+            require(parser.parse(document).error() == simdjson::SUCCESS, "the library cannot parse");
+        }));
+        load.push_back(seconds([&] {
+            const SessionStore store({path, {}}, files, clock);
+            require(store.sessions().size() == std::size_t{recordCount}, "the history cannot be loaded");
+        }));
+    }
+
+    // The first change after a start writes every number anew, the following ones keep the text.
+    std::vector<double> firstInsert;
+    std::vector<double> firstRaw;
+    for (int turn = 0; turn < 5; ++turn) {
+        SessionStore store({path, {}}, files, clock);
+        const FinishedSession next = session(random, recordCount + turn);
+        firstRaw.push_back(seconds([&] { rawWrite(folder, document); }));
+        firstInsert.push_back(seconds([&] { require(store.insert(next).has_value(), "insert failed"); }));
+    }
+
+    SessionStore store({path, {}}, files, clock);
+    require(store.insert(session(random, recordCount + repetitions)).has_value(), "insert failed");
+    std::vector<double> insert;
+    std::vector<double> raw;
+    for (int turn = 0; turn < repetitions; ++turn) {
+        raw.push_back(seconds([&] { rawWrite(folder, document); }));
+        const FinishedSession next = session(random, recordCount + repetitions + 1 + turn);
+        insert.push_back(seconds([&] { require(store.insert(next).has_value(), "insert failed"); }));
+    }
+    std::printf("%d records, %.1f MB, medians of %d turns\n", recordCount,
+                static_cast<double>(document.size()) / 1e6, repetitions);
+    std::printf("| %-22s | %11s | %11s | %5s | %5s |\n", "what", "ours", "reference", "ratio", "goal");
+    printRow("load / parse", load, parse, 2.0);
+    printRow("first insert / raw", firstInsert, firstRaw, 1.5);
+    printRow("insert / raw write", insert, raw, 1.5);
+    std::filesystem::remove_all(folder);
+    return 0;
+}

@@ -1,0 +1,52 @@
+// Whatever is decoded must be encodable, and must then read back as the same value: a document that could be
+// read but never saved again would stop the program from recording anything.
+
+#include "storage/app_preferences.h"
+#include "storage/session_archive.h"
+#include "storage/snapshot_document.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+
+using namespace brevlin;
+
+namespace {
+
+void require(bool condition)
+{
+    if (!condition) {
+        std::abort();
+    }
+}
+
+template <typename T>
+void roundTrip(const Expected<T, DocumentError>& decoded,
+               Expected<T, DocumentError> (*decode)(const std::string&))
+{
+    if (decoded) {
+        const auto text = encode(*decoded);
+        require(bool(text));
+        const auto again = decode(*text);
+        require(again && *again == *decoded);
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    const std::string document(reinterpret_cast<const char*>(data), size);
+    roundTrip(decodeTimerSnapshot(document), decodeTimerSnapshot);
+    roundTrip(decodeFinishedSession(document), decodeFinishedSession);
+    roundTrip(decodeAppPreferences(document), decodeAppPreferences);
+    if (const auto sessions = decodeSessionArchive(document)) {
+        SessionArchiveText text;
+        const auto encoded = text.encode(*sessions);
+        require(bool(encoded));
+        const auto again = decodeSessionArchive(std::string(*encoded));
+        require(again && *again == *sessions);
+    }
+    return 0;
+}

@@ -1,0 +1,379 @@
+#include "app/app_model.h"
+
+#include <QPointer>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace brevlin {
+
+namespace {
+
+constexpr BilingualText timerStateReset{"计时状态已重置", "Timer state reset"};
+constexpr BilingualText timerStateResetDetail{
+    "上次保存的计时状态无法读取，已安全恢复为默认状态。",
+    "The previous timer state could not be read and was safely reset."};
+constexpr BilingualText historyUnreadable{"本地记录读取失败", "Failed to load local history"};
+constexpr BilingualText recordNotSaved{"记录保存失败", "Failed to save record"};
+constexpr BilingualText timerStateNotSaved{"计时状态保存失败", "Failed to save timer state"};
+constexpr BilingualText notificationNotScheduled{"提醒安排失败", "Failed to schedule notification"};
+constexpr BilingualText notificationsNotEnabled{"无法开启通知", "Unable to enable notifications"};
+
+constexpr const char* completionSoundName = "Glass";
+constexpr Seconds tickInterval{1.0};
+
+bool permitsNotifications(NotificationAuthorizationState state)
+{
+    return state == NotificationAuthorizationState::authorized ||
+           state == NotificationAuthorizationState::provisional;
+}
+
+} // namespace
+
+AppModel::AppModel(AppModelParts parts, QObject* parent)
+    : QObject(parent)
+    , m_parts(std::move(parts))
+    , m_calendar(m_parts.clock.timeZoneIdentifier(), m_parts.userLocale)
+{
+    restore();
+    connectParts();
+    startTicker();
+    observeSystemEvents();
+}
+
+AppModel::~AppModel()
+{
+    m_parts.systemEvents.setObserver({});
+    m_parts.notificationService->setActionHandler({});
+    m_parts.soundService->setPlaybackStateHandler({});
+}
+
+void AppModel::restore()
+{
+    m_preferences = m_parts.preferencesStore->load();
+
+    std::optional<TimerSnapshot> restored;
+    auto stored = m_parts.activeTimerPersistence->load();
+    if (stored) {
+        restored = *stored;
+    } else {
+        // Keeps what could not be read under another name; should that fail, the next save tries again.
+        [[maybe_unused]] const auto cleared = m_parts.activeTimerPersistence->clear();
+        raise(timerStateReset, std::string{timerStateResetDetail.in(language())});
+    }
+    if (const auto& error = m_parts.sessionStore->lastError(); error && !m_appMessage) {
+        raise(historyUnreadable, error->errorDescription());
+    }
+    m_parts.notificationService->setLanguage(language());
+
+    const bool wasRunning = restored && restored->runState == TimerRunState::running;
+    m_engine.emplace(m_preferences.timerSettings, std::move(restored),
+                     [this] { return m_parts.clock.timeZoneIdentifier(); });
+    m_snapshot = m_engine->snapshot();
+    m_remainingSeconds = m_snapshot.remainingSeconds(now());
+    m_launchAtLoginStatus = m_parts.launchAtLoginService->status();
+    m_startUpTask = m_parts.scheduler.after(
+        Seconds::zero(), [this, wasRunning] { refreshSystemStateAndReconcile(wasRunning); });
+}
+
+void AppModel::connectParts()
+{
+    m_parts.notificationService->setActionHandler(
+        [this](const TimerNotificationAction& action, const std::optional<Uuid>& sessionID) {
+            handleNotificationAction(action, sessionID);
+        });
+    m_parts.soundService->setPlaybackStateHandler([this](bool playing) {
+        if (std::exchange(m_isAlertSoundPlaying, playing) != playing) {
+            Q_EMIT alertSoundPlayingChanged();
+        }
+        m_parts.capsule.refresh();
+    });
+}
+
+void AppModel::observeSystemEvents()
+{
+    SystemEvents::Observer observer;
+    observer.willSleep = [this] {
+        m_isAsleep = true;
+    };
+    observer.didWake = [this] {
+        m_isAsleep = false;
+        refreshCalendar();
+        reconcile(true);
+        tick();
+    };
+    observer.didBecomeActive = [this] {
+        refreshCalendar();
+        reconcile(m_isAsleep);
+    };
+    observer.clockDidChange = [this] {
+        refreshCalendar();
+        tick();
+    };
+    m_parts.systemEvents.setObserver(std::move(observer));
+}
+
+void AppModel::startTicker()
+{
+    // While a phase runs, one firing is to fall on its end, so that the end is noticed when it comes and the
+    // digits change on the second.
+    Seconds first = tickInterval;
+    if (m_snapshot.runState == TimerRunState::running) {
+        const Seconds untilFullSecond{std::fmod(m_snapshot.remainingSeconds(now()).count(), 1.0)};
+        first = untilFullSecond > Seconds::zero() ? untilFullSecond : tickInterval;
+    }
+    m_ticker = m_parts.scheduler.every(first, tickInterval, [this] { tick(); });
+}
+
+void AppModel::alignTicker()
+{
+    // A firing is late by what the event loop was busy with, never early, unless the clock was adjusted.
+    constexpr double rounding = 1e-5;
+    constexpr double tolerance = 0.998;
+    if (m_snapshot.runState != TimerRunState::running) {
+        return;
+    }
+    const double untilFullSecond = std::fmod(m_remainingSeconds.count(), 1.0);
+    if (untilFullSecond > rounding && untilFullSecond < tolerance) {
+        startTicker();
+    }
+}
+
+void AppModel::tick()
+{
+    publishRemainingSeconds();
+    const bool hasEnded =
+        m_snapshot.runState == TimerRunState::running && m_remainingSeconds <= Seconds::zero();
+    if (hasEnded && !m_isAsleep) {
+        reconcile(false);
+    } else {
+        alignTicker();
+        m_parts.capsule.refresh();
+    }
+    Q_EMIT ticked();
+}
+
+void AppModel::refreshSystemStateAndReconcile(bool completedWhileAway)
+{
+    readNotificationAuthorization([this, completedWhileAway] {
+        publishLaunchAtLoginStatus(m_parts.launchAtLoginService->status());
+        reconcile(completedWhileAway);
+    });
+}
+
+void AppModel::reconcile(bool completedWhileAway)
+{
+    run([completedWhileAway](TimerEngine& engine, Instant at) {
+        return engine.reconcile(at, completedWhileAway);
+    });
+}
+
+void AppModel::apply(const TimerTransition& transition, const TimerSnapshot& previous,
+                     AskForPermission permission)
+{
+    const TimerSnapshot& next = transition.snapshot;
+    if (next.runState != TimerRunState::running || next.sessionID != previous.sessionID) {
+        m_parts.notificationService->cancel(previous.sessionID);
+    }
+    publish(next);
+    if (transition.finishedSession) {
+        recordFinishedSession(*transition.finishedSession);
+        announce(*transition.finishedSession);
+    }
+    save(next);
+    if (next.runState == TimerRunState::running) {
+        startTicker();
+        scheduleNotification(permission);
+    }
+    m_parts.capsule.refresh();
+}
+
+void AppModel::save(const TimerSnapshot& snapshot)
+{
+    // Every activation of a window reconciles; what is on the disk already is not written again.
+    if (m_savedSnapshot == snapshot) {
+        return;
+    }
+    if (const auto saved = m_parts.activeTimerPersistence->save(snapshot)) {
+        m_savedSnapshot = snapshot;
+    } else {
+        m_savedSnapshot.reset();
+        raise(timerStateNotSaved, saved.error().description);
+    }
+}
+
+void AppModel::run(const std::function<TimerTransition(TimerEngine&, Instant)>& operation,
+                   AskForPermission permission)
+{
+    const TimerSnapshot previous = m_snapshot;
+    apply(operation(*m_engine, now()), previous, permission);
+}
+
+void AppModel::recordFinishedSession(const FinishedSession& finished)
+{
+    const bool inserted = m_parts.sessionStore->insert(finished).has_value();
+    const auto& error = m_parts.sessionStore->lastError();
+    if (!inserted && error) {
+        raise(recordNotSaved, error->errorDescription());
+    }
+    Q_EMIT sessionsChanged();
+}
+
+void AppModel::announce(const FinishedSession& finished)
+{
+    const auto headline = completionTitle(finished.phase, finished.outcome, language());
+    if (isCompletion(finished.outcome)) {
+        // Where the next phase started by itself there is nothing to decide, so no island.
+        if (m_snapshot.runState == TimerRunState::ringing) {
+            m_parts.capsule.presentCompletion({*headline});
+        } else {
+            m_parts.capsule.clearMorphState();
+        }
+        if (m_preferences.playCompletionSound) {
+            m_parts.soundService->play(m_preferences.timerSettings.alertIntensity, completionSoundName);
+        }
+    } else if (headline) {
+        m_parts.capsule.presentCompletion({*headline});
+    } else if (finished.outcome == SessionOutcome::switchedEarly) {
+        m_parts.capsule.clearMorphState();
+    }
+}
+
+void AppModel::scheduleNotification(AskForPermission permission)
+{
+    auto then = [this, snapshot = m_snapshot] {
+        // The desktop may have taken its time to answer: a phase that was paused or replaced since is not
+        // announced.
+        if (permitsNotifications(m_authorization.state) && snapshot == m_snapshot) {
+            scheduleNow(snapshot, notificationNotScheduled);
+        }
+    };
+    if (permission == AskForPermission::yes) {
+        ensureNotificationAuthorization(std::move(then));
+    } else {
+        readNotificationAuthorization(std::move(then));
+    }
+}
+
+void AppModel::scheduleNow(const TimerSnapshot& snapshot, const BilingualText& failureTitle)
+{
+    m_parts.notificationService->schedule(
+        snapshot, m_preferences.timerSettings.alertIntensity, now(),
+        [self = QPointer(this), failureTitle](const Expected<void, std::string>& scheduled) {
+            if (self && !scheduled) {
+                self->raise(failureTitle, scheduled.error());
+            }
+        });
+}
+
+void AppModel::ensureNotificationAuthorization(std::function<void()> then)
+{
+    readNotificationAuthorization([this, then = std::move(then)] {
+        if (m_authorization.state != NotificationAuthorizationState::notDetermined) {
+            then();
+            return;
+        }
+        m_parts.notificationService->requestAuthorization(
+            [self = QPointer(this), then](const Expected<void, std::string>& granted) {
+                if (!self) {
+                    return;
+                }
+                if (granted) {
+                    self->readNotificationAuthorization(then);
+                } else {
+                    self->raise(notificationsNotEnabled, granted.error());
+                    then();
+                }
+            });
+    });
+}
+
+void AppModel::readNotificationAuthorization(std::function<void()> then)
+{
+    m_parts.notificationService->authorizationStatus(
+        [self = QPointer(this), then = std::move(then)](const NotificationAuthorizationSnapshot& status) {
+            if (!self) {
+                return;
+            }
+            if (std::exchange(self->m_authorization, status) != status) {
+                Q_EMIT self->notificationAuthorizationChanged();
+            }
+            then();
+        });
+}
+
+void AppModel::handleNotificationAction(const TimerNotificationAction& action,
+                                        const std::optional<Uuid>& sessionID)
+{
+    // A ringing phase has no run of its own, so that the buttons of the phase that just ended are honoured.
+    if (sessionID && m_snapshot.sessionID && *m_snapshot.sessionID != *sessionID) {
+        return;
+    }
+    using Kind = TimerNotificationAction::Kind;
+    switch (action.kind) {
+    case Kind::opened:
+        m_parts.soundService->stop();
+        activateMainWindow();
+        break;
+    case Kind::startNextPhase:
+        advance();
+        break;
+    case Kind::stopAlert:
+        m_parts.soundService->stop();
+        break;
+    case Kind::dismissed:
+    case Kind::unknown:
+        break;
+    }
+}
+
+void AppModel::publish(const TimerSnapshot& snapshot)
+{
+    const bool changed = m_snapshot != snapshot;
+    m_snapshot = snapshot;
+    publishRemainingSeconds();
+    if (changed) {
+        Q_EMIT snapshotChanged();
+    }
+}
+
+void AppModel::publishRemainingSeconds()
+{
+    const Seconds remaining = m_snapshot.remainingSeconds(now());
+    if (std::exchange(m_remainingSeconds, remaining) != remaining) {
+        Q_EMIT remainingSecondsChanged();
+    }
+}
+
+void AppModel::publishLaunchAtLoginStatus(LaunchAtLoginStatus status)
+{
+    if (std::exchange(m_launchAtLoginStatus, status) != status) {
+        Q_EMIT launchAtLoginStatusChanged();
+    }
+}
+
+void AppModel::raise(const BilingualText& messageTitle, const std::string& detail)
+{
+    m_appMessage = AppMessage{Uuid::random(), std::string{messageTitle.in(language())}, detail};
+    Q_EMIT appMessageChanged();
+}
+
+void AppModel::clearAppMessage()
+{
+    if (m_appMessage) {
+        m_appMessage.reset();
+        Q_EMIT appMessageChanged();
+    }
+}
+
+void AppModel::refreshCalendar()
+{
+    if (const std::string zone = m_parts.clock.timeZoneIdentifier();
+        zone != m_calendar.timeZoneIdentifier()) {
+        m_calendar = Calendar(zone, m_parts.userLocale);
+        Q_EMIT ticked();
+    }
+}
+
+} // namespace brevlin

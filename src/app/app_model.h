@@ -1,0 +1,176 @@
+#pragma once
+
+#include "app/app_message.h"
+#include "app/top_capsule.h"
+#include "core/calendar.h"
+#include "core/session_record.h"
+#include "core/timer_engine.h"
+#include "platform/clock.h"
+#include "platform/system_events.h"
+#include "platform/task_scheduler.h"
+#include "services/alert_sound_service.h"
+#include "services/launch_at_login_service.h"
+#include "services/notification_service.h"
+#include "storage/active_timer_persistence.h"
+#include "storage/preferences_store.h"
+#include "storage/session_store.h"
+
+#include <QObject>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace brevlin {
+
+/// Everything that the model works with. What it borrows outlives it; the rest is its own.
+struct AppModelParts
+{
+    Clock& clock;
+    TaskScheduler& scheduler;
+    SystemEvents& systemEvents;
+    TopCapsule& capsule;
+    std::unique_ptr<PreferencesStore> preferencesStore;
+    std::unique_ptr<ActiveTimerPersistence> activeTimerPersistence;
+    std::unique_ptr<SessionStore> sessionStore;
+    std::unique_ptr<NotificationService> notificationService;
+    std::unique_ptr<AlertSoundService> soundService;
+    std::unique_ptr<LaunchAtLoginService> launchAtLoginService;
+    std::string userLocale; ///< of the desktop, for the time of day; an ICU locale identifier
+};
+
+/// The one observable object of the program: it owns the timer, the stores and the services, publishes what
+/// the views draw and runs the user's commands. Every change of the timer goes through apply(). Signals are
+/// emitted only when a value really changed.
+class AppModel final : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Restores what was stored; a phase that ended meanwhile is completed from the next turn of the event
+    /// loop.
+    explicit AppModel(AppModelParts parts, QObject* parent = nullptr);
+    ~AppModel() override;
+
+    // Published state
+    const TimerSnapshot& snapshot() const { return m_snapshot; }
+    Seconds remainingSeconds() const { return m_remainingSeconds; }
+    /// Latest end first.
+    const std::vector<SessionRecord>& sessions() const { return m_parts.sessionStore->sessions(); }
+    const AppPreferences& preferences() const { return m_preferences; }
+    AppLanguage language() const { return m_preferences.appLanguage; }
+    const NotificationAuthorizationSnapshot& notificationAuthorization() const { return m_authorization; }
+    LaunchAtLoginStatus launchAtLoginStatus() const { return m_launchAtLoginStatus; }
+    bool isAlertSoundPlaying() const { return m_isAlertSoundPlaying; }
+    const std::optional<AppMessage>& appMessage() const { return m_appMessage; }
+
+    // Display values, from the published state
+    double progress() const;
+    /// Empty while idle.
+    std::string menuBarTitle() const;
+    /// 1 to N.
+    std::int64_t cyclePosition() const;
+    std::string endTimeText() const;
+    std::int64_t currentCycleFocusMinutes() const;
+    std::string cycleSummaryText() const;
+    /// The user's current calendar: the desktop's locale and the system's time zone.
+    const Calendar& calendar() const { return m_calendar; }
+    Instant now() const { return m_parts.clock.now(); }
+
+    // Timer commands
+    void start();
+    void pause();
+    void resume();
+    void addFiveMinutes();
+    void endCurrentPhase();
+    void switchToNextPhase();
+    void advance();
+    void skipPendingPhase();
+    void dismissCompletion();
+    void performPrimaryAction();
+    void stopAlertSound();
+
+    // Settings commands
+    /// The minutes are kept within 1 to 180.
+    void setDuration(std::int64_t minutes, TimerPhase phase);
+    void commitTimerSettings(const TimerSettings& settings);
+    void setShowTopCapsuleWhileRunning(bool show);
+    void setPlayCompletionSound(bool play);
+    void setAppLanguage(AppLanguage language);
+    void setTopTimerAppearance(TopTimerAppearance appearance);
+    void restoreDefaultPreferences();
+
+    // History commands
+    void deleteSession(const SessionRecord& record);
+    void clearHistory();
+
+    // System commands
+    void requestNotificationPermission();
+    void setLaunchAtLogin(bool enabled);
+    void activateMainWindow();
+    void clearAppMessage();
+
+Q_SIGNALS:
+    void snapshotChanged();
+    void remainingSecondsChanged();
+    void sessionsChanged();
+    void preferencesChanged();
+    void notificationAuthorizationChanged();
+    void launchAtLoginStatusChanged();
+    void alertSoundPlayingChanged();
+    void appMessageChanged();
+    /// A second has passed, or the clock was set.
+    void ticked();
+    void mainWindowActivationRequested();
+
+private:
+    enum class AskForPermission { no, yes };
+
+    void restore();
+    void connectParts();
+    void observeSystemEvents();
+    void startTicker();
+    void alignTicker();
+    void tick();
+    void refreshSystemStateAndReconcile(bool completedWhileAway);
+    void reconcile(bool completedWhileAway);
+    void apply(const TimerTransition& transition, const TimerSnapshot& previous, AskForPermission permission);
+    void save(const TimerSnapshot& snapshot);
+    void recordFinishedSession(const FinishedSession& finished);
+    void announce(const FinishedSession& finished);
+    void scheduleNotification(AskForPermission permission);
+    void scheduleNow(const TimerSnapshot& snapshot, const BilingualText& failureTitle);
+    void ensureNotificationAuthorization(std::function<void()> then);
+    void readNotificationAuthorization(std::function<void()> then);
+    void handleNotificationAction(const TimerNotificationAction& action,
+                                  const std::optional<Uuid>& sessionID);
+    void publish(const TimerSnapshot& snapshot);
+    void publishRemainingSeconds();
+    void publishLaunchAtLoginStatus(LaunchAtLoginStatus status);
+    void commitPreferences(const AppPreferences& preferences);
+    void raise(const BilingualText& messageTitle, const std::string& detail);
+    void refreshCalendar();
+    /// The shape of every timer command: one engine operation at this instant, then its transition takes
+    /// effect.
+    void run(const std::function<TimerTransition(TimerEngine&, Instant)>& operation,
+             AskForPermission permission = AskForPermission::no);
+
+    AppModelParts m_parts;
+    AppPreferences m_preferences;
+    std::optional<TimerEngine> m_engine; // made once the stored state is known, then never absent
+    TimerSnapshot m_snapshot;
+    std::optional<TimerSnapshot> m_savedSnapshot; // what is on the disk
+    Seconds m_remainingSeconds{0.0};
+    NotificationAuthorizationSnapshot m_authorization;
+    LaunchAtLoginStatus m_launchAtLoginStatus = LaunchAtLoginStatus::unavailable;
+    bool m_isAlertSoundPlaying = false;
+    bool m_isAsleep = false; // from the announcement of sleep to the waking
+    std::optional<AppMessage> m_appMessage;
+    Calendar m_calendar;
+    TaskHandle m_ticker;
+    TaskHandle m_startUpTask;
+};
+
+} // namespace brevlin

@@ -1,0 +1,163 @@
+#include "composition.h"
+
+#include "app/app_model.h"
+#include "app/app_section.h"
+#include "platform/freedesktop/absent_services.h"
+#include "platform/freedesktop/application_instance.h"
+#include "platform/freedesktop/desktop_system_events.h"
+#include "platform/freedesktop/files/file_user_defaults.h"
+#include "platform/freedesktop/files/leftovers.h"
+#include "platform/freedesktop/files/posix_durable_file.h"
+#include "platform/freedesktop/portal_desktop_settings.h"
+#include "platform/freedesktop/qt_task_scheduler.h"
+#include "platform/freedesktop/system_clock.h"
+#include "platform/freedesktop/termination_signals.h"
+#include "platform/freedesktop/x11_window_system.h"
+#include "storage/main_window_store.h"
+#include "ui/main/main_window.h"
+#include "ui/style/accessibility.h"
+#include "ui/style/brevlin_style.h"
+#include "ui/style/theme.h"
+#include "ui/style/typography.h"
+#include "user_folders.h"
+
+#include <QApplication>
+#include <QLocale>
+
+namespace brevlin {
+
+namespace {
+
+// How long the first window waits for the desktop to say whether it is light or dark, so that it does not
+// flash.
+constexpr Seconds longestWaitForAppearance{0.15};
+
+/// There is no capsule on this desktop: nothing is shown.
+class NoTopCapsule final : public TopCapsule
+{
+public:
+    void refresh() override {}
+    void presentCompletion(const CompletionPresentation& /*presentation*/) override {}
+    void clearMorphState() override {}
+    void cancelMorph() override {}
+    void beginCompletionCollapse() override {}
+    void finishCompletionCollapse() override {}
+    void foldTimerCapsule() override {}
+    void hide() override {}
+};
+
+// The locale of times of day, which is not always that of the texts.
+std::string timeLocale()
+{
+    const QLocale locale = QLocale::system();
+    return locale.language() == QLocale::C ? "en_US_POSIX" : locale.name().toStdString();
+}
+
+ColorScheme schemeOf(DesktopSettings::ColorScheme scheme)
+{
+    return scheme == DesktopSettings::ColorScheme::dark ? ColorScheme::dark : ColorScheme::light;
+}
+
+} // namespace
+
+class Composition::Parts final
+{
+public:
+    Parts(const UserFolders& folders, ApplicationInstance& instance);
+
+private:
+    AppModelParts modelParts(const UserFolders& folders);
+    void followAppearance();
+    void applyAppearance();
+    void showWindow(const std::string& activationToken);
+
+    // What the model and the window borrow stands before them.
+    PosixDurableFile m_files;
+    FileUserDefaults m_defaults;
+    SystemClock m_clock;
+    QtTaskScheduler m_scheduler;
+    DesktopSystemEvents m_systemEvents;
+    PortalDesktopSettings m_desktopSettings;
+    AbsentNotificationCenter m_notificationCenter;
+    BellSoundPlayer m_soundPlayer;
+    AbsentLoginItem m_loginItem;
+    NoTopCapsule m_capsule;
+    X11WindowSystem m_windowSystem;
+    TerminationSignals m_terminationSignals;
+    BrevlinStyle* m_style;       // owned by the application
+    ColorScheme m_desktopScheme; // of the desktop's own palette, where it states no preference
+    MainWindowStore m_windowStore;
+    AppModel m_model;
+    SectionSelection m_selection;
+    MainWindow m_window;
+    TaskHandle m_firstShow;
+};
+
+Composition::Parts::Parts(const UserFolders& folders, ApplicationInstance& instance)
+    : m_defaults(folders.preferences, m_files)
+    , m_style(new BrevlinStyle)
+    , m_desktopScheme(Theme::of(QApplication::palette()).scheme())
+    , m_windowStore(m_defaults)
+    , m_model(modelParts(folders))
+    , m_selection(m_windowStore)
+    , m_window((QApplication::setStyle(m_style), m_model), m_selection, m_windowStore, m_windowSystem)
+{
+    followAppearance();
+    QObject::connect(&m_terminationSignals, &TerminationSignals::received, qApp, &QApplication::quit);
+    QObject::connect(&m_window, &MainWindow::quitRequested, qApp, &QApplication::quit);
+    QObject::connect(&m_model, &AppModel::mainWindowActivationRequested, &m_window,
+                     [this] { showWindow({}); });
+    QObject::connect(&instance, &ApplicationInstance::activationRequested, &m_window,
+                     [this](const QString& token) { showWindow(token.toStdString()); });
+    m_firstShow = m_scheduler.after(longestWaitForAppearance, [this] { m_window.show(); });
+}
+
+AppModelParts Composition::Parts::modelParts(const UserFolders& folders)
+{
+    removeLeftovers(folders.data);
+    removeLeftovers(folders.preferences);
+    return {
+        m_clock,
+        m_scheduler,
+        m_systemEvents,
+        m_capsule,
+        std::make_unique<PreferencesStore>(m_defaults, m_clock),
+        std::make_unique<ActiveTimerPersistence>(m_defaults, m_clock),
+        std::make_unique<SessionStore>(defaultHistoryLocation(folders.applicationSupport), m_files, m_clock),
+        std::make_unique<NotificationService>(m_notificationCenter),
+        std::make_unique<AlertSoundService>(m_soundPlayer, m_scheduler),
+        std::make_unique<LaunchAtLoginService>(m_loginItem),
+        timeLocale()};
+}
+
+void Composition::Parts::followAppearance()
+{
+    applyAppearance();
+    m_desktopSettings.setChangeHandler([this] {
+        applyAppearance();
+        if (m_firstShow) {
+            showWindow({});
+        }
+    });
+}
+
+void Composition::Parts::applyAppearance()
+{
+    const auto wanted = m_desktopSettings.colorScheme();
+    QApplication::setPalette(Theme::palette(wanted ? schemeOf(*wanted) : m_desktopScheme));
+    m_style->setReducesMotion(m_desktopSettings.reducesMotion());
+}
+
+void Composition::Parts::showWindow(const std::string& activationToken)
+{
+    m_firstShow.reset();
+    m_window.present(activationToken);
+}
+
+Composition::Composition(const UserFolders& folders, ApplicationInstance& instance)
+    : m_parts(std::make_unique<Parts>(folders, instance))
+{}
+
+Composition::~Composition() = default;
+
+} // namespace brevlin

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <memory>
+
+namespace brevlin {
+
+class ApplicationInstance;
+struct UserFolders;
+
+/// Makes every real part of the program, hands them to the model and shows the main window. Lives from start
+/// to quit.
+class Composition final
+{
+public:
+    Composition(const UserFolders& folders, ApplicationInstance& instance);
+    ~Composition();
+    Composition(const Composition&) = delete;
+    Composition& operator=(const Composition&) = delete;
+
+private:
+    class Parts;
+    std::unique_ptr<Parts> m_parts;
+};
+
+} // namespace brevlin

@@ -1,0 +1,168 @@
+#include "core/calendar.h"
+
+#include "core/calendar_texts.h"
+#include "core/time_zone_rules.h"
+
+#include <unicode/calendar.h>
+#include <unicode/locid.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace brevlin {
+
+namespace {
+
+using namespace std::chrono;
+
+// The two time lines differ in their start only.
+local_seconds localSeconds(Instant instant, std::chrono::seconds offset)
+{
+    return local_seconds{TimeZoneRules::wholeUnixSeconds(instant) + offset};
+}
+
+Instant fromUnixSeconds(std::chrono::seconds sinceEpoch)
+{
+    return instantFromUnixTime(Seconds{sinceEpoch});
+}
+
+year_month_day clampedToMonth(year_month_day date)
+{
+    return date.ok() ? date : year_month_day{date.year() / date.month() / last};
+}
+
+} // namespace
+
+Calendar::Calendar(const std::string& timeZoneIdentifier, const std::string& localeIdentifier)
+    : m_zone(std::make_shared<const TimeZoneRules>(timeZoneIdentifier))
+    , m_texts(std::make_shared<CalendarTexts>(m_zone->identifier(), localeIdentifier))
+{
+    UErrorCode status = U_ZERO_ERROR;
+    const std::unique_ptr<icu::Calendar> conventions{
+        icu::Calendar::createInstance(icu::Locale{localeIdentifier.c_str()}, status)};
+    if (U_SUCCESS(status)) {
+        m_firstWeekday = weekday{static_cast<unsigned>(conventions->getFirstDayOfWeek(status)) - 1};
+        m_minimalDays = conventions->getMinimalDaysInFirstWeek();
+    }
+}
+
+Calendar Calendar::withWeeks(weekday firstWeekday, int minimalDays) const
+{
+    Calendar result = *this;
+    result.m_firstWeekday = firstWeekday;
+    result.m_minimalDays = minimalDays;
+    return result;
+}
+
+LocalDay Calendar::localDay(Instant instant) const
+{
+    return floor<days>(localSeconds(instant, m_zone->offset(instant)));
+}
+
+int Calendar::hour(Instant instant) const
+{
+    const local_seconds time = localSeconds(instant, m_zone->offset(instant));
+    return static_cast<int>(floor<hours>(time - floor<days>(time)).count());
+}
+
+Instant Calendar::start(LocalDay day) const
+{
+    return fromUnixSeconds(m_zone->firstAtOrAfter(local_seconds{day}.time_since_epoch()));
+}
+
+LocalDay Calendar::dayBefore(LocalDay day) const
+{
+    return localDay(start(day) - Seconds{1.0});
+}
+
+bool Calendar::exists(LocalDay day) const
+{
+    return localDay(start(day)) == day;
+}
+
+DateInterval Calendar::interval(CalendarUnit unit, Instant instant) const
+{
+    const LocalDay day = localDay(instant);
+    const year_month_day date{day};
+    switch (unit) {
+    case CalendarUnit::day:
+        break;
+    case CalendarUnit::weekOfYear: {
+        const LocalDay first = day - (weekday{day} - m_firstWeekday);
+        return {start(first), start(first + days{7})};
+    }
+    case CalendarUnit::month: {
+        const LocalDay first{date.year() / date.month() / 1};
+        return {start(first), start(LocalDay{(date.year() / date.month() + months{1}) / 1})};
+    }
+    case CalendarUnit::year:
+        return {start(LocalDay{date.year() / January / 1}),
+                start(LocalDay{(date.year() + years{1}) / January / 1})};
+    }
+    // The date after, unless it never was.
+    LocalDay next = day + days{1};
+    while (!exists(next)) {
+        next += days{1};
+    }
+    return {start(day), start(next)};
+}
+
+Instant Calendar::adding(CalendarUnit unit, std::int64_t count, Instant instant) const
+{
+    // More would leave the range that the standard library's dates can tell.
+    constexpr std::int64_t limit = 10'000 * 366;
+    const auto amount = static_cast<int>(std::clamp(count, -limit, limit));
+    const local_seconds time = localSeconds(instant, m_zone->offset(instant));
+    const LocalDay day = floor<days>(time);
+    const auto timeOfDay = time - day;
+    const year_month_day date{day};
+    LocalDay target = day;
+    switch (unit) {
+    case CalendarUnit::day:
+        target = day + days{amount};
+        break;
+    case CalendarUnit::weekOfYear:
+        target = day + weeks{amount};
+        break;
+    case CalendarUnit::month:
+        target = LocalDay{clampedToMonth(date + months{amount})};
+        break;
+    case CalendarUnit::year:
+        target = LocalDay{clampedToMonth(date + years{std::clamp(amount, -10'000, 10'000)})};
+        break;
+    }
+    const Seconds sinceEpoch = unixTime(instant);
+    return resolve(target + timeOfDay, sinceEpoch - floor<seconds>(sinceEpoch));
+}
+
+std::int64_t Calendar::dayDifference(Instant from, Instant to) const
+{
+    return (localDay(to) - localDay(from)).count();
+}
+
+Instant Calendar::date(LocalDay day, int hour) const
+{
+    return resolve(day + hours{hour}, Seconds::zero());
+}
+
+const std::string& Calendar::timeZoneIdentifier() const
+{
+    return m_zone->identifier();
+}
+
+std::string Calendar::text(std::string_view skeleton, Instant instant) const
+{
+    return m_texts->text(skeleton, instant);
+}
+
+std::string Calendar::shortTimeText(Instant instant) const
+{
+    return m_texts->shortTimeText(instant);
+}
+
+Instant Calendar::resolve(local_seconds time, Seconds fraction) const
+{
+    return fromUnixSeconds(m_zone->resolve(time.time_since_epoch())) + fraction;
+}
+
+} // namespace brevlin

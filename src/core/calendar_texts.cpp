@@ -1,0 +1,60 @@
+#include "core/calendar_texts.h"
+
+#include <unicode/smpdtfmt.h>
+#include <unicode/timezone.h>
+
+namespace brevlin {
+
+CalendarTexts::CalendarTexts(const std::string& timeZoneIdentifier, const std::string& localeIdentifier)
+    : m_timeZoneIdentifier(timeZoneIdentifier)
+    , m_locale(icu::Locale::createCanonical(localeIdentifier.c_str()))
+{}
+
+std::string CalendarTexts::text(std::string_view skeleton, Instant instant)
+{
+    auto found = m_bySkeleton.find(skeleton);
+    if (found == m_bySkeleton.end()) {
+        UErrorCode status = U_ZERO_ERROR;
+        if (!m_patterns) {
+            m_patterns.reset(icu::DateTimePatternGenerator::createInstance(m_locale, status));
+        }
+        std::unique_ptr<icu::DateFormat> made;
+        if (m_patterns) {
+            const icu::UnicodeString pattern =
+                m_patterns->getBestPattern(icu::UnicodeString::fromUTF8(icu::StringPiece{
+                                               skeleton.data(), static_cast<int32_t>(skeleton.size())}),
+                                           status);
+            made = std::make_unique<icu::SimpleDateFormat>(pattern, m_locale, status);
+            made->adoptTimeZone(
+                icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(m_timeZoneIdentifier)));
+        }
+        found =
+            m_bySkeleton.emplace(std::string{skeleton}, U_SUCCESS(status) ? std::move(made) : nullptr).first;
+    }
+    return format(found->second.get(), instant);
+}
+
+std::string CalendarTexts::shortTimeText(Instant instant)
+{
+    if (!m_shortTime) {
+        m_shortTime.reset(icu::DateFormat::createTimeInstance(icu::DateFormat::kShort, m_locale));
+        if (m_shortTime) {
+            m_shortTime->adoptTimeZone(
+                icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(m_timeZoneIdentifier)));
+        }
+    }
+    return format(m_shortTime.get(), instant);
+}
+
+// An installation without ICU's locale data has no formatter: an empty text then says what is known.
+std::string CalendarTexts::format(const icu::DateFormat* format, Instant instant) const
+{
+    std::string result;
+    if (format != nullptr) {
+        icu::UnicodeString text;
+        format->format(unixTime(instant).count() * 1000.0, text).toUTF8String(result);
+    }
+    return result;
+}
+
+} // namespace brevlin

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "core/instant.h"
+
+#include <unicode/datefmt.h>
+#include <unicode/dtptngen.h>
+#include <unicode/locid.h>
+
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace brevlin {
+
+/// Dates as texts of one locale and time zone. Making a formatter takes ICU longer than a redraw may last, so
+/// each is made once. For one thread.
+class CalendarTexts final
+{
+public:
+    CalendarTexts(const std::string& timeZoneIdentifier, const std::string& localeIdentifier);
+
+    std::string text(std::string_view skeleton, Instant instant);
+    std::string shortTimeText(Instant instant);
+
+private:
+    std::string format(const icu::DateFormat* format, Instant instant) const;
+
+    std::string m_timeZoneIdentifier;
+    icu::Locale m_locale;
+    std::unique_ptr<icu::DateTimePatternGenerator> m_patterns;
+    std::map<std::string, std::unique_ptr<icu::DateFormat>, std::less<>> m_bySkeleton;
+    std::unique_ptr<icu::DateFormat> m_shortTime;
+};
+
+} // namespace brevlin

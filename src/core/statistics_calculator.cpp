@@ -1,0 +1,217 @@
+#include "core/statistics_calculator.h"
+
+#include <algorithm>
+#include <chrono>
+#include <functional>
+#include <optional>
+
+namespace brevlin {
+
+namespace {
+
+using std::chrono::days;
+
+constexpr int summaryDayCount = 7;
+
+bool isFocus(const SessionRecord& record)
+{
+    return record.phase() == TimerPhase::focus;
+}
+
+bool isCompleted(const SessionRecord& record)
+{
+    const auto outcome = record.outcome();
+    return outcome && isCompletion(*outcome);
+}
+
+/// The completed focus records of one set, added up.
+struct FocusTotal
+{
+    Seconds duration{0.0};
+    std::int64_t count = 0;
+
+    void add(const SessionRecord& record)
+    {
+        duration += std::max(record.effectiveDuration, Seconds::zero());
+        ++count;
+    }
+
+    std::int64_t minutes() const
+    {
+        // A damaged record may claim more than an integer can hold.
+        constexpr double limit = 9.0e18;
+        return static_cast<std::int64_t>(std::min(duration.count() / 60.0, limit));
+    }
+};
+
+/// Gives the local date of one instant after the other. Records come sorted, so most fall on the date of the
+/// one before, which two comparisons tell.
+class LocalDayReader final
+{
+public:
+    explicit LocalDayReader(const Calendar& calendar) : m_calendar(calendar) {}
+
+    LocalDay read(Instant instant)
+    {
+        if (!m_safe.contains(instant)) {
+            m_day = m_calendar.localDay(instant);
+            // Only the middle of the day: near midnight a clock that goes back may show either date.
+            const Instant start = m_calendar.start(m_day);
+            m_safe = {start + Seconds{7200.0}, start + Seconds{72'000.0}};
+        }
+        return m_day;
+    }
+
+private:
+    const Calendar& m_calendar;
+    LocalDay m_day;
+    DateInterval m_safe;
+};
+
+std::int64_t currentStreak(std::vector<LocalDay> activeDays, LocalDay today, const Calendar& calendar)
+{
+    std::sort(activeDays.begin(), activeDays.end(), std::greater<>{});
+    activeDays.erase(std::unique(activeDays.begin(), activeDays.end()), activeDays.end());
+    auto active = std::lower_bound(activeDays.begin(), activeDays.end(), today, std::greater<>{});
+    LocalDay day = today;
+    if (active == activeDays.end() || *active != day) {
+        day = calendar.dayBefore(today);
+    }
+    std::int64_t streak = 0;
+    while (active != activeDays.end() && *active == day) {
+        ++streak;
+        ++active;
+        // The date before as the calendar counts, or, where that one never was, the one before it.
+        const LocalDay before = day - days{1};
+        day = active != activeDays.end() && *active == before ? before : calendar.dayBefore(day);
+    }
+    return streak;
+}
+
+std::vector<Instant> bucketStarts(StatisticsGranularity granularity, const DateInterval& interval,
+                                  const Calendar& calendar)
+{
+    std::vector<Instant> starts;
+    const LocalDay first = calendar.localDay(interval.start);
+    if (granularity == StatisticsGranularity::day) {
+        for (int hour = 0; hour < 24; ++hour) {
+            starts.push_back(calendar.date(first, hour));
+        }
+        return starts;
+    }
+    const std::int64_t count =
+        granularity == StatisticsGranularity::week ? 7 : calendar.dayDifference(interval.start, interval.end);
+    for (std::int64_t offset = 0; offset < count; ++offset) {
+        starts.push_back(calendar.start(first + days{offset}));
+    }
+    return starts;
+}
+
+CalendarUnit unit(StatisticsGranularity granularity)
+{
+    switch (granularity) {
+    case StatisticsGranularity::day:
+        return CalendarUnit::day;
+    case StatisticsGranularity::week:
+        return CalendarUnit::weekOfYear;
+    case StatisticsGranularity::month:
+        return CalendarUnit::month;
+    case StatisticsGranularity::year:
+        break;
+    }
+    return CalendarUnit::year;
+}
+
+double rate(std::int64_t completed, std::int64_t attempted)
+{
+    return attempted == 0 ? 0.0 : static_cast<double>(completed) / static_cast<double>(attempted);
+}
+
+} // namespace
+
+StatisticsSummary StatisticsCalculator::calculate(std::span<const SessionRecord> sessions, Instant now,
+                                                  const Calendar& calendar)
+{
+    const LocalDay today = calendar.localDay(now);
+    LocalDayReader localDays(calendar);
+    std::int64_t attempted = 0;
+    std::int64_t completed = 0;
+    std::array<FocusTotal, summaryDayCount> recent; // by days before today
+    std::vector<LocalDay> activeDays;
+    for (const SessionRecord& record : sessions) {
+        if (!isFocus(record)) {
+            continue;
+        }
+        ++attempted;
+        if (!isCompleted(record)) {
+            continue;
+        }
+        ++completed;
+        const LocalDay day = localDays.read(record.endedAt);
+        if (activeDays.empty() || activeDays.back() != day) {
+            activeDays.push_back(day);
+        }
+        const auto age = (today - day).count();
+        if (age >= 0 && age < summaryDayCount) {
+            recent.at(static_cast<std::size_t>(age)).add(record);
+        }
+    }
+
+    StatisticsSummary summary;
+    summary.todayFocusMinutes = recent.front().minutes();
+    summary.completedPomodoros = completed;
+    summary.completionRate = rate(completed, attempted);
+    summary.currentStreak = currentStreak(std::move(activeDays), today, calendar);
+    for (int age = summaryDayCount - 1; age >= 0; --age) {
+        const LocalDay day = today - days{age};
+        if (calendar.exists(day)) {
+            const FocusTotal& total = recent.at(static_cast<std::size_t>(age));
+            summary.lastSevenDays.push_back({calendar.start(day), total.minutes(), total.count});
+        }
+    }
+    return summary;
+}
+
+PeriodStatistics StatisticsCalculator::calculatePeriod(std::span<const SessionRecord> sessions,
+                                                       StatisticsGranularity granularity, Instant anchor,
+                                                       const Calendar& calendar)
+{
+    PeriodStatistics result;
+    result.granularity = granularity;
+    result.interval = calendar.interval(unit(granularity), anchor);
+    const std::vector<Instant> starts = bucketStarts(granularity, result.interval, calendar);
+    const LocalDay firstDay = calendar.localDay(result.interval.start);
+
+    LocalDayReader localDays(calendar);
+    FocusTotal whole;
+    std::vector<FocusTotal> totals(starts.size());
+    for (const SessionRecord& record : sessions) {
+        if (!result.interval.contains(record.endedAt) || !isFocus(record)) {
+            continue;
+        }
+        ++result.attemptedPomodoros;
+        if (!isCompleted(record)) {
+            continue;
+        }
+        whole.add(record);
+        const std::int64_t index = granularity == StatisticsGranularity::day
+                                       ? calendar.hour(record.endedAt)
+                                       : (localDays.read(record.endedAt) - firstDay).count();
+        if (index >= 0 && index < static_cast<std::int64_t>(totals.size())) {
+            totals[static_cast<std::size_t>(index)].add(record);
+        }
+    }
+
+    result.totalFocusMinutes = whole.minutes();
+    result.completedPomodoros = whole.count;
+    result.completionRate = rate(whole.count, result.attemptedPomodoros);
+    for (std::size_t index = 0; index < starts.size(); ++index) {
+        const FocusTotal& total = totals[index];
+        result.buckets.push_back(
+            {static_cast<std::int64_t>(index), starts[index], total.minutes(), total.count});
+        result.activeUnitCount += total.count >= 1 ? 1 : 0;
+    }
+    return result;
+}
+
+} // namespace brevlin

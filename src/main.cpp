@@ -1,0 +1,44 @@
+#include "composition.h"
+#include "platform/freedesktop/application_instance.h"
+#include "ui/style/accessibility.h"
+#include "ui/style/typography.h"
+#include "user_folders.h"
+
+#include <QApplication>
+
+#include <cstdio>
+
+using namespace brevlin;
+
+int main(int argc, char** argv)
+{
+    // The capsule needs what only X11 offers; on Wayland the program goes through XWayland.
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM") && qEnvironmentVariableIsSet("DISPLAY")) {
+        qputenv("QT_QPA_PLATFORM", "xcb");
+    }
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Brevlin"));
+    QApplication::setApplicationDisplayName(QStringLiteral("Brevlin"));
+    QApplication::setApplicationVersion(QStringLiteral(BREVLIN_VERSION));
+    QApplication::setDesktopFileName(QStringLiteral("com.quillmark.Brevlin"));
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    const UserFolders folders = userFolders();
+    ApplicationInstance instance({folders.data, folders.preferences});
+    switch (instance.claim()) {
+    case ApplicationInstance::Claim::first:
+        break;
+    case ApplicationInstance::Claim::activated:
+        return 0;
+    case ApplicationInstance::Claim::unreachable:
+        std::fputs("Brevlin is running already for this user, but it does not answer.\n"
+                   "Brevlin 已在运行，但没有响应。\n",
+                   stderr);
+        return 1;
+    }
+
+    installFonts();
+    installAccessibility();
+    const Composition composition(folders, instance);
+    return QApplication::exec();
+}

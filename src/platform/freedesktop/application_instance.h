@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+class QLocalServer;
+
+namespace brevlin {
+
+class ActivationService;
+
+/// Makes sure that one process alone works on the user's files, and lets a second start reach it. The lock on
+/// the folders decides; the D-Bus name and, where there is no bus, a local socket only carry the activation.
+class ApplicationInstance final : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum class Claim {
+        first,      ///< this process owns the files
+        activated,  ///< another one does and was brought to the front
+        unreachable ///< another one does, but nothing answered
+    };
+
+    /// The folders that must not be written by two processes; they are created when they are missing.
+    explicit ApplicationInstance(std::vector<std::string> folders, QObject* parent = nullptr);
+    ~ApplicationInstance() override;
+
+    Claim claim();
+
+Q_SIGNALS:
+    /// A second start, or the desktop, asks for the window, with the user's activation token if there is one.
+    void activationRequested(const QString& token);
+
+private:
+    bool lockFolders();
+    void serveBus();
+    void serveSocket();
+    bool activateThroughBus(const QString& token) const;
+    bool activateThroughSocket(const QString& token) const;
+    QString socketPath() const;
+
+    std::vector<std::string> m_folders;
+    std::vector<int> m_locks; // descriptors of the locked folders
+    std::unique_ptr<ActivationService> m_service;
+    std::unique_ptr<QLocalServer> m_server;
+};
+
+} // namespace brevlin

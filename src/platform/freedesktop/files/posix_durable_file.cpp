@@ -1,0 +1,263 @@
+#include "platform/freedesktop/files/posix_durable_file.h"
+
+#include "platform/freedesktop/files/file_descriptor.h"
+#include "platform/freedesktop/files/leftovers.h"
+
+#include <fcntl.h>
+#include <limits.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstddef>
+#include <cstdio>
+#include <utility>
+
+namespace brevlin {
+
+namespace {
+
+constexpr off_t largestFile = off_t{1} << 30;
+// Room behind the content for a reader that loads whole vectors past its end.
+constexpr std::size_t spareCapacity = 64;
+constexpr mode_t privateFile = 0600;
+constexpr mode_t privateFolder = 0700;
+constexpr mode_t permissionBits = 07777;
+
+std::string folderOf(const std::string& path)
+{
+    const std::size_t slash = path.find_last_of('/');
+    return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+std::string nameOf(const std::string& path)
+{
+    return path.substr(path.find_last_of('/') + 1);
+}
+
+// 0 for a regular file, else the errno that stands for what it is.
+int refusal(const struct stat& status)
+{
+    if (S_ISREG(status.st_mode)) {
+        return 0;
+    }
+    return S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
+}
+
+// Where the bytes of this path are or would be: also the target of a link that points at nothing yet.
+Expected<std::string, FileError> followLinks(std::string path)
+{
+    constexpr int mostLinks = 40; // the kernel's own limit
+    for (int links = 0; links < mostLinks; ++links) {
+        std::array<char, PATH_MAX> target{};
+        const ssize_t length = ::readlink(path.c_str(), target.data(), target.size());
+        if (length < 0) {
+            // EINVAL: not a link. What else may be wrong shows when the file is opened.
+            return path;
+        }
+        const std::string_view text(target.data(), static_cast<std::size_t>(length));
+        path = text.starts_with('/') ? std::string(text) : folderOf(path) + "/" + std::string(text);
+    }
+    return Unexpected{fileError("readlink", ELOOP, path)};
+}
+
+Expected<void, FileError> createFolders(const std::string& path)
+{
+    struct stat status = {};
+    if (::stat(path.c_str(), &status) == 0) {
+        return {};
+    }
+    const std::string parent = folderOf(path);
+    if (parent != path) {
+        if (auto created = createFolders(parent); !created) {
+            return created;
+        }
+    }
+    if (::mkdir(path.c_str(), privateFolder) != 0) {
+        return errno == EEXIST ? Expected<void, FileError>{} : Unexpected{lastFileError("mkdir", path)};
+    }
+    auto synced = syncFolder(parent);
+    if (!synced) {
+        // Else the next attempt would find the folder and take it for a durable one.
+        ::rmdir(path.c_str());
+    }
+    return synced;
+}
+
+Expected<void, FileError> writeAll(const FileDescriptor& file, std::string_view bytes,
+                                   const std::string& path)
+{
+    constexpr std::size_t largestStep = std::size_t{1} << 30;
+    while (!bytes.empty()) {
+        const ssize_t written = ::write(file.get(), bytes.data(), std::min(bytes.size(), largestStep));
+        if (written < 0) {
+            if (errno == EINTR) {
+                continue;
+            }
+            return Unexpected{lastFileError("write", path)};
+        }
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return {};
+}
+
+// Everything up to the close: afterwards the bytes are on the disk, under the temporary name.
+Expected<void, FileError> fillFile(FileDescriptor file, std::string_view bytes, mode_t mode,
+                                   const std::string& path)
+{
+    if (auto written = writeAll(file, bytes, path); !written) {
+        return written;
+    }
+    if (::fchmod(file.get(), mode) != 0) {
+        return Unexpected{lastFileError("fchmod", path)};
+    }
+    int result = 0;
+    do {
+        result = ::fsync(file.get());
+    } while (result != 0 && errno == EINTR);
+    if (result != 0) {
+        return Unexpected{lastFileError("fsync", path)};
+    }
+    if (file.close() != 0) {
+        return Unexpected{lastFileError("close", path)};
+    }
+    return {};
+}
+
+// The mode that the new content takes over.
+Expected<mode_t, FileError> modeFor(const FileDescriptor& folder, const std::string& path)
+{
+    struct stat status = {};
+    if (::fstatat(folder.get(), nameOf(path).c_str(), &status, 0) != 0) {
+        return errno == ENOENT ? Expected<mode_t, FileError>{privateFile}
+                               : Unexpected{lastFileError("stat", path)};
+    }
+    if (const int code = refusal(status); code != 0) {
+        return Unexpected{fileError("open", code, path)};
+    }
+    return status.st_mode & permissionBits;
+}
+
+Expected<void, FileError> replaceFile(const FileDescriptor& folder, const std::string& path,
+                                      std::string_view bytes, mode_t mode)
+{
+    const std::string temporaryName = makeTemporaryName();
+    FileDescriptor file =
+        openFile(folder.get(), temporaryName, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, privateFile);
+    if (!file.isOpen()) {
+        return Unexpected{lastFileError("open", folderOf(path) + "/" + temporaryName)};
+    }
+    // After a failed fsync the kernel takes the pages for clean, so a second one proves nothing: every
+    // failure throws the temporary file away, and the caller's next attempt starts from memory.
+    auto filled = fillFile(std::move(file), bytes, mode, path);
+    if (!filled) {
+        ::unlinkat(folder.get(), temporaryName.c_str(), 0);
+        return filled;
+    }
+    if (::renameat(folder.get(), temporaryName.c_str(), folder.get(), nameOf(path).c_str()) != 0) {
+        const FileError error = lastFileError("rename", path);
+        ::unlinkat(folder.get(), temporaryName.c_str(), 0);
+        return Unexpected{error};
+    }
+    return syncFolder(folder, folderOf(path));
+}
+
+} // namespace
+
+Expected<std::optional<std::string>, FileError> PosixDurableFile::read(const std::string& path) const
+{
+    // O_NONBLOCK: a pipe in the file's place must not hold up the start.
+    const FileDescriptor file = openFile(AT_FDCWD, path, O_RDONLY | O_NONBLOCK | O_NOCTTY);
+    if (!file.isOpen()) {
+        if (errno == ENOENT) {
+            return std::optional<std::string>{};
+        }
+        return Unexpected{lastFileError("open", path)};
+    }
+    struct stat status = {};
+    if (::fstat(file.get(), &status) != 0) {
+        return Unexpected{lastFileError("stat", path)};
+    }
+    if (const int code = refusal(status); code != 0) {
+        return Unexpected{fileError("read", code, path)};
+    }
+    if (status.st_size > largestFile) {
+        return Unexpected{fileError("read", EFBIG, path)};
+    }
+    std::string bytes;
+    bytes.reserve(static_cast<std::size_t>(status.st_size) + spareCapacity);
+    bytes.resize(static_cast<std::size_t>(status.st_size));
+    std::size_t length = 0;
+    while (length < bytes.size()) {
+        const ssize_t count = ::read(file.get(), bytes.data() + length, bytes.size() - length);
+        if (count < 0 && errno != EINTR) {
+            return Unexpected{lastFileError("read", path)};
+        }
+        if (count == 0) {
+            break;
+        }
+        length += count > 0 ? static_cast<std::size_t>(count) : 0;
+    }
+    bytes.resize(length);
+    return std::optional{std::move(bytes)};
+}
+
+Expected<void, FileError> PosixDurableFile::write(const std::string& path, std::string_view bytes)
+{
+    const auto target = followLinks(path);
+    if (!target) {
+        return Unexpected{target.error()};
+    }
+    const std::string folderPath = folderOf(*target);
+    if (auto created = createFolders(folderPath); !created) {
+        return created;
+    }
+    const FileDescriptor folder = openFile(AT_FDCWD, folderPath, O_RDONLY | O_DIRECTORY);
+    if (!folder.isOpen()) {
+        return Unexpected{lastFileError("open", folderPath)};
+    }
+    const auto mode = modeFor(folder, *target);
+    if (!mode) {
+        return Unexpected{mode.error()};
+    }
+    return replaceFile(folder, *target, bytes, *mode);
+}
+
+Expected<void, FileError> PosixDurableFile::rename(const std::string& from, const std::string& to)
+{
+    int result = ::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE);
+    if (result != 0 && errno == EINVAL) {
+        // Some network file systems do not know the flag. Only one process writes here, so a look will do.
+        struct stat status = {};
+        if (::lstat(to.c_str(), &status) == 0) {
+            return Unexpected{fileError("rename", EEXIST, to)};
+        }
+        result = ::rename(from.c_str(), to.c_str());
+    }
+    if (result != 0) {
+        return Unexpected{lastFileError("rename", errno == EEXIST ? to : from)};
+    }
+    return syncFolder(folderOf(to));
+}
+
+Expected<void, FileError> PosixDurableFile::remove(const std::string& path)
+{
+    const auto target = followLinks(path);
+    if (!target) {
+        return Unexpected{target.error()};
+    }
+    if (::unlink(target->c_str()) != 0) {
+        return errno == ENOENT ? Expected<void, FileError>{} : Unexpected{lastFileError("unlink", *target)};
+    }
+    return syncFolder(folderOf(*target));
+}
+
+bool PosixDurableFile::exists(const std::string& path) const
+{
+    struct stat status = {};
+    return ::stat(path.c_str(), &status) == 0 || (errno != ENOENT && errno != ENOTDIR);
+}
+
+} // namespace brevlin

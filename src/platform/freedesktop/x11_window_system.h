@@ -1,0 +1,48 @@
+#pragma once
+
+#include "platform/window_system.h"
+
+#include <QAbstractNativeEventFilter>
+#include <QObject>
+
+#include <xcb/xcb.h>
+
+#include <optional>
+#include <string_view>
+
+namespace brevlin {
+
+/// Window management on X11 by the Extended Window Manager Hints
+/// (https://specifications.freedesktop.org/wm-spec/) and the two GTK hints that most window managers share.
+/// Away from X11 it offers nothing.
+class X11WindowSystem final : public QObject, public WindowSystem, private QAbstractNativeEventFilter
+{
+    Q_OBJECT
+
+public:
+    explicit X11WindowSystem(QObject* parent = nullptr);
+    ~X11WindowSystem() override;
+
+    bool supportsShadowMargins() const override;
+    void setSupportChangeHandler(std::function<void()> handler) override;
+    void setShadowMargins(WindowId window, const Extents& extents) override;
+    bool showWindowMenu(WindowId window, int x, int y) override;
+    void activate(WindowId window, const std::string& token) override;
+
+private:
+    bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
+    xcb_atom_t atom(std::string_view name) const;
+    bool managerSupports(xcb_atom_t hint) const;
+    bool isComposited() const;
+    void sendToRoot(xcb_window_t window, xcb_atom_t type, const std::uint32_t (&data)[5]) const;
+
+    xcb_connection_t* m_connection = nullptr; // Qt's own; none away from X11
+    xcb_window_t m_root = XCB_WINDOW_NONE;
+    std::function<void()> m_supportChangeHandler;
+};
+
+/// The X server time in a startup notification identifier "…_TIME1234"
+/// (https://specifications.freedesktop.org/startup-notification-spec/); nothing where it has none.
+std::optional<std::uint32_t> startupIdentifierTime(std::string_view identifier);
+
+} // namespace brevlin

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace brevlin {
+
+/// What a window that draws its own title bar and border needs from the window manager. Windows are named by
+/// their native identifier; lengths are native pixels.
+class WindowSystem
+{
+public:
+    using WindowId = std::uint64_t;
+
+    struct Extents
+    {
+        std::uint32_t left = 0;
+        std::uint32_t right = 0;
+        std::uint32_t top = 0;
+        std::uint32_t bottom = 0;
+    };
+
+    virtual ~WindowSystem() = default;
+
+    /// Whether a window may be larger than it looks, with a shadow painted into the margin. May change at any
+    /// time.
+    virtual bool supportsShadowMargins() const = 0;
+    /// Called on the main thread when that may have changed.
+    virtual void setSupportChangeHandler(std::function<void()> handler) = 0;
+    /// How much of the window is shadow.
+    virtual void setShadowMargins(WindowId window, const Extents& extents) = 0;
+    /// Asks for the window manager's own menu at a place of the screen; false where there is none.
+    virtual bool showWindowMenu(WindowId window, int x, int y) = 0;
+    /// Raises the window and gives it the keyboard. The token is what the desktop gave to the user's action,
+    /// empty where there is none: the request then counts as the user's own.
+    virtual void activate(WindowId window, const std::string& token) = 0;
+};
+
+} // namespace brevlin

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "core/expected.h"
+#include "platform/login_item.h"
+
+#include <optional>
+#include <string>
+
+namespace brevlin {
+
+enum class LaunchAtLoginStatus { disabled, enabled, requiresApproval, unavailable };
+
+/// A change of the login item that failed.
+struct LaunchAtLoginServiceError
+{
+    enum class Operation { enable, disable };
+
+    Operation operation = Operation::enable;
+    std::string underlyingDescription;
+
+    bool operator==(const LaunchAtLoginServiceError&) const = default;
+
+    /// The text for the user; Chinese whatever the language.
+    std::string errorDescription() const;
+};
+
+/// Brings the program's login item in line with the user's wish.
+class LaunchAtLoginService final
+{
+public:
+    explicit LaunchAtLoginService(LoginItem& item);
+
+    /// Read afresh at every call.
+    LaunchAtLoginStatus status() const;
+    /// Gives the status read after the change: registering may leave the item waiting for approval.
+    Expected<LaunchAtLoginStatus, LaunchAtLoginServiceError> setEnabled(bool enabled);
+    /// The failure of the latest setEnabled().
+    const std::optional<LaunchAtLoginServiceError>& lastError() const { return m_lastError; }
+    void openSettings() { m_item.openSettings(); }
+
+private:
+    LoginItem& m_item;
+    std::optional<LaunchAtLoginServiceError> m_lastError;
+};
+
+} // namespace brevlin

@@ -1,0 +1,10 @@
+#include "storage/document_error.h"
+
+namespace brevlin {
+
+DocumentError documentError(const FileError& error)
+{
+    return {error.description + " (" + error.operation + ")"};
+}
+
+} // namespace brevlin

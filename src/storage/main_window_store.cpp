@@ -1,0 +1,96 @@
+#include "storage/main_window_store.h"
+
+#include "storage/json/json_reader.h"
+#include "storage/json/json_writer.h"
+
+#include <cstdint>
+#include <utility>
+
+namespace brevlin {
+
+namespace {
+
+std::optional<JsonDocument> load(const UserDefaults& defaults, std::string_view key)
+{
+    const auto document = defaults.value(std::string(key));
+    if (!document || !*document) {
+        return std::nullopt;
+    }
+    auto json = JsonDocument::parse(**document);
+    return json ? std::optional{*std::move(json)} : std::nullopt;
+}
+
+Expected<void, DocumentError> save(UserDefaults& defaults, std::string_view key, JsonWriter writer)
+{
+    const auto document = std::move(writer).finish();
+    if (!document) {
+        return Unexpected{document.error()};
+    }
+    if (const auto written = defaults.setValue(std::string(key), *document); !written) {
+        return Unexpected{documentError(written.error())};
+    }
+    return {};
+}
+
+// Beyond these limits lies no screen.
+int readPoints(JsonObjectReader& reader, std::string_view key, std::int64_t least)
+{
+    constexpr std::int64_t most = 100'000;
+    std::int64_t value = 0;
+    reader.required(key, value);
+    if (value < least || value > most) {
+        reader.refuse(key, "is out of range");
+        return 0;
+    }
+    return static_cast<int>(value);
+}
+
+} // namespace
+
+MainWindowStore::MainWindowStore(UserDefaults& defaults) : m_defaults(defaults) {}
+
+std::optional<std::string> MainWindowStore::section() const
+{
+    const auto json = load(m_defaults, sectionKey);
+    std::string result;
+    return json && read(json->root(), result) ? std::optional{result} : std::nullopt;
+}
+
+Expected<void, DocumentError> MainWindowStore::saveSection(std::string_view rawValue)
+{
+    JsonWriter writer;
+    writer.value(rawValue);
+    return save(m_defaults, sectionKey, std::move(writer));
+}
+
+std::optional<WindowGeometry> MainWindowStore::geometry() const
+{
+    const auto json = load(m_defaults, geometryKey);
+    if (!json) {
+        return std::nullopt;
+    }
+    constexpr std::int64_t leftmost = -100'000;
+    WindowGeometry result;
+    JsonObjectReader reader(json->root());
+    result.x = readPoints(reader, "x", leftmost);
+    result.y = readPoints(reader, "y", leftmost);
+    result.width = readPoints(reader, "width", 1);
+    result.height = readPoints(reader, "height", 1);
+    reader.required("maximized", result.maximized);
+    return reader.error() ? std::nullopt : std::optional{result};
+}
+
+Expected<void, DocumentError> MainWindowStore::saveGeometry(const WindowGeometry& geometry)
+{
+    JsonWriter writer;
+    writer.beginObject();
+    writer.field("x", std::int64_t{geometry.x});
+    writer.field("y", std::int64_t{geometry.y});
+    writer.field("width", std::int64_t{geometry.width});
+    writer.field("height", std::int64_t{geometry.height});
+    writer.field("maximized", geometry.maximized);
+    writer.endObject();
+    return save(m_defaults, geometryKey, std::move(writer));
+}
+
+} // namespace brevlin

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "core/expected.h"
+#include "platform/user_defaults.h"
+#include "storage/document_error.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace brevlin {
+
+/// Where the main window was, in points.
+struct WindowGeometry
+{
+    int x = 0;
+    int y = 0;
+    int width = 0;  ///< of the window when it is not maximized
+    int height = 0; ///< of the window when it is not maximized
+    bool maximized = false;
+
+    bool operator==(const WindowGeometry&) const = default;
+};
+
+/// Remembers the look of the main window. These are conveniences: what cannot be read counts as absent.
+class MainWindowStore final
+{
+public:
+    static constexpr std::string_view sectionKey = "com.quillmark.brevlin.mainSection";
+    static constexpr std::string_view geometryKey = "com.quillmark.brevlin.mainWindow";
+
+    explicit MainWindowStore(UserDefaults& defaults);
+
+    /// The raw string of the section that was selected last.
+    std::optional<std::string> section() const;
+    Expected<void, DocumentError> saveSection(std::string_view rawValue);
+    /// Width and height are greater than 0, and no number is beyond 100,000.
+    std::optional<WindowGeometry> geometry() const;
+    Expected<void, DocumentError> saveGeometry(const WindowGeometry& geometry);
+
+private:
+    UserDefaults& m_defaults;
+};
+
+} // namespace brevlin

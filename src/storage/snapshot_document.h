@@ -1,0 +1,21 @@
+#pragma once
+
+#include "core/expected.h"
+#include "core/finished_session.h"
+#include "core/timer_snapshot.h"
+#include "storage/document_error.h"
+
+#include <string>
+
+namespace brevlin {
+
+// The JSON forms of the timer's values. Keys stand in the order of the fields; absent optionals are omitted.
+
+Expected<std::string, DocumentError> encode(const TimerSnapshot& snapshot);
+Expected<std::string, DocumentError> encode(const FinishedSession& session);
+
+/// Takes the values as they stand, held within what the engine can reckon with (stored_limits.h).
+Expected<TimerSnapshot, DocumentError> decodeTimerSnapshot(const std::string& document);
+Expected<FinishedSession, DocumentError> decodeFinishedSession(const std::string& document);
+
+} // namespace brevlin

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "app/app_section.h"
+#include "storage/main_window_store.h"
+
+#include <QPointer>
+#include <QWidget>
+
+#include <string>
+
+namespace brevlin {
+
+class AppModel;
+class MessageDialog;
+class RootView;
+class WindowFrame;
+class WindowSystem;
+
+/// The main window. It draws its own title bar and border; closing it hides it and the timer lives on. Shows
+/// the model's message as a modal alert, and remembers its size and place.
+class MainWindow final : public QWidget
+{
+    Q_OBJECT
+
+public:
+    MainWindow(AppModel& model, SectionSelection& selection, MainWindowStore& store,
+               WindowSystem& windowSystem, QWidget* parent = nullptr);
+    ~MainWindow() override;
+
+    /// Shows the window, raises it and gives it the keyboard. The token is what the desktop gave to the
+    /// user's action.
+    void present(const std::string& activationToken);
+
+Q_SIGNALS:
+    void quitRequested();
+
+protected:
+    void changeEvent(QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
+private:
+    void addShortcuts();
+    void connectTopBar();
+    void restoreGeometry();
+    void rememberGeometry();
+    void saveGeometry();
+    void toggleMaximized();
+    void toggleFullScreen();
+    void showWindowMenu(const QPoint& globalPosition);
+    void showMessage();
+
+    AppModel& m_model;
+    MainWindowStore& m_store;
+    WindowSystem& m_windowSystem;
+    RootView* m_rootView; // these are owned by this widget
+    WindowFrame* m_frame;
+    QPointer<MessageDialog> m_messageDialog;
+    WindowGeometry m_normalGeometry; // of the content, without the margin for the shadow
+    WindowGeometry m_savedGeometry;
+    int m_saveTimer = 0;
+    bool m_isPlaced = false; // shown once, so that the window manager has given it a place
+
+    void timerEvent(QTimerEvent* event) override;
+};
+
+} // namespace brevlin

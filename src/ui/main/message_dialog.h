@@ -1,0 +1,27 @@
+#pragma once
+
+#include "app/app_message.h"
+#include "core/language.h"
+
+#include <QDialog>
+
+namespace brevlin {
+
+/// Tells the user of a failure, in front of the window that it belongs to, until the one button is pressed.
+class MessageDialog final : public QDialog
+{
+    Q_OBJECT
+
+public:
+    MessageDialog(const AppMessage& message, AppLanguage language, QWidget* parent);
+
+    const Uuid& messageID() const { return m_messageID; }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    Uuid m_messageID;
+};
+
+} // namespace brevlin

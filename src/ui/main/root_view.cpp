@@ -1,0 +1,77 @@
+#include "ui/main/root_view.h"
+
+#include "app/app_model.h"
+#include "ui/main/timer_dashboard_view.h"
+#include "ui/main/top_bar.h"
+#include "ui/style/shapes.h"
+#include "ui/style/theme.h"
+
+#include <QPainter>
+#include <QPainterPath>
+
+namespace brevlin {
+
+RootView::RootView(AppModel& model, SectionSelection& selection, QWidget* parent)
+    : QWidget(parent), m_model(model), m_selection(selection), m_topBar(new TopBar(model, selection, this))
+{
+    connect(&selection, &SectionSelection::sectionChanged, this, &RootView::showSection);
+    showSection();
+}
+
+void RootView::setCornerRadius(double radius)
+{
+    m_cornerRadius = radius;
+    update();
+}
+
+void RootView::showSection()
+{
+    delete m_detail;
+    switch (m_selection.section()) {
+    case AppSection::timer:
+        m_detail = new TimerDashboardView(m_model, this);
+        break;
+    case AppSection::history:
+    case AppSection::statistics:
+    case AppSection::settings:
+    case AppSection::about:
+        m_detail = new QWidget(this);
+        break;
+    }
+    layOut();
+    m_detail->show();
+}
+
+void RootView::layOut()
+{
+    m_topBar->setGeometry(0, 0, width(), TopBar::barHeight);
+    m_detail->setGeometry(0, TopBar::barHeight, width(), height() - TopBar::barHeight);
+}
+
+void RootView::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    layOut();
+}
+
+void RootView::paintEvent(QPaintEvent* /*event*/)
+{
+    QPainter painter(this);
+    const Theme theme = Theme::of(*this);
+    const QRectF bar(0, 0, width(), TopBar::barHeight);
+    if (m_cornerRadius > 0.0) {
+        painter.setRenderHint(QPainter::Antialiasing);
+        QPainterPath outline;
+        outline.addRoundedRect(rect(), m_cornerRadius, m_cornerRadius);
+        painter.fillPath(outline, theme.color(ThemeColor::canvas));
+        QPainterPath barOutline;
+        barOutline.addRect(bar);
+        painter.fillPath(outline.intersected(barOutline), theme.color(ThemeColor::windowBackground));
+    } else {
+        painter.fillRect(rect(), theme.color(ThemeColor::canvas));
+        painter.fillRect(bar, theme.color(ThemeColor::windowBackground));
+    }
+    paintHairline(painter, bar, Qt::BottomEdge, theme.color(ThemeColor::cardBorder));
+}
+
+} // namespace brevlin

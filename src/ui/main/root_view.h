@@ -1,0 +1,40 @@
+#pragma once
+
+#include "app/app_section.h"
+
+#include <QWidget>
+
+namespace brevlin {
+
+class AppModel;
+class TopBar;
+
+/// The content of the main window: the top bar above the screen of the selected section. Each selection makes
+/// its screen afresh.
+class RootView final : public QWidget
+{
+    Q_OBJECT
+
+public:
+    RootView(AppModel& model, SectionSelection& selection, QWidget* parent = nullptr);
+
+    TopBar& topBar() { return *m_topBar; }
+    /// Corners of this radius are left to what lies behind; 0 for a square view.
+    void setCornerRadius(double radius);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void showSection();
+    void layOut();
+
+    AppModel& m_model;
+    SectionSelection& m_selection;
+    TopBar* m_topBar; // owned by this widget, as is the detail
+    QWidget* m_detail = nullptr;
+    double m_cornerRadius = 0.0;
+};
+
+} // namespace brevlin

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QAccessible>
+#include <QString>
+#include <QWidget>
+
+#include <functional>
+
+namespace brevlin {
+
+/// Makes the widget and all it contains one element for assistive technology, whose name is asked for when it
+/// is wanted: a countdown that set its name every second would be read aloud every second.
+void makeSpokenElement(QWidget& widget, QAccessible::Role role, std::function<QString()> name);
+
+} // namespace brevlin

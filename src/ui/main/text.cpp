@@ -1,0 +1,23 @@
+#include "ui/main/text.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+
+#include <cmath>
+
+namespace brevlin {
+
+void drawTextOnBaseline(QPainter& painter, const QRectF& rect, Qt::Alignment alignment, const QString& text)
+{
+    const QFontMetricsF metrics(painter.font());
+    double x = rect.left();
+    if (alignment & Qt::AlignHCenter) {
+        x += (rect.width() - metrics.horizontalAdvance(text)) / 2;
+    } else if (alignment & Qt::AlignRight) {
+        x += rect.width() - metrics.horizontalAdvance(text);
+    }
+    const double top = rect.top() + (rect.height() - metrics.height()) / 2;
+    painter.drawText(QPointF(x, std::round(top + metrics.ascent())), text);
+}
+
+} // namespace brevlin

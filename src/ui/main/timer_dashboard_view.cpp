@@ -1,0 +1,38 @@
+#include "ui/main/timer_dashboard_view.h"
+
+#include "ui/main/timer_card.h"
+#include "ui/main/today_strip.h"
+#include "ui/style/card_surface.h"
+
+#include <QVBoxLayout>
+
+namespace brevlin {
+
+namespace {
+
+constexpr int screenPadding = 24;
+constexpr int cardSpacing = 18;
+
+} // namespace
+
+TimerDashboardView::TimerDashboardView(AppModel& model, QWidget* parent) : QWidget(parent)
+{
+    auto* strip = new CardSurface(0, this);
+    auto* stripLayout = new QVBoxLayout(strip);
+    stripLayout->setContentsMargins(0, 0, 0, 0);
+    stripLayout->addWidget(new TodayStrip(model, strip));
+
+    // The timer keeps its own padding, which gives way in a low window.
+    auto* timer = new CardSurface(0, this);
+    auto* timerLayout = new QVBoxLayout(timer);
+    timerLayout->setContentsMargins(0, 0, 0, 0);
+    timerLayout->addWidget(new TimerCard(model, timer));
+
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(screenPadding, screenPadding, screenPadding, screenPadding);
+    column->setSpacing(cardSpacing);
+    column->addWidget(strip);
+    column->addWidget(timer, 1);
+}
+
+} // namespace brevlin

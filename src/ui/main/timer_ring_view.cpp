@@ -1,0 +1,210 @@
+#include "ui/main/timer_ring_view.h"
+
+#include "app/app_model.h"
+#include "app/time_text.h"
+#include "ui/main/spoken_element.h"
+#include "ui/main/text.h"
+#include "ui/style/animation.h"
+#include "ui/style/brevlin_mark.h"
+#include "ui/style/numeric_text.h"
+#include "ui/style/theme.h"
+#include "ui/style/typography.h"
+
+#include <QFontMetricsF>
+#include <QPaintEvent>
+#include <QPainter>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <numbers>
+
+namespace brevlin {
+
+namespace {
+
+constexpr std::chrono::milliseconds progressDuration{350};
+constexpr int smoothestSteps = 20;
+// Below this the eye sees no step, so none is painted: a long phase moves its arc by a fraction of a point a
+// second.
+constexpr double visibleStep = 0.2; // points along the arc
+constexpr double largeDiameter = 200.0;
+
+QFont endTextFont(double diameter)
+{
+    return textFont(diameter > largeDiameter ? TextRole::caption : TextRole::smallCaption);
+}
+
+} // namespace
+
+TimerRingView::TimerRingView(AppModel& model, const TimerRingMetrics& metrics, QWidget* parent)
+    : QWidget(parent)
+    , m_model(model)
+    , m_metrics(metrics)
+    , m_time(new NumericText(systemFont(metrics.timeSize, QFont::DemiBold, FontDesign::rounded), this))
+    , m_progress(new ValueAnimation(*this))
+{
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    makeSpokenElement(*this, QAccessible::Clock, [this] { return spokenText(); });
+
+    connect(m_progress, &ValueAnimation::valueChanged, this, &TimerRingView::repaintArc);
+    connect(&model, &AppModel::remainingSecondsChanged, this, [this] {
+        updateTime();
+        updateProgress();
+    });
+    connect(&model, &AppModel::snapshotChanged, this, &TimerRingView::updateTexts);
+    connect(&model, &AppModel::preferencesChanged, this, &TimerRingView::updateTexts);
+    m_progress->setValue(model.progress());
+    updateTexts();
+}
+
+QSize TimerRingView::sizeHint() const
+{
+    const int side = static_cast<int>(std::ceil(m_metrics.diameter));
+    return {side, side};
+}
+
+QString TimerRingView::spokenText() const
+{
+    const AppLanguage language = m_model.language();
+    const QString phase = qtText(title(m_model.snapshot().phase, language));
+    const QString clock = qtText(TimeText::clock(m_model.remainingSeconds()));
+    return language == AppLanguage::english
+               ? phase + QStringLiteral(", ") + clock + QStringLiteral(" remaining")
+               : phase + QStringLiteral("，剩余 ") + clock;
+}
+
+void TimerRingView::updateTime()
+{
+    m_time->setText(qtText(TimeText::clock(m_model.remainingSeconds())));
+}
+
+void TimerRingView::updateTexts()
+{
+    const bool isEnglish = m_model.language() == AppLanguage::english;
+    m_phase = m_model.snapshot().phase;
+    m_endText.clear();
+    if (m_model.snapshot().isActive()) {
+        m_endText = (isEnglish ? QStringLiteral("Estimated end ") : QStringLiteral("预计结束于 ")) +
+                    qtText(m_model.endTimeText());
+    }
+    updateTime();
+    updateProgress();
+    layOut();
+    update();
+}
+
+void TimerRingView::updateProgress()
+{
+    const double target = m_model.progress();
+    const double circumference = std::numbers::pi * circle().width();
+    const int steps = static_cast<int>(std::abs(target - m_progress->value()) * circumference / visibleStep);
+    if (steps == 0 && target > 0.0) {
+        return; // until enough has come together
+    }
+    m_progress->animateTo(target,
+                          {progressDuration, QEasingCurve::Linear, std::clamp(steps, 1, smoothestSteps)});
+}
+
+void TimerRingView::repaintArc(double progress)
+{
+    update(arcBounds(m_paintedProgress, progress));
+    m_paintedProgress = progress;
+}
+
+void TimerRingView::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    m_progress->setValue(m_model.progress());
+    updateTexts();
+}
+
+void TimerRingView::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    layOut();
+}
+
+double TimerRingView::spacing() const
+{
+    return m_metrics.diameter > largeDiameter ? 9.0 : 4.0;
+}
+
+void TimerRingView::layOut()
+{
+    const QRectF bounds = rect();
+    const QSizeF timeSize = m_time->sizeHint();
+    const double endHeight =
+        m_endText.isEmpty() ? 0.0 : std::ceil(QFontMetricsF(endTextFont(m_metrics.diameter)).height());
+    const double height = m_metrics.iconSize + spacing() + timeSize.height() +
+                          (m_endText.isEmpty() ? 0.0 : spacing() + endHeight);
+    double top = std::round(bounds.center().y() - height / 2);
+    m_iconRect =
+        QRectF(bounds.center().x() - m_metrics.iconSize / 2, top, m_metrics.iconSize, m_metrics.iconSize);
+    top += m_metrics.iconSize + spacing();
+    const QSize time = timeSize.toSize();
+    m_time->setGeometry(QRect(QPoint((width() - time.width()) / 2, static_cast<int>(std::round(top))), time));
+    top += timeSize.height() + spacing();
+    m_endTextRect = QRectF(0, top, bounds.width(), endHeight);
+}
+
+// Strokes lie on the outline of the square, half of their width outside, as a stroked circle does.
+QRectF TimerRingView::circle() const
+{
+    const double side = m_metrics.diameter - m_metrics.lineWidth;
+    const QPointF center = QRectF(rect()).center();
+    return {center.x() - side / 2, center.y() - side / 2, side, side};
+}
+
+QRect TimerRingView::arcBounds(double from, double to) const
+{
+    if (std::min(from, to) <= 0.0 || std::abs(to - from) > 0.1) {
+        return rect();
+    }
+    const QRectF ring = circle();
+    const auto point = [&](double progress) {
+        const double angle = progress * 2 * std::numbers::pi - std::numbers::pi / 2;
+        return ring.center() + QPointF(std::cos(angle), std::sin(angle)) * (ring.width() / 2);
+    };
+    const double reach = m_metrics.lineWidth / 2 + 2.0;
+    QRectF bounds = QRectF(point(from), QSizeF(0, 0)).united(QRectF(point((from + to) / 2), QSizeF(1, 1)));
+    bounds = bounds.united(QRectF(point(to), QSizeF(1, 1)));
+    return bounds.adjusted(-reach, -reach, reach, reach).toAlignedRect();
+}
+
+void TimerRingView::paintEvent(QPaintEvent* event)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const Theme theme = Theme::of(*this);
+    const ThemeColor color = phaseColor(m_phase);
+
+    // What lies inside the ring changes every second; the ring itself need not be drawn for that.
+    const double inner = (circle().width() - m_metrics.lineWidth) / std::numbers::sqrt2 - 2;
+    QRectF inside(0, 0, inner, inner);
+    inside.moveCenter(QRectF(rect()).center());
+    if (!inside.contains(event->rect())) {
+        QPen pen(theme.color(color, 0.12), m_metrics.lineWidth);
+        pen.setCapStyle(Qt::FlatCap);
+        painter.setPen(pen);
+        painter.drawEllipse(circle());
+        if (m_paintedProgress > 0.0) {
+            pen.setColor(theme.color(color));
+            pen.setCapStyle(Qt::RoundCap);
+            pen.setJoinStyle(Qt::MiterJoin);
+            painter.setPen(pen);
+            constexpr double fullTurn = 360.0 * 16;
+            painter.drawArc(circle(), 90 * 16, -static_cast<int>(std::round(m_paintedProgress * fullTurn)));
+        }
+    }
+    if (event->rect().intersects(m_iconRect.toAlignedRect())) {
+        paintPhaseIcon(painter, m_iconRect, m_phase, theme);
+    }
+    if (!m_endText.isEmpty()) {
+        painter.setFont(endTextFont(m_metrics.diameter));
+        painter.setPen(theme.color(ThemeColor::secondaryLabel));
+        drawTextOnBaseline(painter, m_endTextRect, Qt::AlignHCenter, m_endText);
+    }
+}
+
+} // namespace brevlin

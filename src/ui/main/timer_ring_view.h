@@ -1,0 +1,62 @@
+#pragma once
+
+#include "core/timer_vocabulary.h"
+
+#include <QWidget>
+
+namespace brevlin {
+
+class AppModel;
+class NumericText;
+class ValueAnimation;
+
+/// The sizes of a ring; points.
+struct TimerRingMetrics
+{
+    double diameter;
+    double iconSize;
+    double timeSize;
+    double lineWidth;
+};
+
+/// The countdown: an arc that grows clockwise from twelve o'clock around the phase's icon, the time left and,
+/// while a phase is under way, the time of its end. One element for assistive technology, which may ask for
+/// the time at any moment but is not told of each second.
+class TimerRingView final : public QWidget
+{
+    Q_OBJECT
+
+public:
+    TimerRingView(AppModel& model, const TimerRingMetrics& metrics, QWidget* parent = nullptr);
+
+    /// What assistive technology reads now.
+    QString spokenText() const;
+    QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
+private:
+    void updateProgress();
+    void updateTime();
+    void updateTexts();
+    void layOut();
+    void repaintArc(double progress);
+    QRectF circle() const;
+    QRect arcBounds(double from, double to) const;
+    double spacing() const;
+
+    AppModel& m_model;
+    TimerRingMetrics m_metrics;
+    NumericText* m_time;        // owned by this widget
+    ValueAnimation* m_progress; // what is shown, on its way to the model's; owned by this widget
+    double m_paintedProgress = 0.0;
+    TimerPhase m_phase = TimerPhase::focus;
+    QString m_endText;
+    QRectF m_iconRect;
+    QRectF m_endTextRect;
+};
+
+} // namespace brevlin

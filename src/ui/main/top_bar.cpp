@@ -1,0 +1,153 @@
+#include "ui/main/top_bar.h"
+
+#include "app/app_model.h"
+#include "ui/main/text.h"
+#include "ui/style/bar_buttons.h"
+
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QMouseEvent>
+
+namespace brevlin {
+
+namespace {
+
+constexpr int leadingPadding = 100;
+constexpr int fullScreenLeadingPadding = 18;
+constexpr int trailingPadding = 18;
+constexpr int tabSpacing = 3;
+constexpr int windowButtonInset = 14; // of the first button's square; its disc begins 4 points later
+
+constexpr BilingualText closeText{"关闭", "Close"};
+constexpr BilingualText minimizeText{"最小化", "Minimize"};
+constexpr BilingualText maximizeText{"最大化", "Maximize"};
+constexpr BilingualText restoreText{"还原", "Restore"};
+
+} // namespace
+
+TopBar::TopBar(AppModel& model, SectionSelection& selection, QWidget* parent)
+    : QWidget(parent)
+    , m_model(model)
+    , m_selection(selection)
+    , m_close(new WindowButton(WindowButton::Kind::close, this))
+    , m_minimize(new WindowButton(WindowButton::Kind::minimize, this))
+    , m_maximize(new WindowButton(WindowButton::Kind::maximize, this))
+    , m_about(nullptr)
+{
+    setFixedHeight(barHeight);
+    for (const AppSection section : allCases<AppSection>()) {
+        if (section == AppSection::about) {
+            continue;
+        }
+        auto* tab = new SectionTab(this);
+        connect(tab, &QAbstractButton::clicked, this, [this, section] { m_selection.select(section); });
+        m_tabs.push_back(tab);
+    }
+    m_about = new LogoButton(this);
+    connect(m_about, &QAbstractButton::clicked, this, [this] { m_selection.select(AppSection::about); });
+    connect(m_close, &QAbstractButton::clicked, this, &TopBar::closeRequested);
+    connect(m_minimize, &QAbstractButton::clicked, this, &TopBar::minimizeRequested);
+    connect(m_maximize, &QAbstractButton::clicked, this, &TopBar::maximizeRequested);
+    connect(&model, &AppModel::preferencesChanged, this, &TopBar::refresh);
+    connect(&selection, &SectionSelection::sectionChanged, this, &TopBar::refresh);
+    refresh();
+}
+
+void TopBar::refresh()
+{
+    const AppLanguage language = m_model.language();
+    for (std::size_t index = 0; index < m_tabs.size(); ++index) {
+        const AppSection section = allCases<AppSection>().at(index);
+        m_tabs[index]->setText(qtText(title(section, language)));
+        m_tabs[index]->setSelected(section == m_selection.section());
+    }
+    m_about->setAccessibleName(qtText(title(AppSection::about, language)));
+    m_about->setSelected(m_selection.section() == AppSection::about);
+    const auto name = [language](WindowButton* button, const BilingualText& text) {
+        button->setAccessibleName(qtText(text.in(language)));
+        button->setToolTip(qtText(text.in(language)));
+    };
+    name(m_close, closeText);
+    name(m_minimize, minimizeText);
+    name(m_maximize, m_isMaximized ? restoreText : maximizeText);
+    layOut();
+}
+
+void TopBar::setFullScreen(bool isFullScreen)
+{
+    m_isFullScreen = isFullScreen;
+    for (WindowButton* button : {m_close, m_minimize, m_maximize}) {
+        button->setVisible(!isFullScreen);
+    }
+    layOut();
+}
+
+void TopBar::setMaximized(bool isMaximized)
+{
+    m_isMaximized = isMaximized;
+    m_maximize->setKind(isMaximized ? WindowButton::Kind::restore : WindowButton::Kind::maximize);
+    refresh();
+}
+
+void TopBar::layOut()
+{
+    const auto place = [this](QWidget* widget, int x) {
+        const QSize size = widget->sizeHint();
+        widget->setGeometry(x, (barHeight - size.height()) / 2, size.width(), size.height());
+    };
+    int x = windowButtonInset;
+    for (WindowButton* button : {m_close, m_minimize, m_maximize}) {
+        place(button, x);
+        x += button->sizeHint().width();
+    }
+    x = m_isFullScreen ? fullScreenLeadingPadding : leadingPadding;
+    for (SectionTab* tab : m_tabs) {
+        place(tab, x);
+        x += tab->sizeHint().width() + tabSpacing;
+    }
+    place(m_about, width() - trailingPadding - m_about->sizeHint().width());
+}
+
+void TopBar::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    layOut();
+}
+
+void TopBar::mousePressEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton) {
+        m_pressPosition = event->globalPosition().toPoint();
+    }
+}
+
+void TopBar::mouseMoveEvent(QMouseEvent* event)
+{
+    // The window manager takes the pointer for the move, so it begins only where a double click can no longer
+    // follow.
+    if (m_pressPosition && (event->globalPosition().toPoint() - *m_pressPosition).manhattanLength() >=
+                               QApplication::startDragDistance()) {
+        m_pressPosition.reset();
+        Q_EMIT moveRequested();
+    }
+}
+
+void TopBar::mouseReleaseEvent(QMouseEvent* /*event*/)
+{
+    m_pressPosition.reset();
+}
+
+void TopBar::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton) {
+        m_pressPosition.reset();
+        Q_EMIT maximizeRequested();
+    }
+}
+
+void TopBar::contextMenuEvent(QContextMenuEvent* event)
+{
+    Q_EMIT menuRequested(event->globalPos());
+}
+
+} // namespace brevlin

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+
+namespace brevlin {
+
+/// Where the user's files live, absolute and without a slash at the end.
+struct UserFolders
+{
+    std::string applicationSupport; ///< the base folder for data of all programs
+    std::string data;               ///< ours in it
+    std::string preferences;        ///< ours in the base folder for settings
+};
+
+/// As the environment says.
+UserFolders userFolders();
+
+} // namespace brevlin

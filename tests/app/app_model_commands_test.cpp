@@ -1,0 +1,178 @@
+#include "app/model_fixture.h"
+
+namespace brevlin {
+namespace {
+
+using enum TimerRunState;
+using Log = std::vector<std::string>;
+
+class CommandsTest : public test::ModelTest
+{
+protected:
+    TimerSettings storedSettings() { return PreferencesStore(defaults, clock).load().timerSettings; }
+    void ring()
+    {
+        launchAndStart();
+        scheduler.advance(Seconds{1500});
+        capsule.log.clear();
+    }
+};
+
+TEST_F(CommandsTest, the_primary_action_follows_the_state)
+{
+    launch();
+    for (const TimerRunState expected : {running, paused, running}) {
+        model().performPrimaryAction();
+        EXPECT_EQ(runState(), expected);
+    }
+    scheduler.advance(Seconds{1500});
+    model().performPrimaryAction();
+    EXPECT_EQ(runState(), running);
+    EXPECT_EQ(model().snapshot().phase, TimerPhase::shortBreak);
+}
+
+TEST_F(CommandsTest, each_command_silences_the_alert_and_drives_the_capsule)
+{
+    struct Case
+    {
+        void (AppModel::*command)();
+        TimerRunState before;
+        TimerRunState after;
+        Log capsule;
+    };
+    const Case cases[] = {
+        {&AppModel::start, idle, running, {"clear"}},
+        {&AppModel::pause, running, paused, {}},
+        {&AppModel::resume, running, running, {}},
+        {&AppModel::addFiveMinutes, ringing, ringing, {}},
+        {&AppModel::endCurrentPhase, running, ringing, {"clear", "present Ended Focus early"}},
+        {&AppModel::endCurrentPhase, ringing, ringing, {"clear"}},
+        {&AppModel::switchToNextPhase, running, running, {"clear", "clear"}},
+        {&AppModel::switchToNextPhase, ringing, ringing, {"clear"}},
+        {&AppModel::advance, ringing, running, {"begin collapse", "finish collapse"}},
+        {&AppModel::advance, idle, running, {"begin collapse", "finish collapse"}},
+        {&AppModel::skipPendingPhase, ringing, ringing, {"cancel", "present Skipped Break"}},
+        {&AppModel::skipPendingPhase, idle, idle, {"cancel"}},
+        {&AppModel::dismissCompletion, ringing, idle, {"cancel", "clear", "hide"}},
+        {&AppModel::dismissCompletion, idle, idle, {"cancel", "clear", "hide"}},
+    };
+    storePreferences([](AppPreferences& p) { p.timerSettings.alertIntensity = AlertIntensity::strong; });
+    int number = 0;
+    for (const Case& c : cases) {
+        defaults.values.erase("Brevlin.activeTimerSnapshot.v1");
+        c.before == ringing ? ring() : c.before == running ? void(launchAndStart()) : void(launch());
+        ASSERT_EQ(model().isAlertSoundPlaying(), c.before == ringing);
+        (model().*c.command)();
+        EXPECT_EQ(runState(), c.after) << number;
+        EXPECT_EQ(capsule.log, c.capsule) << number;
+        EXPECT_FALSE(model().isAlertSoundPlaying()) << number;
+        ++number;
+    }
+}
+
+TEST_F(CommandsTest, five_minutes_lengthen_a_paused_phase)
+{
+    launchAndStart();
+    scheduler.advance(Seconds{1380});
+    model().pause();
+    model().addFiveMinutes();
+    model().resume();
+    EXPECT_EQ(model().remainingSeconds(), Seconds{420});
+}
+
+TEST_F(CommandsTest, durations_keep_within_their_range_and_reach_an_idle_phase_at_once)
+{
+    launch();
+    model().setDuration(0, TimerPhase::focus);
+    EXPECT_EQ(storedSettings().focusDuration, Seconds{60});
+    EXPECT_EQ(model().remainingSeconds(), Seconds{60});
+    model().setDuration(500, TimerPhase::longBreak);
+    EXPECT_EQ(storedSettings().longBreakDuration, Seconds{10800});
+    model().start();
+    const auto end = model().snapshot().expectedEndAt;
+    model().setDuration(50, TimerPhase::focus);
+    EXPECT_EQ(model().snapshot().expectedEndAt, end);
+    TimerSettings odd;
+    odd.focusSessionsPerLongBreak = 0;
+    model().commitTimerSettings(odd);
+    EXPECT_EQ(storedSettings().focusSessionsPerLongBreak, 1);
+}
+
+TEST_F(CommandsTest, preferences_are_stored_as_they_change)
+{
+    launch();
+    int changes = 0;
+    QObject::connect(&model(), &AppModel::preferencesChanged, [&] { ++changes; });
+    model().setAppLanguage(AppLanguage::simplifiedChinese);
+    model().setTopTimerAppearance(TopTimerAppearance::light);
+    model().setShowTopCapsuleWhileRunning(false);
+    model().setPlayCompletionSound(false);
+    EXPECT_EQ(changes, 4);
+    EXPECT_EQ(center.categories.front().actions.front().title, "开始下一阶段");
+    EXPECT_EQ(capsule.log, Log{"fold"});
+    const AppPreferences before = model().preferences();
+    launch();
+    EXPECT_EQ(model().preferences(), before);
+    model().start();
+    scheduler.advance(Seconds{1500});
+    EXPECT_TRUE(player.log.empty()) << "the sound is switched off";
+}
+
+TEST_F(CommandsTest, defaults_return_with_the_language_and_without_touching_the_history)
+{
+    ring();
+    model().setDuration(50, TimerPhase::focus);
+    model().restoreDefaultPreferences();
+    EXPECT_EQ(model().preferences(), AppPreferences{});
+    EXPECT_EQ(model().language(), AppLanguage::simplifiedChinese);
+    EXPECT_EQ(model().sessions().size(), 1U);
+    EXPECT_EQ(center.categories.front().actions.front().title, "开始下一阶段");
+}
+
+TEST_F(CommandsTest, history_commands_change_the_file_or_nothing)
+{
+    ring();
+    model().advance();
+    model().endCurrentPhase();
+    ASSERT_EQ(model().sessions().size(), 2U);
+    files.failures.failFrom(1);
+    const SessionRecord latest = model().sessions().front();
+    model().deleteSession(latest);
+    EXPECT_EQ(messageTitle(), "Unable to delete record");
+    model().clearHistory();
+    EXPECT_EQ(messageTitle(), "Unable to clear history");
+    EXPECT_EQ(model().sessions().size(), 2U);
+    files.failures.failNothing();
+    model().deleteSession(latest);
+    EXPECT_EQ(model().sessions().size(), 1U);
+    model().clearHistory();
+    launch();
+    EXPECT_TRUE(model().sessions().empty());
+}
+
+TEST_F(CommandsTest, asking_for_permission_schedules_the_running_phase)
+{
+    center.settings.state = NotificationAuthorizationState::denied;
+    launchAndStart();
+    EXPECT_TRUE(center.pending.empty());
+    model().requestNotificationPermission();
+    EXPECT_EQ(center.pending.size(), 1U);
+    EXPECT_EQ(model().notificationAuthorization().state, NotificationAuthorizationState::authorized);
+    center.failure = "refused";
+    model().requestNotificationPermission();
+    EXPECT_EQ(messageTitle(), "Unable to enable notifications");
+}
+
+TEST_F(CommandsTest, launch_at_login_keeps_its_status_when_it_fails)
+{
+    launch();
+    model().setLaunchAtLogin(true);
+    EXPECT_EQ(model().launchAtLoginStatus(), LaunchAtLoginStatus::enabled);
+    loginItem.failure = "read-only folder";
+    model().setLaunchAtLogin(false);
+    EXPECT_EQ(model().launchAtLoginStatus(), LaunchAtLoginStatus::enabled);
+    EXPECT_EQ(messageTitle(), "Launch at login failed");
+}
+
+} // namespace
+} // namespace brevlin

@@ -1,0 +1,286 @@
+#include "app/model_fixture.h"
+
+#include <cmath>
+
+namespace brevlin {
+namespace {
+
+using enum TimerRunState;
+using Log = std::vector<std::string>;
+
+class AppModelTest : public test::ModelTest
+{};
+
+TEST_F(AppModelTest, a_phase_counts_down_and_is_recorded_at_its_scheduled_end)
+{
+    launchAndStart();
+    const Instant end = *model().snapshot().expectedEndAt;
+    scheduler.advance(Seconds{1499.5});
+    EXPECT_EQ(runState(), running);
+    scheduler.advance(Seconds{0.5});
+    EXPECT_EQ(runState(), ringing);
+    EXPECT_EQ(model().snapshot().phase, TimerPhase::shortBreak);
+    ASSERT_EQ(model().sessions().size(), 1U);
+    EXPECT_EQ(model().sessions().front().endedAt, end);
+    EXPECT_EQ(model().sessions().front().outcome(), SessionOutcome::completed);
+    EXPECT_EQ(capsule.log, Log{"present Focus complete"});
+    EXPECT_EQ(player.log, Log{"play Glass"});
+    launch();
+    EXPECT_EQ(runState(), ringing);
+    EXPECT_EQ(model().sessions().size(), 1U);
+}
+
+TEST_F(AppModelTest, the_end_is_noticed_on_time_whenever_the_phase_began)
+{
+    for (const double offset : {0.0, 0.013, 0.25, 0.999}) {
+        launch();
+        scheduler.advance(Seconds{offset});
+        model().start();
+        // What pulls the ticks out of step: a pause of an odd length, and a clock that was set.
+        scheduler.advance(Seconds{2.4});
+        model().pause();
+        scheduler.advance(Seconds{3.21});
+        model().resume();
+        scheduler.advance(Seconds{1.7});
+        clock.jump(Seconds{-0.6});
+        events.observer.clockDidChange();
+        const Instant end = *model().snapshot().expectedEndAt;
+        while (runState() == running) {
+            scheduler.advance(Seconds{0.001});
+            ASSERT_LT(clock.now(), end + Seconds{1.0});
+        }
+        EXPECT_LT((clock.now() - end).count(), 0.0031);
+        model().dismissCompletion();
+        model().skipPendingPhase();
+    }
+}
+
+TEST_F(AppModelTest, one_tick_publishes_the_remaining_time_once_and_nothing_else)
+{
+    launchAndStart();
+    int remaining = 0;
+    int others = 0;
+    QObject::connect(&model(), &AppModel::remainingSecondsChanged, [&] { ++remaining; });
+    QObject::connect(&model(), &AppModel::snapshotChanged, [&] { ++others; });
+    QObject::connect(&model(), &AppModel::sessionsChanged, [&] { ++others; });
+    QObject::connect(&model(), &AppModel::preferencesChanged, [&] { ++others; });
+    const int refreshes = capsule.refreshes;
+    const int writes = defaults.failures.operationCount();
+    scheduler.advance(Seconds{1});
+    EXPECT_EQ(remaining, 1);
+    EXPECT_EQ(others, 0);
+    EXPECT_EQ(capsule.refreshes, refreshes + 1);
+    EXPECT_EQ(defaults.failures.operationCount(), writes) << "a tick writes nothing";
+    scheduler.advance(Seconds{9});
+    EXPECT_EQ(remaining, 10);
+    EXPECT_EQ(model().remainingSeconds(), Seconds{1490});
+}
+
+TEST_F(AppModelTest, a_phase_that_ended_while_the_program_was_closed_was_completed_away)
+{
+    launchAndStart();
+    const Instant end = *model().snapshot().expectedEndAt;
+    modelOrNone.reset();
+    clock.jump(Seconds{7200});
+    launch();
+    ASSERT_EQ(model().sessions().size(), 1U);
+    EXPECT_EQ(model().sessions().front().outcome(), SessionOutcome::completedWhileAway);
+    EXPECT_EQ(model().sessions().front().endedAt, end);
+    EXPECT_EQ(runState(), ringing);
+}
+
+TEST_F(AppModelTest, a_phase_whose_end_is_ahead_goes_on_after_a_restart)
+{
+    launchAndStart();
+    const TimerSnapshot before = model().snapshot();
+    modelOrNone.reset();
+    center.pending.clear();
+    clock.jump(Seconds{100.25});
+    launch();
+    EXPECT_EQ(model().snapshot(), before);
+    EXPECT_EQ(model().remainingSeconds(), Seconds{1399.75});
+    EXPECT_TRUE(model().sessions().empty());
+    EXPECT_EQ(center.pending.size(), 1U) << "its end is announced again";
+}
+
+TEST_F(AppModelTest, an_unreadable_timer_is_reset_kept_and_told_of)
+{
+    const std::string damaged = R"({"phase":"focus","runState":"sleeping"})";
+    defaults.values["Brevlin.activeTimerSnapshot.v1"] = damaged;
+    launch();
+    EXPECT_EQ(model().snapshot(), freshSnapshot({}));
+    EXPECT_EQ(messageTitle(), "Timer state reset");
+    EXPECT_EQ(model().appMessage()->detail,
+              "The previous timer state could not be read and was safely reset.");
+    model().clearAppMessage();
+    EXPECT_FALSE(model().appMessage());
+    bool isKept = false;
+    for (const auto& [key, value] : defaults.values) {
+        isKept = isKept || (value == damaged && key.find("unreadable") != std::string::npos);
+    }
+    EXPECT_TRUE(isKept);
+}
+
+TEST_F(AppModelTest, an_unreadable_history_is_told_of_in_the_stored_language)
+{
+    files.files["/data/sessions-v1.json"] = "{";
+    launch();
+    EXPECT_EQ(messageTitle(), "Failed to load local history");
+    storePreferences([](AppPreferences& p) { p.appLanguage = AppLanguage::simplifiedChinese; });
+    launch();
+    EXPECT_EQ(messageTitle(), "本地记录读取失败");
+    EXPECT_TRUE(model().appMessage()->detail.starts_with("无法读取专注记录："));
+}
+
+TEST_F(AppModelTest, what_cannot_be_saved_is_told_of_and_the_timer_goes_on)
+{
+    launchAndStart();
+    files.failures.failFrom(1);
+    scheduler.advance(Seconds{1500});
+    EXPECT_EQ(messageTitle(), "Failed to save record");
+    EXPECT_EQ(runState(), ringing);
+    files.failures.failNothing();
+    defaults.failures.failFrom(1);
+    model().advance();
+    EXPECT_EQ(messageTitle(), "Failed to save timer state");
+    EXPECT_EQ(runState(), running);
+    defaults.failures.failNothing();
+    events.observer.didBecomeActive();
+    const TimerSnapshot snapshot = model().snapshot();
+    launch();
+    EXPECT_EQ(model().snapshot(), snapshot) << "the next reconciliation saves what could not be saved";
+}
+
+TEST_F(AppModelTest, waking_and_activation_complete_what_ended_meanwhile)
+{
+    launchAndStart();
+    events.observer.willSleep();
+    clock.jump(Seconds{3000});
+    scheduler.advance(Seconds{1}); // a tick that comes before the news of waking
+    EXPECT_EQ(runState(), running);
+    events.observer.didWake();
+    EXPECT_EQ(model().sessions().front().outcome(), SessionOutcome::completedWhileAway);
+
+    model().advance();
+    clock.jump(Seconds{3000});
+    events.observer.didBecomeActive();
+    EXPECT_EQ(model().sessions().front().outcome(), SessionOutcome::completed);
+    EXPECT_EQ(model().sessions().size(), 2U);
+}
+
+TEST_F(AppModelTest, a_set_clock_is_shown_at_once)
+{
+    launchAndStart();
+    clock.jump(Seconds{-60});
+    events.observer.clockDidChange();
+    EXPECT_EQ(model().remainingSeconds(), Seconds{1560});
+    clock.jump(Seconds{2000});
+    events.observer.clockDidChange();
+    EXPECT_EQ(runState(), ringing);
+}
+
+TEST_F(AppModelTest, a_break_that_starts_by_itself_shows_no_island_but_sounds)
+{
+    storePreferences([](AppPreferences& p) {
+        p.timerSettings.autoStartBreaks = true;
+        p.timerSettings.alertIntensity = AlertIntensity::strong;
+    });
+    launchAndStart();
+    scheduler.advance(Seconds{1500});
+    EXPECT_EQ(runState(), running);
+    EXPECT_EQ(capsule.log, Log{"clear"});
+    EXPECT_EQ(player.log, Log{"loop Glass"});
+    EXPECT_TRUE(model().isAlertSoundPlaying());
+    ASSERT_EQ(center.pending.size(), 1U);
+    EXPECT_EQ(center.pending.front().title, "Break complete");
+}
+
+TEST_F(AppModelTest, the_notification_follows_the_phase)
+{
+    launchAndStart();
+    ASSERT_EQ(center.pending.size(), 1U);
+    EXPECT_EQ(center.pending.front().delay, Seconds{1500});
+    scheduler.advance(Seconds{10});
+    model().pause();
+    EXPECT_TRUE(center.pending.empty());
+    const std::string identifier = "brevlin.timer." + model().snapshot().sessionID->text();
+    scheduler.advance(Seconds{10});
+    model().resume();
+    model().addFiveMinutes();
+    ASSERT_EQ(center.pending.size(), 1U);
+    EXPECT_EQ(center.pending.front().identifier, identifier);
+    EXPECT_EQ(center.pending.front().delay, Seconds{1790});
+    model().switchToNextPhase();
+    ASSERT_EQ(center.pending.size(), 1U);
+    EXPECT_NE(center.pending.front().identifier, identifier);
+}
+
+TEST_F(AppModelTest, only_a_start_asks_for_permission_and_only_while_undetermined)
+{
+    using State = NotificationAuthorizationState;
+    struct Case
+    {
+        State before;
+        int requests;
+        std::size_t scheduled;
+    };
+    for (const Case& c : {Case{State::notDetermined, 1, 1},
+                          {State::denied, 0, 0},
+                          {State::unknown, 0, 0},
+                          {State::authorized, 0, 1},
+                          {State::provisional, 0, 1}}) {
+        center.settings.state = c.before;
+        center.permissionRequests = 0;
+        center.pending.clear();
+        launchAndStart();
+        EXPECT_EQ(center.permissionRequests, c.requests);
+        EXPECT_EQ(center.pending.size(), c.scheduled);
+        model().endCurrentPhase();
+        model().dismissCompletion();
+    }
+    center.settings.state = State::notDetermined;
+    center.failure = "no server";
+    launchAndStart();
+    EXPECT_EQ(messageTitle(), "Unable to enable notifications");
+    EXPECT_EQ(runState(), running);
+}
+
+TEST_F(AppModelTest, an_answer_that_comes_late_schedules_nothing_for_a_phase_that_is_over)
+{
+    center.answers = false;
+    launch();
+    center.answerNow();
+    model().start();
+    scheduler.advance(Seconds{5});
+    EXPECT_EQ(model().remainingSeconds(), Seconds{1495}) << "the timer waits for nobody";
+    model().pause();
+    center.answerNow();
+    EXPECT_TRUE(center.pending.empty());
+    model().resume();
+    center.failure = "the server is gone";
+    center.answerNow();
+    EXPECT_EQ(messageTitle(), "Failed to schedule notification");
+    EXPECT_EQ(model().appMessage()->detail, "the server is gone");
+}
+
+TEST_F(AppModelTest, reactions_to_a_notification_act_for_their_own_run_only)
+{
+    int activations = 0;
+    launchAndStart();
+    QObject::connect(&model(), &AppModel::mainWindowActivationRequested, [&] { ++activations; });
+    const std::string first = model().snapshot().sessionID->text();
+    scheduler.advance(Seconds{1500});
+    center.respond("dismiss", {{"sessionID", first}});
+    EXPECT_EQ(runState(), ringing);
+    center.respond("brevlin.timer.stop-alert", {{"sessionID", first}});
+    EXPECT_EQ(player.log.back(), "stop Glass");
+    center.respond("brevlin.timer.start-next", {{"sessionID", first}});
+    EXPECT_EQ(runState(), running);
+    center.respond("default", {{"sessionID", first}});
+    EXPECT_EQ(activations, 0) << "that run is over and another one runs";
+    center.respond("default", {});
+    EXPECT_EQ(activations, 1);
+}
+
+} // namespace
+} // namespace brevlin

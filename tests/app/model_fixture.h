@@ -1,0 +1,102 @@
+#pragma once
+
+#include "app/app_model.h"
+#include "support/fake_desktop.h"
+#include "support/fake_task_scheduler.h"
+#include "support/memory_durable_file.h"
+#include "support/memory_user_defaults.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace brevlin::test {
+
+/// A capsule that only remembers what it was asked.
+class RecordingCapsule final : public TopCapsule
+{
+public:
+    void refresh() override { ++refreshes; }
+    void presentCompletion(const CompletionPresentation& presentation) override
+    {
+        log.push_back("present " + presentation.title);
+    }
+    void clearMorphState() override { log.emplace_back("clear"); }
+    void cancelMorph() override { log.emplace_back("cancel"); }
+    void beginCompletionCollapse() override { log.emplace_back("begin collapse"); }
+    void finishCompletionCollapse() override { log.emplace_back("finish collapse"); }
+    void foldTimerCapsule() override { log.emplace_back("fold"); }
+    void hide() override { log.emplace_back("hide"); }
+
+    int refreshes = 0;
+    std::vector<std::string> log;
+};
+
+/// A model over fakes in virtual time, in English with default settings unless a test stores other ones
+/// first.
+class ModelTest : public ::testing::Test
+{
+protected:
+    ModelTest()
+    {
+        center.settings.state = NotificationAuthorizationState::authorized;
+        storePreferences([](AppPreferences& preferences) { preferences.appLanguage = AppLanguage::english; });
+    }
+
+    template <typename Change>
+    void storePreferences(Change change)
+    {
+        PreferencesStore store(defaults, clock);
+        AppPreferences preferences = store.load();
+        change(preferences);
+        ASSERT_TRUE(store.save(preferences));
+    }
+
+    /// Starts the program (again): everything that was in memory is gone, what was stored is not.
+    AppModel& launch()
+    {
+        modelOrNone.reset();
+        AppModelParts parts{clock,
+                            scheduler,
+                            events,
+                            capsule,
+                            std::make_unique<PreferencesStore>(defaults, clock),
+                            std::make_unique<ActiveTimerPersistence>(defaults, clock),
+                            std::make_unique<SessionStore>(
+                                HistoryLocation{"/data/sessions-v1.json", std::nullopt}, files, clock),
+                            std::make_unique<NotificationService>(center),
+                            std::make_unique<AlertSoundService>(player, scheduler),
+                            std::make_unique<LaunchAtLoginService>(loginItem),
+                            "de_DE"};
+        modelOrNone = std::make_unique<AppModel>(std::move(parts));
+        scheduler.runPending();
+        capsule.log.clear();
+        return *modelOrNone;
+    }
+    AppModel& model() { return *modelOrNone; }
+    /// Starts the program and a focus phase.
+    AppModel& launchAndStart()
+    {
+        launch().start();
+        capsule.log.clear();
+        return model();
+    }
+
+    TimerRunState runState() { return model().snapshot().runState; }
+    std::string messageTitle() { return model().appMessage() ? model().appMessage()->title : ""; }
+
+    FakeClock clock;
+    FakeTaskScheduler scheduler{clock};
+    FakeSystemEvents events;
+    RecordingCapsule capsule;
+    MemoryUserDefaults defaults;
+    MemoryDurableFile files;
+    FakeNotificationCenter center;
+    FakeSoundPlayer player;
+    FakeLoginItem loginItem;
+    std::unique_ptr<AppModel> modelOrNone;
+};
+
+} // namespace brevlin::test

@@ -1,0 +1,133 @@
+#include "core/timer_engine.h"
+
+#include <gtest/gtest.h>
+
+namespace brevlin {
+namespace {
+
+const Instant t0{Seconds{8e8}};
+
+TimerEngine makeEngine(const TimerSettings& settings = {})
+{
+    return {settings, std::nullopt, [] {
+                return "Asia/Shanghai";
+            }};
+}
+
+Instant at(double seconds)
+{
+    return t0 + Seconds{seconds};
+}
+
+TEST(TimerEngine, pausing_at_the_due_instant_completes_instead)
+{
+    TimerEngine engine = makeEngine();
+    engine.start(t0);
+    const TimerTransition transition = engine.pause(at(1500));
+    ASSERT_TRUE(transition.finishedSession);
+    EXPECT_EQ(transition.finishedSession->outcome, SessionOutcome::completed);
+    EXPECT_EQ(transition.finishedSession->endedAt, at(1500));
+    EXPECT_EQ(transition.snapshot.runState, TimerRunState::ringing);
+    EXPECT_EQ(transition.snapshot.phase, TimerPhase::shortBreak);
+}
+
+TEST(TimerEngine, an_hour_of_pause_leaves_the_remaining_time_alone)
+{
+    TimerEngine engine = makeEngine();
+    engine.start(t0, "  Write report\n");
+    engine.pause(at(900));
+    const TimerSnapshot resumed = engine.resume(at(4500)).snapshot;
+    EXPECT_EQ(resumed.remainingSeconds(at(4500)), Seconds{600});
+    EXPECT_EQ(resumed.intention, "Write report");
+    EXPECT_EQ(resumed.interruptionCount, 1);
+    const auto finished = engine.reconcile(at(5100), false).finishedSession;
+    ASSERT_TRUE(finished);
+    EXPECT_EQ(finished->pauseDuration, Seconds{3600});
+    EXPECT_EQ(finished->effectiveDuration, Seconds{1500});
+}
+
+TEST(TimerEngine, a_reset_phase_counts_what_was_done_without_its_pauses)
+{
+    TimerEngine engine = makeEngine();
+    engine.start(t0);
+    engine.pause(at(100));
+    engine.resume(at(160));
+    const TimerTransition transition = engine.reset(at(300));
+    ASSERT_TRUE(transition.finishedSession);
+    EXPECT_EQ(transition.finishedSession->outcome, SessionOutcome::reset);
+    EXPECT_EQ(transition.finishedSession->pauseDuration, Seconds{60});
+    EXPECT_EQ(transition.finishedSession->effectiveDuration, Seconds{240});
+    EXPECT_EQ(transition.snapshot, freshSnapshot({}));
+}
+
+TEST(TimerEngine, a_skipped_pause_has_no_scheduled_end_and_counts_the_pause_in_progress)
+{
+    TimerEngine engine = makeEngine();
+    engine.start(t0);
+    engine.pause(at(100));
+    const auto finished = engine.skip(at(150)).finishedSession;
+    ASSERT_TRUE(finished);
+    EXPECT_EQ(finished->scheduledEndAt, std::nullopt);
+    EXPECT_EQ(finished->pauseDuration, Seconds{50});
+}
+
+TEST(TimerEngine, every_nth_completed_focus_leads_to_a_long_break_and_closes_the_cycle)
+{
+    for (const std::int64_t n : {1, 2, 4}) {
+        TimerSettings settings;
+        settings.focusSessionsPerLongBreak = n;
+        TimerEngine engine = makeEngine(settings);
+        Instant now = t0;
+        engine.start(now);
+        for (std::int64_t focus = 1; focus <= 3 * n; ++focus) {
+            now = *engine.snapshot().expectedEndAt;
+            const auto focusSession = engine.reconcile(now, false).finishedSession;
+            EXPECT_EQ(focusSession->cycleIndex, (focus - 1) % n + 1);
+            const bool closes = focus % n == 0;
+            EXPECT_EQ(engine.snapshot().phase, closes ? TimerPhase::longBreak : TimerPhase::shortBreak);
+            now = *engine.advance(now).snapshot.expectedEndAt;
+            EXPECT_EQ(engine.reconcile(now, false).finishedSession->cycleIndex, (focus - 1) % n + 1);
+            engine.advance(now);
+        }
+    }
+}
+
+TEST(TimerEngine, a_shorter_cycle_takes_the_count_as_it_stands)
+{
+    TimerSnapshot snapshot = freshSnapshot({});
+    snapshot.completedFocusCount = 5;
+    TimerSettings settings;
+    settings.focusSessionsPerLongBreak = 3;
+    TimerEngine engine(settings, snapshot, [] { return "UTC"; });
+    engine.start(t0);
+    EXPECT_EQ(engine.reconcile(at(1500), false).snapshot.phase, TimerPhase::longBreak);
+}
+
+TEST(TimerEngine, a_break_that_starts_by_itself_starts_when_the_end_was_noticed)
+{
+    TimerSettings settings;
+    settings.autoStartBreaks = true;
+    TimerEngine engine = makeEngine(settings);
+    engine.start(t0, "deep work");
+    const TimerTransition transition = engine.reconcile(at(5000), true);
+    EXPECT_EQ(transition.finishedSession->outcome, SessionOutcome::completedWhileAway);
+    EXPECT_TRUE(transition.finishedSession->completedWhileAway);
+    EXPECT_EQ(transition.snapshot.runState, TimerRunState::running);
+    EXPECT_EQ(transition.snapshot.startedAt, at(5000));
+    EXPECT_EQ(transition.snapshot.expectedEndAt, at(5300));
+    EXPECT_EQ(transition.snapshot.intention, std::nullopt);
+}
+
+TEST(TimerEngine, a_new_duration_reaches_an_idle_phase_only)
+{
+    TimerSettings longer;
+    longer.focusDuration = Seconds{3000};
+    TimerEngine engine = makeEngine();
+    EXPECT_EQ(engine.updateSettings(longer).snapshot.plannedDuration, Seconds{3000});
+    engine.start(t0);
+    engine.updateSettings({});
+    EXPECT_EQ(engine.snapshot().expectedEndAt, at(3000));
+}
+
+} // namespace
+} // namespace brevlin

@@ -1,0 +1,143 @@
+#include "core/finished_session.h"
+#include "core/session_record.h"
+#include "core/timer_engine.h"
+#include "core/timer_settings.h"
+#include "core/timer_snapshot.h"
+#include "core/uuid.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace brevlin {
+namespace {
+
+constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double undefined = std::numeric_limits<double>::quiet_NaN();
+
+TEST(TimerSettings, unusable_values_become_usable_ones)
+{
+    struct Case
+    {
+        double given;
+        double focus;
+        double shortBreak;
+        double longBreak;
+    };
+    for (const Case& c : {Case{0.0, 1, 1, 1},
+                          {-30.0, 1, 1, 1},
+                          {0.5, 1, 1, 1},
+                          {90.25, 90.25, 90.25, 90.25},
+                          {infinity, 1500, 300, 900},
+                          {-infinity, 1500, 300, 900},
+                          {undefined, 1500, 300, 900}}) {
+        TimerSettings settings;
+        settings.focusDuration = settings.shortBreakDuration = settings.longBreakDuration = Seconds{c.given};
+        const TimerSettings usable = settings.sanitized();
+        EXPECT_EQ(usable.focusDuration.count(), c.focus) << c.given;
+        EXPECT_EQ(usable.shortBreakDuration.count(), c.shortBreak) << c.given;
+        EXPECT_EQ(usable.longBreakDuration.count(), c.longBreak) << c.given;
+    }
+    for (const std::int64_t given :
+         {std::int64_t{0}, std::int64_t{-7}, std::numeric_limits<std::int64_t>::min()}) {
+        TimerSettings settings;
+        settings.focusSessionsPerLongBreak = given;
+        EXPECT_EQ(settings.sanitized().focusSessionsPerLongBreak, 1);
+    }
+}
+
+TEST(TimerSnapshot, remaining_time_is_never_negative_nor_undefined)
+{
+    const Instant now{Seconds{1000.0}};
+    const auto remaining = [now](TimerRunState state, std::optional<Instant> end,
+                                 std::optional<Seconds> paused) {
+        TimerSnapshot snapshot;
+        snapshot.runState = state;
+        snapshot.plannedDuration = Seconds{1500.0};
+        snapshot.expectedEndAt = end;
+        snapshot.pausedRemainingSeconds = paused;
+        return snapshot.remainingSeconds(now).count();
+    };
+    using enum TimerRunState;
+    EXPECT_EQ(remaining(idle, std::nullopt, std::nullopt), 1500.0);
+    EXPECT_EQ(remaining(running, now + Seconds{61.5}, std::nullopt), 61.5);
+    EXPECT_EQ(remaining(running, now - Seconds{0.4}, std::nullopt), 0.0);
+    EXPECT_EQ(remaining(running, Instant{Seconds{undefined}}, std::nullopt), 0.0);
+    EXPECT_EQ(remaining(running, std::nullopt, std::nullopt), 0.0);
+    EXPECT_EQ(remaining(paused, std::nullopt, Seconds{42.0}), 42.0);
+    EXPECT_EQ(remaining(paused, std::nullopt, Seconds{-1.0}), 0.0);
+    EXPECT_EQ(remaining(paused, std::nullopt, std::nullopt), 0.0);
+    EXPECT_EQ(remaining(ringing, now + Seconds{5.0}, Seconds{5.0}), 0.0);
+}
+
+TEST(Uuid, reads_both_letter_cases_and_nothing_else)
+{
+    const std::string canonical = "0F8FAD5B-D9CB-469F-A165-70867728950E";
+    ASSERT_TRUE(Uuid::fromText(canonical));
+    EXPECT_EQ(Uuid::fromText(canonical)->text(), canonical);
+    EXPECT_EQ(Uuid::fromText("0f8fad5b-d9cb-469f-a165-70867728950e"), Uuid::fromText(canonical));
+    for (const char* text :
+         {"", "0F8FAD5B-D9CB-469F-A165-70867728950", "0F8FAD5B-D9CB-469F-A165-70867728950E0",
+          "0F8FAD5B+D9CB-469F-A165-70867728950E", "0F8FAD5BAD9CB-469F-A165-70867728950E",
+          "GF8FAD5B-D9CB-469F-A165-70867728950E", "{F8FAD5B-D9CB-469F-A165-70867728950}"}) {
+        EXPECT_FALSE(Uuid::fromText(text)) << text;
+    }
+    EXPECT_NE(Uuid::random(), Uuid::random());
+}
+
+TEST(Intention, loses_white_space_of_every_script_at_its_ends)
+{
+    EXPECT_EQ(normalizedIntention(std::nullopt), std::nullopt);
+    EXPECT_EQ(normalizedIntention("   "), std::nullopt);
+    EXPECT_EQ(normalizedIntention(" \t\r\n\u3000\u00A0\u2029"), std::nullopt);
+    EXPECT_EQ(normalizedIntention("\u3000写 报告\n"), "写 报告");
+    EXPECT_EQ(normalizedIntention("  Write report\n"), "Write report");
+}
+
+TEST(RawValues, letter_case_counts_and_every_case_survives_storage)
+{
+    EXPECT_EQ(fromRawValue<TimerPhase>("shortbreak"), std::nullopt);
+    EXPECT_EQ(fromRawValue<AppLanguage>("en"), std::nullopt);
+    for (const SessionOutcome outcome : allCases<SessionOutcome>()) {
+        EXPECT_EQ(fromRawValue<SessionOutcome>(rawValue(outcome)), outcome);
+    }
+    const StoredRawValue<TimerPhase> later{std::string_view{"nap"}};
+    EXPECT_EQ(later.value(), std::nullopt);
+    EXPECT_EQ(later.text(), "nap");
+}
+
+TEST(CompletionTitle, names_the_phase_that_ended)
+{
+    using enum SessionOutcome;
+    const auto english = [](SessionOutcome outcome) {
+        return completionTitle(TimerPhase::longBreak, outcome, AppLanguage::english);
+    };
+    const auto chinese = [](SessionOutcome outcome) {
+        return completionTitle(TimerPhase::focus, outcome, AppLanguage::simplifiedChinese);
+    };
+    EXPECT_EQ(english(completed), "Long Break complete");
+    EXPECT_EQ(english(completedWhileAway), "Long Break complete");
+    EXPECT_EQ(english(skipped), "Skipped Long Break");
+    EXPECT_EQ(english(endedEarly), "Ended Long Break early");
+    EXPECT_EQ(chinese(completed), "专注完成");
+    EXPECT_EQ(chinese(skipped), "已跳过专注");
+    EXPECT_EQ(chinese(endedEarly), "已提前结束专注");
+    EXPECT_EQ(english(reset), std::nullopt);
+    EXPECT_EQ(english(switchedEarly), std::nullopt);
+}
+
+TEST(SessionRecord, fills_what_a_session_left_open)
+{
+    FinishedSession session;
+    session.id = Uuid::random();
+    session.startedAt = Instant{Seconds{100.0}};
+    session.endedAt = Instant{Seconds{200.0}};
+    const SessionRecord record{session};
+    EXPECT_EQ(record.scheduledEndAt, session.endedAt);
+    EXPECT_EQ(record.plannedStartAt, session.startedAt);
+    EXPECT_EQ(record.actualStartAt, session.startedAt);
+    EXPECT_EQ(record.intention, "");
+}
+
+} // namespace
+} // namespace brevlin

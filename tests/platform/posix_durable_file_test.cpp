@@ -1,0 +1,193 @@
+#include "platform/freedesktop/files/leftovers.h"
+#include "platform/freedesktop/files/posix_durable_file.h"
+#include "support/temporary_folder.h"
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+
+namespace brevlin {
+namespace {
+
+namespace fs = std::filesystem;
+
+mode_t modeOf(const std::string& path)
+{
+    struct stat status = {};
+    return ::stat(path.c_str(), &status) == 0 ? status.st_mode & mode_t{07777} : 0;
+}
+
+void put(const std::string& path, const std::string& bytes)
+{
+    std::ofstream(path, std::ios::binary) << bytes;
+}
+
+std::size_t entryCount(const std::string& folder)
+{
+    return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder), fs::directory_iterator()));
+}
+
+class PosixDurableFileTest : public testing::Test
+{
+protected:
+    test::TemporaryFolder m_folder;
+    PosixDurableFile m_files;
+};
+
+TEST_F(PosixDurableFileTest, creates_private_files_in_private_folders)
+{
+    const std::string path = m_folder.path("a/b/file.json");
+    EXPECT_EQ(*m_files.read(path), std::nullopt);
+    EXPECT_FALSE(m_files.exists(path));
+    ASSERT_TRUE(m_files.write(path, std::string("nul\0byte", 8)));
+    EXPECT_EQ(*m_files.read(path), std::string("nul\0byte", 8));
+    EXPECT_EQ(modeOf(path), mode_t{0600});
+    EXPECT_EQ(modeOf(m_folder.path("a")), mode_t{0700});
+    EXPECT_EQ(modeOf(m_folder.path("a/b")), mode_t{0700});
+    EXPECT_EQ(entryCount(m_folder.path("a/b")), 1U) << "the temporary file is gone";
+}
+
+TEST_F(PosixDurableFileTest, an_existing_file_keeps_its_mode)
+{
+    const std::string path = m_folder.path("file");
+    put(path, "old and longer");
+    ASSERT_EQ(::chmod(path.c_str(), 0640), 0);
+    ASSERT_TRUE(m_files.write(path, "new"));
+    EXPECT_EQ(modeOf(path), mode_t{0640});
+    EXPECT_EQ(*m_files.read(path), "new");
+}
+
+TEST_F(PosixDurableFileTest, a_symbolic_link_is_followed_and_stays)
+{
+    fs::create_directory(m_folder.path("elsewhere"));
+    const std::string link = m_folder.path("link");
+    fs::create_symlink("middle", link);
+    fs::create_symlink("elsewhere/target", m_folder.path("middle"));
+    ASSERT_TRUE(m_files.write(link, "through a dangling link"));
+    ASSERT_TRUE(m_files.write(link, "through a good one"));
+    EXPECT_TRUE(fs::is_symlink(link));
+    EXPECT_EQ(*m_files.read(m_folder.path("elsewhere/target")), "through a good one");
+    ASSERT_TRUE(m_files.remove(link));
+    EXPECT_TRUE(fs::is_symlink(link));
+    EXPECT_EQ(*m_files.read(link), std::nullopt);
+}
+
+TEST_F(PosixDurableFileTest, a_ring_of_links_is_an_error)
+{
+    fs::create_symlink("two", m_folder.path("one"));
+    fs::create_symlink("one", m_folder.path("two"));
+    const auto written = m_files.write(m_folder.path("one"), "x");
+    ASSERT_FALSE(written);
+    EXPECT_EQ(written.error().code, ELOOP);
+    EXPECT_FALSE(m_files.read(m_folder.path("one")));
+}
+
+TEST_F(PosixDurableFileTest, what_is_not_a_file_is_neither_read_nor_replaced)
+{
+    fs::create_directory(m_folder.path("folder"));
+    ASSERT_EQ(::mkfifo(m_folder.path("pipe").c_str(), 0600), 0);
+    for (const auto& [name, code] : {std::pair{"folder", EISDIR}, std::pair{"pipe", EINVAL}}) {
+        const std::string path = m_folder.path(name);
+        const auto content = m_files.read(path);
+        const auto written = m_files.write(path, "x");
+        ASSERT_FALSE(content) << name;
+        ASSERT_FALSE(written) << name;
+        EXPECT_EQ(content.error().code, code);
+        EXPECT_EQ(written.error().code, code);
+        EXPECT_NE(content.error().description.find(path), std::string::npos);
+    }
+    EXPECT_EQ(entryCount(m_folder.path()), 2U);
+}
+
+TEST_F(PosixDurableFileTest, a_full_disk_leaves_the_old_bytes_and_no_temporary_file)
+{
+    const std::string path = m_folder.path("file");
+    ASSERT_TRUE(m_files.write(path, "old"));
+    struct rlimit before = {};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
+    // The first write is cut short at the limit, the next one fails.
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    struct rlimit limit = before;
+    limit.rlim_cur = 100'000;
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+    const auto written = m_files.write(path, std::string(200'000, 'x'));
+    ::setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+    ASSERT_FALSE(written);
+    EXPECT_EQ(written.error().operation, "write");
+    EXPECT_EQ(written.error().code, EFBIG);
+    EXPECT_EQ(*m_files.read(path), "old");
+    EXPECT_EQ(entryCount(m_folder.path()), 1U);
+}
+
+TEST_F(PosixDurableFileTest, a_folder_without_write_permission_is_an_error)
+{
+    const std::string path = m_folder.path("file");
+    ASSERT_TRUE(m_files.write(path, "old"));
+    ASSERT_EQ(::chmod(m_folder.path().c_str(), 0555), 0);
+    ASSERT_EQ(::chmod(path.c_str(), 0), 0);
+    const bool isRoot = ::geteuid() == 0;
+    if (isRoot) {
+        ASSERT_EQ(::seteuid(65534), 0); // root reads and writes everything
+    }
+    const auto content = m_files.read(path);
+    const auto written = m_files.write(m_folder.path("new"), "x");
+    const auto created = m_files.write(m_folder.path("sub/new"), "x");
+    if (isRoot) {
+        ASSERT_EQ(::seteuid(0), 0);
+    }
+    ASSERT_EQ(::chmod(m_folder.path().c_str(), 0755), 0);
+    ASSERT_FALSE(content);
+    ASSERT_FALSE(written);
+    ASSERT_FALSE(created);
+    EXPECT_EQ(content.error().code, EACCES);
+    EXPECT_EQ(written.error().code, EACCES);
+    EXPECT_EQ(created.error().operation, "mkdir");
+}
+
+TEST_F(PosixDurableFileTest, renaming_replaces_nothing)
+{
+    put(m_folder.path("from"), "new");
+    put(m_folder.path("taken"), "old");
+    const auto refused = m_files.rename(m_folder.path("from"), m_folder.path("taken"));
+    ASSERT_FALSE(refused);
+    EXPECT_EQ(refused.error().code, EEXIST);
+    EXPECT_EQ(*m_files.read(m_folder.path("taken")), "old");
+    ASSERT_TRUE(m_files.rename(m_folder.path("from"), m_folder.path("free")));
+    EXPECT_EQ(*m_files.read(m_folder.path("free")), "new");
+    const auto missing = m_files.rename(m_folder.path("from"), m_folder.path("other"));
+    ASSERT_FALSE(missing);
+    EXPECT_EQ(missing.error().code, ENOENT);
+}
+
+TEST_F(PosixDurableFileTest, removing_what_is_not_there_is_no_error)
+{
+    EXPECT_TRUE(m_files.remove(m_folder.path("nothing")));
+    EXPECT_FALSE(m_files.remove(m_folder.path()));
+}
+
+TEST_F(PosixDurableFileTest, leftovers_of_a_crash_are_removed_and_nothing_else)
+{
+    fs::create_directory(m_folder.path("data"));
+    fs::create_directory(m_folder.path("linked"));
+    put(m_folder.path("data/" + makeTemporaryName()), "half a docu");
+    put(m_folder.path("linked/" + makeTemporaryName()), "half a docu");
+    fs::create_symlink("../linked/file", m_folder.path("data/link"));
+    fs::create_directory(m_folder.path("data/" + makeTemporaryName()));
+    for (const char* name : {"data/sessions-v1.json", "data/.brevlin-notes.tmp", "linked/file"}) {
+        put(m_folder.path(name), "the user's");
+    }
+    EXPECT_EQ(removeLeftovers(m_folder.path("data")), 2U);
+    EXPECT_EQ(entryCount(m_folder.path("data")), 4U);
+    EXPECT_EQ(entryCount(m_folder.path("linked")), 1U);
+    EXPECT_EQ(removeLeftovers(m_folder.path("no such folder")), 0U);
+}
+
+} // namespace
+} // namespace brevlin

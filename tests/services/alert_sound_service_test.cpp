@@ -1,0 +1,87 @@
+#include "services/alert_sound_service.h"
+#include "support/fake_desktop.h"
+#include "support/fake_task_scheduler.h"
+
+#include <gtest/gtest.h>
+
+namespace brevlin {
+namespace {
+
+using Log = std::vector<std::string>;
+using States = std::vector<bool>;
+
+class AlertSoundServiceTest : public ::testing::Test
+{
+protected:
+    AlertSoundServiceTest()
+    {
+        service.setPlaybackStateHandler([this](bool playing) { states.push_back(playing); });
+    }
+
+    test::FakeClock clock;
+    test::FakeTaskScheduler scheduler{clock};
+    test::FakeSoundPlayer player;
+    AlertSoundService service{player, scheduler};
+    States states;
+};
+
+TEST_F(AlertSoundServiceTest, a_strong_alert_repeats_for_a_minute_and_stops_by_itself)
+{
+    EXPECT_TRUE(service.play(AlertIntensity::strong, "Glass"));
+    scheduler.advance(Seconds{59.9});
+    EXPECT_EQ(states, (States{false, true}));
+    scheduler.advance(Seconds{0.2});
+    EXPECT_EQ(states, (States{false, true, false}));
+    EXPECT_EQ(player.log, (Log{"loop Glass", "stop Glass"}));
+}
+
+TEST_F(AlertSoundServiceTest, stopping_early_leaves_nothing_for_the_sixtieth_second)
+{
+    service.play(AlertIntensity::strong, "Glass");
+    scheduler.advance(Seconds{10});
+    service.stop();
+    scheduler.advance(Seconds{100});
+    EXPECT_EQ(states, (States{false, true, false}));
+    service.stop();
+    EXPECT_EQ(states.size(), 4U) << "a stop in silence is reported as well";
+}
+
+TEST_F(AlertSoundServiceTest, a_single_sound_ends_by_itself)
+{
+    service.play(AlertIntensity::standard, "Glass");
+    player.finish();
+    EXPECT_EQ(states, (States{false, true, false}));
+    EXPECT_EQ(player.log, Log{"play Glass"});
+    EXPECT_EQ(scheduler.pendingCount(), 0U);
+}
+
+TEST_F(AlertSoundServiceTest, a_new_alert_replaces_the_one_that_plays_and_its_limit)
+{
+    service.play(AlertIntensity::strong, "Glass");
+    scheduler.advance(Seconds{50});
+    service.play(AlertIntensity::strong, "Glass");
+    scheduler.advance(Seconds{50});
+    EXPECT_EQ(states, (States{false, true, false, true}));
+    EXPECT_EQ(scheduler.pendingCount(), 1U);
+}
+
+TEST_F(AlertSoundServiceTest, falls_back_to_ping_and_then_to_the_bell)
+{
+    EXPECT_TRUE(service.play(AlertIntensity::gentle, "No such sound"));
+    EXPECT_EQ(player.log.back(), "play Ping");
+    player.names.clear();
+    EXPECT_FALSE(service.play(AlertIntensity::gentle, "Glass"));
+    EXPECT_EQ(player.log.back(), "beep");
+    EXPECT_FALSE(states.back());
+}
+
+TEST_F(AlertSoundServiceTest, a_player_that_refuses_leaves_silence)
+{
+    player.refuses = true;
+    EXPECT_FALSE(service.play(AlertIntensity::strong, "Glass"));
+    EXPECT_EQ(states, States{false});
+    EXPECT_EQ(scheduler.pendingCount(), 0U);
+}
+
+} // namespace
+} // namespace brevlin

@@ -1,0 +1,39 @@
+#include "storage/main_window_store.h"
+#include "support/memory_user_defaults.h"
+
+#include <gtest/gtest.h>
+
+namespace brevlin {
+namespace {
+
+TEST(MainWindowStore, remembers_the_section_as_a_json_string)
+{
+    test::MemoryUserDefaults defaults;
+    MainWindowStore store(defaults);
+    EXPECT_EQ(store.section(), std::nullopt);
+    ASSERT_TRUE(store.saveSection("history"));
+    EXPECT_EQ(defaults.values["com.quillmark.brevlin.mainSection"], "\"history\"");
+    EXPECT_EQ(store.section(), "history");
+    defaults.values["com.quillmark.brevlin.mainSection"] = "history";
+    EXPECT_EQ(store.section(), std::nullopt);
+}
+
+TEST(MainWindowStore, gives_no_geometry_that_makes_no_sense)
+{
+    test::MemoryUserDefaults defaults;
+    MainWindowStore store(defaults);
+    const WindowGeometry geometry{-40, 20, 920, 650, true};
+    ASSERT_TRUE(store.saveGeometry(geometry));
+    std::string& stored = defaults.values["com.quillmark.brevlin.mainWindow"];
+    EXPECT_EQ(stored, R"({"x":-40,"y":20,"width":920,"height":650,"maximized":true})");
+    EXPECT_EQ(store.geometry(), geometry);
+    for (const char* bad : {R"({"x":0,"y":0,"width":0,"height":650,"maximized":true})",
+                            R"({"x":0,"y":1e9,"width":920,"height":650,"maximized":true})",
+                            R"({"x":0,"y":0,"width":920,"height":650})", "[]", ""}) {
+        stored = bad;
+        EXPECT_EQ(store.geometry(), std::nullopt) << bad;
+    }
+}
+
+} // namespace
+} // namespace brevlin

@@ -1,0 +1,110 @@
+#include "storage/preferences_store.h"
+#include "support/fake_clock.h"
+#include "support/memory_user_defaults.h"
+
+#include <gtest/gtest.h>
+
+namespace brevlin {
+namespace {
+
+const std::string key(PreferencesStore::key);
+const std::string legacyKey(PreferencesStore::legacyKey);
+const std::string full =
+    R"({"timerSettings":{"focusDuration":1500,"shortBreakDuration":300,"longBreakDuration":900,)"
+    R"("focusSessionsPerLongBreak":4,"autoStartBreaks":false,"autoStartFocus":false,)"
+    R"("alertIntensity":"standard"},"showTopCapsuleWhileRunning":true,"playCompletionSound":true,)"
+    R"("topTimerAppearance":"dark","appLanguage":"zh-Hans"})";
+
+class PreferencesStoreTest : public testing::Test
+{
+protected:
+    test::MemoryUserDefaults m_defaults;
+    test::FakeClock m_clock{instantFromUnixTime(Seconds{1'769'903'999.9})}; // 2026-01-31 23:59:59.9 UTC
+    PreferencesStore m_store{m_defaults, m_clock};
+};
+
+TEST_F(PreferencesStoreTest, the_first_start_gives_the_defaults_and_writes_nothing)
+{
+    EXPECT_EQ(m_store.load(), AppPreferences{});
+    EXPECT_TRUE(m_defaults.values.empty());
+    ASSERT_TRUE(m_store.save({}));
+    EXPECT_EQ(m_defaults.values[key], full);
+}
+
+TEST_F(PreferencesStoreTest, missing_and_null_keys_take_their_defaults)
+{
+    m_defaults.values[key] = R"({"appLanguage":"english","topTimerAppearance":null,"timerSettings":null})";
+    AppPreferences expected;
+    expected.appLanguage = AppLanguage::english;
+    EXPECT_EQ(m_store.load(), expected);
+}
+
+TEST_F(PreferencesStoreTest, stored_timer_settings_are_sanitized)
+{
+    std::string document = full;
+    document.replace(document.find("1500"), 4, "-5e0");
+    document.replace(document.find("Break\":4"), 8, "Break\":0");
+    m_defaults.values[key] = document;
+    const TimerSettings settings = m_store.load().timerSettings;
+    EXPECT_EQ(settings.focusDuration, Seconds{1.0});
+    EXPECT_EQ(settings.focusSessionsPerLongBreak, 1);
+}
+
+TEST_F(PreferencesStoreTest, one_bad_value_gives_all_defaults_and_the_document_is_kept)
+{
+    std::string incomplete = full;
+    incomplete.replace(incomplete.find("autoStartFocus"), 14, "autoStartOther");
+    for (const std::string& bad :
+         {incomplete, std::string(R"({"appLanguage":"en","playCompletionSound":false})"),
+          std::string(R"({"playCompletionSound":1})"), std::string("{\"appLangu")}) {
+        m_defaults.values = {{key, bad}};
+        EXPECT_EQ(m_store.load(), AppPreferences{}) << bad;
+        EXPECT_EQ(m_defaults.values[key], bad);
+        ASSERT_TRUE(m_store.save({}));
+        ASSERT_TRUE(m_store.save({}));
+        EXPECT_EQ(m_defaults.values, (std::map<std::string, std::string>{
+                                         {key, full}, {key + ".unreadable-20260131T235959Z", bad}}));
+    }
+}
+
+TEST_F(PreferencesStoreTest, nothing_is_written_while_the_unreadable_document_cannot_be_kept)
+{
+    m_defaults.unreadable = {key};
+    EXPECT_EQ(m_store.load(), AppPreferences{});
+    m_defaults.failures.failOperation(1);
+    EXPECT_FALSE(m_store.save({}));
+    EXPECT_TRUE(m_defaults.unreadable.contains(key));
+    ASSERT_TRUE(m_store.save({}));
+    EXPECT_TRUE(m_defaults.unreadable.contains(key + ".unreadable-20260131T235959Z"));
+    EXPECT_EQ(m_defaults.values[key], full);
+}
+
+TEST_F(PreferencesStoreTest, a_legacy_document_moves_to_the_current_key)
+{
+    m_defaults.values[legacyKey] = R"({"appLanguage":"english"})";
+    const AppPreferences loaded = m_store.load();
+    EXPECT_EQ(loaded.appLanguage, AppLanguage::english);
+    EXPECT_FALSE(m_defaults.values.contains(legacyKey));
+    EXPECT_EQ(m_store.load(), loaded);
+}
+
+TEST_F(PreferencesStoreTest, a_legacy_document_is_left_alone_when_unreadable_or_outvoted)
+{
+    m_defaults.values = {{legacyKey, "{"}};
+    EXPECT_EQ(m_store.load(), AppPreferences{});
+    EXPECT_EQ(m_defaults.values, (std::map<std::string, std::string>{{legacyKey, "{"}}));
+    m_defaults.values = {{legacyKey, R"({"appLanguage":"english"})"}, {key, full}};
+    EXPECT_EQ(m_store.load(), AppPreferences{});
+    EXPECT_EQ(m_defaults.values.size(), 2U);
+}
+
+TEST_F(PreferencesStoreTest, a_legacy_document_stays_when_it_could_not_be_moved)
+{
+    m_defaults.values[legacyKey] = R"({"appLanguage":"english"})";
+    m_defaults.failures.failOperation(3); // the write, after reading both keys
+    EXPECT_EQ(m_store.load().appLanguage, AppLanguage::english);
+    EXPECT_TRUE(m_defaults.values.contains(legacyKey));
+}
+
+} // namespace
+} // namespace brevlin

@@ -1,0 +1,352 @@
+#include "storage/session_archive.h"
+#include "storage/session_store.h"
+#include "support/fake_clock.h"
+#include "support/memory_durable_file.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <limits>
+
+namespace brevlin {
+namespace {
+
+const std::string path = "/data/Brevlin/sessions-v1.json";
+const std::string legacyPath = "/data/Kestrove/sessions-v1.json";
+const std::string setAsidePath = "/data/Brevlin/sessions-v1.unreadable-20260131T235959Z.json";
+
+Uuid numberedId(int number)
+{
+    return *Uuid::fromText("00000000-0000-4000-8000-0000000000" + std::to_string(10 + number));
+}
+
+FinishedSession session(int number, double endedAt)
+{
+    FinishedSession result;
+    result.id = numberedId(number);
+    result.startedAt = Instant{Seconds{endedAt - 1500.0}};
+    result.endedAt = Instant{Seconds{endedAt}};
+    result.plannedDuration = Seconds{1500.0};
+    result.effectiveDuration = Seconds{1499.5};
+    result.timeZoneIdentifierAtStart = "Asia/Shanghai";
+    return result;
+}
+
+std::string ids(const std::vector<SessionRecord>& records)
+{
+    std::string result;
+    for (const SessionRecord& record : records) {
+        result += record.id.text().substr(34) + " ";
+    }
+    return result;
+}
+
+class SessionStoreTest : public testing::Test
+{
+protected:
+    SessionStore open(std::optional<std::string> legacy = {}) { return {{path, legacy}, m_files, m_clock}; }
+    std::string& file() { return m_files.files[path]; }
+    // A history of two records, the later one first.
+    std::string twoRecords()
+    {
+        test::MemoryDurableFile files;
+        SessionStore store({path, {}}, files, m_clock);
+        EXPECT_TRUE(store.insert(session(1, 1000.0)));
+        EXPECT_TRUE(store.insert(session(2, 2000.25)));
+        return files.files[path];
+    }
+
+    test::MemoryDurableFile m_files;
+    test::FakeClock m_clock{instantFromUnixTime(Seconds{1'769'903'999.0})}; // 2026-01-31 23:59:59 UTC
+};
+
+TEST_F(SessionStoreTest, the_first_start_is_empty_and_writes_nothing)
+{
+    const SessionStore store = open(legacyPath);
+    EXPECT_TRUE(store.sessions().empty());
+    EXPECT_EQ(store.lastError(), std::nullopt);
+    EXPECT_TRUE(m_files.files.empty());
+    EXPECT_EQ(defaultHistoryLocation("/data").path, path);
+    EXPECT_EQ(defaultHistoryLocation("/data").legacyPath, legacyPath);
+}
+
+TEST_F(SessionStoreTest, the_file_has_the_documented_form)
+{
+    SessionStore store = open();
+    ASSERT_TRUE(store.insert(session(1, 1000.0)));
+    EXPECT_EQ(file(), R"({"sessions":[{"actualStartAt":-500,"completedWhileAway":false,"cycleIndex":1,)"
+                      R"("effectiveDuration":1499.5,"endedAt":1000,)"
+                      R"("id":"00000000-0000-4000-8000-000000000011","intention":"",)"
+                      R"("interruptionCount":0,"outcomeRawValue":"completed","pauseDuration":0,)"
+                      R"("phaseRawValue":"focus","plannedDuration":1500,"plannedStartAt":-500,)"
+                      R"("scheduledEndAt":1000,"timeZoneIdentifierAtStart":"Asia/Shanghai"}],"version":1})");
+    ASSERT_TRUE(store.clear());
+    EXPECT_EQ(file(), R"({"sessions":[],"version":1})");
+}
+
+TEST_F(SessionStoreTest, after_any_change_the_file_holds_what_memory_holds)
+{
+    // In front, behind, in between, at the same instant, and twice: the kept text must follow all of it.
+    SessionStore store = open();
+    const std::pair<int, double> changes[] = {{1, 1000}, {2, 3000}, {3, 2000}, {4, 3000},
+                                              {5, 4000}, {6, 5000}, {2, 6000}, {7, 7000},
+                                              {7, 500},  {8, 8000}, {9, 9000}};
+    for (const auto& [number, endedAt] : changes) {
+        const auto record = store.insert(session(number, endedAt));
+        ASSERT_TRUE(record);
+        EXPECT_EQ(record->endedAt, Instant{Seconds{endedAt}});
+        EXPECT_EQ(open().sessions(), store.sessions()) << number;
+        SessionArchiveText anew;
+        EXPECT_EQ(file(), *anew.encode(store.sessions())) << number;
+    }
+    EXPECT_EQ(ids(store.sessions()), "19 18 12 16 15 14 13 11 17 ");
+    ASSERT_TRUE(store.remove(store.sessions()[2]));
+    ASSERT_TRUE(store.remove(SessionRecord(session(80, 1.0)))) << "unknown, yet saved";
+    ASSERT_TRUE(store.insert(session(10, 10'000)));
+    EXPECT_EQ(ids(open().sessions()), "20 19 18 16 15 14 13 11 17 ");
+}
+
+TEST_F(SessionStoreTest, thousands_of_insertions_in_front_outgrow_the_kept_text)
+{
+    SessionStore store = open();
+    FinishedSession next = session(1, 0.0);
+    for (int number = 0; number < 1500; ++number) {
+        next.id = Uuid::random();
+        next.endedAt += Seconds{1.0};
+        ASSERT_TRUE(store.insert(next));
+    }
+    EXPECT_EQ(open().sessions(), store.sessions());
+    EXPECT_EQ(store.sessions().size(), 1500U);
+}
+
+TEST_F(SessionStoreTest, records_of_one_instant_keep_the_order_of_the_file)
+{
+    SessionStore store = open();
+    for (int number = 1; number <= 3; ++number) {
+        ASSERT_TRUE(store.insert(session(number, 1000.0)));
+    }
+    EXPECT_EQ(ids(open().sessions()), "11 12 13 ");
+    std::string& text = file();
+    text.replace(text.find("\"endedAt\":1000"), 14, "\"endedAt\":999.5");
+    EXPECT_EQ(ids(open().sessions()), "12 13 11 ");
+}
+
+TEST_F(SessionStoreTest, records_that_share_an_id_go_and_come_back_together)
+{
+    std::string text = twoRecords();
+    text.replace(text.find("]"), 0, "," + text.substr(13, text.find("}") - 12));
+    file() = text;
+    SessionStore store = open();
+    ASSERT_EQ(ids(store.sessions()), "12 12 11 ");
+    m_files.failures.failOperation(1);
+    EXPECT_FALSE(store.remove(store.sessions()[1]));
+    EXPECT_EQ(ids(store.sessions()), "12 12 11 ");
+    EXPECT_TRUE(store.remove(store.sessions()[1]));
+    EXPECT_EQ(ids(store.sessions()), "11 ");
+}
+
+TEST_F(SessionStoreTest, unknown_raw_values_and_any_order_of_keys_are_read_and_kept)
+{
+    std::string text = twoRecords();
+    text.replace(text.find("\"completed\""), 11, "\"dreamt\"");
+    text.replace(text.find("\"intention\":\"\","), 15, "");
+    text.replace(text.find("\"timeZone"), 0, "\"later\":[1],\"intention\":\"a\",\"intention\":7,");
+    file() = text;
+    SessionStore store = open();
+    ASSERT_EQ(store.lastError(), std::nullopt);
+    EXPECT_EQ(store.sessions()[0].outcome(), std::nullopt);
+    EXPECT_EQ(store.sessions()[0].intention, "a");
+    ASSERT_TRUE(store.insert(session(3, 3000.0)));
+    EXPECT_NE(file().find("\"dreamt\""), std::string::npos);
+}
+
+TEST_F(SessionStoreTest, one_bad_record_makes_the_file_unreadable)
+{
+    const std::pair<const char*, const char*> faults[] = {
+        {"\"intention\"", "\"intentions\""},
+        {"\"endedAt\":1000", "\"endedAt\":\"1000\""},
+        {"\"cycleIndex\":1", "\"cycleIndex\":1.5"},
+        {"00000000-0000", "00000000_0000"},
+        {"false", "0"},
+        {"\"version\":1", "\"version\":2"},
+        {"\"version\":1", "\"other\":1"},
+        {"\"sessions\"", "\"session\""},
+    };
+    for (const auto& [good, bad] : faults) {
+        std::string text = twoRecords();
+        const std::size_t at = text.rfind(good);
+        ASSERT_NE(at, std::string::npos) << good;
+        text.replace(at, std::string(good).size(), bad);
+        file() = text;
+        const SessionStore store = open();
+        ASSERT_TRUE(store.lastError()) << bad;
+        EXPECT_EQ(store.lastError()->operation, SessionStoreError::Operation::fetch);
+        EXPECT_TRUE(store.sessions().empty());
+        EXPECT_EQ(file(), text);
+    }
+}
+
+TEST_F(SessionStoreTest, every_truncation_is_an_error)
+{
+    const std::string text = twoRecords();
+    for (std::size_t length = 0; length < text.size(); ++length) {
+        file() = text.substr(0, length);
+        EXPECT_TRUE(open().lastError()) << length;
+    }
+}
+
+TEST_F(SessionStoreTest, an_unreadable_history_is_named_and_kept_before_the_first_write)
+{
+    file() = R"({"sessions":[],"version":2})";
+    const std::string newer = file();
+    SessionStore store = open(legacyPath);
+    ASSERT_TRUE(store.lastError());
+    const std::string description = store.lastError()->errorDescription();
+    EXPECT_TRUE(description.starts_with("无法读取专注记录：The file has the newer format version 2"));
+    EXPECT_NE(description.find(path), std::string::npos);
+    EXPECT_NE(description.find("保留"), std::string::npos);
+
+    m_files.failures.failOperation(1);
+    EXPECT_FALSE(store.insert(session(1, 1.0))) << "what cannot be kept must not be overwritten";
+    EXPECT_EQ(file(), newer);
+    m_files.files[setAsidePath] = "an earlier one";
+    ASSERT_TRUE(store.insert(session(1, 1.0)));
+    ASSERT_TRUE(store.insert(session(2, 2.0)));
+    EXPECT_EQ(m_files.files.at("/data/Brevlin/sessions-v1.unreadable-20260131T235959Z-2.json"), newer);
+    EXPECT_EQ(m_files.files.at(setAsidePath), "an earlier one");
+    EXPECT_EQ(m_files.files.size(), 3U);
+    EXPECT_EQ(ids(open().sessions()), "12 11 ");
+}
+
+TEST_F(SessionStoreTest, a_history_that_the_system_refuses_to_read_is_kept_too)
+{
+    m_files.unreadable = {path};
+    SessionStore store = open();
+    ASSERT_TRUE(store.lastError());
+    EXPECT_NE(store.lastError()->underlyingDescription.find("Permission denied"), std::string::npos);
+    ASSERT_TRUE(store.clear());
+    EXPECT_TRUE(m_files.unreadable.contains(setAsidePath));
+    EXPECT_EQ(open().lastError(), std::nullopt);
+}
+
+TEST_F(SessionStoreTest, a_failed_refresh_keeps_the_records)
+{
+    file() = twoRecords();
+    SessionStore store = open();
+    file() += "x";
+    store.refresh();
+    EXPECT_TRUE(store.lastError());
+    EXPECT_EQ(store.sessions().size(), 2U);
+    file().pop_back();
+    store.refresh();
+    EXPECT_EQ(store.lastError(), std::nullopt);
+}
+
+TEST_F(SessionStoreTest, the_legacy_history_is_copied_once_and_stays)
+{
+    m_files.files[legacyPath] = twoRecords();
+    EXPECT_EQ(open().sessions().size(), 0U) << "another location never looks there";
+    m_files.failures.failOperation(2);
+    EXPECT_EQ(open(legacyPath).sessions().size(), 2U) << "read in place when it cannot be copied";
+    EXPECT_FALSE(m_files.exists(path));
+    SessionStore store = open(legacyPath);
+    EXPECT_EQ(file(), m_files.files[legacyPath]);
+    ASSERT_TRUE(store.clear());
+    EXPECT_TRUE(open(legacyPath).sessions().empty());
+    EXPECT_EQ(m_files.files.size(), 2U);
+}
+
+TEST_F(SessionStoreTest, a_record_that_json_cannot_express_is_refused_without_a_write)
+{
+    file() = R"({"sessions":[{}],"version":1})";
+    SessionStore store = open();
+    FinishedSession bad = session(1, 1.0);
+    bad.effectiveDuration = Seconds{std::numeric_limits<double>::infinity()};
+    EXPECT_FALSE(store.insert(bad));
+    bad = session(1, 1.0);
+    bad.intention = "\xff";
+    EXPECT_FALSE(store.insert(bad));
+    EXPECT_EQ(m_files.files.size(), 1U) << "nothing is set aside for a write that does not come";
+    EXPECT_TRUE(store.sessions().empty());
+    EXPECT_TRUE(store.insert(session(1, 1.0)));
+}
+
+TEST_F(SessionStoreTest, whichever_operation_fails_memory_and_file_agree)
+{
+    using Change = bool (*)(SessionStore&);
+    const Change changes[] = {
+        [](SessionStore& s) { return s.insert(session(3, 3000.0)).has_value(); },
+        [](SessionStore& s) { return s.insert(session(4, 4000.0)).has_value(); },
+        [](SessionStore& s) { return s.insert(session(1, 5000.0)).has_value(); },
+        [](SessionStore& s) { return s.remove(SessionRecord(session(3, 0.0))); },
+        [](SessionStore& s) { return s.clear(); },
+        [](SessionStore& s) { return s.insert(session(5, 10.0)).has_value(); },
+    };
+    const std::string good = twoRecords();
+    for (const std::string& start : {good, good + "x"}) {
+        for (const bool forEver : {false, true}) {
+            bool isClean = false;
+            for (int failing = 1; !isClean; ++failing) {
+                m_files.files = {{path, start}};
+                SessionStore store = open();
+                const bool wasReadable = !store.lastError();
+                const int before = m_files.failures.operationCount();
+                forEver ? m_files.failures.failFrom(failing) : m_files.failures.failOperation(failing);
+                bool wroteOnce = wasReadable;
+                for (const Change change : changes) {
+                    const std::vector<SessionRecord> old = store.sessions();
+                    const bool saved = change(store);
+                    EXPECT_EQ(saved, !store.lastError());
+                    if (!saved) {
+                        EXPECT_EQ(store.sessions(), old);
+                    }
+                    wroteOnce = wroteOnce || saved;
+                    if (const auto found = m_files.files.find(path); wroteOnce) {
+                        test::MemoryDurableFile copy;
+                        copy.files[path] = found->second;
+                        EXPECT_EQ(SessionStore({path, {}}, copy, m_clock).sessions(), store.sessions());
+                    }
+                }
+                EXPECT_TRUE(wasReadable || m_files.files[path] == start ||
+                            m_files.files[setAsidePath] == start);
+                isClean = failing > m_files.failures.operationCount() - before;
+                m_files.failures.failNothing();
+            }
+        }
+    }
+}
+
+TEST_F(SessionStoreTest, a_history_of_45_megabytes_loads)
+{
+    const std::string two = twoRecords();
+    const std::size_t begin = two.find('[') + 1;
+    const std::string records = two.substr(begin, two.rfind(']') - begin);
+    std::string& text = file();
+    text = R"({"sessions":[)" + records;
+    while (text.size() < 45'000'000) {
+        text += "," + records;
+    }
+    text += R"(],"version":1})";
+    const SessionStore store = open();
+    EXPECT_EQ(store.lastError(), std::nullopt);
+    EXPECT_GT(store.sessions().size(), 100'000U);
+    EXPECT_TRUE(std::is_sorted(store.sessions().begin(), store.sessions().end(), endedLater));
+}
+
+TEST(SessionStoreError, describes_itself_in_chinese_with_the_systems_words)
+{
+    using Operation = SessionStoreError::Operation;
+    const std::pair<Operation, const char*> cases[] = {
+        {Operation::fetch, "无法读取专注记录：why"},
+        {Operation::insert, "无法保存专注记录：why"},
+        {Operation::delete_, "无法删除专注记录：why"},
+        {Operation::clear, "无法清空专注记录：why"},
+    };
+    for (const auto& [operation, text] : cases) {
+        EXPECT_EQ((SessionStoreError{Uuid(), operation, "why"}).errorDescription(), text);
+    }
+    EXPECT_EQ(rawValue(Operation::delete_), "delete");
+}
+
+} // namespace
+} // namespace brevlin

@@ -1,0 +1,82 @@
+#pragma once
+
+#include "platform/durable_file.h"
+#include "support/failure_plan.h"
+
+#include <cerrno>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+
+namespace brevlin::test {
+
+/// Files in memory. Reading, writing, renaming and removing count as operations of `failures`; a failed one
+/// changes nothing.
+class MemoryDurableFile final : public DurableFile
+{
+public:
+    std::map<std::string, std::string> files;
+    std::set<std::string> unreadable; ///< paths whose reading is refused (EACCES); renaming moves the mark
+    mutable FailurePlan failures;
+
+    Expected<std::optional<std::string>, FileError> read(const std::string& path) const override
+    {
+        if (const auto error = failures.next("read", path)) {
+            return Unexpected{*error};
+        }
+        if (unreadable.contains(path)) {
+            return Unexpected{fileError("open", EACCES, path)};
+        }
+        const auto file = files.find(path);
+        return file == files.end() ? std::nullopt : std::optional{file->second};
+    }
+
+    Expected<void, FileError> write(const std::string& path, std::string_view bytes) override
+    {
+        if (const auto error = failures.next("write", path)) {
+            return Unexpected{*error};
+        }
+        files[path] = bytes;
+        return {};
+    }
+
+    Expected<void, FileError> rename(const std::string& from, const std::string& to) override
+    {
+        if (const auto error = failures.next("rename", from)) {
+            return Unexpected{*error};
+        }
+        if (!exists(from)) {
+            return Unexpected{fileError("rename", ENOENT, from)};
+        }
+        if (exists(to)) {
+            return Unexpected{fileError("rename", EEXIST, to)};
+        }
+        if (auto file = files.extract(from)) {
+            file.key() = to;
+            files.insert(std::move(file));
+        }
+        if (unreadable.erase(from) > 0) {
+            unreadable.insert(to);
+        }
+        return {};
+    }
+
+    Expected<void, FileError> remove(const std::string& path) override
+    {
+        if (const auto error = failures.next("unlink", path)) {
+            return Unexpected{*error};
+        }
+        files.erase(path);
+        unreadable.erase(path);
+        return {};
+    }
+
+    bool exists(const std::string& path) const override
+    {
+        return files.contains(path) || unreadable.contains(path);
+    }
+};
+
+} // namespace brevlin::test
