@@ -65,7 +65,7 @@ TEST_F(NumericTextTest, only_a_colon_between_digits_is_lifted)
     EXPECT_EQ(NumericText::pieces(QStringLiteral("Focus: 25"), cells)[0].rise, 0);
 }
 
-TEST_F(NumericTextTest, a_change_fades_in_at_most_eight_steps)
+TEST_F(NumericTextTest, a_change_fades_in_a_few_steps)
 {
     text.setText(QStringLiteral("24:59"));
     ASSERT_TRUE(text.transition().isRunning());
@@ -76,7 +76,7 @@ TEST_F(NumericTextTest, a_change_fades_in_at_most_eight_steps)
     EXPECT_FALSE(text.transition().isRunning());
     EXPECT_EQ(text.transition().value(), 1);
     EXPECT_GE(steps, 4);
-    EXPECT_LE(steps, 8);
+    EXPECT_LE(steps, 6);
 }
 
 TEST_F(NumericTextTest, what_stays_is_not_repainted)
