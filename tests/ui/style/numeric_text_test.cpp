@@ -46,7 +46,8 @@ TEST_F(NumericTextTest, every_clock_of_five_characters_is_equally_wide)
 
 TEST_F(NumericTextTest, digits_keep_their_cells_whatever_they_are)
 {
-    const NumericText::Cells cells(systemFont(54));
+    NumericText::Cells cells(systemFont(54));
+    cells.digitWidth = 200; // many fonts have digits of one width already; these cells are wider than any
     const auto narrow = NumericText::pieces(QStringLiteral("11 分钟 1"), cells);
     const auto wide = NumericText::pieces(QStringLiteral("88 分钟 8"), cells);
     ASSERT_EQ(narrow.size(), 4U);
@@ -56,6 +57,8 @@ TEST_F(NumericTextTest, digits_keep_their_cells_whatever_they_are)
         EXPECT_EQ(narrow[index].width, wide[index].width);
     }
     EXPECT_EQ(narrow[2], wide[2]);
+    EXPECT_EQ(narrow[1].left, 200);
+    EXPECT_NEAR(narrow[0].inset, (200 - cells.metrics.horizontalAdvance(QLatin1Char('1'))) / 2, 0.001);
 }
 
 TEST_F(NumericTextTest, only_a_colon_between_digits_is_lifted)
