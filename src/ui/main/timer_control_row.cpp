@@ -153,7 +153,7 @@ void TimerControlRow::followKeyboard()
 {
     // A control that the keyboard is on takes Space for itself.
     const QWidget* focused = QApplication::focusWidget();
-    const bool isTaken = focused != nullptr && focused->focusPolicy() != Qt::NoFocus;
+    const bool isTaken = focused != nullptr && (focused->focusPolicy() & Qt::TabFocus) != 0;
     m_space->setEnabled(m_spaceAction && !isTaken);
 }
 

@@ -29,12 +29,9 @@ TopBar::TopBar(AppModel& model, SectionSelection& selection, QWidget* parent)
     : QWidget(parent)
     , m_model(model)
     , m_selection(selection)
-    , m_close(new WindowButton(WindowButton::Kind::close, this))
-    , m_minimize(new WindowButton(WindowButton::Kind::minimize, this))
-    , m_maximize(new WindowButton(WindowButton::Kind::maximize, this))
-    , m_about(nullptr)
 {
     setFixedHeight(barHeight);
+    // In the order in which Tab visits them.
     for (const AppSection section : allCases<AppSection>()) {
         if (section == AppSection::about) {
             continue;
@@ -44,6 +41,9 @@ TopBar::TopBar(AppModel& model, SectionSelection& selection, QWidget* parent)
         m_tabs.push_back(tab);
     }
     m_about = new LogoButton(this);
+    m_close = new WindowButton(WindowButton::Kind::close, this);
+    m_minimize = new WindowButton(WindowButton::Kind::minimize, this);
+    m_maximize = new WindowButton(WindowButton::Kind::maximize, this);
     connect(m_about, &QAbstractButton::clicked, this, [this] { m_selection.select(AppSection::about); });
     connect(m_close, &QAbstractButton::clicked, this, &TopBar::closeRequested);
     connect(m_minimize, &QAbstractButton::clicked, this, &TopBar::minimizeRequested);

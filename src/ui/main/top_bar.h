@@ -50,11 +50,11 @@ private:
 
     AppModel& m_model;
     SectionSelection& m_selection;
-    WindowButton* m_close; // these are owned by this widget
-    WindowButton* m_minimize;
-    WindowButton* m_maximize;
-    std::vector<SectionTab*> m_tabs; // in the order of the sections
-    LogoButton* m_about;
+    std::vector<SectionTab*> m_tabs; // in the order of the sections; these are owned by this widget
+    LogoButton* m_about = nullptr;
+    WindowButton* m_close = nullptr;
+    WindowButton* m_minimize = nullptr;
+    WindowButton* m_maximize = nullptr;
     bool m_isFullScreen = false;
     bool m_isMaximized = false;
     std::optional<QPoint> m_pressPosition; // global; none once the press has become a move
