@@ -98,7 +98,9 @@ void MainWindow::present(const std::string& activationToken)
     }
     show();
     raise();
-    m_windowSystem.activate(winId(), activationToken);
+    // An alert in front of the window is what the keyboard has to go to.
+    const QWidget* front = m_messageDialog ? static_cast<QWidget*>(m_messageDialog) : this;
+    m_windowSystem.activate(front->winId(), activationToken);
 }
 
 void MainWindow::toggleMaximized()
@@ -264,7 +266,8 @@ void MainWindow::showEvent(QShowEvent* event)
     QWidget::showEvent(event);
     m_isPlaced = true;
     m_frame->refresh();
-    showMessage();
+    // Once the window stands and has the keyboard, so that the alert takes it from there.
+    QMetaObject::invokeMethod(this, &MainWindow::showMessage, Qt::QueuedConnection);
 }
 
 void MainWindow::paintEvent(QPaintEvent* event)
