@@ -26,9 +26,7 @@ constexpr BilingualText restoreText{"还原", "Restore"};
 } // namespace
 
 TopBar::TopBar(AppModel& model, SectionSelection& selection, QWidget* parent)
-    : QWidget(parent)
-    , m_model(model)
-    , m_selection(selection)
+    : QWidget(parent), m_model(model), m_selection(selection)
 {
     setFixedHeight(barHeight);
     // In the order in which Tab visits them.
