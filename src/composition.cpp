@@ -8,8 +8,10 @@
 #include "platform/freedesktop/files/file_user_defaults.h"
 #include "platform/freedesktop/files/leftovers.h"
 #include "platform/freedesktop/files/posix_durable_file.h"
+#include "platform/freedesktop/login/autostart_login_item.h"
 #include "platform/freedesktop/portal_desktop_settings.h"
 #include "platform/freedesktop/qt_task_scheduler.h"
+#include "platform/freedesktop/sound/sound_effect_player.h"
 #include "platform/freedesktop/system_clock.h"
 #include "platform/freedesktop/termination_signals.h"
 #include "platform/freedesktop/x11_window_system.h"
@@ -79,8 +81,8 @@ private:
     DesktopSystemEvents m_systemEvents;
     PortalDesktopSettings m_desktopSettings;
     AbsentNotificationCenter m_notificationCenter;
-    BellSoundPlayer m_soundPlayer;
-    AbsentLoginItem m_loginItem;
+    SoundEffectPlayer m_soundPlayer;
+    AutostartLoginItem m_loginItem;
     NoTopCapsule m_capsule;
     X11WindowSystem m_windowSystem;
     TerminationSignals m_terminationSignals;
@@ -95,6 +97,8 @@ private:
 
 Composition::Parts::Parts(const UserFolders& folders, ApplicationInstance& instance)
     : m_defaults(folders.preferences, m_files)
+    , m_soundPlayer(m_scheduler, folders.sharedData, "freedesktop")
+    , m_loginItem(folders.autostart, QCoreApplication::applicationFilePath().toStdString(), m_files)
     , m_style(new BrevlinStyle)
     , m_desktopScheme(Theme::of(QApplication::palette()).scheme())
     , m_windowStore(m_defaults)
@@ -103,6 +107,7 @@ Composition::Parts::Parts(const UserFolders& folders, ApplicationInstance& insta
     , m_window((QApplication::setStyle(m_style), m_model), m_selection, m_windowStore, m_windowSystem)
 {
     followAppearance();
+    m_loginItem.followProgram();
     QObject::connect(&m_terminationSignals, &TerminationSignals::received, qApp, &QApplication::quit);
     QObject::connect(&m_window, &MainWindow::quitRequested, qApp, &QApplication::quit);
     QObject::connect(&m_model, &AppModel::mainWindowActivationRequested, &m_window,

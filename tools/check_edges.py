@@ -14,13 +14,16 @@ EDGES = {
     "core": ([], []),
     "platform": (["core"], []),
     "platform/freedesktop/files": (["core", "platform"], []),
+    "platform/freedesktop/login": (["core", "platform"], ["Core", "Gui"]),
+    "platform/freedesktop/sound": (["core", "platform"], ["Core", "Gui", "Multimedia"]),
     "platform/freedesktop": (["core", "platform"], ["Core", "Gui", "DBus", "Network"]),
     "storage": (["core", "platform"], []),
     "services": (["core", "platform"], []),
     "app": (["core", "platform", "storage", "services"], ["Core"]),
     "ui/style": (["core"], ["Core", "Gui", "Widgets", "Svg"]),
     "ui/main": (["core", "platform", "storage", "app", "ui"], ["Core", "Gui", "Widgets"]),
-    "": (["core", "platform", "platform/freedesktop", "platform/freedesktop/files", "storage", "services", "app", "ui"],
+    "": (["core", "platform", "platform/freedesktop", "platform/freedesktop/files", "platform/freedesktop/login",
+          "platform/freedesktop/sound", "storage", "services", "app", "ui"],
          ["Core", "Gui", "Widgets"]),
 }
 

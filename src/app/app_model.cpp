@@ -47,6 +47,7 @@ AppModel::~AppModel()
     m_parts.systemEvents.setObserver({});
     m_parts.notificationService->setActionHandler({});
     m_parts.soundService->setPlaybackStateHandler({});
+    m_parts.launchAtLoginService->setChangeHandler({});
 }
 
 void AppModel::restore()
@@ -93,6 +94,8 @@ void AppModel::connectParts()
 
 void AppModel::observeSystemEvents()
 {
+    m_parts.launchAtLoginService->setChangeHandler(
+        [this] { publishLaunchAtLoginStatus(m_parts.launchAtLoginService->status()); });
     SystemEvents::Observer observer;
     observer.willSleep = [this] {
         m_isAsleep = true;
