@@ -89,7 +89,7 @@ void TopBar::setMaximized(bool isMaximized)
 
 void TopBar::layOut()
 {
-    const auto place = [this](QWidget* widget, int x) {
+    const auto place = [](QWidget* widget, int x) {
         const QSize size = widget->sizeHint();
         widget->setGeometry(x, (barHeight - size.height()) / 2, size.width(), size.height());
     };
