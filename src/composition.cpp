@@ -71,6 +71,7 @@ private:
     AppModelParts modelParts(const UserFolders& folders);
     void followAppearance();
     void applyAppearance();
+    void showFirst();
     void showWindow(const std::string& activationToken);
 
     // What the model and the window borrow stands before them.
@@ -114,7 +115,7 @@ Composition::Parts::Parts(const UserFolders& folders, ApplicationInstance& insta
                      [this] { showWindow({}); });
     QObject::connect(&instance, &ApplicationInstance::activationRequested, &m_window,
                      [this](const QString& token) { showWindow(token.toStdString()); });
-    m_firstShow = m_scheduler.after(longestWaitForAppearance, [this] { m_window.show(); });
+    m_firstShow = m_scheduler.after(longestWaitForAppearance, [this] { showFirst(); });
 }
 
 AppModelParts Composition::Parts::modelParts(const UserFolders& folders)
@@ -141,7 +142,7 @@ void Composition::Parts::followAppearance()
     m_desktopSettings.setChangeHandler([this] {
         applyAppearance();
         if (m_firstShow) {
-            showWindow({});
+            showFirst();
         }
     });
 }
@@ -151,6 +152,14 @@ void Composition::Parts::applyAppearance()
     const auto wanted = m_desktopSettings.colorScheme();
     QApplication::setPalette(Theme::palette(wanted ? schemeOf(*wanted) : m_desktopScheme));
     m_style->setReducesMotion(m_desktopSettings.reducesMotion());
+}
+
+// Whether a new window gets the keyboard is the window manager's to say: the program may have been started at
+// login.
+void Composition::Parts::showFirst()
+{
+    m_firstShow.reset();
+    m_window.show();
 }
 
 void Composition::Parts::showWindow(const std::string& activationToken)

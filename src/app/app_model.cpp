@@ -159,10 +159,11 @@ void AppModel::tick()
 
 void AppModel::refreshSystemStateAndReconcile(bool completedWhileAway)
 {
-    readNotificationAuthorization([this, completedWhileAway] {
-        publishLaunchAtLoginStatus(m_parts.launchAtLoginService->status());
-        reconcile(completedWhileAway);
-    });
+    // Without waiting for the desktop's answer: what ended while the program was closed shall not be taken
+    // for a phase that ended just now.
+    reconcile(completedWhileAway);
+    publishLaunchAtLoginStatus(m_parts.launchAtLoginService->status());
+    readNotificationAuthorization([] {});
 }
 
 void AppModel::reconcile(bool completedWhileAway)
