@@ -18,6 +18,9 @@ import tempfile
 import time
 import unittest
 
+import dbus
+import dbus.bus
+
 PROGRAM = os.environ.get("BREVLIN_PROGRAM")
 PICTURES = pathlib.Path(os.environ.get("BREVLIN_TEST_PICTURES", tempfile.gettempdir()))
 
@@ -127,7 +130,7 @@ class Desktop:
         reading, writing = os.pipe()
         # Without access control, so that another user's program can be tested; it listens on no network.
         self.run_in_background(
-            ["Xvfb", "-displayfd", str(writing), "-screen", "0", "1280x900x24", "-nolisten", "tcp", "-ac"],
+            ["Xvfb", "-displayfd", str(writing), "-screen", "0", "1280x900x24", "-nolisten", "tcp", "-ac", "-noreset"],
             pass_fds=[writing])
         os.close(writing)
         with os.fdopen(reading) as pipe:
@@ -140,7 +143,7 @@ class Desktop:
 
     def start_bus(self, variable="DBUS_SESSION_BUS_ADDRESS"):
         """A message bus without services of the machine's; its address stands under the variable."""
-        name = variable.split("_")[1].lower()
+        name = variable.split("_")[1].lower()  # session or system
         configuration = self.folder / f"{name}-bus.conf"
         configuration.write_text(BUS_CONFIGURATION.format(socket=self.folder / f"{name}-bus"))
         self.run_in_background(["dbus-daemon", f"--config-file={configuration}", "--nofork", "--nopidfile"])
@@ -180,6 +183,17 @@ class Desktop:
         self.account_of_user = (user, group)
         for folder in [self.folder, *(path for path in self.folder.rglob("*") if path.is_dir())]:
             os.chown(folder, user, group)
+
+    def bus(self, variable="DBUS_SESSION_BUS_ADDRESS"):
+        """A connection of the test's own to a bus that start_bus() has started."""
+        return dbus.bus.BusConnection(self.environment[variable])
+
+    def start_mock(self, *arguments, variable="DBUS_SESSION_BUS_ADDRESS", name, path):
+        """A stand-in for a service of the desktop, and the interface that steers it."""
+        self.run_in_background([sys.executable, "-m", "dbusmock", *arguments])
+        connection = self.bus(variable)
+        wait_for(f"the service {name}", lambda: connection.name_has_owner(name))
+        return dbus.Interface(connection.get_object(name, path), "org.freedesktop.DBus.Mock")
 
     def stop(self, process, number=signal.SIGTERM):
         """Sends the signal and gives the exit code."""
@@ -237,6 +251,11 @@ class Desktop:
 
     def press(self, *keys):
         self.ask("xdotool", "key", *keys)
+
+    def cover(self):
+        """Another window above everything, which has the keyboard."""
+        self.run_in_background(["xmessage", "-geometry", "1200x800+0+0", "-title", "Cover", "in front"])
+        return self.wait_for_window("Cover")
 
     def click(self, window, x, y):
         self.ask("xdotool", "mousemove", "--window", str(window), str(x), str(y), "click", "1")
@@ -331,7 +350,7 @@ class DesktopTest(unittest.TestCase):
         if self.has_session_bus:
             self.desktop.start_bus()
         else:
-            self.desktop.environment["DBUS_SESSION_BUS_ADDRESS"] = "disabled:"
+            self.desktop.environment["DBUS_SESSION_BUS_ADDRESS"] = f"unix:path={self.desktop.folder}/no-session-bus"
 
     def start_and_wait(self):
         """The process and its window, which has the keyboard."""

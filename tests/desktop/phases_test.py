@@ -1,5 +1,6 @@
 """Phases that end while the program watches, while it is gone, and while the machine sleeps."""
 
+import os
 import signal
 
 from harness import DesktopTest, main, now, permissions, wait_for
@@ -75,6 +76,53 @@ class Phases(DesktopTest):
         self.assertEqual(record["id"], running["sessionID"])
         self.assertEqual(record["outcomeRawValue"], "completed")
         self.assertEqual(record["endedAt"], running["expectedEndAt"])
+
+    def test_a_phase_that_ends_while_the_machine_sleeps_is_completed_while_away(self):
+        desktop = self.desktop
+        desktop.start_bus("DBUS_SYSTEM_BUS_ADDRESS")
+        logind = desktop.start_mock("--system", "--template", "logind", variable="DBUS_SYSTEM_BUS_ADDRESS",
+                                    name="org.freedesktop.login1", path="/org/freedesktop/login1")
+
+        def prepare_for_sleep(begins):
+            logind.EmitSignal("org.freedesktop.login1.Manager", "PrepareForSleep", "b", [begins])
+
+        desktop.set_preferences(focus=2)
+        self.start_and_wait()
+        desktop.press("space")
+        running = desktop.wait_for_state("running")
+        prepare_for_sleep(True)
+        # The machine is awake in truth, so that a ticker which took no notice would end the phase.
+        wait_for("the end of the phase", lambda: now() > running["expectedEndAt"] + 1.2)
+        self.assertEqual(desktop.timer()["runState"], "running")
+        prepare_for_sleep(False)
+        record, = desktop.wait_for_records(1)
+        self.assertEqual(record["outcomeRawValue"], "completedWhileAway")
+        self.assertEqual(record["endedAt"], running["expectedEndAt"])
+        desktop.wait_for_state("ringing")
+
+
+class UnwritableHistory(DesktopTest):
+    def test_a_record_that_cannot_be_saved_is_told_and_the_timer_goes_on(self):
+        desktop = self.desktop
+        desktop.set_preferences(focus=1, short_break=1)
+        desktop.data.mkdir(mode=0o700, parents=True)
+        if os.geteuid() == 0:  # who may write anywhere
+            desktop.become_other_user()
+        desktop.data.chmod(0o500)
+        self.start_and_wait()
+        desktop.press("space")
+        desktop.wait_for_window("记录保存失败")
+        self.assertEqual(desktop.wait_for_state("ringing")["phase"], "shortBreak")
+        self.assertEqual(list(desktop.data.iterdir()), [])
+
+        desktop.press("Return")
+        wait_for("a closed alert", lambda: not desktop.windows("记录保存失败"))
+        desktop.wait_for_window()
+        desktop.data.chmod(0o700)
+        desktop.press("shift+Tab", "space")  # the last control starts the break
+        record, = desktop.wait_for_records(1)
+        self.assertEqual(record["phaseRawValue"], "shortBreak")
+        self.assertEqual(desktop.wait_for_state("ringing")["phase"], "focus")
 
 
 if __name__ == "__main__":
