@@ -109,7 +109,9 @@ void addButtons(QVBoxLayout* column, ControlSize size)
         add(QStringLiteral("暂停"), Symbol::pauseFill);
         add(QStringLiteral("Resume"), Symbol::playFill);
         add(QStringLiteral("End"), Symbol::stopFill);
-        add(QStringLiteral("Switch"), Symbol::forwardEndFill)->setDown(true);
+        CapsuleButton* pressed = add(QStringLiteral("Switch"), Symbol::forwardEndFill);
+        pressed->setDown(true);
+        Q_EMIT pressed->pressed();
         focusByKeyboard(add(QStringLiteral("Focused"), Symbol::playFill));
         add(QStringLiteral("切换"), Symbol::forwardEndFill)->setEnabled(false);
         row->addStretch();

@@ -1,9 +1,5 @@
 #include "platform/freedesktop/absent_services.h"
 
-#include <QGuiApplication>
-
-#include <xcb/xcb.h>
-
 #include <cerrno>
 #include <system_error>
 
@@ -41,29 +37,6 @@ void AbsentNotificationCenter::readSettings(std::function<void(NotificationAutho
 void AbsentNotificationCenter::requestAuthorization(Completion completion)
 {
     completion(Unexpected{notSupported()});
-}
-
-Expected<void, std::string> AbsentLoginItem::registerItem()
-{
-    return Unexpected{notSupported()};
-}
-
-Expected<void, std::string> AbsentLoginItem::unregisterItem()
-{
-    return Unexpected{notSupported()};
-}
-
-std::unique_ptr<Sound> BellSoundPlayer::sound(const std::string& /*name*/)
-{
-    return nullptr;
-}
-
-void BellSoundPlayer::beep()
-{
-    if (auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>()) {
-        xcb_bell(x11->connection(), 0);
-        xcb_flush(x11->connection());
-    }
 }
 
 } // namespace brevlin

@@ -98,7 +98,9 @@ void MainWindow::present(const std::string& activationToken)
     }
     show();
     raise();
-    m_windowSystem.activate(winId(), activationToken);
+    // An alert in front of the window is what the keyboard has to go to.
+    const QWidget* front = m_messageDialog ? static_cast<QWidget*>(m_messageDialog) : this;
+    m_windowSystem.activate(front->winId(), activationToken);
 }
 
 void MainWindow::toggleMaximized()
@@ -139,7 +141,7 @@ void MainWindow::showMessage()
     const auto& message = m_model.appMessage();
     if (m_messageDialog && (!message || message->id != m_messageDialog->messageID())) {
         // Without clearing the message: a newer one takes its place.
-        m_messageDialog->disconnect(this);
+        disconnect(m_messageDialog, &QDialog::finished, nullptr, nullptr);
         m_messageDialog->close();
         m_messageDialog.clear();
     }
@@ -157,7 +159,7 @@ void MainWindow::restoreGeometry()
     m_normalGeometry = {0, 0, defaultSize.width(), defaultSize.height(), false};
     const auto stored = m_store.geometry();
     if (!stored) {
-        resize(defaultSize.grownBy(m_frame->margins()));
+        placeInCentre(defaultSize);
         return;
     }
     // A screen may have gone since: the window keeps its place only where its title bar can be reached.
@@ -172,13 +174,22 @@ void MainWindow::restoreGeometry()
     if (canBeReached) {
         setGeometry(content.marginsAdded(m_frame->margins()));
     } else {
-        resize(size.grownBy(m_frame->margins()));
+        placeInCentre(size);
     }
     m_normalGeometry = {content.x(), content.y(), size.width(), size.height(), false};
     m_savedGeometry = *stored;
     if (stored->maximized) {
         setWindowState(Qt::WindowMaximized);
     }
+}
+
+void MainWindow::placeInCentre(const QSize& contentSize)
+{
+    QRect content(QPoint(), contentSize);
+    if (const QScreen* primary = QGuiApplication::primaryScreen()) {
+        content.moveCenter(primary->availableGeometry().center());
+    }
+    setGeometry(content.marginsAdded(m_frame->margins()));
 }
 
 void MainWindow::rememberGeometry()
@@ -255,7 +266,8 @@ void MainWindow::showEvent(QShowEvent* event)
     QWidget::showEvent(event);
     m_isPlaced = true;
     m_frame->refresh();
-    showMessage();
+    // Once the window stands and has the keyboard, so that the alert takes it from there.
+    QMetaObject::invokeMethod(this, &MainWindow::showMessage, Qt::QueuedConnection);
 }
 
 void MainWindow::paintEvent(QPaintEvent* event)

@@ -46,6 +46,7 @@ private:
     void addShortcuts();
     void connectTopBar();
     void restoreGeometry();
+    void placeInCentre(const QSize& contentSize);
     void rememberGeometry();
     void saveGeometry();
     void toggleMaximized();

@@ -56,6 +56,9 @@ MessageDialog::MessageDialog(const AppMessage& message, AppLanguage language, QW
     setFixedWidth(dialogWidth);
     setFixedHeight(column->totalHeightForWidth(dialogWidth));
     button->setFocus();
+    if (parent != nullptr) {
+        move(parent->mapToGlobal(parent->rect().center()) - QPoint(dialogWidth / 2, height() / 2));
+    }
 }
 
 void MessageDialog::paintEvent(QPaintEvent* /*event*/)

@@ -142,6 +142,7 @@ void TimerControlRow::rebuild(const std::vector<Control>& controls)
         button->setTint(tint);
         connect(button, &QAbstractButton::clicked, this, control.action);
         m_layout->addWidget(button);
+        button->show(); // now, not from the next turn of the event loop, so that the row is never seen empty
         m_buttons.push_back(button);
         if (hadFocus && (control.isOnSpace || control.isPrimary)) {
             button->setFocus(Qt::TabFocusReason);

@@ -52,6 +52,12 @@ TimerRingView::TimerRingView(AppModel& model, const TimerRingMetrics& metrics, Q
         updateTime();
         updateProgress();
     });
+    connect(&model, &AppModel::ticked, this, [this] {
+        // The end of a paused phase moves on with the clock.
+        if (isVisible() && endText() != m_endText) {
+            updateTexts();
+        }
+    });
     connect(&model, &AppModel::snapshotChanged, this, &TimerRingView::updateTexts);
     connect(&model, &AppModel::preferencesChanged, this, &TimerRingView::updateTexts);
     m_progress->setValue(model.progress());
@@ -79,15 +85,19 @@ void TimerRingView::updateTime()
     m_time->setText(qtText(TimeText::clock(m_model.remainingSeconds())));
 }
 
+QString TimerRingView::endText() const
+{
+    if (!m_model.snapshot().isActive()) {
+        return {};
+    }
+    const BilingualText introduction{"预计结束于 ", "Estimated end "};
+    return qtText(introduction.in(m_model.language())) + qtText(m_model.endTimeText());
+}
+
 void TimerRingView::updateTexts()
 {
-    const bool isEnglish = m_model.language() == AppLanguage::english;
     m_phase = m_model.snapshot().phase;
-    m_endText.clear();
-    if (m_model.snapshot().isActive()) {
-        m_endText = (isEnglish ? QStringLiteral("Estimated end ") : QStringLiteral("预计结束于 ")) +
-                    qtText(m_model.endTimeText());
-    }
+    m_endText = endText();
     updateTime();
     updateProgress();
     layOut();

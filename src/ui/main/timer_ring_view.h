@@ -42,6 +42,7 @@ private:
     void updateProgress();
     void updateTime();
     void updateTexts();
+    QString endText() const;
     void layOut();
     void repaintArc(double progress);
     QRectF circle() const;

@@ -16,7 +16,7 @@ bool animationsEnabled(const QWidget& widget)
 }
 
 ValueAnimation::ValueAnimation(QWidget& widget, double value)
-    : QObject(&widget), m_widget(widget), m_start(value), m_value(value), m_target(value)
+    : m_widget(widget), m_start(value), m_value(value), m_target(value)
 {}
 
 void ValueAnimation::setValue(double value)

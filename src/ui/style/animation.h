@@ -30,7 +30,8 @@ class ValueAnimation final : public QObject
     Q_OBJECT
 
 public:
-    /// Lives as a child of the widget that it animates.
+    /// Belong to the widget as a member, not as a child: a widget hides while it dies, and a child would then
+    /// still tell it about the last step.
     explicit ValueAnimation(QWidget& widget, double value = 0);
 
     double value() const { return m_value; }

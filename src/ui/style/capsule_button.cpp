@@ -29,8 +29,10 @@ constexpr CapsuleMetrics metricsOf(ControlSize size)
                                         : CapsuleMetrics{13, 15, 36, 16, 4};
 }
 
+// A symbol's ink keeps about this distance from the sides of its square; the text column allows for it, so
+// that symbol and text together stand in the middle.
+constexpr double symbolBearing = 2;
 constexpr double pressedScale = 0.98;
-constexpr double disabledOpacity = 0.4;
 
 QFont labelFont(CapsuleStyle style, ControlSize size)
 {
@@ -50,9 +52,9 @@ QColor mixed(const QColor& from, const QColor& to, double share)
 } // namespace
 
 CapsuleButton::CapsuleButton(CapsuleStyle style, ControlSize size, QWidget* parent)
-    : PlainButton(parent), m_style(style), m_size(size), m_press(new ValueAnimation(*this))
+    : PlainButton(parent), m_style(style), m_size(size), m_press(*this)
 {
-    connect(m_press, &ValueAnimation::valueChanged, this, qOverload<>(&QWidget::update));
+    connect(&m_press, &ValueAnimation::valueChanged, this, qOverload<>(&QWidget::update));
     connect(this, &QAbstractButton::pressed, this, [this] { animatePress(true); });
     connect(this, &QAbstractButton::released, this, [this] { animatePress(false); });
 }
@@ -91,7 +93,9 @@ CapsuleButton::Colors CapsuleButton::colors(CapsuleStyle style, ThemeColor tint,
     const bool isPressed = state == ControlState::pressed;
     const bool isHovered = state == ControlState::hovered;
     Colors colors;
-    if (style == CapsuleStyle::primary) {
+    if (state == ControlState::disabled) {
+        colors = {theme.color(ThemeColor::label, 0.04), theme.color(ThemeColor::tertiaryLabel)};
+    } else if (style == CapsuleStyle::primary) {
         // The fill keeps this share of its tint and gives the rest to black: on white the text would fade
         // under the finger, to 3:1, if the background shone through instead.
         const float share = isPressed ? 0.78F : isHovered ? 0.92F : 1.0F;
@@ -113,15 +117,12 @@ void CapsuleButton::paintEvent(QPaintEvent*)
 {
     const Theme theme = Theme::of(*this);
     const CapsuleMetrics metrics = metricsOf(m_size);
-    const Colors resting = colors(
-        m_style, m_tint, underMouse() && isEnabled() ? ControlState::hovered : ControlState::normal, theme);
+    const Colors resting = colors(m_style, m_tint, isDown() ? ControlState::hovered : state(), theme);
     const Colors pressed = colors(m_style, m_tint, ControlState::pressed, theme);
-    const double press = m_press->value();
+    const double press = m_press.value();
 
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    if (!isEnabled())
-        painter.setOpacity(disabledOpacity);
     if (press > 0) {
         const double scale = 1 - (1 - pressedScale) * press;
         const QPointF centre = QRectF(rect()).center();
@@ -141,10 +142,10 @@ void CapsuleButton::paintEvent(QPaintEvent*)
     double left = (width() - contentWidth()) / 2;
     if (m_symbol != Symbol::none) {
         paintSymbol(painter, m_symbol,
-                    {left, (height() - metrics.symbolSize) / 2.0, static_cast<double>(metrics.symbolSize),
-                     static_cast<double>(metrics.symbolSize)},
+                    {left - symbolBearing, (height() - metrics.symbolSize) / 2.0,
+                     static_cast<double>(metrics.symbolSize), static_cast<double>(metrics.symbolSize)},
                     label);
-        left += metrics.symbolSize + metrics.symbolGap;
+        left += metrics.symbolSize - symbolBearing + metrics.symbolGap;
     }
     painter.setFont(font);
     painter.setPen(label);
@@ -160,14 +161,14 @@ bool CapsuleButton::hitButton(const QPoint& position) const
 void CapsuleButton::animatePress(bool isDown)
 {
     const std::chrono::milliseconds duration(m_style == CapsuleStyle::primary ? 140 : 120);
-    m_press->animateTo(isDown ? 1 : 0, {duration, QEasingCurve::OutQuad, 8});
+    m_press.animateTo(isDown ? 1 : 0, {duration, QEasingCurve::OutQuad, 8});
 }
 
 double CapsuleButton::contentWidth() const
 {
     const CapsuleMetrics metrics = metricsOf(m_size);
     const double text = QFontMetricsF(labelFont(m_style, m_size)).horizontalAdvance(this->text());
-    return m_symbol == Symbol::none ? text : metrics.symbolSize + metrics.symbolGap + text;
+    return m_symbol == Symbol::none ? text : metrics.symbolSize - symbolBearing + metrics.symbolGap + text;
 }
 
 } // namespace brevlin

@@ -1,12 +1,11 @@
 #pragma once
 
+#include "ui/style/animation.h"
 #include "ui/style/plain_button.h"
 #include "ui/style/symbol.h"
 #include "ui/style/theme.h"
 
 namespace brevlin {
-
-class ValueAnimation;
 
 enum class CapsuleStyle {
     primary,   ///< filled with its tint, white text: the one thing to do next
@@ -51,7 +50,7 @@ private:
     ControlSize m_size;
     ThemeColor m_tint = ThemeColor::focus;
     Symbol m_symbol = Symbol::none;
-    ValueAnimation* m_press;
+    ValueAnimation m_press;
 };
 
 } // namespace brevlin

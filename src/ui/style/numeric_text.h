@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/style/animation.h"
 #include "ui/style/theme.h"
 
 #include <QFont>
@@ -10,8 +11,6 @@
 #include <vector>
 
 namespace brevlin {
-
-class ValueAnimation;
 
 /// A text whose digits never shift: each stands in a cell as wide as the widest digit. When the text changes,
 /// only the pieces that differ are repainted, cross-fading in place; a text of another width is there at
@@ -59,7 +58,7 @@ public:
     static std::vector<Piece> pieces(const QString& text, const Cells& cells);
 
     /// The fade of the last change, from 0 to 1.
-    ValueAnimation& transition() { return *m_transition; }
+    ValueAnimation& transition() { return m_transition; }
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -88,7 +87,7 @@ private:
     std::vector<Piece> m_arriving; ///< fades in
     std::vector<Piece> m_leaving;  ///< fades out
     double m_width = 0;            ///< of the text at full scale
-    ValueAnimation* m_transition;
+    ValueAnimation m_transition;
 };
 
 } // namespace brevlin

@@ -1,6 +1,5 @@
 #include "ui/style/shapes.h"
 
-#include <QPaintDevice>
 #include <QPainter>
 
 #include <algorithm>
@@ -9,9 +8,15 @@
 
 namespace brevlin {
 
+double pixelsPerPoint(const QPainter& painter)
+{
+    const double own = std::abs(painter.worldTransform().determinant());
+    return own > 0 ? std::sqrt(std::abs(painter.deviceTransform().determinant()) / own) : 1;
+}
+
 double hairlineWidth(const QPainter& painter)
 {
-    const double ratio = painter.device()->devicePixelRatioF();
+    const double ratio = pixelsPerPoint(painter);
     return std::max(1.0, std::round(0.5 * ratio)) / ratio;
 }
 

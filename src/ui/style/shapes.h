@@ -8,6 +8,10 @@ class QPainter;
 
 namespace brevlin {
 
+/// How many device pixels a point has before the painter's own scaling; also right in QWidget::render, where
+/// the painter's device is the widget and not the picture.
+double pixelsPerPoint(const QPainter& painter);
+
 /// The width of a hairline for this painter: half a point, but never less than one whole device pixel.
 double hairlineWidth(const QPainter& painter);
 

@@ -86,7 +86,7 @@ void paintSymbol(QPainter& painter, Symbol symbol, const QRectF& rect, const QCo
 {
     if (symbol == Symbol::none || rect.isEmpty())
         return;
-    const double ratio = painter.device()->devicePixelRatioF();
+    const double ratio = pixelsPerPoint(painter);
     const int pixels = std::max(1, static_cast<int>(std::lround(rect.width() * ratio)));
     QPixmap pixmap = renderedSymbol(symbol, pixels, tint);
     pixmap.setDevicePixelRatio(ratio);

@@ -3,11 +3,9 @@
 #include <QApplication>
 #include <QFontDatabase>
 #include <QFontMetrics>
-#include <QScreen>
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 
 namespace brevlin {
 
@@ -40,18 +38,6 @@ double pointsOf(TextRole role)
     return 13;
 }
 
-void setPoints(QFont& font, double points)
-{
-    if (points == std::floor(points)) {
-        font.setPixelSize(static_cast<int>(points));
-        return;
-    }
-    // QFont takes whole pixels only; through the screen's dots per inch a fraction survives.
-    const QScreen* screen = QGuiApplication::primaryScreen();
-    const double dotsPerInch = screen == nullptr ? 96 : screen->logicalDotsPerInchY();
-    font.setPointSizeF(points * 72 / dotsPerInch);
-}
-
 /// A companion must come in a heavy cut: a synthetic bold of a thin one fills the counters of 6, 8 and 9.
 bool isUsableCompanion(const QString& family)
 {
@@ -69,7 +55,7 @@ bool isUsableCompanion(const QString& family)
 QString roundedCompanion()
 {
     for (const char* name : roundedFamilies) {
-        const QString family = QString::fromLatin1(name);
+        QString family = QString::fromLatin1(name);
         if (QFontDatabase::hasFamily(family) && isUsableCompanion(family))
             return family;
     }
@@ -95,7 +81,7 @@ QFont systemFont(double points, QFont::Weight weight, FontDesign design)
     }
     font.setStyleName({});
     font.setWeight(weight);
-    setPoints(font, points);
+    font.setPixelSize(qRound(points));
     return font;
 }
 

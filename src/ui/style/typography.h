@@ -23,7 +23,8 @@ enum class TextRole {
 
 /// The font of a role, from the application's font.
 QFont textFont(TextRole role, QFont::Weight weight = QFont::Normal);
-/// The application's font at `points` device-independent pixels (fractions are kept).
+/// The application's font at `points` device-independent pixels. Qt 6.4 loads a font at whole pixels only, so
+/// a half rounds up: 11.5 is drawn at 12.
 QFont systemFont(double points, QFont::Weight weight = QFont::Normal,
                  FontDesign design = FontDesign::standard);
 

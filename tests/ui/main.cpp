@@ -1,0 +1,14 @@
+#include "ui/style/brevlin_style.h"
+
+#include <QApplication>
+
+#include <gtest/gtest.h>
+
+int main(int argc, char* argv[])
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    testing::InitGoogleTest(&argc, argv);
+    QApplication application(argc, argv);
+    QApplication::setStyle(new brevlin::BrevlinStyle);
+    return RUN_ALL_TESTS();
+}

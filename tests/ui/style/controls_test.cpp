@@ -1,0 +1,139 @@
+#include "ui/style/bar_buttons.h"
+#include "ui/style/capsule_button.h"
+#include "ui/style/card_surface.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QFocusEvent>
+#include <QHBoxLayout>
+#include <QImage>
+
+#include <gtest/gtest.h>
+
+namespace brevlin {
+namespace {
+
+QImage picture(QWidget& widget, double ratio = 1)
+{
+    QImage image(widget.size() * ratio, QImage::Format_RGB32);
+    image.setDevicePixelRatio(ratio);
+    image.fill(Qt::white);
+    widget.render(&image, {}, {}, QWidget::DrawChildren);
+    return image;
+}
+
+void sendFocus(QWidget& widget, QEvent::Type type, Qt::FocusReason reason)
+{
+    QFocusEvent event(type, reason);
+    QCoreApplication::sendEvent(&widget, &event);
+}
+
+TEST(CapsuleButton, is_as_high_as_its_size_says_in_both_languages)
+{
+    for (const CapsuleStyle style : {CapsuleStyle::primary, CapsuleStyle::secondary}) {
+        for (const auto& [size, height] :
+             {std::pair{ControlSize::regular, 36}, std::pair{ControlSize::compact, 30}}) {
+            for (const QString& text : {QStringLiteral("Start Focus"), QStringLiteral("开始专注")}) {
+                CapsuleButton button(style, size);
+                button.setText(text);
+                EXPECT_EQ(button.sizeHint().height(), height);
+            }
+        }
+    }
+}
+
+TEST(CapsuleButton, its_text_is_its_name)
+{
+    CapsuleButton button(CapsuleStyle::primary, ControlSize::regular);
+    button.setText(QStringLiteral("暂停"));
+    QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(&button);
+    EXPECT_EQ(accessible->text(QAccessible::Name), QStringLiteral("暂停"));
+    EXPECT_EQ(accessible->role(), QAccessible::Button);
+}
+
+TEST(CapsuleButton, looks_different_in_every_state)
+{
+    CapsuleButton button(CapsuleStyle::secondary, ControlSize::regular);
+    button.setText(QStringLiteral("End"));
+    button.resize(button.sizeHint());
+    const QImage normal = picture(button);
+    button.setEnabled(false);
+    EXPECT_NE(picture(button), normal);
+    button.setEnabled(true);
+    sendFocus(button, QEvent::FocusIn, Qt::TabFocusReason);
+    EXPECT_NE(picture(button), normal);
+    sendFocus(button, QEvent::FocusOut, Qt::TabFocusReason);
+    EXPECT_EQ(picture(button), normal);
+    Q_EMIT button.pressed();
+    EXPECT_NE(picture(button), normal);
+}
+
+TEST(PlainButton, only_the_keyboard_shows_the_focus_ring)
+{
+    SectionTab tab;
+    sendFocus(tab, QEvent::FocusIn, Qt::MouseFocusReason);
+    EXPECT_FALSE(tab.showsFocusRing());
+    sendFocus(tab, QEvent::FocusIn, Qt::BacktabFocusReason);
+    EXPECT_TRUE(tab.showsFocusRing());
+    sendFocus(tab, QEvent::FocusOut, Qt::ActiveWindowFocusReason);
+    EXPECT_FALSE(tab.showsFocusRing());
+    sendFocus(tab, QEvent::FocusIn, Qt::ActiveWindowFocusReason);
+    EXPECT_TRUE(tab.showsFocusRing()) << "the ring comes back with the window";
+}
+
+TEST(SectionTab, stands_still_when_the_selection_moves)
+{
+    SectionTab tab;
+    tab.setText(QStringLiteral("Statistics"));
+    const QSize size = tab.sizeHint();
+    EXPECT_EQ(size.height(), 32);
+    tab.setSelected(true);
+    EXPECT_EQ(tab.sizeHint(), size);
+}
+
+TEST(SectionTab, tells_assistive_technology_that_it_is_selected)
+{
+    SectionTab tab;
+    tab.setText(QStringLiteral("记录"));
+    QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(&tab);
+    EXPECT_EQ(accessible->role(), QAccessible::PageTab);
+    EXPECT_EQ(accessible->text(QAccessible::Name), QStringLiteral("记录"));
+    EXPECT_FALSE(accessible->state().selected);
+    tab.setSelected(true);
+    EXPECT_TRUE(accessible->state().selected);
+}
+
+TEST(CardSurface, fills_its_place_and_casts_its_shadow_outside)
+{
+    QWidget window;
+    auto* layout = new QHBoxLayout(&window);
+    layout->setContentsMargins(24, 24, 24, 24);
+    auto* card = new CardSurface(18);
+    auto* content = new QHBoxLayout(card);
+    content->setContentsMargins(0, 0, 0, 0);
+    auto* inner = new QWidget;
+    content->addWidget(inner);
+    layout->addWidget(card);
+    window.resize(400, 300);
+    layout->activate();
+    content->activate();
+    EXPECT_EQ(card->cardRect().translated(card->pos()), QRect(24, 24, 352, 252));
+    EXPECT_EQ(QRect(inner->mapTo(&window, QPoint()), inner->size()), QRect(42, 42, 316, 216));
+}
+
+TEST(CardSurface, its_border_is_one_whole_pixel_at_every_scale)
+{
+    CardSurface card(0);
+    card.resize(200, 120);
+    for (const double ratio : {1.0, 2.0}) {
+        const QImage image = picture(card, ratio);
+        const int middle = image.height() / 2;
+        const int edge = static_cast<int>(card.cardRect().left() * ratio);
+        const int onBorder = image.pixelColor(edge, middle).lightness();
+        EXPECT_LT(onBorder, 235) << ratio;
+        EXPECT_GT(image.pixelColor(edge + 1, middle).lightness(), 250) << ratio;
+    }
+}
+
+} // namespace
+} // namespace brevlin
