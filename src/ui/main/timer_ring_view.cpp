@@ -7,7 +7,6 @@
 #include "ui/style/animation.h"
 #include "ui/style/brevlin_mark.h"
 #include "ui/style/numeric_text.h"
-#include "ui/style/theme.h"
 #include "ui/style/typography.h"
 
 #include <QFontMetricsF>
@@ -62,6 +61,11 @@ TimerRingView::TimerRingView(AppModel& model, const TimerRingMetrics& metrics, Q
     connect(&model, &AppModel::preferencesChanged, this, &TimerRingView::updateTexts);
     m_progress->setValue(model.progress());
     updateTexts();
+}
+
+void TimerRingView::setBackdrop(ThemeColor backdrop)
+{
+    m_time->setBackdrop(backdrop);
 }
 
 QSize TimerRingView::sizeHint() const
@@ -210,7 +214,7 @@ void TimerRingView::paintEvent(QPaintEvent* event)
     if (event->rect().intersects(m_iconRect.toAlignedRect())) {
         paintPhaseIcon(painter, m_iconRect, m_phase, theme);
     }
-    if (!m_endText.isEmpty()) {
+    if (!m_endText.isEmpty() && event->rect().intersects(m_endTextRect.toAlignedRect())) {
         painter.setFont(endTextFont(m_metrics.diameter));
         painter.setPen(theme.color(ThemeColor::secondaryLabel));
         drawTextOnBaseline(painter, m_endTextRect, Qt::AlignHCenter, m_endText);

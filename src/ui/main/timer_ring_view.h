@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/timer_vocabulary.h"
+#include "ui/style/theme.h"
 
 #include <QWidget>
 
@@ -29,6 +30,8 @@ class TimerRingView final : public QWidget
 public:
     TimerRingView(AppModel& model, const TimerRingMetrics& metrics, QWidget* parent = nullptr);
 
+    /// The opaque colour that the ring stands on: a digit that changes then repaints nothing beneath it.
+    void setBackdrop(ThemeColor backdrop);
     /// What assistive technology reads now.
     QString spokenText() const;
     QSize sizeHint() const override;

@@ -18,6 +18,8 @@ namespace {
 // clock changes every second: five steps keep it under two.
 constexpr AnimationTiming fade{std::chrono::milliseconds(200), QEasingCurve::InOutSine, 5};
 
+constexpr double glyphOverhang = 2; // points that a glyph may reach out of its cell
+
 bool isDigit(QChar character)
 {
     return character >= QLatin1Char('0') && character <= QLatin1Char('9');
@@ -169,9 +171,10 @@ void NumericText::paintEvent(QPaintEvent* event)
     painter.scale(place.scale, place.scale);
 
     const double progress = m_transition.value();
-    paintPieces(painter, m_steady, 1);
-    paintPieces(painter, m_leaving, 1 - progress);
-    paintPieces(painter, m_arriving, progress);
+    const QRectF exposed = painter.transform().inverted().mapRect(QRectF(event->rect()));
+    paintPieces(painter, exposed, m_steady, 1);
+    paintPieces(painter, exposed, m_leaving, 1 - progress);
+    paintPieces(painter, exposed, m_arriving, progress);
 }
 
 void NumericText::resizeEvent(QResizeEvent* event)
@@ -207,19 +210,24 @@ QRect NumericText::dirtyRect() const
             right = std::max(right, place.left + (piece.left + piece.width) * place.scale);
         }
     }
-    // A glyph may reach a little out of its cell.
-    return QRectF(left - 2, 0, right - left + 4, height()).toAlignedRect();
+    return QRectF(left - glyphOverhang, 0, right - left + 2 * glyphOverhang, height()).toAlignedRect();
 }
 
-void NumericText::paintPieces(QPainter& painter, const std::vector<Piece>& pieces, double opacity) const
+void NumericText::paintPieces(QPainter& painter, const QRectF& exposed, const std::vector<Piece>& pieces,
+                              double opacity) const
 {
     if (opacity <= 0)
         return;
     // A translucent pen, not the painter's opacity: with that Qt blends on its thread pool, at eight times
     // the cost.
     painter.setPen(Theme::of(*this).color(m_color, opacity));
-    for (const Piece& piece : pieces)
-        painter.drawText(QPointF(piece.left + piece.inset, -piece.rise), piece.text);
+    for (const Piece& piece : pieces) {
+        // To shape what is clipped away costs most of a frame.
+        const bool isExposed = piece.left - glyphOverhang < exposed.right() &&
+                               piece.left + piece.width + glyphOverhang > exposed.left();
+        if (isExposed)
+            painter.drawText(QPointF(piece.left + piece.inset, -piece.rise), piece.text);
+    }
 }
 
 void NumericText::updateChanged()
