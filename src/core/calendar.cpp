@@ -131,8 +131,9 @@ Instant Calendar::adding(CalendarUnit unit, std::int64_t count, Instant instant)
         target = LocalDay{clampedToMonth(date + years{std::clamp(amount, -10'000, 10'000)})};
         break;
     }
-    const Seconds sinceEpoch = unixTime(instant);
-    return resolve(target + timeOfDay, sinceEpoch - floor<seconds>(sinceEpoch));
+    const double sinceEpoch = unixTime(instant).count();
+    const double fraction = sinceEpoch - std::floor(sinceEpoch);
+    return resolve(target + timeOfDay, Seconds{fraction > 0.0 ? fraction : 0.0});
 }
 
 std::int64_t Calendar::dayDifference(Instant from, Instant to) const

@@ -41,12 +41,12 @@ TimerRingView::TimerRingView(AppModel& model, const TimerRingMetrics& metrics, Q
     , m_model(model)
     , m_metrics(metrics)
     , m_time(new NumericText(systemFont(metrics.timeSize, QFont::DemiBold, FontDesign::rounded), this))
-    , m_progress(new ValueAnimation(*this))
+    , m_progress(*this)
 {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     makeSpokenElement(*this, QAccessible::Clock, [this] { return spokenText(); });
 
-    connect(m_progress, &ValueAnimation::valueChanged, this, &TimerRingView::repaintArc);
+    connect(&m_progress, &ValueAnimation::valueChanged, this, &TimerRingView::repaintArc);
     connect(&model, &AppModel::remainingSecondsChanged, this, [this] {
         updateTime();
         updateProgress();
@@ -59,7 +59,7 @@ TimerRingView::TimerRingView(AppModel& model, const TimerRingMetrics& metrics, Q
     });
     connect(&model, &AppModel::snapshotChanged, this, &TimerRingView::updateTexts);
     connect(&model, &AppModel::preferencesChanged, this, &TimerRingView::updateTexts);
-    m_progress->setValue(model.progress());
+    m_progress.setValue(model.progress());
     updateTexts();
 }
 
@@ -112,12 +112,12 @@ void TimerRingView::updateProgress()
 {
     const double target = m_model.progress();
     const double circumference = std::numbers::pi * circle().width();
-    const int steps = static_cast<int>(std::abs(target - m_progress->value()) * circumference / visibleStep);
+    const int steps = static_cast<int>(std::abs(target - m_progress.value()) * circumference / visibleStep);
     if (steps == 0 && target > 0.0) {
         return; // until enough has come together
     }
-    m_progress->animateTo(target,
-                          {progressDuration, QEasingCurve::Linear, std::clamp(steps, 1, smoothestSteps)});
+    m_progress.animateTo(target,
+                         {progressDuration, QEasingCurve::Linear, std::clamp(steps, 1, smoothestSteps)});
 }
 
 void TimerRingView::repaintArc(double progress)
@@ -129,7 +129,7 @@ void TimerRingView::repaintArc(double progress)
 void TimerRingView::showEvent(QShowEvent* event)
 {
     QWidget::showEvent(event);
-    m_progress->setValue(m_model.progress());
+    m_progress.setValue(m_model.progress());
     updateTexts();
 }
 

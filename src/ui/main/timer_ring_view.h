@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/timer_vocabulary.h"
+#include "ui/style/animation.h"
 #include "ui/style/theme.h"
 
 #include <QWidget>
@@ -9,7 +10,6 @@ namespace brevlin {
 
 class AppModel;
 class NumericText;
-class ValueAnimation;
 
 /// The sizes of a ring; points.
 struct TimerRingMetrics
@@ -54,8 +54,8 @@ private:
 
     AppModel& m_model;
     TimerRingMetrics m_metrics;
-    NumericText* m_time;        // owned by this widget
-    ValueAnimation* m_progress; // what is shown, on its way to the model's; owned by this widget
+    NumericText* m_time;       // owned by this widget
+    ValueAnimation m_progress; // what is shown, on its way to the model's
     double m_paintedProgress = 0.0;
     TimerPhase m_phase = TimerPhase::focus;
     QString m_endText;
