@@ -4,7 +4,7 @@
 #include "platform/window_system.h"
 #include "ui/main/message_dialog.h"
 #include "ui/main/root_view.h"
-#include "ui/main/text.h"
+#include "ui/style/text.h"
 #include "ui/main/top_bar.h"
 #include "ui/main/window_frame.h"
 

@@ -1,7 +1,7 @@
 #include "ui/main/timer_control_row.h"
 
 #include "app/app_model.h"
-#include "ui/main/text.h"
+#include "ui/style/text.h"
 #include "ui/style/capsule_button.h"
 #include "ui/style/theme.h"
 

@@ -1,7 +1,7 @@
 #include "ui/main/top_bar.h"
 
 #include "app/app_model.h"
-#include "ui/main/text.h"
+#include "ui/style/text.h"
 #include "ui/style/bar_buttons.h"
 
 #include <QApplication>
