@@ -26,7 +26,7 @@ constexpr std::chrono::milliseconds progressDuration{350};
 constexpr int smoothestSteps = 20;
 // Below this the eye sees no step, so none is painted: a long phase moves its arc by a fraction of a point a
 // second.
-constexpr double visibleStep = 0.2; // points along the arc
+constexpr double visibleStep = 0.4; // points along the arc
 constexpr double largeDiameter = 200.0;
 
 QFont endTextFont(double diameter)
@@ -116,8 +116,11 @@ void TimerRingView::updateProgress()
     if (steps == 0 && target > 0.0) {
         return; // until enough has come together
     }
-    m_progress.animateTo(target,
-                         {progressDuration, QEasingCurve::Linear, std::clamp(steps, 1, smoothestSteps)});
+    if (steps <= 1) {
+        m_progress.setValue(target); // in the frame in which the digits change, not in one of its own
+        return;
+    }
+    m_progress.animateTo(target, {progressDuration, QEasingCurve::Linear, std::min(steps, smoothestSteps)});
 }
 
 void TimerRingView::repaintArc(double progress)

@@ -6,6 +6,7 @@
 #include <QFontMetricsF>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QSignalBlocker>
 
 #include <algorithm>
 #include <cmath>
@@ -103,7 +104,10 @@ void NumericText::setText(const QString& text)
     std::ranges::copy_if(before, std::back_inserter(m_leaving), [&after](const Piece& piece) {
         return std::ranges::find(after, piece) == after.end();
     });
-    m_transition.setValue(0);
+    {
+        const QSignalBlocker noFrame(m_transition); // at 0 the picture is still the one before
+        m_transition.setValue(0);
+    }
     m_transition.animateTo(1, fade);
 }
 
