@@ -1,0 +1,147 @@
+#include "ui/capsule/capsule_border.h"
+#include "ui/capsule/top_capsule_view.h"
+#include "ui/style/theme.h"
+
+#include <QAbstractButton>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <map>
+
+namespace brevlin {
+namespace {
+
+TEST(CapsuleBorderProgress, starts_at_twelve_oclock_and_runs_clockwise)
+{
+    const QRectF circle(0, 0, 50, 50);
+    const auto end = [&](double progress) {
+        return capsuleBorderProgress(circle, progress).currentPosition();
+    };
+    struct Case
+    {
+        double progress;
+        QPointF end;
+    };
+    for (const Case& c :
+         {Case{0.25, {50, 25}}, {0.5, {25, 50}}, {0.75, {0, 25}}, {1.0, {25, 0}}, {7.0, {25, 0}}}) {
+        EXPECT_NEAR(end(c.progress).x(), c.end.x(), 0.05) << c.progress;
+        EXPECT_NEAR(end(c.progress).y(), c.end.y(), 0.05) << c.progress;
+    }
+    const QPainterPath first = capsuleBorderProgress({0, 0, 316, 50}, 0.1);
+    EXPECT_EQ(QPointF(first.elementAt(0)), QPointF(158, 0));
+    EXPECT_GT(first.currentPosition().x(), 158) << "to the right first";
+    for (const double nothing : {0.0, -1.0, std::nan("")}) {
+        EXPECT_TRUE(capsuleBorderProgress(circle, nothing).isEmpty());
+    }
+    EXPECT_TRUE(capsuleBorderProgress({0, 0, 0, 50}, 0.5).isEmpty());
+}
+
+class TopCapsuleViewTest : public ::testing::Test
+{
+protected:
+    TopCapsuleViewTest()
+    {
+        QObject::connect(&view, &TopCapsuleView::commanded, &view,
+                         [this](CapsuleCommand command) { commands.push_back(command); });
+        content.clockText = "25:00";
+        content.language = AppLanguage::english;
+        content.runState = TimerRunState::running;
+    }
+
+    std::map<std::string, QAbstractButton*> buttons() const
+    {
+        std::map<std::string, QAbstractButton*> byName;
+        for (QAbstractButton* button : view.findChildren<QAbstractButton*>()) {
+            if (!button->parentWidget()->isHidden()) {
+                const QString name = button->text().isEmpty() ? button->accessibleName() : button->text();
+                byName[name.toStdString()] = button;
+            }
+        }
+        return byName;
+    }
+    std::vector<CapsuleCommand> pressAll()
+    {
+        commands.clear();
+        for (const auto& [name, button] : buttons()) {
+            button->click();
+        }
+        return commands;
+    }
+
+    TopCapsuleView view;
+    CapsuleContent content;
+    std::vector<CapsuleCommand> commands;
+};
+
+TEST_F(TopCapsuleViewTest, each_state_has_its_controls)
+{
+    using enum CapsuleCommand;
+    using Commands = std::vector<CapsuleCommand>;
+    view.setContent(content);
+    EXPECT_TRUE(buttons().empty()) << "the circle has none";
+    EXPECT_EQ(view.spokenText(), QStringLiteral("Focus, 25:00"));
+
+    content.showsCompactTimer = false;
+    content.revealsExpandedTimerContent = true;
+    content.isAlertSoundPlaying = true;
+    view.setContent(content);
+    EXPECT_EQ(pressAll(), (Commands{addTime, end, primary, stopAlert, skip})); // in the order of their names
+    content.runState = TimerRunState::paused;
+    view.setContent(content);
+    EXPECT_TRUE(buttons().contains("Resume"));
+
+    content.runState = TimerRunState::ringing;
+    content.phase = TimerPhase::longBreak;
+    content.showsCompletion = true;
+    view.setContent(content);
+    EXPECT_EQ(pressAll(), (Commands{dismiss, minimize, skipPending, primary, stopAlert}));
+    EXPECT_TRUE(buttons().contains("Start Long Break"));
+    content.isAlertSoundPlaying = false;
+    content.language = AppLanguage::simplifiedChinese;
+    view.setContent(content);
+    EXPECT_TRUE(buttons().contains("跳过长休息"));
+    EXPECT_FALSE(buttons().contains("停止声音"));
+    EXPECT_EQ(view.spokenText(), QStringLiteral("阶段完成提醒"));
+
+    content.showsMinimizedCompletion = true;
+    view.setContent(content);
+    EXPECT_EQ(pressAll(), Commands{restore});
+}
+
+TEST_F(TopCapsuleViewTest, a_tick_keeps_the_controls_under_the_pointer)
+{
+    content.showsCompactTimer = false;
+    content.revealsExpandedTimerContent = true;
+    view.setContent(content);
+    const auto before = buttons();
+    content.clockText = "24:59";
+    content.progress = 0.001;
+    content.endTimeText = "14:05";
+    view.setContent(content);
+    EXPECT_EQ(buttons(), before);
+    content.revealsExpandedTimerContent = false;
+    view.setContent(content);
+    EXPECT_TRUE(buttons().empty()) << "hidden while the panel grows";
+}
+
+TEST(CapsuleColors, its_texts_can_be_read_on_white_and_on_black)
+{
+    for (const TopTimerAppearance appearance : allCases<TopTimerAppearance>()) {
+        for (const ColorScheme scheme : {ColorScheme::light, ColorScheme::dark}) {
+            const CapsuleColors colors = capsuleColors(appearance, Theme(scheme), false);
+            for (const QColor& desktop : {QColor(Qt::white), QColor(Qt::black)}) {
+                for (const QColor& surface : {colors.background, colors.completionBackground}) {
+                    const QColor ground = blended(surface, desktop);
+                    for (const QColor& text : {colors.text, colors.secondary}) {
+                        EXPECT_GE(contrastRatio(blended(text, ground), ground), 4.5)
+                            << rawValue(appearance) << " " << text.name(QColor::HexArgb).toStdString();
+                    }
+                }
+            }
+        }
+    }
+}
+
+} // namespace
+} // namespace brevlin
