@@ -272,7 +272,8 @@ class Desktop:
 
     # Documents
 
-    def set_preferences(self, focus=3.0, short_break=3.0, long_break=3.0, auto_start=False, language="zh-Hans"):
+    def set_preferences(self, focus=3.0, short_break=3.0, long_break=3.0, auto_start=False, language="zh-Hans",
+                        sound=False, intensity="standard"):
         """Stores preferences; to be done before the program starts. Durations in seconds."""
         document = {
             "timerSettings": {
@@ -282,10 +283,10 @@ class Desktop:
                 "focusSessionsPerLongBreak": 4,
                 "autoStartBreaks": auto_start,
                 "autoStartFocus": auto_start,
-                "alertIntensity": "standard",
+                "alertIntensity": intensity,
             },
             "showTopCapsuleWhileRunning": True,
-            "playCompletionSound": False,
+            "playCompletionSound": sound,
             "topTimerAppearance": "dark",
             "appLanguage": language,
         }
