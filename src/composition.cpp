@@ -4,10 +4,12 @@
 #include "app/app_section.h"
 #include "platform/freedesktop/absent_services.h"
 #include "platform/freedesktop/application_instance.h"
+#include "platform/freedesktop/dbus_notification_server.h"
 #include "platform/freedesktop/desktop_system_events.h"
 #include "platform/freedesktop/files/file_user_defaults.h"
 #include "platform/freedesktop/files/leftovers.h"
 #include "platform/freedesktop/files/posix_durable_file.h"
+#include "platform/freedesktop/notifications/desktop_notification_center.h"
 #include "platform/freedesktop/portal_desktop_settings.h"
 #include "platform/freedesktop/qt_task_scheduler.h"
 #include "platform/freedesktop/system_clock.h"
@@ -78,7 +80,7 @@ private:
     QtTaskScheduler m_scheduler;
     DesktopSystemEvents m_systemEvents;
     PortalDesktopSettings m_desktopSettings;
-    AbsentNotificationCenter m_notificationCenter;
+    DesktopNotificationCenter m_notificationCenter;
     BellSoundPlayer m_soundPlayer;
     AbsentLoginItem m_loginItem;
     NoTopCapsule m_capsule;
@@ -95,6 +97,7 @@ private:
 
 Composition::Parts::Parts(const UserFolders& folders, ApplicationInstance& instance)
     : m_defaults(folders.preferences, m_files)
+    , m_notificationCenter(std::make_unique<DBusNotificationServer>(), m_clock, m_scheduler)
     , m_style(new BrevlinStyle)
     , m_desktopScheme(Theme::of(QApplication::palette()).scheme())
     , m_windowStore(m_defaults)
@@ -106,7 +109,7 @@ Composition::Parts::Parts(const UserFolders& folders, ApplicationInstance& insta
     QObject::connect(&m_terminationSignals, &TerminationSignals::received, qApp, &QApplication::quit);
     QObject::connect(&m_window, &MainWindow::quitRequested, qApp, &QApplication::quit);
     QObject::connect(&m_model, &AppModel::mainWindowActivationRequested, &m_window,
-                     [this] { showWindow({}); });
+                     [this] { showWindow(m_notificationCenter.activationToken()); });
     QObject::connect(&instance, &ApplicationInstance::activationRequested, &m_window,
                      [this](const QString& token) { showWindow(token.toStdString()); });
     m_firstShow = m_scheduler.after(longestWaitForAppearance, [this] { m_window.show(); });

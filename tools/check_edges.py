@@ -14,13 +14,15 @@ EDGES = {
     "core": ([], []),
     "platform": (["core"], []),
     "platform/freedesktop/files": (["core", "platform"], []),
-    "platform/freedesktop": (["core", "platform"], ["Core", "Gui", "DBus", "Network"]),
+    "platform/freedesktop/notifications": (["core", "platform"], []),
+    "platform/freedesktop": (["core", "platform", "platform/freedesktop/notifications"], ["Core", "Gui", "DBus", "Network"]),
     "storage": (["core", "platform"], []),
     "services": (["core", "platform"], []),
     "app": (["core", "platform", "storage", "services"], ["Core"]),
     "ui/style": (["core"], ["Core", "Gui", "Widgets", "Svg"]),
     "ui/main": (["core", "platform", "storage", "app", "ui"], ["Core", "Gui", "Widgets"]),
-    "": (["core", "platform", "platform/freedesktop", "platform/freedesktop/files", "storage", "services", "app", "ui"],
+    "": (["core", "platform", "platform/freedesktop", "platform/freedesktop/files",
+          "platform/freedesktop/notifications", "storage", "services", "app", "ui"],
          ["Core", "Gui", "Widgets"]),
 }
 

@@ -18,31 +18,6 @@ std::string notSupported()
 
 } // namespace
 
-void AbsentNotificationCenter::setResponseHandler(
-    std::function<void(const NotificationResponse&)> /*handler*/)
-{}
-
-void AbsentNotificationCenter::setCategories(std::vector<NotificationCategory> /*categories*/) {}
-
-void AbsentNotificationCenter::add(const NotificationRequest& /*request*/, Completion completion)
-{
-    completion(Unexpected{notSupported()});
-}
-
-void AbsentNotificationCenter::removePending(const std::vector<std::string>& /*identifiers*/) {}
-
-void AbsentNotificationCenter::removeDelivered(const std::vector<std::string>& /*identifiers*/) {}
-
-void AbsentNotificationCenter::readSettings(std::function<void(NotificationAuthorizationSnapshot)> completion)
-{
-    completion(NotificationAuthorizationSnapshot{});
-}
-
-void AbsentNotificationCenter::requestAuthorization(Completion completion)
-{
-    completion(Unexpected{notSupported()});
-}
-
 Expected<void, std::string> AbsentLoginItem::registerItem()
 {
     return Unexpected{notSupported()};
