@@ -18,7 +18,6 @@ int main(int argc, char** argv)
     }
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Brevlin"));
-    QApplication::setApplicationDisplayName(QStringLiteral("Brevlin"));
     QApplication::setApplicationVersion(QStringLiteral(BREVLIN_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("com.quillmark.Brevlin"));
     QApplication::setQuitOnLastWindowClosed(false);

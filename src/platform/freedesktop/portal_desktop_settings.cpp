@@ -37,6 +37,8 @@ QVariant unwrapped(QVariant value)
 PortalDesktopSettings::PortalDesktopSettings(QObject* parent) : QObject(parent)
 {
     qDBusRegisterMetaType<Groups>();
+    // Slots are matched by the names of their types, and Qt 6.4 does not know this one by name on its own.
+    qRegisterMetaType<QDBusVariant>();
     QDBusConnection::sessionBus().connect(service, path, interface, QStringLiteral("SettingChanged"), this,
                                           SLOT(settingChanged(QString, QString, QDBusVariant)));
     readAll();

@@ -1,0 +1,362 @@
+"""What every test of the whole program stands on: a display with a window manager, a session bus and a home of its
+own, in one temporary folder. All of it is gone when the test ends, however it ends.
+
+Nothing here sleeps for a fixed time: wait_for() asks again until the answer is there or the deadline has passed."""
+
+import ctypes
+import functools
+import json
+import os
+import pathlib
+import re
+import shutil
+import signal
+import stat
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+
+import dbus
+import dbus.bus
+
+PROGRAM = os.environ.get("BREVLIN_PROGRAM")
+PICTURES = pathlib.Path(os.environ.get("BREVLIN_TEST_PICTURES", tempfile.gettempdir()))
+
+REFERENCE_DATE = 978307200  # 2001-01-01 00:00:00 UTC, from which every stored instant counts
+PREFERENCES_KEY = "Brevlin.preferences.v1"
+TIMER_KEY = "Brevlin.activeTimerSnapshot.v1"
+MAIN_WINDOW = "Brevlin"
+
+BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig>
+  <type>session</type>
+  <listen>unix:path={socket}</listen>
+  <auth>EXTERNAL</auth>
+  <policy context="default">
+    <allow user="*"/>
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+    <allow own="*"/>
+  </policy>
+</busconfig>
+"""
+
+
+def now():
+    """The present instant as the program's documents tell it."""
+    return time.time() - REFERENCE_DATE
+
+
+def wait_for(what, ask, seconds=10.0):
+    """Gives the first answer that is true; fails when there is none in time."""
+    deadline = time.monotonic() + seconds
+    while True:
+        answer = ask()
+        if answer:
+            return answer
+        if time.monotonic() > deadline:
+            raise AssertionError(f"after {seconds} s there is still not: {what}")
+        time.sleep(0.02)
+
+
+def holds_for(what, ask, seconds):
+    """Fails as soon as the answer is not true, within this time."""
+    deadline = time.monotonic() + seconds
+    while time.monotonic() < deadline:
+        if not ask():
+            raise AssertionError(f"it did not stay: {what}")
+        time.sleep(0.05)
+
+
+def die_with_parent():
+    # A test that is killed itself cannot clean up.
+    set_parent_death_signal = 1
+    ctypes.CDLL(None).prctl(set_parent_death_signal, signal.SIGKILL)
+
+
+def permissions(path):
+    return stat.S_IMODE(os.stat(path).st_mode)
+
+
+def read_json(path):
+    """The document, or None where there is none. Every write replaces the file, so what is there is whole."""
+    try:
+        return json.loads(path.read_bytes())
+    except FileNotFoundError:
+        return None
+
+
+def with_picture(test):
+    @functools.wraps(test)
+    def run(self):
+        try:
+            test(self)
+        except unittest.SkipTest:
+            raise
+        except Exception as error:
+            raise AssertionError(f"{error}\n{self.desktop.account(self.id())}") from error
+
+    return run
+
+
+class Desktop:
+    """The display, the bus and the home. Programs started here are killed with it."""
+
+    def __init__(self):
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="brevlin-"))
+        self.processes = []
+        self.account_of_user = None  # of another user than the test's, (uid, gid)
+        self.home = self.folder / "home"
+        self.config = self.home / ".config" / "Brevlin"
+        self.data = self.home / ".local" / "share" / "Brevlin"
+        for folder in (self.home, self.folder / "runtime", self.folder / "tmp"):
+            folder.mkdir(mode=0o700)
+        self.environment = {
+            "PATH": os.environ["PATH"],
+            "LANG": "C.UTF-8",
+            "HOME": str(self.home),
+            "XDG_RUNTIME_DIR": str(self.folder / "runtime"),
+            "TMPDIR": str(self.folder / "tmp"),
+            # Where nobody listens: the machine's own bus is none of a test's business.
+            "DBUS_SYSTEM_BUS_ADDRESS": f"unix:path={self.folder}/no-system-bus",
+        }
+
+    # Servers
+
+    def start_display(self):
+        reading, writing = os.pipe()
+        # Without access control, so that another user's program can be tested; it listens on no network.
+        self.run_in_background(
+            ["Xvfb", "-displayfd", str(writing), "-screen", "0", "1280x900x24", "-nolisten", "tcp", "-ac", "-noreset"],
+            pass_fds=[writing])
+        os.close(writing)
+        with os.fdopen(reading) as pipe:
+            number = pipe.readline().strip()
+        if not number:
+            raise AssertionError("Xvfb did not start:\n" + self.output_of("Xvfb"))
+        self.environment["DISPLAY"] = ":" + number
+        self.run_in_background(["openbox", "--sm-disable"])
+        wait_for("a window manager", lambda: "window id" in self.ask("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"))
+
+    def start_bus(self, variable="DBUS_SESSION_BUS_ADDRESS"):
+        """A message bus without services of the machine's; its address stands under the variable."""
+        name = variable.split("_")[1].lower()  # session or system
+        configuration = self.folder / f"{name}-bus.conf"
+        configuration.write_text(BUS_CONFIGURATION.format(socket=self.folder / f"{name}-bus"))
+        self.run_in_background(["dbus-daemon", f"--config-file={configuration}", "--nofork", "--nopidfile"])
+        wait_for("a message bus", (self.folder / f"{name}-bus").exists)
+        self.environment[variable] = f"unix:path={self.folder}/{name}-bus"
+
+    # Processes
+
+    def run_in_background(self, command, **options):
+        log = open(self.folder / "tmp" / f"{pathlib.Path(command[0]).name}.log", "ab")
+        with log:
+            process = subprocess.Popen(command, env=self.environment, cwd=self.folder, stdin=subprocess.DEVNULL,
+                                       stdout=log, stderr=log, start_new_session=True, preexec_fn=die_with_parent,
+                                       **options)
+        self.processes.append(process)
+        return process
+
+    def start_program(self):
+        """Starts Brevlin and does not wait for it."""
+        options = {}
+        if self.account_of_user:
+            user, group = self.account_of_user
+            options = {"user": user, "group": group, "extra_groups": []}
+        return self.run_in_background([str(self.program())], **options)
+
+    def program(self):
+        if not self.account_of_user:
+            return PROGRAM
+        # The folder of the build may be closed to the other user.
+        copy = self.folder / "brevlin"
+        if not copy.exists():
+            shutil.copy(PROGRAM, copy)
+        return copy
+
+    def become_other_user(self, user=65534, group=65534):
+        """Brevlin runs as this user from now on; only root can do that, and only root needs to."""
+        self.account_of_user = (user, group)
+        for folder in [self.folder, *(path for path in self.folder.rglob("*") if path.is_dir())]:
+            os.chown(folder, user, group)
+
+    def bus(self, variable="DBUS_SESSION_BUS_ADDRESS"):
+        """A connection of the test's own to a bus that start_bus() has started."""
+        return dbus.bus.BusConnection(self.environment[variable])
+
+    def start_mock(self, *arguments, variable="DBUS_SESSION_BUS_ADDRESS", name, path):
+        """A stand-in for a service of the desktop, and the interface that steers it."""
+        self.run_in_background([sys.executable, "-m", "dbusmock", *arguments])
+        connection = self.bus(variable)
+        wait_for(f"the service {name}", lambda: connection.name_has_owner(name))
+        return dbus.Interface(connection.get_object(name, path), "org.freedesktop.DBus.Mock")
+
+    def stop(self, process, number=signal.SIGTERM):
+        """Sends the signal and gives the exit code."""
+        process.send_signal(number)
+        return process.wait(timeout=10)
+
+    def close(self):
+        for process in reversed(self.processes):
+            try:
+                os.killpg(process.pid, signal.SIGKILL)
+            except ProcessLookupError:
+                pass
+            process.wait()
+        shutil.rmtree(self.folder, ignore_errors=True)
+
+    def ask(self, *command):
+        """What a program of the desktop prints; empty where it fails."""
+        return subprocess.run(command, env=self.environment, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                              stderr=subprocess.DEVNULL, timeout=20, check=False).stdout.decode()
+
+    # Windows
+
+    def windows(self, title=MAIN_WINDOW):
+        """The windows of this title that the window manager knows, minimised ones too."""
+        found = []
+        for line in self.ask("wmctrl", "-l").splitlines():
+            fields = line.split(maxsplit=3)
+            if len(fields) == 4 and fields[3] == title:
+                found.append(int(fields[0], 16))
+        return found
+
+    def wait_for_window(self, title=MAIN_WINDOW, seconds=10.0):
+        """The window, once it is there and has the keyboard."""
+        wait_for(f"a window “{title}”", lambda: self.windows(title), seconds)
+        window = self.windows(title)[0]
+        wait_for(f"the keyboard on the window “{title}”", lambda: self.active_window() == window, seconds)
+        return window
+
+    def active_window(self):
+        match = re.search(r"window id # (0x[0-9a-f]+)", self.ask("xprop", "-root", "_NET_ACTIVE_WINDOW"))
+        return int(match.group(1), 16) if match else 0
+
+    def top_window(self):
+        stack = re.findall(r"0x[0-9a-f]+", self.ask("xprop", "-root", "_NET_CLIENT_LIST_STACKING"))
+        return int(stack[-1], 16) if stack else 0
+
+    def states(self, window):
+        return re.findall(r"_NET_WM_STATE_\w+", self.ask("xprop", "-id", str(window), "_NET_WM_STATE"))
+
+    def geometry(self, window):
+        """x, y, width and height on the screen."""
+        text = self.ask("xwininfo", "-id", str(window))
+        labels = ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height")
+        return tuple(int(re.search(rf"{label}:\s+(-?\d+)", text).group(1)) for label in labels)
+
+    def press(self, *keys):
+        self.ask("xdotool", "key", *keys)
+
+    def cover(self):
+        """Another window above everything, which has the keyboard."""
+        self.run_in_background(["xmessage", "-geometry", "1200x800+0+0", "-title", "Cover", "in front"])
+        return self.wait_for_window("Cover")
+
+    def click(self, window, x, y):
+        self.ask("xdotool", "mousemove", "--window", str(window), str(x), str(y), "click", "1")
+
+    def pixel(self, window, x, y):
+        """Red, green and blue, 0 to 255 each."""
+        crop = f"1x1+{x}+{y}"
+        return tuple(self.picture(window, "-crop", crop, "+repage"))
+
+    def picture(self, window="root", *options):
+        """The bytes of what is on the screen there; equal bytes, equal picture."""
+        return subprocess.run(["import", "-window", str(window), *options, "-depth", "8", "rgb:-"], env=self.environment,
+                              stdout=subprocess.PIPE, check=True, timeout=20).stdout
+
+    # Documents
+
+    def set_preferences(self, focus=3.0, short_break=3.0, long_break=3.0, auto_start=False, language="zh-Hans"):
+        """Stores preferences; to be done before the program starts. Durations in seconds."""
+        document = {
+            "timerSettings": {
+                "focusDuration": focus,
+                "shortBreakDuration": short_break,
+                "longBreakDuration": long_break,
+                "focusSessionsPerLongBreak": 4,
+                "autoStartBreaks": auto_start,
+                "autoStartFocus": auto_start,
+                "alertIntensity": "standard",
+            },
+            "showTopCapsuleWhileRunning": True,
+            "playCompletionSound": False,
+            "topTimerAppearance": "dark",
+            "appLanguage": language,
+        }
+        self.config.mkdir(mode=0o700, parents=True, exist_ok=True)
+        (self.config / f"{PREFERENCES_KEY}.json").write_text(json.dumps(document))
+
+    def timer(self):
+        """The stored snapshot of the running timer, or None."""
+        return read_json(self.config / f"{TIMER_KEY}.json")
+
+    def history(self):
+        """The records in the history file, latest end first."""
+        archive = read_json(self.data / "sessions-v1.json")
+        return archive["sessions"] if archive else []
+
+    def wait_for_state(self, state, seconds=10.0):
+        def ask():
+            timer = self.timer()
+            return timer if timer and timer["runState"] == state else None
+
+        return wait_for(f"a timer that is {state}", ask, seconds)
+
+    def wait_for_records(self, count, seconds=10.0):
+        return wait_for(f"a history of {count} records",
+                        lambda: self.history() if len(self.history()) >= count else None, seconds)
+
+    # Accounts of failures
+
+    def output_of(self, name):
+        try:
+            return (self.folder / "tmp" / f"{name}.log").read_text(errors="replace")
+        except FileNotFoundError:
+            return ""
+
+    def account(self, name):
+        """What a person wants to see when a test has failed."""
+        PICTURES.mkdir(parents=True, exist_ok=True)
+        picture = PICTURES / f"{name}.png"
+        if "DISPLAY" in self.environment:
+            self.ask("import", "-window", "root", str(picture))
+        lines = [f"the screen at that moment: {picture}", "windows:", self.ask("wmctrl", "-l", "-p"),
+                 f"timer: {self.timer()}", f"history: {self.history()}", "Brevlin said:", self.output_of("brevlin")]
+        return "\n".join(lines)
+
+
+class DesktopTest(unittest.TestCase):
+    """A test with a desktop of its own, which has a session bus unless the class says otherwise."""
+
+    has_session_bus = True
+
+    def __init_subclass__(cls):
+        for name, member in list(vars(cls).items()):
+            if name.startswith("test_"):
+                setattr(cls, name, with_picture(member))
+
+    def setUp(self):
+        if not PROGRAM:
+            self.fail("BREVLIN_PROGRAM names no program to test; CTest sets it")
+        self.desktop = Desktop()
+        self.addCleanup(self.desktop.close)
+        self.desktop.start_display()
+        if self.has_session_bus:
+            self.desktop.start_bus()
+        else:
+            self.desktop.environment["DBUS_SESSION_BUS_ADDRESS"] = f"unix:path={self.desktop.folder}/no-session-bus"
+
+    def start_and_wait(self):
+        """The process and its window, which has the keyboard."""
+        process = self.desktop.start_program()
+        return process, self.desktop.wait_for_window()
+
+
+def main():
+    unittest.main(verbosity=2, argv=[sys.argv[0], *sys.argv[1:]])

@@ -1,0 +1,80 @@
+"""One process for a user, however often the program is started."""
+
+from harness import DesktopTest, holds_for, main, wait_for
+
+BUS_NAME = "com.quillmark.Brevlin"
+OBJECT_PATH = "/com/quillmark/Brevlin"
+
+
+class OneInstanceTest(DesktopTest):
+    def start_again(self):
+        """The second start has nothing to say and ends at once."""
+        second = self.desktop.start_program()
+        self.assertEqual(second.wait(timeout=5), 0, "the second start ends with success")
+
+    def assert_is_in_front(self, first, window):
+        desktop = self.desktop
+        wait_for("the first one's window in front",
+                 lambda: desktop.active_window() == window and desktop.top_window() == window)
+        self.assertEqual(desktop.windows(), [window], "there is one window")
+        self.assertIsNone(first.poll(), "the first process still runs")
+
+    def assert_second_start_shows_the_window(self):
+        """Covered, minimised, closed."""
+        desktop = self.desktop
+        first, window = self.start_and_wait()
+        desktop.cover()
+        self.start_again()
+        self.assert_is_in_front(first, window)
+
+        desktop.ask("xdotool", "windowminimize", str(window))
+        wait_for("a minimised window", lambda: "_NET_WM_STATE_HIDDEN" in desktop.states(window))
+        self.start_again()
+        self.assert_is_in_front(first, window)
+
+        desktop.press("ctrl+w")
+        wait_for("a closed window", lambda: not desktop.windows())
+        self.start_again()
+        self.assert_is_in_front(first, desktop.wait_for_window())
+
+
+class OneInstance(OneInstanceTest):
+    def test_a_second_start_shows_the_first_ones_window(self):
+        self.assert_second_start_shows_the_window()
+
+    def test_four_starts_at_once_leave_one_process(self):
+        processes = [self.desktop.start_program() for _ in range(4)]
+        running = wait_for("one process that is left",
+                           lambda: [p for p in processes if p.poll() is None]
+                           if sum(p.poll() is None for p in processes) == 1 else None)
+        self.assertEqual(sorted(p.returncode for p in processes if p not in running), [0, 0, 0])
+        window = self.desktop.wait_for_window()
+        self.assert_is_in_front(running[0], window)
+        holds_for("one window", lambda: self.desktop.windows() == [window], 0.5)
+
+    def test_the_desktop_activates_the_program_over_the_bus(self):
+        first, window = self.start_and_wait()
+        self.desktop.cover()
+        self.desktop.bus().call_blocking(BUS_NAME, OBJECT_PATH, "org.freedesktop.Application", "Activate", "a{sv}",
+                                         [{}])
+        self.assert_is_in_front(first, window)
+
+
+class OneInstanceWithoutBus(OneInstanceTest):
+    has_session_bus = False
+
+    def test_without_a_bus_a_second_start_shows_the_first_ones_window(self):
+        self.assert_second_start_shows_the_window()
+
+    def test_without_a_bus_a_killed_program_leaves_no_lock_behind(self):
+        first, _ = self.start_and_wait()
+        first.kill()
+        first.wait()
+        second, window = self.start_and_wait()
+        self.desktop.cover()
+        self.start_again()
+        self.assert_is_in_front(second, window)
+
+
+if __name__ == "__main__":
+    main()
