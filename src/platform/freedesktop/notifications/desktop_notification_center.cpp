@@ -14,6 +14,17 @@ constexpr Seconds rounding{1e-6};
 // at this often.
 constexpr Seconds longestDoze{1.0};
 
+// The first of the dozes that make up this wait. The odd one comes first, so that the last ends on the
+// instant.
+Seconds doze(Seconds wait)
+{
+    if (wait <= longestDoze) {
+        return wait;
+    }
+    const Seconds rest{std::fmod(wait.count(), longestDoze.count())};
+    return rest > rounding ? rest : longestDoze;
+}
+
 bool contains(const std::vector<std::string>& identifiers, const NotificationRequest& request)
 {
     return std::find(identifiers.begin(), identifiers.end(), request.identifier) != identifiers.end();
@@ -105,10 +116,8 @@ void DesktopNotificationCenter::awaitNextDue()
     if (next == m_pending.end()) {
         return;
     }
-    // Dozes so that the last one ends on the instant.
     const Seconds wait = std::max(dueOf(*next) - m_clock.now(), Seconds::zero());
-    const Seconds rest{std::fmod(wait.count(), longestDoze.count())};
-    m_nextDue = m_scheduler.after(wait > longestDoze && rest < rounding ? longestDoze : rest, [this] {
+    m_nextDue = m_scheduler.after(doze(wait), [this] {
         deliverWhatIsDue();
         awaitNextDue();
     });
