@@ -320,6 +320,13 @@ class Desktop:
         except FileNotFoundError:
             return ""
 
+    def keep_picture(self, name):
+        """Keeps what is on the screen for a person to look at, and gives the file."""
+        PICTURES.mkdir(parents=True, exist_ok=True)
+        picture = PICTURES / f"{name}.png"
+        self.ask("import", "-window", "root", str(picture))
+        return picture
+
     def account(self, name):
         """What a person wants to see when a test has failed."""
         PICTURES.mkdir(parents=True, exist_ok=True)

@@ -1,0 +1,225 @@
+"""What a person sees of a phase's end while the window is closed, with real notification servers."""
+
+import shlex
+
+from harness import DesktopTest, holds_for, main, wait_for
+
+START_NEXT = {"english": "Start next phase", "zh-Hans": "开始下一阶段"}
+STOP = {"english": "Stop alert", "zh-Hans": "停止提醒"}
+TITLE = {"english": "Focus complete", "zh-Hans": "专注时间到"}
+BODY = {"english": "Focus is complete. Ready for the next phase.", "zh-Hans": "专注已结束，准备进入下一阶段。"}
+
+LOGGING_SCRIPT = """#!/bin/sh
+printf '%s|%s|%s|%s|%s\\n' "$DUNST_SUMMARY" "$DUNST_BODY" "$DUNST_URGENCY" "$DUNST_DESKTOP_ENTRY" "$DUNST_TIMEOUT" >> {log}
+"""
+# Keeps what it was offered, and chooses the line that has the wanted label.
+MENU_SCRIPT = """#!/bin/sh
+cat > {offered}
+grep -F -- "$(cat {wanted})" {offered}
+"""
+DUNST_SETTINGS = """[global]
+dmenu = {menu}
+mouse_left_click = do_action
+mouse_right_click = close_current
+[log]
+appname = *
+script = {script}
+"""
+
+
+class Dunst:
+    """The notification server dunst and the user in front of it."""
+
+    def __init__(self, desktop):
+        self.desktop = desktop
+        folder = desktop.folder
+        self.log, self.offered, self.wanted = folder / "shown", folder / "offered", folder / "wanted"
+        self.settings = folder / "dunstrc"
+        self.process = None
+        self.write_script(folder / "script", LOGGING_SCRIPT)
+        self.write_script(folder / "menu", MENU_SCRIPT)
+        self.settings.write_text(DUNST_SETTINGS.format(menu=folder / "menu", script=folder / "script"))
+
+    def write_script(self, path, text):
+        paths = {name: shlex.quote(str(getattr(self, name))) for name in ("log", "offered", "wanted")}
+        path.write_text(text.format(**paths))
+        path.chmod(0o700)
+
+    def start(self):
+        self.process = self.desktop.run_in_background(["dunst", "-conf", str(self.settings)])
+        connection = self.desktop.bus()
+        wait_for("dunst on the bus", lambda: connection.name_has_owner("org.freedesktop.Notifications"))
+
+    def kill(self):
+        self.process.kill()
+        self.process.wait()
+
+    def count(self):
+        """How many notifications are on the screen."""
+        return int(self.desktop.ask("dunstctl", "count", "displayed") or -1)
+
+    def shown(self):
+        """Everything that was ever shown: title, body, urgency, desktop entry, time to live."""
+        return [line.split("|") for line in self.log.read_text().splitlines()] if self.log.exists() else []
+
+    def buttons(self):
+        """Labels, as the user finds them in dunst's menu."""
+        self.choose("no such label")
+        return [line.split(" (")[0].lstrip("#") for line in self.offered.read_text().splitlines()]
+
+    def choose(self, label):
+        self.wanted.write_text(label)
+        self.offered.unlink(missing_ok=True)
+        self.desktop.ask("dunstctl", "context")
+        wait_for("dunst's menu", self.offered.exists)
+
+    def click(self, button="1"):
+        window = self.desktop.ask("xdotool", "search", "--onlyvisible", "--class", "Dunst").split()[0]
+        self.desktop.ask("xdotool", "mousemove", "--window", window, "40", "20", "click", button)
+
+
+class DunstTest(DesktopTest):
+    language = "english"
+
+    def setUp(self):
+        super().setUp()
+        self.server = Dunst(self.desktop)
+
+    def start(self, language="english", **preferences):
+        self.language = language
+        self.desktop.set_preferences(language=language, **preferences)
+        self.process, self.window = self.start_and_wait()
+
+    def close_window(self):
+        self.desktop.press("ctrl+w")
+        wait_for("a closed window", lambda: not self.desktop.windows())
+
+    def wait_for_banner(self, count=1):
+        wait_for(f"notification {count}", lambda: len(self.server.shown()) >= count, 15)
+        wait_for("one notification on the screen", lambda: self.server.count() == 1, 2)
+
+    def end_a_phase(self, **preferences):
+        """Brevlin in the background, a focus phase over, its end announced."""
+        self.server.start()
+        self.start(**preferences)
+        self.desktop.press("space")
+        self.desktop.wait_for_state("running")
+        self.close_window()
+        self.desktop.wait_for_state("ringing")
+        self.wait_for_banner()
+
+
+class Announcement(DunstTest):
+    def check(self, language):
+        self.end_a_phase(language=language)
+        self.assertEqual(self.server.shown(), [[TITLE[language], BODY[language], "NORMAL", "com.quillmark.Brevlin", "0"]])
+        buttons = [label for label in self.server.buttons() if label]
+        self.assertCountEqual(buttons, [START_NEXT[language], STOP[language]])  # dunst keeps no order
+        self.desktop.keep_picture(self.id())
+        holds_for("the announcement", lambda: self.server.count() == 1, 10)
+        self.assertEqual(len(self.server.shown()), 1, "it is shown once")
+
+    def test_an_end_is_announced_and_stays_in_english(self):
+        self.check("english")
+
+    def test_an_end_is_announced_and_stays_in_chinese(self):
+        self.check("zh-Hans")
+
+    def test_quitting_takes_the_announcement_away(self):
+        self.end_a_phase()
+        self.desktop.stop(self.process)
+        wait_for("an empty screen", lambda: self.server.count() == 0, 2)
+
+
+class Reactions(DunstTest):
+    def test_start_next_phase_starts_the_break(self):
+        self.end_a_phase()
+        self.server.choose(START_NEXT[self.language])
+        running = self.desktop.wait_for_state("running", 2)
+        self.assertEqual(running["phase"], "shortBreak")
+        wait_for("an empty screen", lambda: self.server.count() == 0, 2)
+        self.desktop.wait_for_state("ringing")
+        self.wait_for_banner(2)
+        self.assertEqual(self.server.shown()[1][0], "Break complete")
+
+    def test_a_click_opens_the_window(self):
+        self.end_a_phase()
+        self.server.click()
+        self.desktop.wait_for_window()
+        wait_for("an empty screen", lambda: self.server.count() == 0, 2)
+        self.assertEqual(self.desktop.timer()["runState"], "ringing")
+
+    def test_stop_and_dismissal_leave_the_timer_alone(self):
+        self.end_a_phase()
+        self.server.choose(STOP[self.language])
+        wait_for("an empty screen", lambda: self.server.count() == 0, 2)
+        ringing = self.desktop.timer()
+        self.assertEqual(ringing["runState"], "ringing")
+        self.desktop.start_program().wait(timeout=5)
+        self.desktop.wait_for_window()
+        self.desktop.press("space")
+        self.wait_for_banner(2)
+        self.server.click("3")
+        wait_for("an empty screen", lambda: self.server.count() == 0, 2)
+        self.assertEqual(self.desktop.timer()["runState"], "ringing")
+        self.assertEqual(len(self.desktop.history()), 2)
+
+    def test_the_next_phase_started_in_the_window_takes_the_announcement_away(self):
+        self.end_a_phase()
+        self.desktop.start_program().wait(timeout=5)
+        self.desktop.wait_for_window()
+        self.assertEqual(self.server.count(), 1)
+        self.desktop.press("space")
+        wait_for("an empty screen", lambda: self.server.count() == 0, 2)
+
+
+class Scheduling(DunstTest):
+    def test_a_phase_that_starts_by_itself_leaves_the_announcement_until_its_own_end(self):
+        self.server.start()
+        self.start(auto_start=True, focus=3, short_break=3)
+        self.desktop.press("space")
+        self.wait_for_banner(1)
+        self.assertEqual(self.desktop.timer()["runState"], "running")
+        self.wait_for_banner(2)
+        self.assertEqual(self.server.shown()[1][0], "Break complete")
+
+    def test_a_paused_phase_is_announced_at_its_new_end_only(self):
+        self.server.start()
+        self.start(focus=3)
+        self.desktop.press("space")
+        self.desktop.wait_for_state("running")
+        self.desktop.press("space")
+        self.desktop.wait_for_state("paused")
+        holds_for("an empty screen", lambda: self.server.count() == 0, 4)
+        self.desktop.press("space")
+        self.wait_for_banner()
+        self.assertEqual(len(self.server.shown()), 1)
+
+    def test_nothing_is_lost_when_the_server_is_killed_and_started_again(self):
+        self.server.start()
+        self.start(focus=4)
+        self.desktop.press("space")
+        self.desktop.wait_for_state("running")
+        self.server.kill()
+        self.server.start()
+        self.wait_for_banner()
+        self.assertEqual(self.server.shown()[0][0], "Focus complete")
+        self.server.kill()
+        self.server.start()
+        self.wait_for_banner(2)
+        self.server.choose(START_NEXT[self.language])
+        self.desktop.wait_for_state("running", 2)
+
+    def test_a_server_that_starts_after_the_end_shows_it_still(self):
+        self.server.start()
+        self.start(focus=3)
+        self.desktop.press("space")
+        self.desktop.wait_for_state("running")
+        self.server.kill()
+        self.desktop.wait_for_state("ringing")
+        self.server.start()
+        self.wait_for_banner()
+
+
+if __name__ == "__main__":
+    main()
