@@ -292,6 +292,11 @@ class Desktop:
         self.config.mkdir(mode=0o700, parents=True, exist_ok=True)
         (self.config / f"{PREFERENCES_KEY}.json").write_text(json.dumps(document))
 
+    def store_timer(self, document):
+        """Stores the running timer; to be done before the program starts."""
+        self.config.mkdir(mode=0o700, parents=True, exist_ok=True)
+        (self.config / f"{TIMER_KEY}.json").write_text(json.dumps(document))
+
     def timer(self):
         """The stored snapshot of the running timer, or None."""
         return read_json(self.config / f"{TIMER_KEY}.json")

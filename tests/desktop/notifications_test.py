@@ -1,13 +1,18 @@
 """What a person sees of a phase's end while the window is closed, with real notification servers."""
 
 import shlex
+import signal
 
-from harness import DesktopTest, holds_for, main, wait_for
+from harness import REFERENCE_DATE, DesktopTest, holds_for, main, now, wait_for
 
 START_NEXT = {"english": "Start next phase", "zh-Hans": "开始下一阶段"}
 STOP = {"english": "Stop alert", "zh-Hans": "停止提醒"}
 TITLE = {"english": "Focus complete", "zh-Hans": "专注时间到"}
 BODY = {"english": "Focus is complete. Ready for the next phase.", "zh-Hans": "专注已结束，准备进入下一阶段。"}
+
+# Where the window has the buttons of a phase that waits, in pixels from its corner.
+SKIP_BREAK = (403, 556)
+START_BREAK = (513, 556)
 
 LOGGING_SCRIPT = """#!/bin/sh
 printf '%s|%s|%s|%s|%s\\n' "$DUNST_SUMMARY" "$DUNST_BODY" "$DUNST_URGENCY" "$DUNST_DESKTOP_ENTRY" "$DUNST_TIMEOUT" >> {log}
@@ -125,6 +130,19 @@ class Announcement(DunstTest):
     def test_an_end_is_announced_and_stays_in_chinese(self):
         self.check("zh-Hans")
 
+    def test_a_restored_phase_is_announced_with_its_intention_as_typed(self):
+        self.server.start()
+        start = now()
+        self.desktop.store_timer({
+            "phase": "focus", "runState": "running", "sessionID": "0F8FAD5B-D9CB-469F-A165-70867728950E",
+            "intention": "<b>&\" </b>", "startedAt": start, "expectedEndAt": start + 3, "plannedDuration": 3,
+            "accumulatedPauseSeconds": 0, "interruptionCount": 0, "completedFocusCount": 0,
+            "timeZoneIdentifierAtStart": "Etc/UTC"})
+        self.start()
+        self.wait_for_banner()
+        self.assertEqual(self.server.shown()[0][1], "“<b>&\" </b>” is complete. Ready for the next phase.")
+        self.desktop.keep_picture(self.id())
+
     def test_quitting_takes_the_announcement_away(self):
         self.end_a_phase()
         self.desktop.stop(self.process)
@@ -153,24 +171,31 @@ class Reactions(DunstTest):
         self.end_a_phase()
         self.server.choose(STOP[self.language])
         wait_for("an empty screen", lambda: self.server.count() == 0, 2)
-        ringing = self.desktop.timer()
-        self.assertEqual(ringing["runState"], "ringing")
-        self.desktop.start_program().wait(timeout=5)
-        self.desktop.wait_for_window()
-        self.desktop.press("space")
+        self.assertEqual(self.desktop.timer()["runState"], "ringing")
+        self.click_in_window(START_BREAK)
         self.wait_for_banner(2)
         self.server.click("3")
         wait_for("an empty screen", lambda: self.server.count() == 0, 2)
         self.assertEqual(self.desktop.timer()["runState"], "ringing")
         self.assertEqual(len(self.desktop.history()), 2)
 
-    def test_the_next_phase_started_in_the_window_takes_the_announcement_away(self):
-        self.end_a_phase()
+    def test_going_on_in_the_window_takes_the_announcement_away(self):
+        cases = ((self.end_a_phase, SKIP_BREAK, "ringing"), (self.end_another_phase, START_BREAK, "running"))
+        for end, button, state in cases:
+            with self.subTest(state):
+                end()
+                self.click_in_window(button)
+                wait_for("an empty screen", lambda: self.server.count() == 0, 2)
+                self.assertEqual(self.desktop.timer()["runState"], state)
+
+    def end_another_phase(self):
+        self.click_in_window(START_BREAK)
+        self.wait_for_banner(2)
+
+    def click_in_window(self, place):
         self.desktop.start_program().wait(timeout=5)
-        self.desktop.wait_for_window()
-        self.assertEqual(self.server.count(), 1)
-        self.desktop.press("space")
-        wait_for("an empty screen", lambda: self.server.count() == 0, 2)
+        window = self.desktop.wait_for_window()
+        self.desktop.click(window, *place)
 
 
 class Scheduling(DunstTest):
@@ -219,6 +244,45 @@ class Scheduling(DunstTest):
         self.desktop.wait_for_state("ringing")
         self.server.start()
         self.wait_for_banner()
+
+
+class UnresponsiveServer(DunstTest):
+    def check_the_timer(self):
+        """The end of a phase is written at once; the file's time tells when."""
+        desktop, late = self.desktop, []
+        for count in range(1, 6):
+            record = desktop.wait_for_records(count)[0]
+            written = (desktop.data / "sessions-v1.json").stat().st_mtime - REFERENCE_DATE
+            late.append(written - record["endedAt"])
+        # Files are dated by the kernel's tick, which is up to 4 ms behind.
+        self.assertTrue(all(each > -0.005 for each in late), late)
+        self.assertLess(sorted(late)[len(late) // 2], 0.02, late)
+
+    def start_phases(self):
+        self.start(focus=2, short_break=2, auto_start=True)
+        self.desktop.press("space")
+        self.desktop.wait_for_state("running", 1)
+
+    def test_a_server_that_never_answered_does_not_delay_the_timer(self):
+        # Nobody ever looks at what arrives there.
+        mute = self.desktop.bus()
+        mute.request_name("org.freedesktop.Notifications")
+        self.start_phases()
+        self.check_the_timer()
+
+    def test_no_server_at_all_does_not_delay_the_timer(self):
+        self.start_phases()
+        self.check_the_timer()
+
+    def test_a_hung_server_does_not_delay_the_timer_and_shows_the_last_end_later(self):
+        self.server.start()
+        self.start_phases()
+        self.server.process.send_signal(signal.SIGSTOP)
+        self.check_the_timer()
+        wait_for("a message", lambda: self.desktop.windows("Failed to schedule notification"))
+        self.server.process.send_signal(signal.SIGCONT)
+        wait_for("the last announcement", lambda: self.server.count() == 1)
+        holds_for("nothing beside it", lambda: self.server.count() == 1, 1)
 
 
 if __name__ == "__main__":
