@@ -26,6 +26,7 @@ DUNST_SETTINGS = """[global]
 dmenu = {menu}
 mouse_left_click = do_action
 mouse_right_click = close_current
+markup = {markup}
 [log]
 appname = *
 script = {script}
@@ -43,12 +44,16 @@ class Dunst:
         self.process = None
         self.write_script(folder / "script", LOGGING_SCRIPT)
         self.write_script(folder / "menu", MENU_SCRIPT)
-        self.settings.write_text(DUNST_SETTINGS.format(menu=folder / "menu", script=folder / "script"))
+        self.configure(markup="full")
 
     def write_script(self, path, text):
         paths = {name: shlex.quote(str(getattr(self, name))) for name in ("log", "offered", "wanted")}
         path.write_text(text.format(**paths))
         path.chmod(0o700)
+
+    def configure(self, markup):
+        folder = self.desktop.folder
+        self.settings.write_text(DUNST_SETTINGS.format(menu=folder / "menu", script=folder / "script", markup=markup))
 
     def start(self):
         self.process = self.desktop.run_in_background(["dunst", "-conf", str(self.settings)])
@@ -130,18 +135,25 @@ class Announcement(DunstTest):
     def test_an_end_is_announced_and_stays_in_chinese(self):
         self.check("zh-Hans")
 
-    def test_a_restored_phase_is_announced_with_its_intention_as_typed(self):
+    def check_intention(self, markup, sent):
+        self.server.configure(markup)
         self.server.start()
         start = now()
         self.desktop.store_timer({
             "phase": "focus", "runState": "running", "sessionID": "0F8FAD5B-D9CB-469F-A165-70867728950E",
-            "intention": "<b>&\" </b>", "startedAt": start, "expectedEndAt": start + 3, "plannedDuration": 3,
+            "intention": "<b>&\"", "startedAt": start, "expectedEndAt": start + 3, "plannedDuration": 3,
             "accumulatedPauseSeconds": 0, "interruptionCount": 0, "completedFocusCount": 0,
             "timeZoneIdentifierAtStart": "Etc/UTC"})
         self.start()
         self.wait_for_banner()
-        self.assertEqual(self.server.shown()[0][1], "“<b>&\" </b>” is complete. Ready for the next phase.")
+        self.assertEqual(self.server.shown()[0][1], sent)
         self.desktop.keep_picture(self.id())
+
+    def test_a_restored_phase_is_announced_as_typed_where_there_is_markup(self):
+        self.check_intention("full", "“&lt;b&gt;&amp;\"” is complete. Ready for the next phase.")
+
+    def test_a_restored_phase_is_announced_as_typed_where_there_is_no_markup(self):
+        self.check_intention("no", "“<b>&\"” is complete. Ready for the next phase.")
 
     def test_quitting_takes_the_announcement_away(self):
         self.end_a_phase()
@@ -234,6 +246,25 @@ class Scheduling(DunstTest):
         self.wait_for_banner(2)
         self.server.choose(START_NEXT[self.language])
         self.desktop.wait_for_state("running", 2)
+
+    def test_sleep_across_the_end_gives_one_announcement(self):
+        self.desktop.start_bus("DBUS_SYSTEM_BUS_ADDRESS")
+        logind = self.desktop.start_mock("--system", "--template", "logind", variable="DBUS_SYSTEM_BUS_ADDRESS",
+                                         name="org.freedesktop.login1", path="/org/freedesktop/login1")
+        self.server.start()
+        self.start(focus=3)
+        self.desktop.press("space")
+        running = self.desktop.wait_for_state("running")
+        manager = "org.freedesktop.login1.Manager"
+        logind.EmitSignal(manager, "PrepareForSleep", "b", [True])
+        wait_for("the end of the phase", lambda: now() > running["expectedEndAt"] + 1.5)
+        self.assertEqual(self.desktop.history(), [])
+        logind.EmitSignal(manager, "PrepareForSleep", "b", [False])
+        record, = self.desktop.wait_for_records(1)
+        self.assertEqual(record["outcomeRawValue"], "completedWhileAway")
+        self.wait_for_banner()
+        holds_for("one announcement", lambda: self.server.count() == 1, 2)
+        self.assertEqual(len(self.server.shown()), 1)
 
     def test_a_server_that_starts_after_the_end_shows_it_still(self):
         self.server.start()
