@@ -1,5 +1,7 @@
 """What a person sees of a phase's end while the window is closed, with real notification servers."""
 
+import glob
+import pathlib
 import shlex
 import signal
 
@@ -88,12 +90,44 @@ class Dunst:
         self.desktop.ask("xdotool", "mousemove", "--window", window, "40", "20", "click", button)
 
 
-class DunstTest(DesktopTest):
-    language = "english"
+class XfceNotifyd:
+    """The notification server of Xfce and the user in front of it."""
 
-    def setUp(self):
-        super().setUp()
-        self.server = Dunst(self.desktop)
+    # Where English buttons are, in pixels from the notification's corner.
+    PLACES = {"body": (150, 30), "Start next phase": (172, 86), "Stop alert": (292, 86)}
+
+    def __init__(self, desktop):
+        self.desktop = desktop
+        self.process = None
+        library, = {pathlib.Path(path) for path in glob.glob("/usr/lib/*/xfce4")}
+        self.program = library / "notifyd" / "xfce4-notifyd"
+        desktop.run_in_background([str(library / "xfconf" / "xfconfd")])
+        connection = desktop.bus()
+        wait_for("Xfce's settings", lambda: connection.name_has_owner("org.xfce.Xfconf"))
+
+    def start(self):
+        self.process = self.desktop.run_in_background([str(self.program)])
+        connection = self.desktop.bus()
+        wait_for("xfce4-notifyd on the bus", lambda: connection.name_has_owner("org.freedesktop.Notifications"))
+
+    def kill(self):
+        self.process.kill()
+        self.process.wait()
+
+    def windows(self):
+        return self.desktop.ask("xdotool", "search", "--onlyvisible", "--class", "Xfce4-notifyd").split()
+
+    def count(self):
+        return len(self.windows())
+
+    def click(self, place, button="1"):
+        x, y = self.PLACES[place]
+        self.desktop.ask("xdotool", "mousemove", "--window", self.windows()[0], str(x), str(y), "click", button)
+
+
+class AnnouncementTest(DesktopTest):
+    language = "english"
+    server = None
 
     def start(self, language="english", **preferences):
         self.language = language
@@ -104,18 +138,35 @@ class DunstTest(DesktopTest):
         self.desktop.press("ctrl+w")
         wait_for("a closed window", lambda: not self.desktop.windows())
 
-    def wait_for_banner(self, count=1):
-        wait_for(f"notification {count}", lambda: len(self.server.shown()) >= count, 15)
-        wait_for("one notification on the screen", lambda: self.server.count() == 1, 2)
+    def wait_for_empty_screen(self):
+        wait_for("an empty screen", lambda: self.server.count() == 0, 2)
 
-    def end_a_phase(self, **preferences):
-        """Brevlin in the background, a focus phase over, its end announced."""
+    def end_a_phase_in_the_background(self, **preferences):
         self.server.start()
         self.start(**preferences)
         self.desktop.press("space")
         self.desktop.wait_for_state("running")
         self.close_window()
         self.desktop.wait_for_state("ringing")
+
+    def click_in_window(self, place):
+        self.desktop.start_program().wait(timeout=5)
+        window = self.desktop.wait_for_window()
+        self.desktop.click(window, *place)
+
+
+class DunstTest(AnnouncementTest):
+    def setUp(self):
+        super().setUp()
+        self.server = Dunst(self.desktop)
+
+    def wait_for_banner(self, count=1):
+        wait_for(f"notification {count}", lambda: len(self.server.shown()) >= count, 15)
+        wait_for("one notification on the screen", lambda: self.server.count() == 1, 2)
+
+    def end_a_phase(self, **preferences):
+        """Brevlin in the background, a focus phase over, its end announced."""
+        self.end_a_phase_in_the_background(**preferences)
         self.wait_for_banner()
 
 
@@ -158,7 +209,7 @@ class Announcement(DunstTest):
     def test_quitting_takes_the_announcement_away(self):
         self.end_a_phase()
         self.desktop.stop(self.process)
-        wait_for("an empty screen", lambda: self.server.count() == 0, 2)
+        self.wait_for_empty_screen()
 
 
 class Reactions(DunstTest):
@@ -167,7 +218,7 @@ class Reactions(DunstTest):
         self.server.choose(START_NEXT[self.language])
         running = self.desktop.wait_for_state("running", 2)
         self.assertEqual(running["phase"], "shortBreak")
-        wait_for("an empty screen", lambda: self.server.count() == 0, 2)
+        self.wait_for_empty_screen()
         self.desktop.wait_for_state("ringing")
         self.wait_for_banner(2)
         self.assertEqual(self.server.shown()[1][0], "Break complete")
@@ -176,18 +227,18 @@ class Reactions(DunstTest):
         self.end_a_phase()
         self.server.click()
         self.desktop.wait_for_window()
-        wait_for("an empty screen", lambda: self.server.count() == 0, 2)
+        self.wait_for_empty_screen()
         self.assertEqual(self.desktop.timer()["runState"], "ringing")
 
     def test_stop_and_dismissal_leave_the_timer_alone(self):
         self.end_a_phase()
         self.server.choose(STOP[self.language])
-        wait_for("an empty screen", lambda: self.server.count() == 0, 2)
+        self.wait_for_empty_screen()
         self.assertEqual(self.desktop.timer()["runState"], "ringing")
         self.click_in_window(START_BREAK)
         self.wait_for_banner(2)
         self.server.click("3")
-        wait_for("an empty screen", lambda: self.server.count() == 0, 2)
+        self.wait_for_empty_screen()
         self.assertEqual(self.desktop.timer()["runState"], "ringing")
         self.assertEqual(len(self.desktop.history()), 2)
 
@@ -197,17 +248,12 @@ class Reactions(DunstTest):
             with self.subTest(state):
                 end()
                 self.click_in_window(button)
-                wait_for("an empty screen", lambda: self.server.count() == 0, 2)
+                self.wait_for_empty_screen()
                 self.assertEqual(self.desktop.timer()["runState"], state)
 
     def end_another_phase(self):
         self.click_in_window(START_BREAK)
         self.wait_for_banner(2)
-
-    def click_in_window(self, place):
-        self.desktop.start_program().wait(timeout=5)
-        window = self.desktop.wait_for_window()
-        self.desktop.click(window, *place)
 
 
 class Scheduling(DunstTest):
@@ -275,6 +321,55 @@ class Scheduling(DunstTest):
         self.desktop.wait_for_state("ringing")
         self.server.start()
         self.wait_for_banner()
+
+
+class OnXfce(AnnouncementTest):
+    def setUp(self):
+        super().setUp()
+        self.server = XfceNotifyd(self.desktop)
+
+    def wait_for_banner(self):
+        wait_for("a notification", lambda: self.server.count() == 1)
+
+    def end_a_phase(self):
+        self.end_a_phase_in_the_background()
+        self.wait_for_banner()
+
+    def test_xfce_shows_the_end_until_the_next_phase_is_started_there(self):
+        self.end_a_phase()
+        holds_for("the announcement", lambda: self.server.count() == 1, 10)
+        self.desktop.keep_picture(self.id())
+        self.server.click("Start next phase")
+        self.assertEqual(self.desktop.wait_for_state("running", 2)["phase"], "shortBreak")
+        self.wait_for_empty_screen()
+        self.desktop.wait_for_state("ringing")
+        self.wait_for_banner()
+
+    def test_xfce_stops_and_dismisses(self):
+        self.end_a_phase()
+        self.server.click("Stop alert")
+        self.wait_for_empty_screen()
+        self.assertEqual(self.desktop.timer()["runState"], "ringing")
+        self.click_in_window(START_BREAK)
+        self.wait_for_banner()
+        self.server.click("body", button="3")
+        self.wait_for_empty_screen()
+        self.assertEqual(self.desktop.timer()["runState"], "ringing")
+        self.assertEqual(len(self.desktop.history()), 2)
+
+    def test_xfce_opens_the_window_with_a_click(self):
+        self.end_a_phase()
+        self.server.click("body")
+        self.desktop.wait_for_window()
+        self.wait_for_empty_screen()
+
+    def test_xfce_loses_nothing_when_its_server_is_killed(self):
+        self.end_a_phase()
+        self.server.kill()
+        self.server.start()
+        self.wait_for_banner()
+        self.desktop.stop(self.process)
+        self.wait_for_empty_screen()
 
 
 class UnresponsiveServer(DunstTest):
