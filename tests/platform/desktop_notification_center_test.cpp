@@ -269,6 +269,25 @@ TEST_F(NotificationCenterTest, a_server_that_comes_to_itself_shows_only_what_sti
     ASSERT_EQ(server->screen.size(), 1U);
     server->act("next");
     EXPECT_EQ(responses, std::vector<std::string>{"next of C"});
+
+    server->hangs = true;
+    add("D");
+    scheduler.advance(Seconds{10.0});
+    server->isReplaced();
+    ASSERT_EQ(server->screen.size(), 1U) << "one that takes over from a hung one";
+}
+
+TEST_F(NotificationCenterTest, showing_something_may_start_the_server)
+{
+    add("A");
+    server->screen.clear();
+    server->observer.vanished(); // and the bus can start it
+    EXPECT_EQ(readState(), "authorized");
+    server->hangs = true; // while it starts
+    scheduler.advance(Seconds{10.0});
+    server->observer.appeared();
+    server->recover();
+    EXPECT_EQ(server->shown, 1);
 }
 
 TEST_F(NotificationCenterTest, authorization_is_known_once_a_server_has_answered)

@@ -64,7 +64,17 @@ public:
     {
         isRunning = false;
         screen.clear();
-        observer.vanished(false);
+        observer.vanished();
+        observer.becameUnavailable();
+    }
+    /// Another program takes over from one that never answers.
+    void isReplaced()
+    {
+        hangs = false;
+        m_questions.clear();
+        screen.clear();
+        observer.vanished();
+        startAgain();
     }
     void startAgain()
     {

@@ -71,8 +71,8 @@ DBusNotificationServer::DBusNotificationServer(QObject* parent) : QObject(parent
                 SLOT(notificationClosed(uint, uint)));
     auto* watcher = new QDBusServiceWatcher(service, bus, QDBusServiceWatcher::WatchForOwnerChange, this);
     connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
-            [this](const QString& /*name*/, const QString& /*oldOwner*/, const QString& newOwner) {
-                ownerChanged(newOwner);
+            [this](const QString& /*name*/, const QString& oldOwner, const QString& newOwner) {
+                ownerChanged(oldOwner, newOwner);
             });
     m_doNotDisturb.setChangeHandler([this](bool isOn) {
         if (m_observer.doNotDisturbChanged) {
@@ -96,22 +96,27 @@ void DBusNotificationServer::setObserver(Observer observer)
     m_observer = std::move(observer);
 }
 
-void DBusNotificationServer::ownerChanged(const QString& newOwner)
+void DBusNotificationServer::ownerChanged(const QString& oldOwner, const QString& newOwner)
 {
+    m_hasOwner = !newOwner.isEmpty();
     m_doNotDisturb.forgetServer();
-    if (newOwner.isEmpty()) {
-        tellVanished();
+    if (!oldOwner.isEmpty() && m_observer.vanished) {
+        m_observer.vanished();
+    }
+    if (!m_hasOwner) {
+        tellWhenUnavailable();
     } else if (m_observer.appeared) {
         m_observer.appeared();
     }
 }
 
-void DBusNotificationServer::tellVanished()
+void DBusNotificationServer::tellWhenUnavailable()
 {
     call(busCall("ListActivatableNames"), [this](const QDBusPendingCallWatcher& finished) {
         const QDBusPendingReply<QStringList> names = finished;
-        if (m_observer.vanished) {
-            m_observer.vanished(!names.isError() && names.value().contains(service));
+        const bool canBeStarted = !names.isError() && names.value().contains(service);
+        if (!m_hasOwner && !canBeStarted && m_observer.becameUnavailable) {
+            m_observer.becameUnavailable();
         }
     });
 }

@@ -33,14 +33,15 @@ private Q_SLOTS:
     void notificationClosed(uint id, uint reason);
 
 private:
-    void ownerChanged(const QString& newOwner);
-    void tellVanished();
+    void ownerChanged(const QString& oldOwner, const QString& newOwner);
+    void tellWhenUnavailable();
     void readServerName();
     /// Calls and hands the finished call over; the answer may take for ever.
     void call(const QDBusMessage& message, std::function<void(const QDBusPendingCallWatcher&)> finished);
 
     Observer m_observer;
     DoNotDisturb m_doNotDisturb;
+    bool m_hasOwner = false; // as far as its changes have told
 };
 
 } // namespace brevlin

@@ -200,12 +200,14 @@ void DesktopNotificationCenter::observeServer()
 {
     NotificationServer::Observer observer;
     observer.appeared = [this] {
-        m_banner.lostServer();
         m_authorization.ask();
     };
-    observer.vanished = [this](bool canBeStarted) {
+    observer.vanished = [this] {
         m_banner.lostServer();
-        m_authorization.serverVanished(canBeStarted);
+        m_authorization.setDoNotDisturb(false);
+    };
+    observer.becameUnavailable = [this] {
+        m_authorization.serverBecameUnavailable();
     };
     observer.actionInvoked = [this](std::uint32_t id, const std::string& action) {
         actionInvoked(id, action);

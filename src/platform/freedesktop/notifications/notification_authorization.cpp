@@ -95,12 +95,9 @@ void NotificationAuthorization::answerConfirmations(const Expected<void, std::st
     }
 }
 
-void NotificationAuthorization::serverVanished(bool canBeStarted)
+void NotificationAuthorization::serverBecameUnavailable()
 {
-    m_isDoNotDisturbOn = false;
-    if (!canBeStarted) {
-        m_state = NotificationAuthorizationState::denied;
-    }
+    m_state = NotificationAuthorizationState::denied;
     publish();
 }
 

@@ -33,7 +33,7 @@ public:
     void read(Reader reader);
     /// Succeeds once the server has shown that it is there; a late answer is a failure.
     void confirm(Completion completion);
-    void serverVanished(bool canBeStarted);
+    void serverBecameUnavailable();
     void setDoNotDisturb(bool isOn);
 
     /// Called when the snapshot has changed.

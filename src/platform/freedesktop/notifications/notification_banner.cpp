@@ -22,6 +22,13 @@ void NotificationBanner::wasClosed()
     m_id = 0;
 }
 
+void NotificationBanner::lostServer()
+{
+    m_id = 0;
+    m_isAwaitingAnswer = false;
+    ++m_question;
+}
+
 void NotificationBanner::update()
 {
     m_isOutdated = m_isAwaitingAnswer;
@@ -31,8 +38,11 @@ void NotificationBanner::update()
     if (m_wanted) {
         m_isAwaitingAnswer = true;
         m_wanted->replaces = m_id;
-        m_server.notify(*m_wanted,
-                        [this](const Expected<std::uint32_t, std::string>& answer) { answered(answer); });
+        m_server.notify(*m_wanted, [this, question = ++m_question](const auto& answer) {
+            if (question == m_question) {
+                answered(answer);
+            }
+        });
     } else if (const std::uint32_t id = std::exchange(m_id, 0); id != 0) {
         m_server.close(id);
     }

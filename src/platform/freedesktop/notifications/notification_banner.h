@@ -24,8 +24,8 @@ public:
     void close();
     /// It is not on the screen any more.
     void wasClosed();
-    /// The server that showed it is gone.
-    void lostServer() { m_id = 0; }
+    /// The server that showed it, or was asked to, is gone.
+    void lostServer();
 
 private:
     void update();
@@ -34,6 +34,7 @@ private:
     NotificationServer& m_server;
     std::optional<ServerNotification> m_wanted;
     std::uint32_t m_id = 0;          // on the screen; 0 for none
+    std::uint64_t m_question = 0;    // the latest; answers to earlier ones are void
     bool m_isAwaitingAnswer = false; // to notify()
     bool m_isOutdated = false;       // what is wanted has changed since that was asked
 };

@@ -36,10 +36,12 @@ public:
 
     struct Observer
     {
-        /// Another program serves from now on; what the previous one showed is gone.
+        /// A program serves from now on. What was asked while there was none may have started it.
         std::function<void()> appeared;
-        /// Nobody serves now; whether the bus can start somebody when there is something to show.
-        std::function<void(bool canBeStarted)> vanished;
+        /// It serves no more: what it showed is gone, and what it was asked may never be answered.
+        std::function<void()> vanished;
+        /// There is none, nor one that the bus could start.
+        std::function<void()> becameUnavailable;
         std::function<void(std::uint32_t id, const std::string& action)> actionInvoked;
         /// What lets a window come to the front; comes right before the action that it belongs to.
         std::function<void(std::uint32_t id, const std::string& token)> activationTokenGiven;
