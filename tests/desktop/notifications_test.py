@@ -21,7 +21,7 @@ printf '%s|%s|%s|%s|%s\\n' "$DUNST_SUMMARY" "$DUNST_BODY" "$DUNST_URGENCY" "$DUN
 """
 # Keeps what it was offered, and chooses the line that has the wanted label.
 MENU_SCRIPT = """#!/bin/sh
-cat > {offered}
+cat > {offered}.new && mv {offered}.new {offered}
 grep -F -- "$(cat {wanted})" {offered}
 """
 DUNST_SETTINGS = """[global]
