@@ -275,6 +275,10 @@ TEST_F(NotificationCenterTest, a_server_that_comes_to_itself_shows_only_what_sti
     scheduler.advance(Seconds{10.0});
     server->isReplaced();
     ASSERT_EQ(server->screen.size(), 1U) << "one that takes over from a hung one";
+    const std::uint32_t id = server->lastId;
+    server->recover();
+    server->observer.actionInvoked(id, "stop");
+    EXPECT_EQ(responses.back(), "stop of D") << "what the hung one says at last is void";
 }
 
 TEST_F(NotificationCenterTest, showing_something_may_start_the_server)
@@ -307,6 +311,12 @@ TEST_F(NotificationCenterTest, authorization_is_known_once_a_server_has_answered
     server->recover();
     EXPECT_EQ(changes, 1);
     EXPECT_EQ(readState(), "authorized");
+
+    makeCenter(true);
+    server->isReplaced();
+    server->isRunning = false;
+    server->recover();
+    EXPECT_EQ(readState(), "authorized") << "of the one that took over";
 }
 
 TEST_F(NotificationCenterTest, a_server_that_does_not_answer_is_a_failure_of_whoever_needs_it)

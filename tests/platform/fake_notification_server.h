@@ -67,14 +67,13 @@ public:
         observer.vanished();
         observer.becameUnavailable();
     }
-    /// Another program takes over from one that never answers.
+    /// Another program takes over from one that has not answered yet; recover() answers for that one.
     void isReplaced()
     {
         hangs = false;
-        m_questions.clear();
         screen.clear();
         observer.vanished();
-        startAgain();
+        observer.appeared();
     }
     void startAgain()
     {

@@ -105,7 +105,7 @@ void DesktopNotificationCenter::removePending(const std::vector<std::string>& id
 
 bool DesktopNotificationCenter::isDue(const NotificationRequest& request) const
 {
-    return dueOf(request) <= m_clock.now() + rounding;
+    return dueOf(request) <= m_clock.now();
 }
 
 void DesktopNotificationCenter::awaitNextDue()
