@@ -292,6 +292,15 @@ TEST_F(NotificationCenterTest, showing_something_may_start_the_server)
     server->observer.appeared();
     server->recover();
     EXPECT_EQ(server->shown, 1);
+
+    server->hangs = true;
+    add("B");
+    scheduler.advance(Seconds{10.0});
+    server->observer.vanished();
+    server->recover(); // with the last that it said
+    server->screen.clear();
+    server->observer.appeared();
+    EXPECT_EQ(server->screen.size(), 1U) << "it is not where it was shown any more";
 }
 
 TEST_F(NotificationCenterTest, authorization_is_known_once_a_server_has_answered)
