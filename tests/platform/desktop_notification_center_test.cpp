@@ -293,8 +293,8 @@ TEST_F(NotificationCenterTest, showing_something_may_start_the_server)
     server->recover();
     EXPECT_EQ(server->shown, 1);
 
-    server->hangs = true;
     add("B");
+    server->hangs = true;
     scheduler.advance(Seconds{10.0});
     server->observer.vanished();
     server->recover(); // with the last that it said
