@@ -1,7 +1,7 @@
 // What a long history costs, as ratios to what the JSON library and the file system cost for the same bytes.
-// Every pair is measured in turns in one run, so that a change of the machine's load hits both sides.
 
 #include "platform/freedesktop/files/posix_durable_file.h"
+#include "report.h"
 #include "storage/session_archive.h"
 #include "storage/session_store.h"
 #include "support/fake_clock.h"
@@ -11,12 +11,9 @@
 #include <stdlib.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <functional>
 #include <random>
 #include <string>
 #include <vector>
@@ -24,6 +21,7 @@
 namespace {
 
 using namespace brevlin;
+using namespace brevlin::bench;
 
 constexpr int recordCount = 100'000;
 constexpr int repetitions = 15;
@@ -49,19 +47,6 @@ FinishedSession session(std::mt19937_64& random, int index)
     return result;
 }
 
-double seconds(const std::function<void()>& work)
-{
-    const auto begin = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
-}
-
-double median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
-
 void require(bool condition, const char* what)
 {
     if (!condition) {
@@ -84,17 +69,6 @@ void rawWrite(const std::string& folder, const std::string& bytes)
     require(::rename(temporary.c_str(), (folder + "/raw.json").c_str()) == 0, "the raw rename failed");
     const int directory = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     require(::fsync(directory) == 0 && ::close(directory) == 0, "the raw fsync of the folder failed");
-}
-
-void printRow(const char* what, const std::vector<double>& ours, const std::vector<double>& theirs,
-              double goal)
-{
-    std::vector<double> ratios;
-    for (std::size_t index = 0; index < ours.size(); ++index) {
-        ratios.push_back(ours[index] / theirs[index]);
-    }
-    std::printf("| %-22s | %8.1f ms | %8.1f ms | %5.2f | %5.2f |\n", what, median(ours) * 1e3,
-                median(theirs) * 1e3, median(ratios), goal);
 }
 
 } // namespace
@@ -149,12 +123,9 @@ int main(int argumentCount, char** arguments)
         const FinishedSession next = session(random, recordCount + repetitions + 1 + turn);
         insert.push_back(seconds([&] { require(store.insert(next).has_value(), "insert failed"); }));
     }
-    std::printf("%d records, %.1f MB, medians of %d turns\n", recordCount,
-                static_cast<double>(document.size()) / 1e6, repetitions);
-    std::printf("| %-22s | %11s | %11s | %5s | %5s |\n", "what", "ours", "reference", "ratio", "goal");
-    printRow("load / parse", load, parse, 2.0);
-    printRow("first insert / raw", firstInsert, firstRaw, 1.5);
-    printRow("insert / raw write", insert, raw, 1.5);
+    printRatio("load 100,000 records / the library's parse", load, parse, 2.0);
+    printRatio("first insert / raw durable write", firstInsert, firstRaw, 1.5);
+    printRatio("insert / raw durable write", insert, raw, 1.5);
     std::filesystem::remove_all(folder);
     return 0;
 }

@@ -2,16 +2,17 @@
 
 #include "app/app_model.h"
 #include "app/app_section.h"
-#include "platform/freedesktop/absent_services.h"
 #include "platform/freedesktop/application_instance.h"
 #include "platform/freedesktop/dbus_notification_server.h"
 #include "platform/freedesktop/desktop_system_events.h"
 #include "platform/freedesktop/files/file_user_defaults.h"
 #include "platform/freedesktop/files/leftovers.h"
 #include "platform/freedesktop/files/posix_durable_file.h"
+#include "platform/freedesktop/login/autostart_login_item.h"
 #include "platform/freedesktop/notifications/desktop_notification_center.h"
 #include "platform/freedesktop/portal_desktop_settings.h"
 #include "platform/freedesktop/qt_task_scheduler.h"
+#include "platform/freedesktop/sound/sound_effect_player.h"
 #include "platform/freedesktop/system_clock.h"
 #include "platform/freedesktop/termination_signals.h"
 #include "platform/freedesktop/x11_window_system.h"
@@ -71,6 +72,7 @@ private:
     AppModelParts modelParts(const UserFolders& folders);
     void followAppearance();
     void applyAppearance();
+    void showFirst();
     void showWindow(const std::string& activationToken);
 
     // What the model and the window borrow stands before them.
@@ -81,8 +83,8 @@ private:
     DesktopSystemEvents m_systemEvents;
     PortalDesktopSettings m_desktopSettings;
     DesktopNotificationCenter m_notificationCenter;
-    BellSoundPlayer m_soundPlayer;
-    AbsentLoginItem m_loginItem;
+    SoundEffectPlayer m_soundPlayer;
+    AutostartLoginItem m_loginItem;
     NoTopCapsule m_capsule;
     X11WindowSystem m_windowSystem;
     TerminationSignals m_terminationSignals;
@@ -98,6 +100,8 @@ private:
 Composition::Parts::Parts(const UserFolders& folders, ApplicationInstance& instance)
     : m_defaults(folders.preferences, m_files)
     , m_notificationCenter(std::make_unique<DBusNotificationServer>(), m_clock, m_scheduler)
+    , m_soundPlayer(m_scheduler, folders.sharedData, "freedesktop")
+    , m_loginItem(folders.autostart, QCoreApplication::applicationFilePath().toStdString(), m_files)
     , m_style(new BrevlinStyle)
     , m_desktopScheme(Theme::of(QApplication::palette()).scheme())
     , m_windowStore(m_defaults)
@@ -106,13 +110,14 @@ Composition::Parts::Parts(const UserFolders& folders, ApplicationInstance& insta
     , m_window((QApplication::setStyle(m_style), m_model), m_selection, m_windowStore, m_windowSystem)
 {
     followAppearance();
+    m_loginItem.followProgram();
     QObject::connect(&m_terminationSignals, &TerminationSignals::received, qApp, &QApplication::quit);
     QObject::connect(&m_window, &MainWindow::quitRequested, qApp, &QApplication::quit);
     QObject::connect(&m_model, &AppModel::mainWindowActivationRequested, &m_window,
                      [this] { showWindow(m_notificationCenter.activationToken()); });
     QObject::connect(&instance, &ApplicationInstance::activationRequested, &m_window,
                      [this](const QString& token) { showWindow(token.toStdString()); });
-    m_firstShow = m_scheduler.after(longestWaitForAppearance, [this] { m_window.show(); });
+    m_firstShow = m_scheduler.after(longestWaitForAppearance, [this] { showFirst(); });
 }
 
 AppModelParts Composition::Parts::modelParts(const UserFolders& folders)
@@ -139,7 +144,7 @@ void Composition::Parts::followAppearance()
     m_desktopSettings.setChangeHandler([this] {
         applyAppearance();
         if (m_firstShow) {
-            showWindow({});
+            showFirst();
         }
     });
 }
@@ -149,6 +154,14 @@ void Composition::Parts::applyAppearance()
     const auto wanted = m_desktopSettings.colorScheme();
     QApplication::setPalette(Theme::palette(wanted ? schemeOf(*wanted) : m_desktopScheme));
     m_style->setReducesMotion(m_desktopSettings.reducesMotion());
+}
+
+// Whether a new window gets the keyboard is the window manager's to say: the program may have been started at
+// login.
+void Composition::Parts::showFirst()
+{
+    m_firstShow.reset();
+    m_window.show();
 }
 
 void Composition::Parts::showWindow(const std::string& activationToken)

@@ -6,12 +6,16 @@
 
 #include <QApplication>
 
+#include <csignal>
 #include <cstdio>
 
 using namespace brevlin;
 
 int main(int argc, char** argv)
 {
+    // A limit on the size of files is to be an error that the user is told of, not the end of the program.
+    std::signal(SIGXFSZ, SIG_IGN);
+
     // The capsule needs what only X11 offers; on Wayland the program goes through XWayland.
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM") && qEnvironmentVariableIsSet("DISPLAY")) {
         qputenv("QT_QPA_PLATFORM", "xcb");

@@ -1,15 +1,18 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace brevlin {
 
 /// Where the user's files live, absolute and without a slash at the end.
 struct UserFolders
 {
-    std::string applicationSupport; ///< the base folder for data of all programs
-    std::string data;               ///< ours in it
-    std::string preferences;        ///< ours in the base folder for settings
+    std::string applicationSupport;      ///< the base folder for data of all programs
+    std::string data;                    ///< ours in it
+    std::string preferences;             ///< ours in the base folder for settings
+    std::string autostart;               ///< entries of what the desktop starts at login
+    std::vector<std::string> sharedData; ///< base folders for data, by precedence
 };
 
 /// As the environment says.

@@ -5,10 +5,13 @@ set -euo pipefail
 
 picture=$(pwd)/build/brevlin.png
 children=()
+program=
+# The program first: it shall end as a program does, not because its display is gone.
 stop() {
     trap - EXIT
-    kill "${children[@]}" 2>/dev/null || true
-    wait 2>/dev/null || true
+    [[ -n "$program" ]] && { kill "$program" && wait "$program"; } 2>/dev/null
+    kill "${children[@]}" 2>/dev/null
+    wait 2>/dev/null
 }
 trap stop EXIT
 trap 'exit 130' INT
@@ -28,13 +31,22 @@ openbox --sm-disable >/dev/null 2>&1 &
 children+=($!)
 
 echo "There is no display: Brevlin runs on the virtual display $DISPLAY. Ctrl+C ends it."
-if [[ -z "${DBUS_SESSION_BUS_ADDRESS:-}" ]]; then
-    dbus-run-session -- "$@" &
-else
-    "$@" &
+if [[ -z "${XDG_RUNTIME_DIR:-}" ]]; then
+    XDG_RUNTIME_DIR=$(mktemp -d)
+    export XDG_RUNTIME_DIR
 fi
+if [[ -z "${DBUS_SESSION_BUS_ADDRESS:-}" ]]; then
+    bus=$XDG_RUNTIME_DIR/brevlin-bus
+    dbus-daemon --session --nofork --address="unix:path=$bus" 2>/dev/null &
+    children+=($!)
+    export DBUS_SESSION_BUS_ADDRESS=unix:path=$bus
+    for _ in $(seq 50); do
+        [[ -S "$bus" ]] && break
+        sleep 0.1
+    done
+fi
+"$@" &
 program=$!
-children+=("$program")
 
 for _ in $(seq 100); do
     xdotool search --onlyvisible --name '^Brevlin$' >/dev/null 2>&1 && break

@@ -59,6 +59,7 @@ AppModel::~AppModel()
     m_parts.notificationService->setActionHandler({});
     m_parts.notificationService->setAuthorizationChangeHandler({});
     m_parts.soundService->setPlaybackStateHandler({});
+    m_parts.launchAtLoginService->setChangeHandler({});
 }
 
 void AppModel::restore()
@@ -106,6 +107,8 @@ void AppModel::connectParts()
 
 void AppModel::observeSystemEvents()
 {
+    m_parts.launchAtLoginService->setChangeHandler(
+        [this] { publishLaunchAtLoginStatus(m_parts.launchAtLoginService->status()); });
     SystemEvents::Observer observer;
     observer.willSleep = [this] {
         m_isAsleep = true;
@@ -169,10 +172,11 @@ void AppModel::tick()
 
 void AppModel::refreshSystemStateAndReconcile(bool completedWhileAway)
 {
-    readNotificationAuthorization([this, completedWhileAway] {
-        publishLaunchAtLoginStatus(m_parts.launchAtLoginService->status());
-        reconcile(completedWhileAway);
-    });
+    // Without waiting for the desktop's answer: what ended while the program was closed shall not be taken
+    // for a phase that ended just now.
+    reconcile(completedWhileAway);
+    publishLaunchAtLoginStatus(m_parts.launchAtLoginService->status());
+    readNotificationAuthorization([] {});
 }
 
 void AppModel::reconcile(bool completedWhileAway)

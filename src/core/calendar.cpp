@@ -110,7 +110,7 @@ DateInterval Calendar::interval(CalendarUnit unit, Instant instant) const
 Instant Calendar::adding(CalendarUnit unit, std::int64_t count, Instant instant) const
 {
     // More would leave the range that the standard library's dates can tell.
-    constexpr std::int64_t limit = 10'000 * 366;
+    constexpr std::int64_t limit = std::int64_t{10'000} * 366;
     const auto amount = static_cast<int>(std::clamp(count, -limit, limit));
     const local_seconds time = localSeconds(instant, m_zone->offset(instant));
     const LocalDay day = floor<days>(time);
@@ -131,8 +131,9 @@ Instant Calendar::adding(CalendarUnit unit, std::int64_t count, Instant instant)
         target = LocalDay{clampedToMonth(date + years{std::clamp(amount, -10'000, 10'000)})};
         break;
     }
-    const Seconds sinceEpoch = unixTime(instant);
-    return resolve(target + timeOfDay, sinceEpoch - floor<seconds>(sinceEpoch));
+    const double sinceEpoch = unixTime(instant).count();
+    const double fraction = sinceEpoch - std::floor(sinceEpoch);
+    return resolve(target + timeOfDay, Seconds{fraction > 0.0 ? fraction : 0.0});
 }
 
 std::int64_t Calendar::dayDifference(Instant from, Instant to) const

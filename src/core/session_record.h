@@ -16,7 +16,8 @@
 namespace brevlin {
 
 /// The raw string of an enumeration as it was stored. A string that names no case is kept, so that a record
-/// of a later release survives being read and written by this one.
+/// of a later release survives being read and written by this one. Small, because a history holds two in
+/// every record.
 template <typename E>
 class StoredRawValue final
 {
@@ -24,27 +25,37 @@ public:
     StoredRawValue(E value) // NOLINT(google-explicit-constructor): a case is its own stored form
         : m_case(value)
     {}
-    explicit StoredRawValue(std::string_view text) : m_case(fromRawValue<E>(text))
+    explicit StoredRawValue(std::string_view text)
     {
-        if (!m_case) {
-            m_unknown = std::make_shared<const std::string>(text);
+        if (const auto known = fromRawValue<E>(text)) {
+            m_case = *known;
+        } else {
+            m_unknown = std::make_unique<const std::string>(text);
         }
     }
+    StoredRawValue(const StoredRawValue& other)
+        : m_unknown(other.m_unknown ? std::make_unique<const std::string>(*other.m_unknown) : nullptr)
+        , m_case(other.m_case)
+    {}
+    StoredRawValue& operator=(const StoredRawValue& other) { return *this = StoredRawValue(other); }
+    StoredRawValue(StoredRawValue&&) noexcept = default;
+    StoredRawValue& operator=(StoredRawValue&&) noexcept = default;
+    ~StoredRawValue() = default;
 
     /// The case, or nothing for a string that names none.
-    std::optional<E> value() const { return m_case; }
-    std::string_view text() const { return m_case ? rawValue(*m_case) : std::string_view{*m_unknown}; }
+    std::optional<E> value() const { return m_unknown ? std::nullopt : std::optional{m_case}; }
+    std::string_view text() const { return m_unknown ? std::string_view{*m_unknown} : rawValue(m_case); }
 
     bool operator==(const StoredRawValue& other) const { return text() == other.text(); }
 
 private:
-    std::optional<E> m_case;
-    std::shared_ptr<const std::string> m_unknown; // set exactly when m_case is absent
+    std::unique_ptr<const std::string> m_unknown; // set exactly where no case has the text
+    E m_case{};
 };
 
 /// One phase that ended, as the history keeps it. The fields that statistics read come first and share a
 /// cache line: a history of years is walked on every redraw.
-struct SessionRecord
+struct alignas(64) SessionRecord
 {
     Instant endedAt; ///< the key of every ordering and of all statistics
     Seconds effectiveDuration{0.0};

@@ -13,6 +13,17 @@ using std::chrono::days;
 
 constexpr int summaryDayCount = 7;
 
+/// Asks for a record that is looked at soon: with so much between the few fields that are read, the memory
+/// would otherwise be waited for at nearly every one.
+void prefetch(std::span<const SessionRecord> sessions, std::size_t index)
+{
+    constexpr std::size_t ahead = 24;
+    if (index + ahead < sessions.size()) {
+        __builtin_prefetch(&sessions[index + ahead].endedAt);
+        __builtin_prefetch(&sessions[index + ahead].outcomeRawValue);
+    }
+}
+
 bool isFocus(const SessionRecord& record)
 {
     return record.phase() == TimerPhase::focus;
@@ -138,7 +149,9 @@ StatisticsSummary StatisticsCalculator::calculate(std::span<const SessionRecord>
     std::int64_t completed = 0;
     std::array<FocusTotal, summaryDayCount> recent; // by days before today
     std::vector<LocalDay> activeDays;
-    for (const SessionRecord& record : sessions) {
+    for (std::size_t index = 0; index < sessions.size(); ++index) {
+        prefetch(sessions, index);
+        const SessionRecord& record = sessions[index];
         if (!isFocus(record)) {
             continue;
         }
@@ -185,7 +198,9 @@ PeriodStatistics StatisticsCalculator::calculatePeriod(std::span<const SessionRe
     LocalDayReader localDays(calendar);
     FocusTotal whole;
     std::vector<FocusTotal> totals(starts.size());
-    for (const SessionRecord& record : sessions) {
+    for (std::size_t index = 0; index < sessions.size(); ++index) {
+        prefetch(sessions, index);
+        const SessionRecord& record = sessions[index];
         if (!result.interval.contains(record.endedAt) || !isFocus(record)) {
             continue;
         }
@@ -194,11 +209,11 @@ PeriodStatistics StatisticsCalculator::calculatePeriod(std::span<const SessionRe
             continue;
         }
         whole.add(record);
-        const std::int64_t index = granularity == StatisticsGranularity::day
-                                       ? calendar.hour(record.endedAt)
-                                       : (localDays.read(record.endedAt) - firstDay).count();
-        if (index >= 0 && index < static_cast<std::int64_t>(totals.size())) {
-            totals[static_cast<std::size_t>(index)].add(record);
+        const std::int64_t bucket = granularity == StatisticsGranularity::day
+                                        ? calendar.hour(record.endedAt)
+                                        : (localDays.read(record.endedAt) - firstDay).count();
+        if (bucket >= 0 && bucket < static_cast<std::int64_t>(totals.size())) {
+            totals[static_cast<std::size_t>(bucket)].add(record);
         }
     }
 

@@ -2,6 +2,7 @@
 
 #include "core/expected.h"
 
+#include <functional>
 #include <string>
 
 namespace brevlin {
@@ -21,6 +22,8 @@ public:
     virtual Expected<void, std::string> unregisterItem() = 0;
     /// Opens the page of the desktop's settings where the user manages such entries.
     virtual void openSettings() = 0;
+    /// Called on the main thread when the status may have changed from outside.
+    virtual void setChangeHandler(std::function<void()> handler) = 0;
 };
 
 } // namespace brevlin

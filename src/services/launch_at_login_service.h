@@ -3,8 +3,10 @@
 #include "core/expected.h"
 #include "platform/login_item.h"
 
+#include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace brevlin {
 
@@ -37,6 +39,8 @@ public:
     /// The failure of the latest setEnabled().
     const std::optional<LaunchAtLoginServiceError>& lastError() const { return m_lastError; }
     void openSettings() { m_item.openSettings(); }
+    /// Called when the status may have changed from outside, for example in the desktop's own settings.
+    void setChangeHandler(std::function<void()> handler) { m_item.setChangeHandler(std::move(handler)); }
 
 private:
     LoginItem& m_item;

@@ -172,6 +172,9 @@ TEST_F(CommandsTest, launch_at_login_keeps_its_status_when_it_fails)
     model().setLaunchAtLogin(false);
     EXPECT_EQ(model().launchAtLoginStatus(), LaunchAtLoginStatus::enabled);
     EXPECT_EQ(messageTitle(), "Launch at login failed");
+    loginItem.current = LoginItem::Status::requiresApproval;
+    loginItem.changed();
+    EXPECT_EQ(model().launchAtLoginStatus(), LaunchAtLoginStatus::requiresApproval);
 }
 
 } // namespace

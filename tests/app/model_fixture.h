@@ -54,23 +54,27 @@ protected:
         ASSERT_TRUE(store.save(preferences));
     }
 
+    AppModelParts makeParts(TopCapsule& topCapsule)
+    {
+        return {clock,
+                scheduler,
+                events,
+                topCapsule,
+                std::make_unique<PreferencesStore>(defaults, clock),
+                std::make_unique<ActiveTimerPersistence>(defaults, clock),
+                std::make_unique<SessionStore>(HistoryLocation{"/data/sessions-v1.json", std::nullopt}, files,
+                                               clock),
+                std::make_unique<NotificationService>(center),
+                std::make_unique<AlertSoundService>(player, scheduler),
+                std::make_unique<LaunchAtLoginService>(loginItem),
+                "de_DE"};
+    }
+
     /// Starts the program (again): everything that was in memory is gone, what was stored is not.
     AppModel& launch()
     {
         modelOrNone.reset();
-        AppModelParts parts{clock,
-                            scheduler,
-                            events,
-                            capsule,
-                            std::make_unique<PreferencesStore>(defaults, clock),
-                            std::make_unique<ActiveTimerPersistence>(defaults, clock),
-                            std::make_unique<SessionStore>(
-                                HistoryLocation{"/data/sessions-v1.json", std::nullopt}, files, clock),
-                            std::make_unique<NotificationService>(center),
-                            std::make_unique<AlertSoundService>(player, scheduler),
-                            std::make_unique<LaunchAtLoginService>(loginItem),
-                            "de_DE"};
-        modelOrNone = std::make_unique<AppModel>(std::move(parts));
+        modelOrNone = std::make_unique<AppModel>(makeParts(capsule));
         scheduler.runPending();
         capsule.log.clear();
         return *modelOrNone;

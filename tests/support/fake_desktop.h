@@ -146,7 +146,9 @@ public:
     Expected<void, std::string> registerItem() override { return change(afterRegistering); }
     Expected<void, std::string> unregisterItem() override { return change(Status::notRegistered); }
     void openSettings() override { ++openedSettings; }
+    void setChangeHandler(std::function<void()> handler) override { changed = std::move(handler); }
 
+    std::function<void()> changed;
     int openedSettings = 0;
 
 private:

@@ -4,7 +4,7 @@
 #include "platform/window_system.h"
 #include "ui/main/message_dialog.h"
 #include "ui/main/root_view.h"
-#include "ui/main/text.h"
+#include "ui/style/text.h"
 #include "ui/main/top_bar.h"
 #include "ui/main/window_frame.h"
 
@@ -141,7 +141,7 @@ void MainWindow::showMessage()
     const auto& message = m_model.appMessage();
     if (m_messageDialog && (!message || message->id != m_messageDialog->messageID())) {
         // Without clearing the message: a newer one takes its place.
-        m_messageDialog->disconnect(this);
+        disconnect(m_messageDialog, &QDialog::finished, nullptr, nullptr);
         m_messageDialog->close();
         m_messageDialog.clear();
     }

@@ -1,6 +1,6 @@
 #include "ui/main/message_dialog.h"
 
-#include "ui/main/text.h"
+#include "ui/style/text.h"
 #include "ui/style/capsule_button.h"
 #include "ui/style/theme.h"
 #include "ui/style/typography.h"

@@ -1,7 +1,7 @@
 #include "ui/main/metric_view.h"
 
 #include "ui/main/spoken_element.h"
-#include "ui/main/text.h"
+#include "ui/style/text.h"
 #include "ui/style/theme.h"
 #include "ui/style/typography.h"
 

@@ -14,7 +14,8 @@ namespace brevlin {
 RootView::RootView(AppModel& model, SectionSelection& selection, QWidget* parent)
     : QWidget(parent), m_model(model), m_selection(selection), m_topBar(new TopBar(model, selection, this))
 {
-    // Holds the keyboard until Tab moves it: Qt would give it to the first button, which Space would then press.
+    // Holds the keyboard until Tab moves it: Qt would give it to the first button, which Space would then
+    // press.
     setFocusPolicy(Qt::ClickFocus);
     setFocus();
     connect(&selection, &SectionSelection::sectionChanged, this, &RootView::showSection);

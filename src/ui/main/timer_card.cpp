@@ -49,7 +49,9 @@ TimerCard::TimerCard(AppModel& model, QWidget* parent)
     , m_cycle(new TimerCycleIndicator(model, false, Qt::AlignHCenter, this))
     , m_ring(new TimerRingView(model, ringMetrics, this))
     , m_controls(new TimerControlRow(model, TimerControlStyle::mainWindow, this))
-{}
+{
+    m_ring->setBackdrop(ThemeColor::panelBackground); // of the card surface around this
+}
 
 QSize TimerCard::minimumSizeHint() const
 {

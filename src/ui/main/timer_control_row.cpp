@@ -1,7 +1,7 @@
 #include "ui/main/timer_control_row.h"
 
 #include "app/app_model.h"
-#include "ui/main/text.h"
+#include "ui/style/text.h"
 #include "ui/style/capsule_button.h"
 #include "ui/style/theme.h"
 
@@ -142,6 +142,7 @@ void TimerControlRow::rebuild(const std::vector<Control>& controls)
         button->setTint(tint);
         connect(button, &QAbstractButton::clicked, this, control.action);
         m_layout->addWidget(button);
+        button->show(); // now, not from the next turn of the event loop, so that the row is never seen empty
         m_buttons.push_back(button);
         if (hadFocus && (control.isOnSpace || control.isPrimary)) {
             button->setFocus(Qt::TabFocusReason);

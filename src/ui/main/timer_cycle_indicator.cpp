@@ -2,7 +2,7 @@
 
 #include "app/app_model.h"
 #include "ui/main/spoken_element.h"
-#include "ui/main/text.h"
+#include "ui/style/text.h"
 #include "ui/style/theme.h"
 #include "ui/style/typography.h"
 

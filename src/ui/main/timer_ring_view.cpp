@@ -3,11 +3,10 @@
 #include "app/app_model.h"
 #include "app/time_text.h"
 #include "ui/main/spoken_element.h"
-#include "ui/main/text.h"
+#include "ui/style/text.h"
 #include "ui/style/animation.h"
 #include "ui/style/brevlin_mark.h"
 #include "ui/style/numeric_text.h"
-#include "ui/style/theme.h"
 #include "ui/style/typography.h"
 
 #include <QFontMetricsF>
@@ -27,7 +26,7 @@ constexpr std::chrono::milliseconds progressDuration{350};
 constexpr int smoothestSteps = 20;
 // Below this the eye sees no step, so none is painted: a long phase moves its arc by a fraction of a point a
 // second.
-constexpr double visibleStep = 0.2; // points along the arc
+constexpr double visibleStep = 0.4; // points along the arc
 constexpr double largeDiameter = 200.0;
 
 QFont endTextFont(double diameter)
@@ -42,20 +41,31 @@ TimerRingView::TimerRingView(AppModel& model, const TimerRingMetrics& metrics, Q
     , m_model(model)
     , m_metrics(metrics)
     , m_time(new NumericText(systemFont(metrics.timeSize, QFont::DemiBold, FontDesign::rounded), this))
-    , m_progress(new ValueAnimation(*this))
+    , m_progress(*this)
 {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     makeSpokenElement(*this, QAccessible::Clock, [this] { return spokenText(); });
 
-    connect(m_progress, &ValueAnimation::valueChanged, this, &TimerRingView::repaintArc);
+    connect(&m_progress, &ValueAnimation::valueChanged, this, &TimerRingView::repaintArc);
     connect(&model, &AppModel::remainingSecondsChanged, this, [this] {
         updateTime();
         updateProgress();
     });
+    connect(&model, &AppModel::ticked, this, [this] {
+        // The end of a paused phase moves on with the clock.
+        if (isVisible() && endText() != m_endText) {
+            updateTexts();
+        }
+    });
     connect(&model, &AppModel::snapshotChanged, this, &TimerRingView::updateTexts);
     connect(&model, &AppModel::preferencesChanged, this, &TimerRingView::updateTexts);
-    m_progress->setValue(model.progress());
+    m_progress.setValue(model.progress());
     updateTexts();
+}
+
+void TimerRingView::setBackdrop(ThemeColor backdrop)
+{
+    m_time->setBackdrop(backdrop);
 }
 
 QSize TimerRingView::sizeHint() const
@@ -79,15 +89,19 @@ void TimerRingView::updateTime()
     m_time->setText(qtText(TimeText::clock(m_model.remainingSeconds())));
 }
 
+QString TimerRingView::endText() const
+{
+    if (!m_model.snapshot().isActive()) {
+        return {};
+    }
+    const BilingualText introduction{"预计结束于 ", "Estimated end "};
+    return qtText(introduction.in(m_model.language())) + qtText(m_model.endTimeText());
+}
+
 void TimerRingView::updateTexts()
 {
-    const bool isEnglish = m_model.language() == AppLanguage::english;
     m_phase = m_model.snapshot().phase;
-    m_endText.clear();
-    if (m_model.snapshot().isActive()) {
-        m_endText = (isEnglish ? QStringLiteral("Estimated end ") : QStringLiteral("预计结束于 ")) +
-                    qtText(m_model.endTimeText());
-    }
+    m_endText = endText();
     updateTime();
     updateProgress();
     layOut();
@@ -98,12 +112,15 @@ void TimerRingView::updateProgress()
 {
     const double target = m_model.progress();
     const double circumference = std::numbers::pi * circle().width();
-    const int steps = static_cast<int>(std::abs(target - m_progress->value()) * circumference / visibleStep);
+    const int steps = static_cast<int>(std::abs(target - m_progress.value()) * circumference / visibleStep);
     if (steps == 0 && target > 0.0) {
         return; // until enough has come together
     }
-    m_progress->animateTo(target,
-                          {progressDuration, QEasingCurve::Linear, std::clamp(steps, 1, smoothestSteps)});
+    if (steps <= 1) {
+        m_progress.setValue(target); // in the frame in which the digits change, not in one of its own
+        return;
+    }
+    m_progress.animateTo(target, {progressDuration, QEasingCurve::Linear, std::min(steps, smoothestSteps)});
 }
 
 void TimerRingView::repaintArc(double progress)
@@ -115,7 +132,7 @@ void TimerRingView::repaintArc(double progress)
 void TimerRingView::showEvent(QShowEvent* event)
 {
     QWidget::showEvent(event);
-    m_progress->setValue(m_model.progress());
+    m_progress.setValue(m_model.progress());
     updateTexts();
 }
 
@@ -200,7 +217,7 @@ void TimerRingView::paintEvent(QPaintEvent* event)
     if (event->rect().intersects(m_iconRect.toAlignedRect())) {
         paintPhaseIcon(painter, m_iconRect, m_phase, theme);
     }
-    if (!m_endText.isEmpty()) {
+    if (!m_endText.isEmpty() && event->rect().intersects(m_endTextRect.toAlignedRect())) {
         painter.setFont(endTextFont(m_metrics.diameter));
         painter.setPen(theme.color(ThemeColor::secondaryLabel));
         drawTextOnBaseline(painter, m_endTextRect, Qt::AlignHCenter, m_endText);

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "core/timer_vocabulary.h"
+#include "ui/style/animation.h"
+#include "ui/style/theme.h"
 
 #include <QWidget>
 
@@ -8,7 +10,6 @@ namespace brevlin {
 
 class AppModel;
 class NumericText;
-class ValueAnimation;
 
 /// The sizes of a ring; points.
 struct TimerRingMetrics
@@ -29,6 +30,8 @@ class TimerRingView final : public QWidget
 public:
     TimerRingView(AppModel& model, const TimerRingMetrics& metrics, QWidget* parent = nullptr);
 
+    /// The opaque colour that the ring stands on: a digit that changes then repaints nothing beneath it.
+    void setBackdrop(ThemeColor backdrop);
     /// What assistive technology reads now.
     QString spokenText() const;
     QSize sizeHint() const override;
@@ -42,6 +45,7 @@ private:
     void updateProgress();
     void updateTime();
     void updateTexts();
+    QString endText() const;
     void layOut();
     void repaintArc(double progress);
     QRectF circle() const;
@@ -50,8 +54,8 @@ private:
 
     AppModel& m_model;
     TimerRingMetrics m_metrics;
-    NumericText* m_time;        // owned by this widget
-    ValueAnimation* m_progress; // what is shown, on its way to the model's; owned by this widget
+    NumericText* m_time;       // owned by this widget
+    ValueAnimation m_progress; // what is shown, on its way to the model's
     double m_paintedProgress = 0.0;
     TimerPhase m_phase = TimerPhase::focus;
     QString m_endText;

@@ -3,7 +3,7 @@
 #include "app/app_model.h"
 #include "core/statistics_calculator.h"
 #include "ui/main/metric_view.h"
-#include "ui/main/text.h"
+#include "ui/style/text.h"
 #include "ui/style/shapes.h"
 #include "ui/style/theme.h"
 

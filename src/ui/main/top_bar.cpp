@@ -1,7 +1,7 @@
 #include "ui/main/top_bar.h"
 
 #include "app/app_model.h"
-#include "ui/main/text.h"
+#include "ui/style/text.h"
 #include "ui/style/bar_buttons.h"
 
 #include <QApplication>
@@ -26,9 +26,7 @@ constexpr BilingualText restoreText{"还原", "Restore"};
 } // namespace
 
 TopBar::TopBar(AppModel& model, SectionSelection& selection, QWidget* parent)
-    : QWidget(parent)
-    , m_model(model)
-    , m_selection(selection)
+    : QWidget(parent), m_model(model), m_selection(selection)
 {
     setFixedHeight(barHeight);
     // In the order in which Tab visits them.
@@ -91,7 +89,7 @@ void TopBar::setMaximized(bool isMaximized)
 
 void TopBar::layOut()
 {
-    const auto place = [this](QWidget* widget, int x) {
+    const auto place = [](QWidget* widget, int x) {
         const QSize size = widget->sizeHint();
         widget->setGeometry(x, (barHeight - size.height()) / 2, size.width(), size.height());
     };

@@ -6,6 +6,7 @@
 #include <QFontMetricsF>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QSignalBlocker>
 
 #include <algorithm>
 #include <cmath>
@@ -17,6 +18,8 @@ namespace {
 // Waking up and painting costs about a third of a millisecond a step, whatever is painted, and a running
 // clock changes every second: five steps keep it under two.
 constexpr AnimationTiming fade{std::chrono::milliseconds(200), QEasingCurve::InOutSine, 5};
+
+constexpr double glyphOverhang = 2; // points that a glyph may reach out of its cell
 
 bool isDigit(QChar character)
 {
@@ -101,7 +104,10 @@ void NumericText::setText(const QString& text)
     std::ranges::copy_if(before, std::back_inserter(m_leaving), [&after](const Piece& piece) {
         return std::ranges::find(after, piece) == after.end();
     });
-    m_transition.setValue(0);
+    {
+        const QSignalBlocker noFrame(m_transition); // at 0 the picture is still the one before
+        m_transition.setValue(0);
+    }
     m_transition.animateTo(1, fade);
 }
 
@@ -169,9 +175,10 @@ void NumericText::paintEvent(QPaintEvent* event)
     painter.scale(place.scale, place.scale);
 
     const double progress = m_transition.value();
-    paintPieces(painter, m_steady, 1);
-    paintPieces(painter, m_leaving, 1 - progress);
-    paintPieces(painter, m_arriving, progress);
+    const QRectF exposed = painter.transform().inverted().mapRect(QRectF(event->rect()));
+    paintPieces(painter, exposed, m_steady, 1);
+    paintPieces(painter, exposed, m_leaving, 1 - progress);
+    paintPieces(painter, exposed, m_arriving, progress);
 }
 
 void NumericText::resizeEvent(QResizeEvent* event)
@@ -207,19 +214,24 @@ QRect NumericText::dirtyRect() const
             right = std::max(right, place.left + (piece.left + piece.width) * place.scale);
         }
     }
-    // A glyph may reach a little out of its cell.
-    return QRectF(left - 2, 0, right - left + 4, height()).toAlignedRect();
+    return QRectF(left - glyphOverhang, 0, right - left + 2 * glyphOverhang, height()).toAlignedRect();
 }
 
-void NumericText::paintPieces(QPainter& painter, const std::vector<Piece>& pieces, double opacity) const
+void NumericText::paintPieces(QPainter& painter, const QRectF& exposed, const std::vector<Piece>& pieces,
+                              double opacity) const
 {
     if (opacity <= 0)
         return;
     // A translucent pen, not the painter's opacity: with that Qt blends on its thread pool, at eight times
     // the cost.
     painter.setPen(Theme::of(*this).color(m_color, opacity));
-    for (const Piece& piece : pieces)
-        painter.drawText(QPointF(piece.left + piece.inset, -piece.rise), piece.text);
+    for (const Piece& piece : pieces) {
+        // To shape what is clipped away costs most of a frame.
+        const bool isExposed = piece.left - glyphOverhang < exposed.right() &&
+                               piece.left + piece.width + glyphOverhang > exposed.left();
+        if (isExposed)
+            painter.drawText(QPointF(piece.left + piece.inset, -piece.rise), piece.text);
+    }
 }
 
 void NumericText::updateChanged()

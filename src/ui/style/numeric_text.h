@@ -73,7 +73,8 @@ private:
     };
     Placement placement() const;
     QRect dirtyRect() const;
-    void paintPieces(QPainter& painter, const std::vector<Piece>& pieces, double opacity) const;
+    void paintPieces(QPainter& painter, const QRectF& exposed, const std::vector<Piece>& pieces,
+                     double opacity) const;
     void updateChanged();
 
     QFont m_font;

@@ -55,7 +55,7 @@ bool isUsableCompanion(const QString& family)
 QString roundedCompanion()
 {
     for (const char* name : roundedFamilies) {
-        const QString family = QString::fromLatin1(name);
+        QString family = QString::fromLatin1(name);
         if (QFontDatabase::hasFamily(family) && isUsableCompanion(family))
             return family;
     }

@@ -1,4 +1,4 @@
-#include "ui/main/text.h"
+#include "ui/style/text.h"
 
 #include <QFontMetricsF>
 #include <QPainter>

@@ -1,0 +1,147 @@
+"""What the running program costs, beside an empty Qt Widgets window where that is the measure. Prints rows of the table
+of bench/run. The argument is the folder of the built benchmarks."""
+
+import contextlib
+import ctypes
+import os
+import pathlib
+import statistics
+import subprocess
+import sys
+import time
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "tests" / "desktop"))
+
+from harness import PROGRAM, Desktop, now, wait_for  # noqa: E402
+
+BUILT = pathlib.Path(sys.argv[1])
+EMPTY_WINDOW = BUILT / "brevlin_empty_window"
+STARTS = 21
+MEMORY_TURNS = 5
+SETTLING = 3.0  # seconds until what the start left to do is done
+OBSERVED = 20.0  # seconds
+PHASES = 50
+
+
+def print_row(what, measured, goal, unit, source):
+    met = "yes" if measured <= goal else "MISSED"
+    print(f"| {what:<46} | {f'{measured:.2f} {unit}':>10} | {f'{goal:.1f} {unit}':>10} | {met:<6} | {source}", flush=True)
+
+
+def print_ratio(what, ours, theirs, goal, unit):
+    ratio = statistics.median(a / b for a, b in zip(ours, theirs))
+    print_row(what, ratio, goal, "x",
+              f"{statistics.median(ours):.1f} {unit} / {statistics.median(theirs):.1f} {unit}")
+
+
+@contextlib.contextmanager
+def new_desktop():
+    desktop = Desktop()
+    try:
+        desktop.start_display()
+        desktop.start_bus()
+        yield desktop
+    finally:
+        desktop.close()
+
+
+def first_paint(desktop, program):
+    result = subprocess.run([BUILT / "brevlin_first_paint", program], env=desktop.environment, check=True,
+                            stdout=subprocess.PIPE, timeout=60)
+    return float(result.stdout)
+
+
+def measure_start():
+    with new_desktop() as desktop:
+        for program in (PROGRAM, EMPTY_WINDOW):  # reads both from the disk
+            first_paint(desktop, program)
+        ours, theirs = [], []
+        for _ in range(STARTS):
+            theirs.append(first_paint(desktop, EMPTY_WINDOW))
+            ours.append(first_paint(desktop, PROGRAM))
+    print_ratio("start to first painted window / empty window", ours, theirs, 1.6, "ms")
+
+
+def proportional_memory(process):
+    """Megabytes."""
+    for line in pathlib.Path(f"/proc/{process.pid}/smaps_rollup").read_text().splitlines():
+        if line.startswith("Pss:"):
+            return int(line.split()[1]) / 1024
+    raise AssertionError("no Pss")
+
+
+def start_phase(desktop):
+    desktop.wait_for_window()
+    desktop.press("space")
+    desktop.wait_for_state("running")
+
+
+def measure_memory():
+    ours, theirs = [], []
+    for _ in range(MEMORY_TURNS):
+        # One at a time: what two programs share would count half.
+        with new_desktop() as desktop:
+            process = desktop.run_in_background([str(EMPTY_WINDOW)])
+            desktop.wait_for_window(EMPTY_WINDOW.name)
+            time.sleep(SETTLING)
+            theirs.append(proportional_memory(process))
+        with new_desktop() as desktop:
+            process = desktop.start_program()
+            start_phase(desktop)
+            time.sleep(SETTLING)
+            ours.append(proportional_memory(process))
+    print_ratio("memory (PSS), phase running / empty window", ours, theirs, 1.6, "MB")
+
+
+def processor_time(process):
+    """Milliseconds of all threads; each one is counted in nanoseconds."""
+    total = 0
+    for thread in pathlib.Path(f"/proc/{process.pid}/task").iterdir():
+        total += int((thread / "schedstat").read_text().split()[0])
+    return total / 1e6
+
+
+def processor_time_a_second(process):
+    begin, before = time.monotonic(), processor_time(process)
+    time.sleep(OBSERVED)
+    return (processor_time(process) - before) / (time.monotonic() - begin)
+
+
+def measure_processor_time():
+    with new_desktop() as desktop:
+        process = desktop.start_program()
+        start_phase(desktop)
+        time.sleep(SETTLING)
+        print_row("processor time a second, window open", processor_time_a_second(process), 3, "ms", "")
+        desktop.press("ctrl+w")
+        wait_for("a closed window", lambda: not desktop.windows())
+        time.sleep(SETTLING)
+        print_row("processor time a second, window closed", processor_time_a_second(process), 0.3, "ms", "")
+
+
+def measure_lateness():
+    """From the instant of a phase's end to the moment at which its record is in place."""
+    moved_to = 0x80  # IN_MOVED_TO of inotify(7)
+    libc = ctypes.CDLL(None, use_errno=True)
+    with new_desktop() as desktop:
+        desktop.set_preferences(focus=1, short_break=1, long_break=1, auto_start=True)
+        desktop.start_program()
+        desktop.wait_for_window()
+        watch = libc.inotify_init()
+        if watch < 0 or libc.inotify_add_watch(watch, os.fsencode(desktop.data), moved_to) < 0:
+            raise OSError(ctypes.get_errno(), "the folder of the history cannot be watched")
+        desktop.press("space")
+        lateness = []
+        while len(lateness) < PHASES:
+            os.read(watch, 4096)
+            seen = now()
+            lateness.append((seen - desktop.history()[0]["endedAt"]) * 1000)
+        os.close(watch)
+    print_row(f"lateness of a phase's end, median of {PHASES}", statistics.median(lateness), 20, "ms",
+              f"worst {max(lateness):.1f} ms")
+
+
+measure_start()
+measure_memory()
+measure_processor_time()
+measure_lateness()

@@ -1,0 +1,77 @@
+// What the figures of a long history cost.
+
+#include "core/statistics_calculator.h"
+#include "report.h"
+
+#include <cstdlib>
+#include <random>
+
+namespace {
+
+using namespace brevlin;
+using namespace brevlin::bench;
+
+constexpr int turns = 25;
+constexpr double span = 27 * 365.25 * 86'400.0; // seconds from the oldest record to now
+const Instant now{Seconds{8.2e8}};
+
+/// Latest first as in the store: ten phases a day, in turn focus and break, now and then one that was cut
+/// short.
+std::vector<SessionRecord> history(int count)
+{
+    std::mt19937_64 random(20260131);
+    std::uniform_real_distribution<double> fraction(0.0, 1.0);
+    std::vector<SessionRecord> records(static_cast<std::size_t>(count));
+    double age = 0.0;
+    for (int index = 0; index < count; ++index) {
+        SessionRecord& record = records[static_cast<std::size_t>(index)];
+        const bool isFocus = index % 2 == 0;
+        age += 2.0 * fraction(random) * span / count;
+        record.id = Uuid::random();
+        record.phaseRawValue = isFocus ? TimerPhase::focus : TimerPhase::shortBreak;
+        record.outcomeRawValue =
+            fraction(random) < 0.15 ? SessionOutcome::endedEarly : SessionOutcome::completed;
+        record.endedAt = now - Seconds{age};
+        record.plannedDuration = Seconds{isFocus ? 1500.0 : 300.0};
+        record.effectiveDuration = record.plannedDuration;
+        record.timeZoneIdentifierAtStart = "Europe/Berlin";
+    }
+    return records;
+}
+
+} // namespace
+
+int main()
+{
+    const std::vector<SessionRecord> records = history(100'000);
+    const std::vector<SessionRecord> manyRecords = history(1'000'000);
+    const Calendar calendar("Europe/Berlin", "de_DE");
+    const Instant anchor = now - Seconds{400.0 * 86'400.0}; // the year before, which is complete
+
+    std::vector<double> summary;
+    std::vector<double> longSummary;
+    std::vector<double> year;
+    std::int64_t checksum = 0; // keeps the work from being left out
+    for (int turn = 0; turn < turns; ++turn) {
+        longSummary.push_back(seconds([&] {
+            checksum += StatisticsCalculator::calculate(manyRecords, now, calendar).completedPomodoros;
+        }));
+        // The million records have left nothing of the others in the processor's caches.
+        checksum += StatisticsCalculator::calculate(records, now, calendar).completedPomodoros;
+        summary.push_back(seconds(
+            [&] { checksum += StatisticsCalculator::calculate(records, now, calendar).completedPomodoros; }));
+        year.push_back(seconds([&] {
+            checksum +=
+                StatisticsCalculator::calculatePeriod(records, StatisticsGranularity::year, anchor, calendar)
+                    .completedPomodoros;
+        }));
+    }
+    if (checksum == 0) {
+        std::fputs("statistics_bench: nothing was counted\n", stderr);
+        return EXIT_FAILURE;
+    }
+    printTime("calculate, 100,000 records", summary, 1e-3);
+    printRatio("calculate, 1,000,000 records / 100,000", longSummary, summary, 11.0);
+    printTime("calculatePeriod of a year, 100,000 records", year, 0.5e-3);
+    return EXIT_SUCCESS;
+}

@@ -1,0 +1,321 @@
+#include "app/capsule_choreography.h"
+
+#include "app/app_model.h"
+#include "app/time_text.h"
+
+namespace brevlin {
+
+namespace {
+
+constexpr Seconds collapseDelay{0.14};
+constexpr Seconds revealDelay{0.055};
+constexpr Seconds islandDelay{0.08};
+constexpr Seconds collapsedCircleDelay{0.48};
+// An exit that the pointer did not really make: a resize under it, a rounded corner.
+constexpr double exitTolerance = 2.0;
+
+constexpr double circleDiameter = 50;
+constexpr double circleRadius = 25;
+constexpr double expandedTimerWidth = 316;
+constexpr double soundingTimerWidth = 350;
+
+} // namespace
+
+CapsuleChoreography::CapsuleChoreography(CapsulePanel& panel, TaskScheduler& scheduler)
+    : m_panel(panel), m_scheduler(scheduler)
+{
+    m_panel.setObserver({[this](bool isHovering) { setTopCapsuleHovered(isHovering); },
+                         [this](CapsuleCommand command) {
+                             perform(command);
+                         }});
+}
+
+CapsuleChoreography::~CapsuleChoreography()
+{
+    m_panel.setObserver({});
+}
+
+void CapsuleChoreography::attach(AppModel* model)
+{
+    m_model = model;
+    refresh();
+}
+
+bool CapsuleChoreography::isRinging() const
+{
+    return m_model != nullptr && m_model->snapshot().runState == TimerRunState::ringing;
+}
+
+bool CapsuleChoreography::timerIsToBeShown() const
+{
+    return m_model->preferences().showTopCapsuleWhileRunning &&
+           m_model->snapshot().runState != TimerRunState::idle;
+}
+
+CapsuleChoreography::Shown CapsuleChoreography::wantedState() const
+{
+    bool wantsCompletion = false;
+    if (m_forcesCompactMorph) {
+        if (m_keepsCapsuleVisibleForMorph) {
+            return Shown::timer;
+        }
+    } else if (m_completionPresentation) {
+        wantsCompletion = true;
+    } else {
+        wantsCompletion = isRinging();
+        if (m_keepsCapsuleVisibleForMorph && !wantsCompletion) {
+            return Shown::timer;
+        }
+    }
+    if (wantsCompletion) {
+        return Shown::completion;
+    }
+    return timerIsToBeShown() ? Shown::timer : Shown::nothing;
+}
+
+void CapsuleChoreography::refresh()
+{
+    if (m_model == nullptr) {
+        return;
+    }
+    const Shown shown = wantedState();
+    if (shown == Shown::nothing) {
+        m_panel.hide();
+        return;
+    }
+    m_showsCompletion = shown == Shown::completion;
+    if (m_panel.isVisible()) {
+        m_panel.update(content(shown), layout(shown));
+    } else {
+        m_panel.show(content(shown), layout(shown));
+    }
+}
+
+double CapsuleChoreography::expandedWidth() const
+{
+    return m_model->isAlertSoundPlaying() ? soundingTimerWidth : expandedTimerWidth;
+}
+
+CapsuleLayout CapsuleChoreography::layout(Shown shown) const
+{
+    constexpr double islandWidth = 460;
+    constexpr double islandHeight = 126;
+    constexpr double islandRadius = 30;
+    if (shown == Shown::completion && !m_isCompletionMinimized) {
+        return {islandWidth, islandHeight, HorizontalAnchor::center, islandRadius};
+    }
+    if (shown == Shown::completion) {
+        return {circleDiameter, circleDiameter, HorizontalAnchor::center, circleRadius};
+    }
+    const double width = m_isTimerCapsuleExpanded ? expandedWidth() : circleDiameter;
+    return {width, circleDiameter, m_timerCapsuleExpansionAnchor, circleRadius};
+}
+
+CapsuleContent CapsuleChoreography::content(Shown shown) const
+{
+    const TimerSnapshot& snapshot = m_model->snapshot();
+    CapsuleContent result;
+    result.phase = snapshot.phase;
+    result.runState = snapshot.runState;
+    result.clockText = TimeText::clock(m_model->remainingSeconds());
+    result.progress = m_forcesCompactMorph ? 0.0 : m_model->progress();
+    result.endTimeText = m_model->endTimeText();
+    result.cycleSummaryText = m_model->cycleSummaryText();
+    result.language = m_model->language();
+    result.appearance = m_model->preferences().topTimerAppearance;
+    result.showsCompletion = shown == Shown::completion;
+    result.showsMinimizedCompletion = result.showsCompletion && m_isCompletionMinimized;
+    result.showsCompactTimer = shown == Shown::timer && !m_isTimerCapsuleExpanded;
+    result.revealsExpandedTimerContent = m_revealsExpandedTimerContent;
+    result.showsProgressBorder = !m_forcesCompactMorph && snapshot.isActive();
+    if (m_completionPresentation) {
+        result.completionTitle = m_completionPresentation->title;
+    }
+    result.isAlertSoundPlaying = m_model->isAlertSoundPlaying();
+    return result;
+}
+
+void CapsuleChoreography::setTopCapsuleHovered(bool isHovering)
+{
+    m_capsuleHoverTask.reset();
+    if (m_model == nullptr || m_completionPresentation || isRinging() || m_forcesCompactMorph) {
+        return;
+    }
+    if (isHovering) {
+        if (!m_isTimerCapsuleExpanded) {
+            m_timerCapsuleExpansionAnchor = m_panel.preferredExpansionAnchor(expandedWidth());
+            m_revealsExpandedTimerContent = false;
+            m_isTimerCapsuleExpanded = true;
+            refresh();
+        }
+        scheduleExpandedTimerContentReveal();
+    } else if (m_isTimerCapsuleExpanded) {
+        m_capsuleContentRevealTask.reset();
+        m_capsuleHoverTask = m_scheduler.after(collapseDelay, [this] { collapseAfterExit(); });
+    }
+}
+
+void CapsuleChoreography::collapseAfterExit()
+{
+    if (!m_panel.hasPointerWithin(exitTolerance)) {
+        m_revealsExpandedTimerContent = false;
+        m_isTimerCapsuleExpanded = false;
+        refresh();
+    }
+}
+
+void CapsuleChoreography::scheduleExpandedTimerContentReveal()
+{
+    if (m_revealsExpandedTimerContent) {
+        return;
+    }
+    m_capsuleContentRevealTask.reset();
+    if (m_timerCapsuleExpansionAnchor == HorizontalAnchor::trailing) {
+        m_revealsExpandedTimerContent = true;
+        refresh();
+        return;
+    }
+    m_capsuleContentRevealTask = m_scheduler.after(revealDelay, [this] {
+        if (m_isTimerCapsuleExpanded && !m_completionPresentation && !isRinging()) {
+            m_revealsExpandedTimerContent = true;
+            refresh();
+        }
+    });
+}
+
+void CapsuleChoreography::resetToCircle()
+{
+    m_morphTask.reset();
+    m_capsuleHoverTask.reset();
+    m_capsuleContentRevealTask.reset();
+    m_isTimerCapsuleExpanded = false;
+    m_revealsExpandedTimerContent = false;
+    m_isCompletionMinimized = false;
+    m_timerCapsuleExpansionAnchor = HorizontalAnchor::center;
+}
+
+void CapsuleChoreography::presentCompletion(const CompletionPresentation& presentation)
+{
+    resetToCircle();
+    if (m_panel.isVisible()) {
+        m_forcesCompactMorph = false;
+        m_keepsCapsuleVisibleForMorph = false;
+        m_completionPresentation = presentation;
+        refresh();
+        return;
+    }
+    m_completionPresentation.reset();
+    m_forcesCompactMorph = true;
+    m_keepsCapsuleVisibleForMorph = true;
+    refresh();
+    m_morphTask = m_scheduler.after(islandDelay, [this, presentation] {
+        m_completionPresentation = presentation;
+        m_forcesCompactMorph = false;
+        m_keepsCapsuleVisibleForMorph = false;
+        refresh();
+    });
+}
+
+void CapsuleChoreography::beginCompletionCollapse()
+{
+    resetToCircle();
+    m_completionPresentation.reset();
+    m_forcesCompactMorph = true;
+    m_keepsCapsuleVisibleForMorph = true;
+    refresh();
+}
+
+void CapsuleChoreography::finishCompletionCollapse()
+{
+    const auto letGo = [this] {
+        m_forcesCompactMorph = false;
+        m_keepsCapsuleVisibleForMorph = false;
+        refresh();
+    };
+    if (m_model != nullptr && timerIsToBeShown()) {
+        letGo();
+    } else {
+        m_morphTask = m_scheduler.after(collapsedCircleDelay, letGo);
+    }
+}
+
+void CapsuleChoreography::clearMorphState()
+{
+    resetToCircle();
+    m_completionPresentation.reset();
+    m_forcesCompactMorph = false;
+    m_keepsCapsuleVisibleForMorph = false;
+}
+
+void CapsuleChoreography::cancelMorph()
+{
+    m_morphTask.reset();
+}
+
+void CapsuleChoreography::foldTimerCapsule()
+{
+    m_capsuleHoverTask.reset();
+    m_capsuleContentRevealTask.reset();
+    m_isTimerCapsuleExpanded = false;
+    m_revealsExpandedTimerContent = false;
+    m_timerCapsuleExpansionAnchor = HorizontalAnchor::center;
+}
+
+void CapsuleChoreography::hide()
+{
+    m_panel.hide();
+}
+
+void CapsuleChoreography::minimizeCompletion()
+{
+    if (m_completionPresentation || isRinging()) {
+        m_isCompletionMinimized = true;
+        refresh();
+    }
+}
+
+void CapsuleChoreography::restoreCompletion()
+{
+    if (m_completionPresentation || isRinging()) {
+        m_isCompletionMinimized = false;
+        refresh();
+    }
+}
+
+void CapsuleChoreography::perform(CapsuleCommand command)
+{
+    if (m_model == nullptr) {
+        return;
+    }
+    switch (command) {
+    case CapsuleCommand::primary:
+        m_showsCompletion ? m_model->advance() : m_model->performPrimaryAction();
+        break;
+    case CapsuleCommand::addTime:
+        m_model->addFiveMinutes();
+        break;
+    case CapsuleCommand::skip:
+        m_model->switchToNextPhase();
+        break;
+    case CapsuleCommand::end:
+        m_model->endCurrentPhase();
+        break;
+    case CapsuleCommand::skipPending:
+        m_model->skipPendingPhase();
+        break;
+    case CapsuleCommand::minimize:
+        minimizeCompletion();
+        break;
+    case CapsuleCommand::restore:
+        restoreCompletion();
+        break;
+    case CapsuleCommand::dismiss:
+        m_model->dismissCompletion();
+        break;
+    case CapsuleCommand::stopAlert:
+        m_model->stopAlertSound();
+        break;
+    }
+}
+
+} // namespace brevlin

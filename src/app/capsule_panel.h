@@ -1,0 +1,87 @@
+#pragma once
+
+#include "core/timer_vocabulary.h"
+#include "storage/app_preferences.h"
+#include "storage/top_panel_position.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace brevlin {
+
+/// The room that one state of the capsule asks for; points.
+struct CapsuleLayout
+{
+    double width = 0;
+    double height = 0;
+    HorizontalAnchor horizontalAnchor = HorizontalAnchor::center;
+    double cornerRadius = 0;
+    double topMargin = 8;         ///< below the top of the work area, at the default place
+    double horizontalMargin = 12; ///< kept free at both sides of the work area
+
+    bool operator==(const CapsuleLayout&) const = default;
+};
+
+/// Everything that the capsule draws. Texts are UTF-8 in the content's language.
+struct CapsuleContent
+{
+    TimerPhase phase = TimerPhase::focus;
+    TimerRunState runState = TimerRunState::idle;
+    std::string clockText;
+    double progress = 0; ///< 0 to 1
+    std::string endTimeText;
+    std::string cycleSummaryText;
+    AppLanguage language = AppLanguage::simplifiedChinese;
+    TopTimerAppearance appearance = TopTimerAppearance::dark;
+    bool showsCompletion = false;
+    bool showsMinimizedCompletion = false;
+    bool showsCompactTimer = true;
+    bool revealsExpandedTimerContent = false;
+    bool showsProgressBorder = false;
+    std::optional<std::string> completionTitle;
+    bool isAlertSoundPlaying = false;
+
+    bool operator==(const CapsuleContent&) const = default;
+};
+
+/// What a control of the capsule asks for.
+enum class CapsuleCommand {
+    primary,
+    addTime,
+    skip,
+    end,
+    skipPending,
+    minimize,
+    restore,
+    dismiss,
+    stopAlert,
+};
+
+/// The floating window that shows the capsule. It knows where it is and nothing of the timer.
+class CapsulePanel
+{
+public:
+    struct Observer
+    {
+        std::function<void(bool)> hovered; ///< the pointer entered (true) or left the panel
+        std::function<void(CapsuleCommand)> commanded;
+    };
+
+    virtual ~CapsulePanel() = default;
+
+    virtual void setObserver(Observer observer) = 0;
+    virtual bool isVisible() const = 0;
+    /// For a panel that is not visible: places it and fades it in.
+    virtual void show(const CapsuleContent& content, const CapsuleLayout& layout) = 0;
+    /// For a visible panel: also resizes it where the layout has changed.
+    virtual void update(const CapsuleContent& content, const CapsuleLayout& layout) = 0;
+    /// Fades the panel out; nothing happens while it is not visible.
+    virtual void hide() = 0;
+    /// The end (leading or trailing) that has to stay when the capsule grows to this width.
+    virtual HorizontalAnchor preferredExpansionAnchor(double width) const = 0;
+    /// Whether the panel is visible and the pointer in its frame grown by this many points on every side.
+    virtual bool hasPointerWithin(double distance) const = 0;
+};
+
+} // namespace brevlin

@@ -1,0 +1,298 @@
+#include "ui/capsule/capsule_pages.h"
+
+#include "ui/capsule/capsule_controls.h"
+#include "ui/style/brevlin_mark.h"
+#include "ui/style/text.h"
+#include "ui/style/theme.h"
+#include "ui/style/typography.h"
+
+#include <QFontMetricsF>
+#include <QHBoxLayout>
+#include <QPainter>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <cmath>
+
+namespace brevlin {
+
+namespace {
+
+QString text(const BilingualText& pair, const CapsuleContent& content)
+{
+    return qtText(pair.in(content.language));
+}
+
+QString phaseText(const BilingualText& verb, const CapsuleContent& content)
+{
+    return text(verb, content) + qtText(title(content.phase, content.language));
+}
+
+template <typename Button>
+Button* withHelp(Button* button, const QString& help)
+{
+    button->setToolTip(help);
+    button->setAccessibleName(help);
+    return button;
+}
+
+/// Two lines of text, the second one quieter.
+class TextPair final : public QWidget
+{
+public:
+    struct Line
+    {
+        QFont font;
+        QColor color;
+        QString text;
+    };
+
+    TextPair(double spacing, double leastWidth, QWidget* parent)
+        : QWidget(parent), m_spacing(spacing), m_leastWidth(leastWidth)
+    {
+        setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    }
+
+    void setLines(const Line& first, const Line& second)
+    {
+        m_lines = {first, second};
+        updateGeometry();
+        update();
+    }
+
+    QSize sizeHint() const override
+    {
+        double width = m_leastWidth;
+        double height = m_spacing;
+        for (const Line& line : m_lines) {
+            const QFontMetricsF metrics(line.font);
+            width = std::max(width, metrics.horizontalAdvance(line.text));
+            height += std::ceil(metrics.height());
+        }
+        return {static_cast<int>(std::ceil(width)), static_cast<int>(std::ceil(height))};
+    }
+    QSize minimumSizeHint() const override { return {static_cast<int>(m_leastWidth), sizeHint().height()}; }
+
+protected:
+    void paintEvent(QPaintEvent* /*event*/) override
+    {
+        QPainter painter(this);
+        double y = 0;
+        for (const Line& line : m_lines) {
+            const QFontMetricsF metrics(line.font);
+            const double height = std::ceil(metrics.height());
+            painter.setFont(line.font);
+            painter.setPen(line.color);
+            drawTextOnBaseline(painter, QRectF(0, y, width(), height), Qt::AlignLeft,
+                               metrics.elidedText(line.text, Qt::ElideRight, width() + 1));
+            y += height + m_spacing;
+        }
+    }
+
+private:
+    double m_spacing;
+    double m_leastWidth;
+    std::vector<Line> m_lines;
+};
+
+/// The phase's icon on a disc in its colour.
+class PhaseDisc final : public QWidget
+{
+public:
+    PhaseDisc(TimerPhase phase, QWidget* parent) : QWidget(parent), m_phase(phase)
+    {
+        setFixedSize(diameter, diameter);
+    }
+
+protected:
+    void paintEvent(QPaintEvent* /*event*/) override
+    {
+        constexpr double padding = 4;
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        const Theme theme = Theme::of(*this);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(theme.color(phaseColor(m_phase), 0.14));
+        painter.drawEllipse(rect());
+        paintPhaseIcon(painter, QRectF(rect()).adjusted(padding, padding, -padding, -padding), m_phase,
+                       theme);
+    }
+
+private:
+    static constexpr int diameter = 46;
+    TimerPhase m_phase;
+};
+
+class ExpandedTimerPage final : public CapsulePage
+{
+public:
+    ExpandedTimerPage(const CapsuleContent& content, const CapsuleColors& colors,
+                      const CapsuleCommandHandler& handler, QWidget* parent)
+        : CapsulePage(parent), m_colors(colors), m_texts(new TextPair(0, 66, this))
+    {
+        auto* row = new QHBoxLayout(this);
+        row->setContentsMargins(12, 0, 12, 0);
+        row->setSpacing(9);
+        row->addWidget(new PhaseIconView(content.phase, 25, this));
+        row->addWidget(m_texts);
+        row->addStretch(1);
+
+        const auto add = [&](CapsuleRoundButton* button, const BilingualText& help, CapsuleCommand command) {
+            withHelp(button, text(help, content));
+            connect(button, &QAbstractButton::clicked, this, [handler, command] { handler(command); });
+            row->addWidget(button);
+        };
+        const auto icon = [&](Symbol symbol, bool isEmphasized) {
+            QColor fill = colors.buttonFill;
+            if (!isEmphasized) {
+                fill.setAlphaF(fill.alphaF() * 0.82F);
+            }
+            return new CapsuleRoundButton(symbol, {fill, isEmphasized ? colors.text : colors.secondary},
+                                          this);
+        };
+        add(new CapsuleRoundButton(QStringLiteral("+5"), {colors.buttonFill, colors.secondary}, this),
+            {"延长 5 分钟", "Add 5 minutes"}, CapsuleCommand::addTime);
+        if (content.runState == TimerRunState::paused) {
+            add(icon(Symbol::playFill, true), {"继续", "Resume"}, CapsuleCommand::primary);
+        } else {
+            add(icon(Symbol::pauseFill, true), {"暂停", "Pause"}, CapsuleCommand::primary);
+        }
+        add(icon(Symbol::stopFill, false), {"提前结束当前阶段", "End current phase early"},
+            CapsuleCommand::end);
+        add(icon(Symbol::forwardEndFill, false), {"切换并开始下一阶段", "Switch and start next phase"},
+            CapsuleCommand::skip);
+        if (content.isAlertSoundPlaying) {
+            add(icon(Symbol::speakerSlashFill, false), {"停止提醒声音", "Stop alert sound"},
+                CapsuleCommand::stopAlert);
+        }
+        setTexts(content);
+    }
+
+    void setTexts(const CapsuleContent& content) override
+    {
+        const QString end = text({"结束于 ", "Ends at "}, content) + qtText(content.endTimeText);
+        m_texts->setLines({systemFont(17, QFont::DemiBold, FontDesign::monospaced), m_colors.text,
+                           qtText(content.clockText)},
+                          {systemFont(9.5, QFont::Medium), m_colors.endTime, end});
+        setVisible(content.revealsExpandedTimerContent);
+    }
+
+private:
+    CapsuleColors m_colors;
+    TextPair* m_texts; // owned by this widget
+};
+
+class CompletionIslandPage final : public CapsulePage
+{
+public:
+    CompletionIslandPage(const CapsuleContent& content, const CapsuleColors& colors,
+                         const CapsuleCommandHandler& handler, QWidget* parent)
+        : CapsulePage(parent), m_colors(colors), m_texts(new TextPair(3, 0, this))
+    {
+        const auto connected = [&](auto* button, CapsuleCommand command) {
+            connect(button, &QAbstractButton::clicked, this, [handler, command] { handler(command); });
+            return button;
+        };
+        const auto roundButton = [&](Symbol symbol, const BilingualText& help, CapsuleCommand command) {
+            QColor fill = colors.buttonFill;
+            fill.setAlphaF(fill.alphaF() * 0.82F);
+            auto* button = new CapsuleRoundButton(symbol, {fill, colors.secondary}, this);
+            return connected(withHelp(button, text(help, content)), command);
+        };
+        auto* column = new QVBoxLayout(this);
+        column->setContentsMargins(20, 16, 20, 16);
+        column->setSpacing(12);
+        column->setAlignment(Qt::AlignVCenter);
+
+        auto* top = new QHBoxLayout;
+        top->setSpacing(12);
+        top->addWidget(new PhaseDisc(content.phase, this));
+        top->addWidget(m_texts, 1);
+        top->addWidget(roundButton(Symbol::minus, {"缩小提醒", "Minimize alert"}, CapsuleCommand::minimize));
+        top->addWidget(roundButton(Symbol::xmark, {"关闭提醒", "Close alert"}, CapsuleCommand::dismiss));
+        column->addLayout(top);
+
+        auto* bottom = new QHBoxLayout;
+        bottom->setSpacing(10);
+        const auto secondary = IslandButton::secondaryLook(colors.buttonFill, colors.secondary);
+        if (content.isAlertSoundPlaying) {
+            bottom->addWidget(connected(new IslandButton(text({"停止声音", "Stop sound"}, content),
+                                                         Symbol::speakerSlashFill, secondary, this),
+                                        CapsuleCommand::stopAlert));
+        }
+        bottom->addStretch(1);
+        bottom->addWidget(
+            connected(new IslandButton(phaseText({"跳过", "Skip "}, content), Symbol::none, secondary, this),
+                      CapsuleCommand::skipPending));
+        const QColor tint = Theme::of(*this).color(phaseColor(content.phase));
+        bottom->addWidget(connected(new IslandButton(phaseText({"开始", "Start "}, content), Symbol::none,
+                                                     IslandButton::primaryLook(tint), this),
+                                    CapsuleCommand::primary));
+        column->addLayout(bottom);
+        setTexts(content);
+    }
+
+    void setTexts(const CapsuleContent& content) override
+    {
+        const QString headline = content.completionTitle ? qtText(*content.completionTitle)
+                                                         : text({"本轮完成", "Phase complete"}, content);
+        m_texts->setLines(
+            {systemFont(16, QFont::DemiBold, FontDesign::rounded), m_colors.text, headline},
+            {textFont(TextRole::caption), m_colors.secondary, qtText(content.cycleSummaryText)});
+    }
+
+private:
+    CapsuleColors m_colors;
+    TextPair* m_texts; // owned by this widget
+};
+
+class MinimizedCompletionPage final : public CapsulePage
+{
+public:
+    MinimizedCompletionPage(const CapsuleContent& content, const CapsuleCommandHandler& handler,
+                            QWidget* parent)
+        : CapsulePage(parent)
+    {
+        auto* button = withHelp(new MinimizedCompletionButton(content.phase, this),
+                                text({"展开完成提醒", "Expand completion alert"}, content));
+        connect(button, &QAbstractButton::clicked, this, [handler] { handler(CapsuleCommand::restore); });
+        auto* layout = new QVBoxLayout(this);
+        layout->setContentsMargins(0, 0, 0, 0);
+        layout->addWidget(button);
+    }
+
+    void setTexts(const CapsuleContent& /*content*/) override {}
+};
+
+} // namespace
+
+bool haveSamePage(const CapsuleContent& first, const CapsuleContent& second)
+{
+    const auto controls = [](const CapsuleContent& content) {
+        CapsuleContent result;
+        result.phase = content.phase;
+        result.runState = content.runState;
+        result.language = content.language;
+        result.appearance = content.appearance;
+        result.showsCompletion = content.showsCompletion;
+        result.showsMinimizedCompletion = content.showsMinimizedCompletion;
+        result.showsCompactTimer = content.showsCompactTimer;
+        result.isAlertSoundPlaying = content.isAlertSoundPlaying;
+        return result;
+    };
+    return controls(first) == controls(second);
+}
+
+CapsulePage* makeCapsulePage(const CapsuleContent& content, const CapsuleColors& colors,
+                             const CapsuleCommandHandler& handler, QWidget* parent)
+{
+    if (content.showsMinimizedCompletion) {
+        return new MinimizedCompletionPage(content, handler, parent);
+    }
+    if (content.showsCompletion) {
+        return new CompletionIslandPage(content, colors, handler, parent);
+    }
+    return content.showsCompactTimer ? nullptr : new ExpandedTimerPage(content, colors, handler, parent);
+}
+
+} // namespace brevlin

@@ -1,0 +1,113 @@
+#pragma once
+
+#include "app/capsule_panel.h"
+#include "storage/top_panel_position.h"
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace brevlin {
+
+// Where the capsule lies, as pure arithmetic. Coordinates are points with the origin at the bottom left of
+// the primary screen and y upwards; PanelFrame's x and y are its lower left corner.
+
+struct PanelSize
+{
+    double width = 0;
+    double height = 0;
+
+    bool operator==(const PanelSize&) const = default;
+};
+
+struct PanelPoint
+{
+    double x = 0;
+    double y = 0;
+
+    bool operator==(const PanelPoint&) const = default;
+};
+
+struct PanelFrame
+{
+    double x = 0;
+    double y = 0;
+    double width = 0;
+    double height = 0;
+
+    double midX() const { return x + width / 2; }
+    double midY() const { return y + height / 2; }
+    double maxX() const { return x + width; }
+    double maxY() const { return y + height; }
+    bool contains(PanelPoint point) const
+    {
+        return point.x >= x && point.x < maxX() && point.y >= y && point.y < maxY();
+    }
+    bool operator==(const PanelFrame&) const = default;
+};
+
+/// An attached screen.
+struct PanelScreen
+{
+    std::optional<std::uint32_t> displayID; ///< stays the same for a monitor across restarts
+    PanelFrame frame;
+    PanelFrame visibleFrame; ///< without the desktop's panels
+};
+
+/// What stays put while the capsule changes its width: the centre of the compact circle and the top edge.
+struct StablePosition
+{
+    std::optional<std::uint32_t> displayID;
+    double compactCenterX = 0;
+    double topY = 0;
+
+    bool operator==(const StablePosition&) const = default;
+};
+
+namespace PanelGeometry {
+
+/// The compact circle's diameter, and the distance of its centre from a leading or trailing end.
+inline constexpr double compactReferenceDiameter = 50;
+inline constexpr double compactReferenceRadius = compactReferenceDiameter / 2;
+/// A capsule that is dropped at most this far from a side edge of the visible frame snaps to it.
+inline constexpr double snapDistance = 50;
+
+/// The layout's size as far as the visible frame has room for it.
+PanelSize fittedSize(const CapsuleLayout& layout, const PanelFrame& visibleFrame);
+/// Not yet clamped.
+PanelFrame frame(const StablePosition& position, PanelSize size, HorizontalAnchor anchor);
+/// Moved as far as necessary to lie inside.
+PanelFrame clamped(const PanelFrame& frame, const PanelFrame& visibleFrame);
+/// Fitted, anchored and clamped: where the capsule lies on a screen.
+PanelFrame placedFrame(const StablePosition& position, const CapsuleLayout& layout,
+                       const PanelFrame& visibleFrame);
+StablePosition stablePosition(const PanelFrame& frame, HorizontalAnchor anchor,
+                              std::optional<std::uint32_t> displayID);
+/// The top centre of the visible frame, below the layout's margin.
+StablePosition defaultPosition(const CapsuleLayout& layout, const PanelScreen& screen);
+/// Equal up to 0.75 points in every number.
+bool framesApproximatelyEqual(const PanelFrame& first, const PanelFrame& second);
+
+/// The position moved flush to the nearer side edge, if the frame lies near one.
+StablePosition snapped(const StablePosition& position, const PanelFrame& frame,
+                       const PanelFrame& visibleFrame);
+/// leading or trailing: the end to hold when the circle grows to this width.
+HorizontalAnchor preferredExpansionAnchor(const StablePosition& position, double width,
+                                          double horizontalMargin, const PanelFrame& visibleFrame);
+
+/// The screen with this number; none for an absent number or one that is not attached.
+const PanelScreen* screenWithDisplayID(const std::vector<PanelScreen>& screens,
+                                       std::optional<std::uint32_t> displayID);
+/// The first screen whose whole frame contains the point.
+const PanelScreen* screenContaining(const std::vector<PanelScreen>& screens, PanelPoint point);
+
+/// The record of a position on this screen.
+SavedPosition savedPosition(const StablePosition& position, const PanelScreen& screen);
+/// The position that a record of any readable version tells, on its own display or, where that is gone, on
+/// the fallback.
+StablePosition restoredPosition(const SavedPosition& saved, const CapsuleLayout& layout,
+                                const std::vector<PanelScreen>& screens, const PanelScreen& fallback);
+
+} // namespace PanelGeometry
+
+} // namespace brevlin

@@ -1,0 +1,193 @@
+#include "ui/capsule/top_capsule_view.h"
+
+#include "app/time_text.h"
+#include "ui/capsule/capsule_border.h"
+#include "ui/capsule/capsule_pages.h"
+#include "ui/style/shapes.h"
+#include "ui/style/text.h"
+#include "ui/style/theme.h"
+#include "ui/style/typography.h"
+
+#include <QEvent>
+#include <QFontMetricsF>
+#include <QGraphicsOpacityEffect>
+#include <QPainter>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+
+namespace brevlin {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr double islandRadius = 30;
+constexpr double capsuleRadius = 25;
+constexpr double borderInset = 1.7;
+constexpr double borderWidth = 3;
+constexpr AnimationTiming progressTiming{300ms, QEasingCurve::Linear, 12};
+constexpr AnimationTiming opacityTiming{200ms, QEasingCurve::InOutQuad, 10};
+// The border of a long phase moves by a fraction of a point a second; more at once is a jump that the eye
+// should follow.
+constexpr double smoothStep = 0.01;
+
+} // namespace
+
+TopCapsuleView::TopCapsuleView(QWidget* parent)
+    : QWidget(parent), m_progress(*this), m_pageOpacity(*this, 1.0)
+{
+    updateColors();
+    connect(&m_progress, &ValueAnimation::valueChanged, this, [this] { update(); });
+    connect(&m_pageOpacity, &ValueAnimation::valueChanged, this, [this](double opacity) {
+        if (m_page == nullptr) {
+            return;
+        }
+        // The effect costs a picture of the page with every frame, so it is there only while it shows.
+        if (opacity >= 1.0) {
+            m_page->setGraphicsEffect(nullptr);
+        } else if (auto* effect = qobject_cast<QGraphicsOpacityEffect*>(m_page->graphicsEffect())) {
+            effect->setOpacity(opacity);
+        }
+    });
+    rebuild();
+}
+
+void TopCapsuleView::setContent(const CapsuleContent& content)
+{
+    if (content == m_content) {
+        return;
+    }
+    const CapsuleContent before = std::exchange(m_content, content);
+    if (std::abs(content.progress - m_progress.target()) > smoothStep) {
+        m_progress.animateTo(content.progress, progressTiming);
+    } else {
+        m_progress.setValue(content.progress);
+    }
+    if (!haveSamePage(before, content)) {
+        updateColors();
+        rebuild();
+        const bool fades = before.showsCompletion != content.showsCompletion ||
+                           before.showsMinimizedCompletion != content.showsMinimizedCompletion;
+        if (fades && m_page != nullptr) {
+            m_page->setGraphicsEffect(new QGraphicsOpacityEffect(m_page));
+            m_pageOpacity.setValue(0.0);
+            m_pageOpacity.animateTo(1.0, opacityTiming);
+        }
+    } else if (m_page != nullptr) {
+        m_page->setTexts(content);
+    }
+    update();
+}
+
+void TopCapsuleView::setBlurred(bool isBlurred)
+{
+    if (std::exchange(m_isBlurred, isBlurred) != isBlurred) {
+        updateColors();
+        rebuild();
+        update();
+    }
+}
+
+void TopCapsuleView::updateColors()
+{
+    m_colors = capsuleColors(m_content.appearance, Theme::of(*this), m_isBlurred);
+}
+
+void TopCapsuleView::rebuild()
+{
+    if (m_page != nullptr) {
+        // Later, because it may be one of its own buttons that brought this about.
+        m_page->hide();
+        m_page->deleteLater();
+    }
+    m_page = makeCapsulePage(
+        m_content, m_colors, [this](CapsuleCommand command) { Q_EMIT commanded(command); }, this);
+    if (m_page != nullptr) {
+        m_page->setGeometry(rect());
+        m_page->setVisible(m_content.showsCompletion || m_content.revealsExpandedTimerContent);
+    }
+    const BilingualText help =
+        m_content.showsMinimizedCompletion
+            ? BilingualText{"点击展开提醒，拖动可移动", "Click to expand; drag to move"}
+            : BilingualText{"拖动任意空白区域可移动", "Drag any empty area to move"};
+    setToolTip(qtText(help.in(m_content.language)));
+    setAccessibleName(spokenText());
+}
+
+QString TopCapsuleView::spokenText() const
+{
+    if (m_content.showsCompletion) {
+        return qtText(BilingualText{"阶段完成提醒", "Phase completion alert"}.in(m_content.language));
+    }
+    return qtText(title(m_content.phase, m_content.language)) + QStringLiteral(", ") +
+           qtText(m_content.clockText);
+}
+
+bool TopCapsuleView::showsCompactTimer() const
+{
+    return m_content.showsCompactTimer && !m_content.showsCompletion;
+}
+
+void TopCapsuleView::paintEvent(QPaintEvent* /*event*/)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const bool isIsland = m_content.showsCompletion && !m_content.showsMinimizedCompletion;
+    const double radius =
+        std::min(isIsland ? islandRadius : capsuleRadius, std::min(width(), height()) / 2.0);
+    const QColor background = m_content.showsCompletion ? m_colors.completionBackground : m_colors.background;
+    const QColor outline = m_content.showsCompletion ? m_colors.completionOutline : m_colors.outline;
+    painter.fillPath(continuousRoundedRect(rect(), radius), background);
+    painter.setPen(QPen(outline, 1));
+    painter.drawPath(continuousRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), radius - 0.5));
+
+    if (!m_content.showsCompletion && m_content.showsProgressBorder) {
+        const QRectF border = QRectF(rect()).adjusted(borderInset, borderInset, -borderInset, -borderInset);
+        QPen pen(Theme::of(*this).color(phaseColor(m_content.phase)), borderWidth);
+        pen.setCapStyle(Qt::RoundCap);
+        painter.setPen(pen);
+        painter.setBrush(Qt::NoBrush);
+        painter.drawPath(capsuleBorderProgress(border, m_progress.value()));
+    }
+    if (showsCompactTimer()) {
+        paintCompactTimer(painter);
+    }
+}
+
+void TopCapsuleView::paintCompactTimer(QPainter& painter) const
+{
+    constexpr double padding = 5;
+    constexpr double smallestScale = 0.72;
+    constexpr std::size_t longText = 5;
+    const QString text = qtText(m_content.clockText);
+    const double size = m_content.clockText.size() > longText ? 9.5 : 11.5;
+    const auto font = [size](double scale) {
+        return systemFont(size * scale, QFont::Bold, FontDesign::monospaced);
+    };
+    const double room = width() - 2 * padding;
+    const double needed = QFontMetricsF(font(1.0)).horizontalAdvance(text);
+    painter.setFont(font(needed > room ? std::max(room / needed, smallestScale) : 1.0));
+    painter.setPen(m_colors.text);
+    drawTextOnBaseline(painter, rect(), Qt::AlignHCenter, text);
+}
+
+void TopCapsuleView::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    if (m_page != nullptr) {
+        m_page->setGeometry(rect());
+    }
+}
+
+void TopCapsuleView::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) {
+        updateColors();
+        rebuild();
+    }
+}
+
+} // namespace brevlin

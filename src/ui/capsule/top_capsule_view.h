@@ -1,0 +1,50 @@
+#pragma once
+
+#include "app/capsule_panel.h"
+#include "ui/capsule/capsule_colors.h"
+#include "ui/style/animation.h"
+
+#include <QWidget>
+
+namespace brevlin {
+
+class CapsulePage;
+
+/// Draws the capsule in one of its four states, exactly as its content says, and tells what its controls ask
+/// for. It fills the panel; what lies free of controls is left to the panel, which moves by it.
+class TopCapsuleView final : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit TopCapsuleView(QWidget* parent = nullptr);
+
+    void setContent(const CapsuleContent& content);
+    /// Whether the window manager blurs what lies behind the panel.
+    void setBlurred(bool isBlurred);
+    /// What assistive technology reads.
+    QString spokenText() const;
+
+Q_SIGNALS:
+    void commanded(brevlin::CapsuleCommand command);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void rebuild();
+    void updateColors();
+    bool showsCompactTimer() const;
+    void paintCompactTimer(QPainter& painter) const;
+
+    CapsuleContent m_content;
+    CapsuleColors m_colors;
+    bool m_isBlurred = false;
+    CapsulePage* m_page = nullptr; // owned by this widget; none for the compact timer
+    ValueAnimation m_progress;
+    ValueAnimation m_pageOpacity;
+};
+
+} // namespace brevlin

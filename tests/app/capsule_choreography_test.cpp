@@ -1,0 +1,276 @@
+#include "app/capsule_choreography.h"
+#include "app/model_fixture.h"
+
+namespace brevlin {
+namespace {
+
+using enum TimerRunState;
+
+/// A panel that shows nothing and remembers the last thing that it was to show.
+class FakePanel final : public CapsulePanel
+{
+public:
+    void setObserver(Observer newObserver) override { observer = std::move(newObserver); }
+    bool isVisible() const override { return visible; }
+    void show(const CapsuleContent& newContent, const CapsuleLayout& newLayout) override
+    {
+        EXPECT_FALSE(visible);
+        visible = true;
+        content = newContent;
+        layout = newLayout;
+    }
+    void update(const CapsuleContent& newContent, const CapsuleLayout& newLayout) override
+    {
+        EXPECT_TRUE(visible);
+        content = newContent;
+        layout = newLayout;
+    }
+    void hide() override { visible = false; }
+    HorizontalAnchor preferredExpansionAnchor(double width) const override
+    {
+        askedWidth = width;
+        return anchor;
+    }
+    bool hasPointerWithin(double /*distance*/) const override { return pointerIsNear; }
+
+    Observer observer;
+    bool visible = false;
+    CapsuleContent content;
+    CapsuleLayout layout;
+    HorizontalAnchor anchor = HorizontalAnchor::leading;
+    mutable double askedWidth = 0;
+    bool pointerIsNear = false;
+};
+
+class CapsuleChoreographyTest : public test::ModelTest
+{
+protected:
+    void open(bool showsWhileRunning = true)
+    {
+        storePreferences([&](AppPreferences& p) {
+            p.showTopCapsuleWhileRunning = showsWhileRunning;
+            p.timerSettings.alertIntensity = AlertIntensity::strong;
+        });
+        modelOrNone = std::make_unique<AppModel>(makeParts(choreography));
+        choreography.attach(modelOrNone.get());
+        scheduler.runPending();
+    }
+    ~CapsuleChoreographyTest() override
+    {
+        choreography.attach(nullptr);
+        modelOrNone.reset();
+    }
+
+    /// What the panel shows, in a word and its width.
+    std::string shown() const
+    {
+        if (!panel.visible) {
+            return "hidden";
+        }
+        const CapsuleContent& c = panel.content;
+        const std::string state = c.showsMinimizedCompletion ? "minimised"
+                                  : c.showsCompletion        ? "island"
+                                  : c.showsCompactTimer ? (c.showsProgressBorder ? "circle" : "bare circle")
+                                  : c.revealsExpandedTimerContent ? "expanded"
+                                                                  : "expanding";
+        return state + " " + std::to_string(static_cast<int>(panel.layout.width));
+    }
+    void ring()
+    {
+        scheduler.advance(model().remainingSeconds());
+        ASSERT_EQ(runState(), ringing);
+    }
+    void hover(bool isHovering) { panel.observer.hovered(isHovering); }
+    void command(CapsuleCommand what) { panel.observer.commanded(what); }
+
+    FakePanel panel;
+    CapsuleChoreography choreography{panel, scheduler};
+};
+
+TEST_F(CapsuleChoreographyTest, the_circle_lives_while_a_phase_is_under_way)
+{
+    open();
+    EXPECT_EQ(shown(), "hidden");
+    model().start();
+    EXPECT_EQ(shown(), "circle 50");
+    EXPECT_EQ(panel.content.clockText, "25:00");
+    scheduler.advance(Seconds{375});
+    EXPECT_EQ(panel.content.clockText, "18:45");
+    EXPECT_DOUBLE_EQ(panel.content.progress, 0.25);
+    model().pause();
+    EXPECT_EQ(shown(), "circle 50");
+    model().setShowTopCapsuleWhileRunning(false);
+    EXPECT_EQ(shown(), "hidden");
+    model().setShowTopCapsuleWhileRunning(true);
+    EXPECT_EQ(shown(), "circle 50");
+}
+
+TEST_F(CapsuleChoreographyTest, hovering_widens_and_leaving_waits)
+{
+    for (const auto anchor : {HorizontalAnchor::leading, HorizontalAnchor::trailing}) {
+        panel.anchor = anchor;
+        open();
+        model().start();
+        hover(true);
+        EXPECT_EQ(panel.askedWidth, 316);
+        EXPECT_EQ(panel.layout.horizontalAnchor, anchor);
+        if (anchor == HorizontalAnchor::leading) {
+            EXPECT_EQ(shown(), "expanding 316");
+            scheduler.advance(Seconds{0.056});
+        }
+        EXPECT_EQ(shown(), "expanded 316");
+        hover(false);
+        scheduler.advance(Seconds{0.13});
+        EXPECT_EQ(shown(), "expanded 316");
+        hover(true);
+        scheduler.advance(Seconds{1});
+        EXPECT_EQ(shown(), "expanded 316") << "back in time";
+        panel.pointerIsNear = true;
+        hover(false);
+        scheduler.advance(Seconds{1});
+        EXPECT_EQ(shown(), "expanded 316") << "the exit was spurious";
+        panel.pointerIsNear = false;
+        hover(false);
+        scheduler.advance(Seconds{0.15});
+        EXPECT_EQ(shown(), "circle 50");
+        model().endCurrentPhase();
+        model().dismissCompletion();
+    }
+}
+
+TEST_F(CapsuleChoreographyTest, a_pointer_that_leaves_before_the_reveal_sees_no_content)
+{
+    open();
+    model().start();
+    hover(true);
+    scheduler.advance(Seconds{0.03});
+    hover(false);
+    scheduler.advance(Seconds{0.1});
+    EXPECT_EQ(shown(), "expanding 316");
+    scheduler.advance(Seconds{0.1});
+    EXPECT_EQ(shown(), "circle 50");
+}
+
+TEST_F(CapsuleChoreographyTest, a_visible_circle_grows_into_the_island_and_back)
+{
+    open();
+    model().start();
+    ring();
+    EXPECT_EQ(shown(), "island 460");
+    EXPECT_EQ(panel.content.completionTitle, "Focus complete");
+    EXPECT_TRUE(panel.content.isAlertSoundPlaying);
+    hover(true);
+    scheduler.advance(Seconds{1});
+    EXPECT_EQ(shown(), "island 460") << "the pointer does not expand an island";
+    command(CapsuleCommand::minimize);
+    EXPECT_EQ(shown(), "minimised 50");
+    command(CapsuleCommand::restore);
+    EXPECT_EQ(shown(), "island 460");
+    EXPECT_EQ(panel.content.completionTitle, "Focus complete");
+    command(CapsuleCommand::primary);
+    EXPECT_EQ(shown(), "circle 50");
+    EXPECT_EQ(panel.content.phase, TimerPhase::shortBreak);
+    EXPECT_FALSE(panel.content.isAlertSoundPlaying);
+}
+
+TEST_F(CapsuleChoreographyTest, with_the_circle_switched_off_the_island_comes_and_goes_through_it)
+{
+    open(false);
+    model().start();
+    EXPECT_EQ(shown(), "hidden");
+    ring();
+    EXPECT_EQ(shown(), "bare circle 50");
+    EXPECT_EQ(panel.content.progress, 0.0);
+    scheduler.advance(Seconds{0.081});
+    EXPECT_EQ(shown(), "island 460");
+    command(CapsuleCommand::primary);
+    EXPECT_EQ(shown(), "bare circle 50");
+    scheduler.advance(Seconds{0.47});
+    EXPECT_EQ(shown(), "bare circle 50");
+    scheduler.advance(Seconds{0.02});
+    EXPECT_EQ(shown(), "hidden");
+    EXPECT_EQ(runState(), running);
+}
+
+TEST_F(CapsuleChoreographyTest, whatever_comes_next_supersedes_a_step_that_is_pending)
+{
+    open(false);
+    model().start();
+    ring();
+    command(CapsuleCommand::dismiss); // before the circle became the island
+    scheduler.advance(Seconds{2});
+    EXPECT_EQ(shown(), "hidden");
+    model().start();
+    ring();
+    scheduler.advance(Seconds{0.1});
+    command(CapsuleCommand::primary);
+    model().endCurrentPhase(); // while the circle is about to go
+    scheduler.advance(Seconds{2});
+    EXPECT_EQ(shown(), "island 460");
+    EXPECT_EQ(panel.content.completionTitle, "Ended Focus early");
+}
+
+TEST_F(CapsuleChoreographyTest, skipping_the_pending_phase_keeps_the_island)
+{
+    open();
+    model().start();
+    ring();
+    command(CapsuleCommand::skipPending);
+    EXPECT_EQ(shown(), "island 460");
+    EXPECT_EQ(panel.content.completionTitle, "Skipped Break");
+    EXPECT_EQ(panel.content.phase, TimerPhase::focus);
+    command(CapsuleCommand::dismiss);
+    EXPECT_EQ(shown(), "hidden");
+    EXPECT_EQ(runState(), idle);
+}
+
+TEST_F(CapsuleChoreographyTest, a_sound_that_starts_widens_the_expanded_capsule)
+{
+    storePreferences([](AppPreferences& p) { p.timerSettings.autoStartBreaks = true; });
+    open();
+    model().start();
+    ASSERT_TRUE(model().preferences().timerSettings.autoStartBreaks);
+    scheduler.advance(Seconds{1500});
+    ASSERT_EQ(runState(), running) << "the break started by itself, with the alert sounding";
+    EXPECT_EQ(shown(), "circle 50");
+    hover(true);
+    scheduler.advance(Seconds{0.1});
+    EXPECT_EQ(shown(), "expanded 350");
+    command(CapsuleCommand::stopAlert);
+    EXPECT_EQ(shown(), "expanded 316");
+}
+
+TEST_F(CapsuleChoreographyTest, the_controls_of_the_capsule_drive_the_timer)
+{
+    open();
+    model().start();
+    command(CapsuleCommand::addTime);
+    EXPECT_EQ(model().remainingSeconds(), Seconds{1800});
+    command(CapsuleCommand::primary);
+    EXPECT_EQ(runState(), paused);
+    command(CapsuleCommand::primary);
+    command(CapsuleCommand::skip);
+    EXPECT_EQ(model().snapshot().phase, TimerPhase::shortBreak);
+    command(CapsuleCommand::end);
+    EXPECT_EQ(shown(), "island 460");
+    EXPECT_EQ(panel.content.completionTitle, "Ended Break early");
+}
+
+TEST_F(CapsuleChoreographyTest, a_ringing_timer_shows_its_island_after_a_restart)
+{
+    open();
+    model().start();
+    ring();
+    choreography.attach(nullptr);
+    choreography.clearMorphState();
+    panel.visible = false;
+    modelOrNone.reset();
+    open();
+    EXPECT_EQ(shown(), "island 460");
+    EXPECT_EQ(panel.content.completionTitle, std::nullopt);
+    model().setAppLanguage(AppLanguage::simplifiedChinese);
+    EXPECT_EQ(panel.content.language, AppLanguage::simplifiedChinese);
+}
+
+} // namespace
+} // namespace brevlin

@@ -1,0 +1,51 @@
+#include "storage/top_panel_position.h"
+#include "support/memory_user_defaults.h"
+
+#include <gtest/gtest.h>
+
+namespace brevlin {
+namespace {
+
+constexpr const char* key = "Brevlin.topPanel.position.v1";
+constexpr const char* legacyKey = "Kestrove.topPanel.position.v1";
+
+TEST(TopPanelPositionStore, writes_and_reads_the_documented_form)
+{
+    test::MemoryUserDefaults defaults;
+    TopPanelPositionStore store(defaults);
+    EXPECT_EQ(store.load(), std::nullopt);
+    const SavedPosition position{4'294'967'295U, 0.5, 0.25, 5, HorizontalAnchor::center};
+    ASSERT_TRUE(store.save(position));
+    EXPECT_EQ(
+        defaults.values[key],
+        R"({"displayID":4294967295,"xFraction":0.5,"yFraction":0.25,"version":5,"horizontalAnchor":"center"})");
+    EXPECT_EQ(store.load(), position);
+    defaults.values[key] = R"({"xFraction":1,"yFraction":0})";
+    EXPECT_EQ(store.load(), (SavedPosition{std::nullopt, 1, 0, std::nullopt, std::nullopt}));
+}
+
+TEST(TopPanelPositionStore, what_cannot_be_read_counts_as_absent_and_stays)
+{
+    for (const char* document : {"", "{}", R"({"xFraction":1})", R"({"xFraction":"1","yFraction":0})",
+                                 R"({"displayID":-1,"xFraction":1,"yFraction":0})",
+                                 R"({"displayID":4294967296,"xFraction":1,"yFraction":0})",
+                                 R"({"xFraction":1,"yFraction":0,"horizontalAnchor":"middle"})"}) {
+        test::MemoryUserDefaults defaults;
+        defaults.values[key] = document;
+        EXPECT_EQ(TopPanelPositionStore(defaults).load(), std::nullopt) << document;
+        EXPECT_EQ(defaults.values[key], document);
+    }
+}
+
+TEST(TopPanelPositionStore, a_document_of_the_former_name_is_moved_once)
+{
+    test::MemoryUserDefaults defaults;
+    const std::string document = R"({"xFraction":0.5,"yFraction":1,"version":3})";
+    defaults.values[legacyKey] = document;
+    EXPECT_EQ(TopPanelPositionStore(defaults).load()->version, 3);
+    EXPECT_EQ(defaults.values[key], document);
+    EXPECT_FALSE(defaults.values.contains(legacyKey));
+}
+
+} // namespace
+} // namespace brevlin

@@ -1,0 +1,167 @@
+#include "ui/capsule/panel_geometry.h"
+
+#include <gtest/gtest.h>
+
+#include <ostream>
+
+namespace brevlin {
+
+void PrintTo(const PanelFrame& frame, std::ostream* stream)
+{
+    *stream << '(' << frame.x << ", " << frame.y << ", " << frame.width << " x " << frame.height << ')';
+}
+
+void PrintTo(const StablePosition& position, std::ostream* stream)
+{
+    *stream << '(' << position.compactCenterX << ", " << position.topY << ')';
+}
+
+namespace {
+
+using enum HorizontalAnchor;
+
+const PanelScreen main{7, {0, 0, 1280, 900}, {0, 30, 1280, 840}};
+const PanelScreen left{9, {-1024, 100, 1024, 768}, {-1024, 100, 1024, 768}};
+const PanelScreen tiny{11, {1280, 0, 320, 200}, {1290, 0, 300, 180}};
+const std::vector<PanelScreen> screens{main, left, tiny};
+
+constexpr CapsuleLayout circle{50, 50, center, 25};
+constexpr CapsuleLayout island{460, 126, center, 30};
+
+CapsuleLayout expanded(HorizontalAnchor anchor)
+{
+    return {316, 50, anchor, 25};
+}
+
+TEST(PanelGeometry, the_first_place_is_the_top_centre_below_the_work_areas_edge)
+{
+    const StablePosition position = PanelGeometry::defaultPosition(circle, main);
+    EXPECT_EQ(position, (StablePosition{7, 640, 862}));
+    EXPECT_EQ(PanelGeometry::placedFrame(position, circle, main.visibleFrame),
+              (PanelFrame{615, 812, 50, 50}));
+    EXPECT_EQ(PanelGeometry::defaultPosition(island, left), (StablePosition{9, -512, 860}));
+}
+
+TEST(PanelGeometry, the_circle_stays_where_it_is_in_every_layout)
+{
+    const StablePosition position{7, 600, 800};
+    struct Case
+    {
+        CapsuleLayout layout;
+        PanelFrame frame;
+    };
+    for (const Case& c : {Case{circle, {575, 750, 50, 50}},
+                          {expanded(leading), {575, 750, 316, 50}},
+                          {expanded(trailing), {309, 750, 316, 50}},
+                          {expanded(center), {442, 750, 316, 50}},
+                          {island, {370, 674, 460, 126}}}) {
+        const PanelFrame frame = PanelGeometry::placedFrame(position, c.layout, main.visibleFrame);
+        EXPECT_EQ(frame, c.frame);
+        EXPECT_EQ(PanelGeometry::stablePosition(frame, c.layout.horizontalAnchor, 7), position);
+    }
+}
+
+TEST(PanelGeometry, no_part_leaves_the_visible_frame)
+{
+    struct Case
+    {
+        StablePosition position;
+        CapsuleLayout layout;
+        PanelFrame visible;
+        PanelFrame frame;
+    };
+    const Case cases[] = {
+        {{7, 25, 870}, island, main.visibleFrame, {0, 744, 460, 126}},
+        {{7, 1255, 2000}, island, main.visibleFrame, {820, 744, 460, 126}},
+        {{7, 640, -50}, circle, main.visibleFrame, {615, 30, 50, 50}},
+        {{9, -2000, 868}, expanded(leading), left.visibleFrame, {-1024, 818, 316, 50}},
+        // An island that the screen has no room for shrinks to what is left between the margins.
+        {{11, 1440, 180}, island, tiny.visibleFrame, {1302, 54, 276, 126}},
+        {{11, 1440, 180}, island, {1290, 0, 20, 100}, {1309, 0, 1, 100}},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(PanelGeometry::placedFrame(c.position, c.layout, c.visible), c.frame);
+    }
+}
+
+TEST(PanelGeometry, a_capsule_that_is_dropped_near_a_side_snaps_to_it)
+{
+    struct Case
+    {
+        double x;
+        double snappedTo;
+    };
+    for (const Case& c :
+         {Case{0, 25}, {50, 25}, {50.5, 75.5}, {640, 665}, {1179.5, 1204.5}, {1180, 1255}, {1230, 1255}}) {
+        const PanelFrame frame{c.x, 500, 50, 50};
+        const StablePosition position = PanelGeometry::stablePosition(frame, center, 7);
+        EXPECT_EQ(PanelGeometry::snapped(position, frame, main.visibleFrame).compactCenterX, c.snappedTo)
+            << c.x;
+    }
+}
+
+TEST(PanelGeometry, the_capsule_grows_to_where_there_is_room)
+{
+    struct Case
+    {
+        double centerX;
+        double width;
+        HorizontalAnchor anchor;
+    };
+    for (const Case& c : {Case{25, 316, leading},
+                          {75, 316, leading},
+                          {1255, 316, trailing},
+                          {1205, 316, trailing},
+                          {300, 316, leading},
+                          {1000, 316, trailing},
+                          {640, 316, leading},
+                          {641, 316, trailing},
+                          {640, 1270, leading},
+                          {700, 1270, trailing}}) {
+        const StablePosition position{7, c.centerX, 800};
+        EXPECT_EQ(PanelGeometry::preferredExpansionAnchor(position, c.width, 12, main.visibleFrame), c.anchor)
+            << c.centerX << " " << c.width;
+    }
+}
+
+TEST(PanelGeometry, every_readable_record_returns_to_its_place)
+{
+    struct Case
+    {
+        SavedPosition saved;
+        StablePosition restored;
+    };
+    const Case cases[] = {
+        {{9, 0.5, 1.0, 5, center}, {9, -512, 868}},
+        {{404, 0.5, 1.0, 5, center}, {7, 640, 870}},           // its display is gone
+        {{std::nullopt, 2.0, -1.0, 5, center}, {7, 1280, 30}}, // fractions beyond the frame
+        {{7, 0.5, 0.5, 4, std::nullopt}, {7, 640, 450}},
+        {{7, 0.5, 0.5, 4, leading}, {7, 665, 450}},
+        {{7, 0.5, 0.5, 4, trailing}, {7, 615, 450}},
+        {{7, 0.5, 0.5, 3, std::nullopt}, {7, 640, 450}},
+        {{7, 0.5, 0.5, 2, std::nullopt}, {7, 640, 475}},
+        {{7, 0.0, 1.0, std::nullopt, std::nullopt}, {7, 25, 870}},
+        {{7, 1.0, 0.0, 99, std::nullopt}, {7, 1255, 80}},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(PanelGeometry::restoredPosition(c.saved, circle, screens, main), c.restored)
+            << c.saved.version.value_or(0);
+    }
+    const StablePosition position{9, -300, 500};
+    const SavedPosition saved = PanelGeometry::savedPosition(position, left);
+    EXPECT_EQ(saved.version, 5);
+    EXPECT_EQ(PanelGeometry::restoredPosition(saved, circle, screens, main), position);
+}
+
+TEST(PanelGeometry, screens_are_found_by_number_and_by_point)
+{
+    EXPECT_EQ(PanelGeometry::screenWithDisplayID(screens, std::nullopt), nullptr);
+    EXPECT_EQ(PanelGeometry::screenWithDisplayID(screens, 404), nullptr);
+    EXPECT_EQ(PanelGeometry::screenWithDisplayID(screens, 9)->displayID, 9U);
+    EXPECT_EQ(PanelGeometry::screenContaining(screens, {-1, 500})->displayID, 9U);
+    EXPECT_EQ(PanelGeometry::screenContaining(screens, {1280, 10})->displayID, 11U);
+    EXPECT_EQ(PanelGeometry::screenContaining(screens, {0, -1}), nullptr);
+}
+
+} // namespace
+} // namespace brevlin

@@ -1,0 +1,230 @@
+#include "app/model_fixture.h"
+#include "platform/window_system.h"
+#include "ui/main/main_window.h"
+#include "ui/main/message_dialog.h"
+#include "ui/main/metric_view.h"
+#include "ui/main/timer_card.h"
+#include "ui/main/timer_control_row.h"
+#include "ui/main/timer_cycle_indicator.h"
+#include "ui/main/timer_ring_view.h"
+#include "ui/main/top_bar.h"
+#include "ui/style/bar_buttons.h"
+#include "ui/style/capsule_button.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QKeyEvent>
+
+namespace brevlin {
+namespace {
+
+class PlainWindowSystem final : public WindowSystem
+{
+public:
+    bool supportsShadowMargins() const override { return false; }
+    void setSupportChangeHandler(std::function<void()> /*handler*/) override {}
+    void setShadowMargins(WindowId /*window*/, const Extents& /*extents*/) override {}
+    bool showWindowMenu(WindowId /*window*/, int /*x*/, int /*y*/) override { return false; }
+    void activate(WindowId /*window*/, const std::string& /*token*/) override {}
+};
+
+class MainWindowTest : public test::ModelTest
+{
+protected:
+    MainWindow& open()
+    {
+        m_window.reset();
+        launch();
+        m_selection = std::make_unique<SectionSelection>(m_store);
+        m_window = std::make_unique<MainWindow>(model(), *m_selection, m_store, m_windowSystem);
+        m_window->present({});
+        QApplication::processEvents();
+        return *m_window;
+    }
+    MainWindow& window() { return *m_window; }
+
+    std::vector<std::string> buttons()
+    {
+        std::vector<std::string> texts;
+        for (const auto* button : window().findChild<TimerControlRow*>()->findChildren<CapsuleButton*>()) {
+            if (!button->isHidden()) {
+                texts.push_back(button->text().toStdString());
+            }
+        }
+        return texts;
+    }
+    void press(Qt::Key key)
+    {
+        QWidget* target = QApplication::focusWidget() != nullptr ? QApplication::focusWidget() : &window();
+        for (const auto type : {QEvent::ShortcutOverride, QEvent::KeyPress, QEvent::KeyRelease}) {
+            QKeyEvent event(type, key, Qt::NoModifier,
+                            key == Qt::Key_Space ? QStringLiteral(" ") : QString());
+            QApplication::sendEvent(target, &event);
+        }
+        QApplication::processEvents();
+    }
+    static std::string spoken(QWidget* widget)
+    {
+        QAccessibleInterface* element = QAccessible::queryAccessibleInterface(widget);
+        EXPECT_EQ(element->childCount(), 0);
+        return element->text(QAccessible::Name).toStdString();
+    }
+
+    MainWindowStore m_store{defaults};
+    PlainWindowSystem m_windowSystem;
+    std::unique_ptr<SectionSelection> m_selection;
+    std::unique_ptr<MainWindow> m_window;
+};
+
+TEST_F(MainWindowTest, the_controls_are_those_of_the_state_in_both_languages)
+{
+    using Texts = std::vector<std::string>;
+    storePreferences([](AppPreferences& p) { p.timerSettings.alertIntensity = AlertIntensity::strong; });
+    open();
+    const auto inChinese = [this] {
+        model().setAppLanguage(AppLanguage::simplifiedChinese);
+        const Texts texts = buttons();
+        model().setAppLanguage(AppLanguage::english);
+        return texts;
+    };
+    EXPECT_EQ(buttons(), Texts{"Start Focus"});
+    EXPECT_EQ(inChinese(), Texts{"开始专注"});
+    model().start();
+    EXPECT_EQ(buttons(), (Texts{"+5 min", "Pause", "End", "Switch"}));
+    EXPECT_EQ(inChinese(), (Texts{"+5 分钟", "暂停", "结束", "切换"}));
+    model().pause();
+    EXPECT_EQ(buttons(), (Texts{"+5 min", "Resume", "End", "Switch"}));
+    EXPECT_EQ(inChinese(), (Texts{"+5 分钟", "继续", "结束", "切换"}));
+    model().resume();
+    scheduler.advance(Seconds{1500});
+    EXPECT_EQ(buttons(), (Texts{"Stop sound", "Skip Break", "Start Break"}));
+    EXPECT_EQ(inChinese(), (Texts{"停止声音", "跳过休息", "开始休息"}));
+    scheduler.advance(Seconds{60});
+    EXPECT_EQ(buttons(), (Texts{"Skip Break", "Start Break"})) << "the sound has stopped by itself";
+}
+
+TEST_F(MainWindowTest, the_keyboard_stays_with_what_goes_on_with_the_timer)
+{
+    open();
+    auto* row = window().findChild<TimerControlRow*>();
+    EXPECT_EQ(qobject_cast<CapsuleButton*>(QApplication::focusWidget()), nullptr);
+    const auto button = [row](int index) {
+        return row->findChildren<CapsuleButton*>().at(index);
+    };
+    button(0)->setFocus(Qt::TabFocusReason);
+    press(Qt::Key_Space);
+    EXPECT_EQ(runState(), TimerRunState::running);
+    ASSERT_NE(QApplication::focusWidget(), nullptr);
+    EXPECT_EQ(qobject_cast<CapsuleButton*>(QApplication::focusWidget())->text(), QStringLiteral("Pause"));
+    press(Qt::Key_Space);
+    EXPECT_EQ(runState(), TimerRunState::paused);
+}
+
+TEST_F(MainWindowTest, what_is_drawn_is_told_to_assistive_technology)
+{
+    open();
+    auto* ring = window().findChild<TimerRingView*>();
+    auto* cycle = window().findChild<TimerCycleIndicator*>();
+    model().start();
+    scheduler.advance(Seconds{61});
+    EXPECT_EQ(spoken(ring), "Focus, 23:59 remaining");
+    EXPECT_EQ(spoken(cycle), "Pomodoro cycle 1/4");
+    model().setAppLanguage(AppLanguage::simplifiedChinese);
+    EXPECT_EQ(spoken(ring), "专注，剩余 23:59");
+    for (QAbstractButton* button : window().findChildren<QAbstractButton*>()) {
+        const QAccessibleInterface* element = QAccessible::queryAccessibleInterface(button);
+        EXPECT_FALSE(element->text(QAccessible::Name).isEmpty()) << button->metaObject()->className();
+        EXPECT_TRUE(button->focusPolicy() & Qt::TabFocus) << button->metaObject()->className();
+    }
+}
+
+TEST_F(MainWindowTest, todays_figures_follow_the_records_and_the_language)
+{
+    open();
+    const auto figures = [this] {
+        std::string all;
+        for (MetricView* metric : window().findChildren<MetricView*>()) {
+            all += (all.empty() ? "" : " | ") + spoken(metric);
+        }
+        return all;
+    };
+    EXPECT_EQ(figures(), "Focus today, 0 min | Completed, 0 | Current streak, 0 days | Completion rate, 0%");
+    for (int phase = 0; phase < 8; ++phase) {
+        model().performPrimaryAction();
+        scheduler.advance(Seconds{60});
+        phase < 7 ? scheduler.advance(Seconds{1500}) : model().endCurrentPhase();
+        model().skipPendingPhase();
+    }
+    EXPECT_EQ(figures(),
+              "Focus today, 175 min | Completed, 7 | Current streak, 1 days | Completion rate, 88%");
+    model().setAppLanguage(AppLanguage::simplifiedChinese);
+    EXPECT_EQ(figures(), "今日专注, 175 分钟 | 完成番茄, 7 个 | 连续天数, 1 天 | 完成率, 88%");
+    scheduler.advance(Seconds{86'400});
+    EXPECT_EQ(figures().find("今日专注, 0 分钟"), 0U) << "midnight has passed";
+}
+
+TEST_F(MainWindowTest, nothing_overlaps_in_the_smallest_window)
+{
+    open();
+    window().resize(window().minimumSize());
+    QApplication::processEvents();
+    EXPECT_EQ(window().findChild<TopBar*>()->width(), 800);
+    const auto* card = window().findChild<TimerCard*>();
+    const QRect cycle = card->findChild<TimerCycleIndicator*>()->geometry();
+    const QRect ring = card->findChild<TimerRingView*>()->geometry();
+    const QRect controls = card->findChild<TimerControlRow*>()->geometry();
+    EXPECT_GE(cycle.top(), 10);
+    EXPECT_GE(ring.top() - cycle.bottom(), 10);
+    EXPECT_EQ(ring.size(), QSize(252, 252));
+    EXPECT_GE(controls.top() - ring.bottom(), 10);
+    EXPECT_GE(card->height() - controls.bottom(), 10);
+    for (const MetricView* metric : window().findChildren<MetricView*>()) {
+        EXPECT_GE(metric->width(), metric->minimumSizeHint().width());
+    }
+}
+
+TEST_F(MainWindowTest, an_alert_shows_each_message_once_and_a_newer_one_takes_its_place)
+{
+    defaults.values["Brevlin.activeTimerSnapshot.v1"] = "{";
+    open();
+    const auto alert = [this] {
+        return window().findChild<MessageDialog*>();
+    };
+    ASSERT_NE(alert(), nullptr);
+    EXPECT_EQ(alert()->windowTitle(), QStringLiteral("Timer state reset"));
+    files.failures.failFrom(1);
+    model().clearHistory();
+    QApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    ASSERT_NE(alert(), nullptr);
+    EXPECT_EQ(alert()->windowTitle(), QStringLiteral("Unable to clear history"));
+    ASSERT_TRUE(model().appMessage());
+    alert()->accept();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_FALSE(model().appMessage());
+    EXPECT_EQ(alert(), nullptr);
+    window().close();
+    window().present({});
+    QApplication::processEvents();
+    EXPECT_EQ(alert(), nullptr);
+}
+
+TEST_F(MainWindowTest, size_place_and_section_return_unless_the_screen_is_gone)
+{
+    open();
+    m_selection->select(AppSection::history);
+    window().setGeometry(5, 7, 850, 640);
+    QApplication::processEvents();
+    open();
+    EXPECT_EQ(window().geometry(), QRect(5, 7, 850, 640));
+    EXPECT_EQ(m_selection->section(), AppSection::history);
+    ASSERT_TRUE(m_store.saveGeometry({40'000, 90'000, 100, 100, false}));
+    m_window.reset();
+    ASSERT_TRUE(m_store.saveGeometry({40'000, 90'000, 100, 100, false}));
+    open();
+    EXPECT_TRUE(QApplication::primaryScreen()->geometry().intersects(window().geometry()));
+    EXPECT_GE(window().width(), 800);
+}
+
+} // namespace
+} // namespace brevlin
