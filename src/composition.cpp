@@ -2,13 +2,14 @@
 
 #include "app/app_model.h"
 #include "app/app_section.h"
-#include "platform/freedesktop/absent_services.h"
 #include "platform/freedesktop/application_instance.h"
+#include "platform/freedesktop/dbus_notification_server.h"
 #include "platform/freedesktop/desktop_system_events.h"
 #include "platform/freedesktop/files/file_user_defaults.h"
 #include "platform/freedesktop/files/leftovers.h"
 #include "platform/freedesktop/files/posix_durable_file.h"
 #include "platform/freedesktop/login/autostart_login_item.h"
+#include "platform/freedesktop/notifications/desktop_notification_center.h"
 #include "platform/freedesktop/portal_desktop_settings.h"
 #include "platform/freedesktop/qt_task_scheduler.h"
 #include "platform/freedesktop/sound/sound_effect_player.h"
@@ -81,7 +82,7 @@ private:
     QtTaskScheduler m_scheduler;
     DesktopSystemEvents m_systemEvents;
     PortalDesktopSettings m_desktopSettings;
-    AbsentNotificationCenter m_notificationCenter;
+    DesktopNotificationCenter m_notificationCenter;
     SoundEffectPlayer m_soundPlayer;
     AutostartLoginItem m_loginItem;
     NoTopCapsule m_capsule;
@@ -98,6 +99,7 @@ private:
 
 Composition::Parts::Parts(const UserFolders& folders, ApplicationInstance& instance)
     : m_defaults(folders.preferences, m_files)
+    , m_notificationCenter(std::make_unique<DBusNotificationServer>(), m_clock, m_scheduler)
     , m_soundPlayer(m_scheduler, folders.sharedData, "freedesktop")
     , m_loginItem(folders.autostart, QCoreApplication::applicationFilePath().toStdString(), m_files)
     , m_style(new BrevlinStyle)
@@ -112,7 +114,7 @@ Composition::Parts::Parts(const UserFolders& folders, ApplicationInstance& insta
     QObject::connect(&m_terminationSignals, &TerminationSignals::received, qApp, &QApplication::quit);
     QObject::connect(&m_window, &MainWindow::quitRequested, qApp, &QApplication::quit);
     QObject::connect(&m_model, &AppModel::mainWindowActivationRequested, &m_window,
-                     [this] { showWindow({}); });
+                     [this] { showWindow(m_notificationCenter.activationToken()); });
     QObject::connect(&instance, &ApplicationInstance::activationRequested, &m_window,
                      [this](const QString& token) { showWindow(token.toStdString()); });
     m_firstShow = m_scheduler.after(longestWaitForAppearance, [this] { showFirst(); });

@@ -14,9 +14,11 @@ EDGES = {
     "core": ([], []),
     "platform": (["core"], []),
     "platform/freedesktop/files": (["core", "platform"], []),
+    "platform/freedesktop/notifications": (["core", "platform"], []),
     "platform/freedesktop/login": (["core", "platform"], ["Core", "Gui"]),
     "platform/freedesktop/sound": (["core", "platform"], ["Core", "Gui", "Multimedia"]),
-    "platform/freedesktop": (["core", "platform"], ["Core", "Gui", "DBus", "Network"]),
+    "platform/freedesktop": (["core", "platform", "platform/freedesktop/notifications"],
+                             ["Core", "Gui", "DBus", "Network"]),
     "storage": (["core", "platform"], []),
     "services": (["core", "platform"], []),
     "app": (["core", "platform", "storage", "services"], ["Core"]),
@@ -24,7 +26,7 @@ EDGES = {
     "ui/capsule": (["core", "platform", "storage", "app", "ui/style"], ["Core", "Gui", "Widgets"]),
     "ui/main": (["core", "platform", "storage", "app", "ui"], ["Core", "Gui", "Widgets"]),
     "": (["core", "platform", "platform/freedesktop", "platform/freedesktop/files", "platform/freedesktop/login",
-          "platform/freedesktop/sound", "storage", "services", "app", "ui"],
+          "platform/freedesktop/notifications", "platform/freedesktop/sound", "storage", "services", "app", "ui"],
          ["Core", "Gui", "Widgets"]),
 }
 

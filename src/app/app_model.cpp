@@ -29,6 +29,17 @@ bool permitsNotifications(NotificationAuthorizationState state)
            state == NotificationAuthorizationState::provisional;
 }
 
+// Whether the timer has moved on from the end that was announced last. The completion itself is what the
+// announcement is about.
+bool outdatesAnnouncement(const TimerTransition& transition, const TimerSnapshot& previous)
+{
+    const TimerSnapshot& next = transition.snapshot;
+    const bool movedOn = next.sessionID != previous.sessionID || next.phase != previous.phase ||
+                         (next.runState != previous.runState && previous.runState == TimerRunState::ringing);
+    const bool completes = transition.finishedSession && isCompletion(transition.finishedSession->outcome);
+    return movedOn && !completes;
+}
+
 } // namespace
 
 AppModel::AppModel(AppModelParts parts, QObject* parent)
@@ -46,6 +57,7 @@ AppModel::~AppModel()
 {
     m_parts.systemEvents.setObserver({});
     m_parts.notificationService->setActionHandler({});
+    m_parts.notificationService->setAuthorizationChangeHandler({});
     m_parts.soundService->setPlaybackStateHandler({});
     m_parts.launchAtLoginService->setChangeHandler({});
 }
@@ -84,6 +96,7 @@ void AppModel::connectParts()
         [this](const TimerNotificationAction& action, const std::optional<Uuid>& sessionID) {
             handleNotificationAction(action, sessionID);
         });
+    m_parts.notificationService->setAuthorizationChangeHandler([this] { authorizationMayHaveChanged(); });
     m_parts.soundService->setPlaybackStateHandler([this](bool playing) {
         if (std::exchange(m_isAlertSoundPlaying, playing) != playing) {
             Q_EMIT alertSoundPlayingChanged();
@@ -99,6 +112,7 @@ void AppModel::observeSystemEvents()
     SystemEvents::Observer observer;
     observer.willSleep = [this] {
         m_isAsleep = true;
+        save(m_snapshot); // nothing waits to be written, unless an earlier write failed
     };
     observer.didWake = [this] {
         m_isAsleep = false;
@@ -179,6 +193,9 @@ void AppModel::apply(const TimerTransition& transition, const TimerSnapshot& pre
     const TimerSnapshot& next = transition.snapshot;
     if (next.runState != TimerRunState::running || next.sessionID != previous.sessionID) {
         m_parts.notificationService->cancel(previous.sessionID);
+    }
+    if (outdatesAnnouncement(transition, previous)) {
+        m_parts.notificationService->withdrawAnnouncement();
     }
     publish(next);
     if (transition.finishedSession) {
@@ -305,6 +322,18 @@ void AppModel::readNotificationAuthorization(std::function<void()> then)
             }
             then();
         });
+}
+
+void AppModel::authorizationMayHaveChanged()
+{
+    const bool wasPermitted = permitsNotifications(m_authorization.state);
+    readNotificationAuthorization([this, wasPermitted] {
+        // The running phase was not scheduled while nothing could announce it.
+        if (!wasPermitted && permitsNotifications(m_authorization.state) &&
+            m_snapshot.runState == TimerRunState::running && m_snapshot.remainingSeconds(now()) > Seconds{}) {
+            scheduleNow(m_snapshot, notificationNotScheduled);
+        }
+    });
 }
 
 void AppModel::handleNotificationAction(const TimerNotificationAction& action,

@@ -144,6 +144,7 @@ private:
     void scheduleNow(const TimerSnapshot& snapshot, const BilingualText& failureTitle);
     void ensureNotificationAuthorization(std::function<void()> then);
     void readNotificationAuthorization(std::function<void()> then);
+    void authorizationMayHaveChanged();
     void handleNotificationAction(const TimerNotificationAction& action,
                                   const std::optional<Uuid>& sessionID);
     void publish(const TimerSnapshot& snapshot);

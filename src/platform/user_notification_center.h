@@ -52,7 +52,8 @@ struct NotificationRequest
     std::string threadIdentifier;
     std::map<std::string, std::string> userInfo;
     bool timeSensitive = false;
-    Seconds delay{1.0}; ///< from the moment of adding, at least 1 s
+    Instant requestedAt; ///< what the delay counts from, so that no time is lost on the way here
+    Seconds delay{1.0};  ///< at least 1 s
 
     bool operator==(const NotificationRequest&) const = default;
 };
@@ -67,7 +68,7 @@ struct NotificationResponse
 inline constexpr const char* defaultNotificationActionIdentifier = "default";
 inline constexpr const char* dismissNotificationActionIdentifier = "dismiss";
 
-/// The desktop's notifications. Nothing here waits: answers arrive on the main thread, later.
+/// The desktop's notifications. Nothing here waits: answers arrive on the main thread, at once or later.
 class UserNotificationCenter
 {
 public:
@@ -78,12 +79,20 @@ public:
     virtual void setResponseHandler(std::function<void(const NotificationResponse&)> handler) = 0;
     /// Replaces all categories.
     virtual void setCategories(std::vector<NotificationCategory> categories) = 0;
+    /// In place of a pending request of the same identifier.
     virtual void add(const NotificationRequest& request, Completion completion) = 0;
+    /// A request that is due already is delivered first.
     virtual void removePending(const std::vector<std::string>& identifiers) = 0;
+    /// The first removal after the delivery is that of the phase's end which the notification announces:
+    /// the notification stays on the screen, and a second one takes it away.
     virtual void removeDelivered(const std::vector<std::string>& identifiers) = 0;
+    /// Takes every notification off the screen; what it announced is no longer so.
+    virtual void removeAllDelivered() = 0;
     virtual void readSettings(std::function<void(NotificationAuthorizationSnapshot)> completion) = 0;
     /// Asks for permission to show alerts and play sounds.
     virtual void requestAuthorization(Completion completion) = 0;
+    /// Called whenever the settings may read differently than before.
+    virtual void setSettingsChangeHandler(std::function<void()> handler) = 0;
 };
 
 } // namespace brevlin

@@ -116,7 +116,10 @@ void NotificationService::schedule(const TimerSnapshot& snapshot, AlertIntensity
         return;
     }
     m_center.removePending(requestIdentifiers(*snapshot.sessionID));
-    m_center.add(makeRequest(snapshot, intensity, remaining), std::move(completion));
+    NotificationRequest request = makeRequest(snapshot, intensity);
+    request.requestedAt = now;
+    request.delay = std::max(remaining, Seconds{1.0});
+    m_center.add(request, std::move(completion));
 }
 
 void NotificationService::cancel(const std::optional<Uuid>& sessionID)
@@ -126,6 +129,11 @@ void NotificationService::cancel(const std::optional<Uuid>& sessionID)
         m_center.removePending(identifiers);
         m_center.removeDelivered(identifiers);
     }
+}
+
+void NotificationService::withdrawAnnouncement()
+{
+    m_center.removeAllDelivered();
 }
 
 void NotificationService::authorizationStatus(
@@ -139,6 +147,11 @@ void NotificationService::requestAuthorization(Completion completion)
     m_center.requestAuthorization(std::move(completion));
 }
 
+void NotificationService::setAuthorizationChangeHandler(std::function<void()> handler)
+{
+    m_center.setSettingsChangeHandler(std::move(handler));
+}
+
 void NotificationService::registerActionCategory()
 {
     const bool english = m_language == AppLanguage::english;
@@ -150,8 +163,8 @@ void NotificationService::registerActionCategory()
     m_center.setCategories({std::move(category)});
 }
 
-NotificationRequest NotificationService::makeRequest(const TimerSnapshot& snapshot, AlertIntensity intensity,
-                                                     Seconds remaining) const
+NotificationRequest NotificationService::makeRequest(const TimerSnapshot& snapshot,
+                                                     AlertIntensity intensity) const
 {
     NotificationRequest request;
     request.identifier = requestIdentifiers(*snapshot.sessionID).front();
@@ -162,7 +175,6 @@ NotificationRequest NotificationService::makeRequest(const TimerSnapshot& snapsh
     request.userInfo = {{sessionKey, snapshot.sessionID->text()},
                         {phaseKey, std::string{rawValue(snapshot.phase)}}};
     request.timeSensitive = intensity == AlertIntensity::strong;
-    request.delay = std::max(remaining, Seconds{1.0});
     return request;
 }
 

@@ -56,13 +56,16 @@ public:
                   Completion completion);
     /// Withdraws the notification of the phase run, if there is one.
     void cancel(const std::optional<Uuid>& sessionID);
+    /// Takes the announcement of a phase's end off the screen, because the user has gone on from it.
+    void withdrawAnnouncement();
     void authorizationStatus(std::function<void(NotificationAuthorizationSnapshot)> completion);
     void requestAuthorization(Completion completion);
+    /// Called whenever the authorization status may have changed by itself.
+    void setAuthorizationChangeHandler(std::function<void()> handler);
 
 private:
     void registerActionCategory();
-    NotificationRequest makeRequest(const TimerSnapshot& snapshot, AlertIntensity intensity,
-                                    Seconds remaining) const;
+    NotificationRequest makeRequest(const TimerSnapshot& snapshot, AlertIntensity intensity) const;
 
     UserNotificationCenter& m_center;
     AppLanguage m_language = AppLanguage::simplifiedChinese;

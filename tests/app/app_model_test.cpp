@@ -263,6 +263,46 @@ TEST_F(AppModelTest, an_answer_that_comes_late_schedules_nothing_for_a_phase_tha
     EXPECT_EQ(model().appMessage()->detail, "the server is gone");
 }
 
+TEST_F(AppModelTest, an_announcement_is_withdrawn_once_the_user_goes_on_and_not_by_its_own_end)
+{
+    struct Case
+    {
+        const char* command;
+        std::function<void()> run;
+        int withdrawals;
+    };
+    for (const Case& c : {Case{"nothing", [] {}, 0},
+                          {"settings", [this] { model().setDuration(40, TimerPhase::shortBreak); }, 0},
+                          {"activation", [this] { events.observer.didBecomeActive(); }, 0},
+                          {"advance", [this] { model().advance(); }, 1},
+                          {"skip", [this] { model().skipPendingPhase(); }, 1},
+                          {"dismiss", [this] { model().dismissCompletion(); }, 1}}) {
+        defaults.values.erase("Brevlin.activeTimerSnapshot.v1");
+        launchAndStart();
+        center.withdrawals = 0;
+        scheduler.advance(Seconds{1500});
+        ASSERT_EQ(runState(), ringing);
+        c.run();
+        EXPECT_EQ(center.withdrawals, c.withdrawals) << c.command;
+    }
+}
+
+TEST_F(AppModelTest, a_server_that_comes_late_announces_the_running_phase)
+{
+    center.settings.state = NotificationAuthorizationState::unknown;
+    launchAndStart();
+    EXPECT_TRUE(center.pending.empty());
+    scheduler.advance(Seconds{100});
+    center.settings.state = NotificationAuthorizationState::authorized;
+    center.settingsChanged();
+    ASSERT_EQ(center.pending.size(), 1U);
+    EXPECT_EQ(center.pending.front().delay, Seconds{1400});
+    center.settings.alertsEnabled = true;
+    center.settingsChanged();
+    EXPECT_EQ(center.pending.size(), 1U);
+    EXPECT_TRUE(model().notificationAuthorization().alertsEnabled);
+}
+
 TEST_F(AppModelTest, reactions_to_a_notification_act_for_their_own_run_only)
 {
     int activations = 0;

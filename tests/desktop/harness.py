@@ -293,6 +293,11 @@ class Desktop:
         self.config.mkdir(mode=0o700, parents=True, exist_ok=True)
         (self.config / f"{PREFERENCES_KEY}.json").write_text(json.dumps(document))
 
+    def store_timer(self, document):
+        """Stores the running timer; to be done before the program starts."""
+        self.config.mkdir(mode=0o700, parents=True, exist_ok=True)
+        (self.config / f"{TIMER_KEY}.json").write_text(json.dumps(document))
+
     def timer(self):
         """The stored snapshot of the running timer, or None."""
         return read_json(self.config / f"{TIMER_KEY}.json")
@@ -320,6 +325,13 @@ class Desktop:
             return (self.folder / "tmp" / f"{name}.log").read_text(errors="replace")
         except FileNotFoundError:
             return ""
+
+    def keep_picture(self, name):
+        """Keeps what is on the screen for a person to look at, and gives the file."""
+        PICTURES.mkdir(parents=True, exist_ok=True)
+        picture = PICTURES / f"{name}.png"
+        self.ask("import", "-window", "root", str(picture))
+        return picture
 
     def account(self, name):
         """What a person wants to see when a test has failed."""

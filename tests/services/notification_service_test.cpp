@@ -48,6 +48,7 @@ TEST_F(NotificationServiceTest, schedules_the_whole_request)
     expected.threadIdentifier = "brevlin.timer";
     expected.userInfo = {{"sessionID", session.text()}, {"phase", "focus"}};
     expected.timeSensitive = true;
+    expected.requestedAt = now;
     expected.delay = Seconds{1.0};
     EXPECT_EQ(center.pending.front(), expected);
 }

@@ -25,6 +25,8 @@ public:
     std::vector<NotificationRequest> pending;
     std::vector<std::string> removedDelivered;
     int permissionRequests = 0;
+    int withdrawals = 0; ///< of everything on the screen
+    std::function<void()> settingsChanged;
 
     void setResponseHandler(std::function<void(const NotificationResponse&)> handler) override
     {
@@ -47,6 +49,11 @@ public:
     void removeDelivered(const std::vector<std::string>& identifiers) override
     {
         removedDelivered = identifiers;
+    }
+    void removeAllDelivered() override { ++withdrawals; }
+    void setSettingsChangeHandler(std::function<void()> handler) override
+    {
+        settingsChanged = std::move(handler);
     }
     void readSettings(std::function<void(NotificationAuthorizationSnapshot)> completion) override
     {

@@ -1,0 +1,221 @@
+#include "platform/freedesktop/dbus_notification_server.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusServiceWatcher>
+
+#include <limits>
+#include <utility>
+
+namespace brevlin {
+
+namespace {
+
+const QString service = QStringLiteral("org.freedesktop.Notifications");
+const QString path = QStringLiteral("/org/freedesktop/Notifications");
+const QString busService = QStringLiteral("org.freedesktop.DBus");
+const QString busPath = QStringLiteral("/org/freedesktop/DBus");
+
+const QString desktopEntry = QStringLiteral("com.quillmark.Brevlin");
+
+// Qt's sign of a call without a time limit: an answer is of use however late it comes, because without it a
+// notification could not be taken back.
+constexpr int forEver = std::numeric_limits<int>::max();
+// In milliseconds; the message bus itself answers at once.
+constexpr int longestFarewell = 250;
+// The server keeps it until the user has seen it.
+constexpr int neverExpires = 0;
+
+QDBusMessage serverCall(const char* method)
+{
+    return QDBusMessage::createMethodCall(service, path, service, QString::fromLatin1(method));
+}
+
+QDBusMessage busCall(const char* method)
+{
+    return QDBusMessage::createMethodCall(busService, busPath, busService, QString::fromLatin1(method));
+}
+
+std::string description(const QDBusPendingCallWatcher& call)
+{
+    return call.error().message().toStdString();
+}
+
+// https://specifications.freedesktop.org/notification-spec/latest/hints.html
+QVariantMap hints(const ServerNotification& notification)
+{
+    // The urgency must be a byte: some servers overlook it otherwise.
+    const uchar urgency = notification.isUrgent ? 2 : 1;
+    QVariantMap result{{QStringLiteral("urgency"), QVariant::fromValue(urgency)},
+                       {QStringLiteral("desktop-entry"), desktopEntry}};
+    if (notification.isSilent) {
+        result.insert(QStringLiteral("suppress-sound"), true);
+    } else {
+        result.insert(QStringLiteral("sound-name"), QStringLiteral("message-new-instant"));
+    }
+    return result;
+}
+
+} // namespace
+
+DBusNotificationServer::DBusNotificationServer(QObject* parent) : QObject(parent)
+{
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    bus.connect(service, path, service, QStringLiteral("ActionInvoked"), this,
+                SLOT(actionInvoked(uint, QString)));
+    bus.connect(service, path, service, QStringLiteral("ActivationToken"), this,
+                SLOT(activationTokenGiven(uint, QString)));
+    bus.connect(service, path, service, QStringLiteral("NotificationClosed"), this,
+                SLOT(notificationClosed(uint, uint)));
+    auto* watcher = new QDBusServiceWatcher(service, bus, QDBusServiceWatcher::WatchForOwnerChange, this);
+    connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
+            [this](const QString& /*name*/, const QString& oldOwner, const QString& newOwner) {
+                ownerChanged(oldOwner, newOwner);
+            });
+    m_doNotDisturb.setChangeHandler([this](bool isOn) {
+        if (m_observer.doNotDisturbChanged) {
+            m_observer.doNotDisturbChanged(isOn);
+        }
+    });
+}
+
+DBusNotificationServer::~DBusNotificationServer()
+{
+    // Qt hands messages to a thread of its own, which may end before it has sent them. An answer of the bus
+    // shows that everything before the question is on its way.
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    if (bus.isConnected()) {
+        bus.call(busCall("GetId"), QDBus::Block, longestFarewell);
+    }
+}
+
+void DBusNotificationServer::setObserver(Observer observer)
+{
+    m_observer = std::move(observer);
+}
+
+void DBusNotificationServer::ownerChanged(const QString& oldOwner, const QString& newOwner)
+{
+    m_hasOwner = !newOwner.isEmpty();
+    m_doNotDisturb.forgetServer();
+    if (!oldOwner.isEmpty() && m_observer.vanished) {
+        m_observer.vanished();
+    }
+    if (!m_hasOwner) {
+        tellWhenUnavailable();
+    } else if (m_observer.appeared) {
+        m_observer.appeared();
+    }
+}
+
+void DBusNotificationServer::tellWhenUnavailable()
+{
+    call(busCall("ListActivatableNames"), [this](const QDBusPendingCallWatcher& finished) {
+        const QDBusPendingReply<QStringList> names = finished;
+        const bool canBeStarted = !names.isError() && names.value().contains(service);
+        if (!m_hasOwner && !canBeStarted && m_observer.becameUnavailable) {
+            m_observer.becameUnavailable();
+        }
+    });
+}
+
+void DBusNotificationServer::readCapabilities(
+    std::function<void(Expected<Capabilities, std::string>)> completion)
+{
+    call(serverCall("GetCapabilities"),
+         [this, completion = std::move(completion)](const QDBusPendingCallWatcher& finished) {
+             const QDBusPendingReply<QStringList> reply = finished;
+             if (reply.isError()) {
+                 completion(Unexpected{description(finished)});
+                 return;
+             }
+             Capabilities capabilities;
+             for (const QString& each : reply.value()) {
+                 capabilities.insert(each.toStdString());
+             }
+             readServerName();
+             completion(std::move(capabilities));
+         });
+}
+
+void DBusNotificationServer::readServerName()
+{
+    call(serverCall("GetServerInformation"), [this](const QDBusPendingCallWatcher& finished) {
+        const QDBusPendingReply<QString, QString, QString, QString> reply = finished;
+        if (!reply.isError()) {
+            m_doNotDisturb.follow(reply.argumentAt<0>());
+        }
+    });
+}
+
+void DBusNotificationServer::notify(const ServerNotification& notification,
+                                    std::function<void(Expected<std::uint32_t, std::string>)> completion)
+{
+    QStringList actions;
+    for (const NotificationAction& action : notification.actions) {
+        actions << QString::fromStdString(action.identifier) << QString::fromStdString(action.title);
+    }
+    QDBusMessage message = serverCall("Notify");
+    message << QStringLiteral("Brevlin") << notification.replaces << desktopEntry
+            << QString::fromStdString(notification.title) << QString::fromStdString(notification.body)
+            << actions << hints(notification) << neverExpires;
+    call(message, [completion = std::move(completion)](const QDBusPendingCallWatcher& finished) {
+        const QDBusPendingReply<uint> reply = finished;
+        if (reply.isError()) {
+            completion(Unexpected{description(finished)});
+        } else {
+            completion(std::uint32_t{reply.value()});
+        }
+    });
+}
+
+void DBusNotificationServer::close(std::uint32_t id)
+{
+    QDBusMessage message = serverCall("CloseNotification");
+    message << id;
+    message.setAutoStartService(false);
+    call(message, [](const QDBusPendingCallWatcher& /*finished*/) {
+        // A server that does not know it any more has nothing to close.
+    });
+}
+
+void DBusNotificationServer::call(const QDBusMessage& message,
+                                  std::function<void(const QDBusPendingCallWatcher&)> finished)
+{
+    auto* watcher =
+        new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(message, forEver), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, finished = std::move(finished)] {
+        watcher->deleteLater();
+        finished(*watcher);
+    });
+}
+
+void DBusNotificationServer::actionInvoked(uint id, const QString& action)
+{
+    if (m_observer.actionInvoked) {
+        m_observer.actionInvoked(id, action.toStdString());
+    }
+}
+
+void DBusNotificationServer::activationTokenGiven(uint id, const QString& token)
+{
+    if (m_observer.activationTokenGiven) {
+        m_observer.activationTokenGiven(id, token.toStdString());
+    }
+}
+
+void DBusNotificationServer::notificationClosed(uint id, uint reason)
+{
+    // https://specifications.freedesktop.org/notification-spec/latest/protocol.html#signal-notification-closed
+    constexpr uint expired = 1;
+    constexpr uint dismissed = 2;
+    if (m_observer.closed) {
+        m_observer.closed(id, reason == expired     ? CloseReason::expired
+                              : reason == dismissed ? CloseReason::dismissed
+                                                    : CloseReason::other);
+    }
+}
+
+} // namespace brevlin

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "platform/freedesktop/do_not_disturb.h"
+#include "platform/freedesktop/notifications/notification_server.h"
+
+#include <QObject>
+
+class QDBusError;
+class QDBusMessage;
+class QDBusPendingCallWatcher;
+
+namespace brevlin {
+
+/// The owner of org.freedesktop.Notifications on the session bus. No call waits for it.
+class DBusNotificationServer final : public QObject, public NotificationServer
+{
+    Q_OBJECT
+
+public:
+    explicit DBusNotificationServer(QObject* parent = nullptr);
+    /// Makes sure that what was asked last has left the program.
+    ~DBusNotificationServer() override;
+
+    void setObserver(Observer observer) override;
+    void readCapabilities(std::function<void(Expected<Capabilities, std::string>)> completion) override;
+    void notify(const ServerNotification& notification,
+                std::function<void(Expected<std::uint32_t, std::string>)> completion) override;
+    void close(std::uint32_t id) override;
+
+private Q_SLOTS:
+    void actionInvoked(uint id, const QString& action);
+    void activationTokenGiven(uint id, const QString& token);
+    void notificationClosed(uint id, uint reason);
+
+private:
+    void ownerChanged(const QString& oldOwner, const QString& newOwner);
+    void tellWhenUnavailable();
+    void readServerName();
+    /// Calls and hands the finished call over; the answer may take for ever.
+    void call(const QDBusMessage& message, std::function<void(const QDBusPendingCallWatcher&)> finished);
+
+    Observer m_observer;
+    DoNotDisturb m_doNotDisturb;
+    bool m_hasOwner = false; // as far as its changes have told
+};
+
+} // namespace brevlin

@@ -1,0 +1,373 @@
+#include "platform/fake_notification_server.h"
+#include "platform/freedesktop/notifications/desktop_notification_center.h"
+#include "support/fake_task_scheduler.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace brevlin {
+namespace {
+
+using State = NotificationAuthorizationState;
+
+class NotificationCenterTest : public ::testing::Test
+{
+protected:
+    NotificationCenterTest() { makeCenter(); }
+
+    void makeCenter(bool hangs = false, bool isRunning = true)
+    {
+        center.reset();
+        auto made = std::make_unique<test::FakeNotificationServer>();
+        server = made.get();
+        server->hangs = hangs;
+        server->isRunning = isRunning;
+        center = std::make_unique<DesktopNotificationCenter>(std::move(made), clock, scheduler);
+        center->setResponseHandler([this](const NotificationResponse& response) {
+            responses.push_back(response.actionIdentifier + " of " + response.userInfo.at("sessionID") +
+                                center->activationToken());
+        });
+        center->setCategories({{"ended", {{"next", "Next"}, {"stop", "Stop"}}, {}}});
+    }
+
+    NotificationRequest request(const std::string& run, Seconds delay = Seconds{10.0})
+    {
+        NotificationRequest result;
+        result.identifier = run;
+        result.title = "Focus complete";
+        result.body = "“<b>&\"” is complete.";
+        result.categoryIdentifier = "ended";
+        result.userInfo = {{"sessionID", run}};
+        result.requestedAt = clock.now();
+        result.delay = delay;
+        return result;
+    }
+    void add(const std::string& run, Seconds delay = Seconds{10.0})
+    {
+        center->add(request(run, delay), [this](const Expected<void, std::string>& added) {
+            confirmations.push_back(added ? "added" : added.error());
+        });
+    }
+    /// As the model does with every end of a phase.
+    void withdraw(const std::string& run)
+    {
+        center->removePending({run, "legacy." + run});
+        center->removeDelivered({run, "legacy." + run});
+    }
+    void announce(const std::string& run)
+    {
+        add(run);
+        scheduler.advance(Seconds{10.0});
+        withdraw(run);
+        ASSERT_EQ(server->screen.size(), 1U);
+    }
+    const ServerNotification& banner() { return server->screen.begin()->second; }
+    std::string readState()
+    {
+        std::string read = "nothing";
+        center->readSettings([&](const NotificationAuthorizationSnapshot& settings) {
+            read = settings.state == State::authorized ? "authorized"
+                   : settings.state == State::denied   ? "denied"
+                                                       : "unknown";
+        });
+        return read;
+    }
+
+    test::FakeClock clock;
+    test::FakeTaskScheduler scheduler{clock};
+    test::FakeNotificationServer* server = nullptr; // the centre's
+    std::unique_ptr<DesktopNotificationCenter> center;
+    std::vector<std::string> responses;
+    std::vector<std::string> confirmations;
+};
+
+TEST_F(NotificationCenterTest, shows_at_the_instant_and_not_before)
+{
+    add("A", Seconds{1500.25});
+    scheduler.advance(Seconds{1500.2});
+    EXPECT_TRUE(server->screen.empty());
+    scheduler.advance(Seconds{0.05});
+    ASSERT_EQ(server->screen.size(), 1U);
+    EXPECT_EQ(banner().title, "Focus complete");
+    EXPECT_FALSE(banner().isUrgent);
+    const std::vector<NotificationAction> actions{{"default", ""}, {"next", "Next"}, {"stop", "Stop"}};
+    EXPECT_EQ(banner().actions, actions);
+}
+
+TEST_F(NotificationCenterTest, the_instant_is_of_the_wall_clock)
+{
+    add("A", Seconds{600.0});
+    clock.jump(Seconds{599.0}); // asleep
+    scheduler.advance(Seconds{0.9});
+    EXPECT_TRUE(server->screen.empty());
+    scheduler.advance(Seconds{0.2});
+    EXPECT_EQ(server->screen.size(), 1U) << "right after waking";
+
+    add("B", Seconds{10.0});
+    clock.jump(Seconds{-60.0});
+    scheduler.advance(Seconds{69.0});
+    EXPECT_EQ(server->shown, 1);
+    scheduler.advance(Seconds{1.0});
+    EXPECT_EQ(server->shown, 2);
+}
+
+TEST_F(NotificationCenterTest, no_time_is_lost_between_the_request_and_its_arrival)
+{
+    const NotificationRequest made = request("A");
+    clock.jump(Seconds{0.03});
+    center->add(made, [](const auto&) {});
+    clock.jump(Seconds{9.97});
+    withdraw("A");
+    EXPECT_EQ(server->screen.size(), 1U) << "due when the phase ends, not a little later";
+}
+
+TEST_F(NotificationCenterTest, appears_exactly_once_whether_timer_or_transition_comes_first)
+{
+    for (const bool transitionFirst : {false, true}) {
+        makeCenter();
+        add("A");
+        transitionFirst ? clock.jump(Seconds{10.0}) : scheduler.advance(Seconds{10.0});
+        withdraw("A");
+        scheduler.advance(Seconds{10.0});
+        EXPECT_EQ(server->shown, 1);
+        EXPECT_EQ(server->screen.size(), 1U) << "the transition that it announces leaves it there";
+    }
+}
+
+TEST_F(NotificationCenterTest, one_withdrawn_before_its_time_never_appears)
+{
+    add("A");
+    scheduler.advance(Seconds{9.999});
+    withdraw("A");
+    scheduler.advance(Seconds{60.0});
+    EXPECT_EQ(server->shown, 0);
+    EXPECT_EQ(scheduler.pendingCount(), 0U);
+}
+
+TEST_F(NotificationCenterTest, an_announcement_goes_when_it_is_outdated)
+{
+    struct Case
+    {
+        const char* what;
+        std::function<void()> happens;
+        std::size_t left;
+    };
+    const std::vector<Case> cases{
+        {"the user went on", [this] { center->removeAllDelivered(); }, 0},
+        {"it was withdrawn once more", [this] { withdraw("A"); }, 0},
+        {"its run is scheduled again", [this] { add("A"); }, 0},
+        {"another phase was withdrawn", [this] { withdraw("B"); }, 1},
+        {"the next phase started by itself", [this] { add("B"); }, 1},
+        {"a day passed", [this] { scheduler.advance(Seconds{86'400.0}); }, 1},
+    };
+    for (const Case& c : cases) {
+        makeCenter();
+        announce("A");
+        c.happens();
+        EXPECT_EQ(server->screen.size(), c.left) << c.what;
+    }
+}
+
+TEST_F(NotificationCenterTest, the_next_announcement_takes_the_place_of_the_last)
+{
+    announce("A");
+    announce("B");
+    EXPECT_EQ(server->shown, 2);
+    server->act("next");
+    EXPECT_EQ(responses, std::vector<std::string>{"next of B"});
+}
+
+TEST_F(NotificationCenterTest, quitting_takes_it_away)
+{
+    bool wasClosed = false;
+    announce("A");
+    server->observer.closed = [&](std::uint32_t, NotificationServer::CloseReason) {
+        wasClosed = true;
+    };
+    center.reset();
+    EXPECT_TRUE(wasClosed);
+}
+
+TEST_F(NotificationCenterTest, a_reaction_acts_once_and_ends_the_announcement)
+{
+    announce("A");
+    server->act("default", " with a token");
+    server->act("default");
+    server->act("next");
+    EXPECT_EQ(responses, std::vector<std::string>{"default of A with a token"});
+    EXPECT_TRUE(server->screen.empty()) << "also where the server does not close it by itself";
+    EXPECT_EQ(center->activationToken(), "");
+
+    announce("B");
+    server->dismiss();
+    server->act("stop");
+    EXPECT_EQ(responses.back(), "dismiss of B");
+    EXPECT_EQ(responses.size(), 2U);
+
+    announce("C");
+    server->observer.closed(server->lastId, NotificationServer::CloseReason::expired);
+    server->observer.actionInvoked(99, "next"); // of another program
+    EXPECT_EQ(responses.size(), 2U);
+}
+
+TEST_F(NotificationCenterTest, texts_are_shown_as_typed_with_and_without_markup)
+{
+    announce("A");
+    EXPECT_EQ(banner().body, "“&lt;b&gt;&amp;\"” is complete.");
+    server->die();
+    server->capabilities = {"body"};
+    server->startAgain();
+    EXPECT_EQ(banner().body, "“<b>&\"” is complete.");
+    EXPECT_TRUE(banner().actions.empty()) << "the server has none";
+}
+
+TEST_F(NotificationCenterTest, new_titles_of_buttons_reach_the_announcement_on_the_screen)
+{
+    announce("A");
+    center->setCategories({{"ended", {{"next", "下一个"}}, {}}});
+    ASSERT_EQ(server->screen.size(), 1U);
+    EXPECT_EQ(banner().actions.back().title, "下一个");
+    EXPECT_TRUE(banner().isSilent);
+    center->removeAllDelivered();
+    center->setCategories({});
+    EXPECT_TRUE(server->screen.empty());
+}
+
+TEST_F(NotificationCenterTest, nothing_is_lost_with_the_server)
+{
+    add("A", Seconds{10.0});
+    add("B", Seconds{20.0});
+    server->die();
+    EXPECT_EQ(readState(), "denied");
+    scheduler.advance(Seconds{15.0});
+    withdraw("A");
+    server->startAgain();
+    EXPECT_EQ(readState(), "authorized");
+    EXPECT_EQ(server->screen.size(), 1U) << "what was due meanwhile";
+    scheduler.advance(Seconds{5.0});
+    server->act("next");
+    EXPECT_EQ(responses, std::vector<std::string>{"next of B"});
+}
+
+TEST_F(NotificationCenterTest, a_server_that_comes_to_itself_shows_only_what_still_counts)
+{
+    add("A");
+    server->hangs = true;
+    scheduler.advance(Seconds{10.0});
+    withdraw("A");
+    center->removeAllDelivered();
+    server->recover();
+    EXPECT_TRUE(server->screen.empty());
+
+    server->hangs = true;
+    add("B");
+    scheduler.advance(Seconds{10.0});
+    add("C");
+    scheduler.advance(Seconds{10.0});
+    server->recover();
+    ASSERT_EQ(server->screen.size(), 1U);
+    server->act("next");
+    EXPECT_EQ(responses, std::vector<std::string>{"next of C"});
+
+    server->hangs = true;
+    add("D");
+    scheduler.advance(Seconds{10.0});
+    server->isReplaced();
+    ASSERT_EQ(server->screen.size(), 1U) << "one that takes over from a hung one";
+    const std::uint32_t id = server->lastId;
+    server->recover();
+    server->observer.actionInvoked(id, "stop");
+    EXPECT_EQ(responses.back(), "stop of D") << "what the hung one says at last is void";
+}
+
+TEST_F(NotificationCenterTest, showing_something_may_start_the_server)
+{
+    add("A");
+    server->screen.clear();
+    server->observer.vanished(); // and the bus can start it
+    EXPECT_EQ(readState(), "authorized");
+    server->hangs = true; // while it starts
+    scheduler.advance(Seconds{10.0});
+    server->observer.appeared();
+    server->recover();
+    EXPECT_EQ(server->shown, 1);
+
+    add("B");
+    server->hangs = true;
+    scheduler.advance(Seconds{10.0});
+    server->observer.vanished();
+    server->recover(); // with the last that it said
+    server->screen.clear();
+    server->observer.appeared();
+    EXPECT_EQ(server->screen.size(), 1U) << "it is not where it was shown any more";
+}
+
+TEST_F(NotificationCenterTest, authorization_is_known_once_a_server_has_answered)
+{
+    EXPECT_EQ(readState(), "authorized");
+    makeCenter(false, false);
+    EXPECT_EQ(readState(), "denied");
+
+    makeCenter(true);
+    std::vector<State> read;
+    int changes = 0;
+    center->setSettingsChangeHandler([&] { ++changes; });
+    center->readSettings([&](const auto& settings) { read.push_back(settings.state); });
+    EXPECT_TRUE(read.empty());
+    scheduler.advance(Seconds{0.5});
+    EXPECT_EQ(read, std::vector<State>{State::unknown}) << "nobody waits longer";
+    server->recover();
+    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(readState(), "authorized");
+
+    makeCenter(true);
+    server->isReplaced();
+    server->isRunning = false;
+    server->recover();
+    EXPECT_EQ(readState(), "authorized") << "of the one that took over";
+}
+
+TEST_F(NotificationCenterTest, a_server_that_does_not_answer_is_a_failure_of_whoever_needs_it)
+{
+    add("A");
+    EXPECT_EQ(confirmations, std::vector<std::string>{"added"});
+    server->hangs = true;
+    add("A");
+    scheduler.advance(Seconds{4.9});
+    EXPECT_EQ(confirmations.size(), 1U);
+    scheduler.advance(Seconds{0.1});
+    EXPECT_EQ(confirmations.back(), "Connection timed out");
+    server->recover();
+    EXPECT_EQ(confirmations.size(), 2U);
+    scheduler.advance(Seconds{5.0});
+    EXPECT_EQ(server->screen.size(), 1U) << "and yet it tries";
+
+    server->die();
+    std::string error;
+    center->requestAuthorization([&](const auto& granted) { error = granted ? "" : granted.error(); });
+    EXPECT_EQ(error, "no server");
+}
+
+TEST_F(NotificationCenterTest, settings_tell_what_the_server_and_the_user_let_through)
+{
+    NotificationAuthorizationSnapshot read;
+    const auto readNow = [&] {
+        center->readSettings([&](const auto& settings) { read = settings; });
+    };
+    readNow();
+    EXPECT_EQ(read, (NotificationAuthorizationSnapshot{State::authorized, true, true, true}));
+    server->observer.doNotDisturbChanged(true);
+    readNow();
+    EXPECT_EQ(read, (NotificationAuthorizationSnapshot{State::authorized, false, true, true}));
+    server->die();
+    readNow();
+    EXPECT_EQ(read, (NotificationAuthorizationSnapshot{State::denied, false, false, false}));
+    server->capabilities.erase("sound");
+    server->startAgain();
+    readNow();
+    EXPECT_EQ(read, (NotificationAuthorizationSnapshot{State::authorized, true, false, true}));
+}
+
+} // namespace
+} // namespace brevlin
