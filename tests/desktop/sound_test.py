@@ -1,6 +1,7 @@
 """What the sound server plays when a phase ends."""
 
 import array
+import os
 import time
 
 from harness import DesktopTest, main, wait_for
@@ -69,6 +70,23 @@ class Sound(DesktopTest):
         acted = time.monotonic()
         wait_for("silence", self.is_silent, 3)
         self.assertLess(time.monotonic() - acted, 1.0, "0.3 s of silence come within a second")
+
+    def audible_length(self, *arguments):
+        """Plays a strong alert with these arguments of the player; gives the seconds from its first to its last sound."""
+        self.start_server()
+        player = self.desktop.run_in_background([os.environ["BREVLIN_ALERT_PLAYER"], *arguments])
+        self.assertEqual(player.wait(timeout=20), 0)
+        audible = [value > AUDIBLE for value in self.loudness()]
+        return (len(audible) - audible[::-1].index(True) - audible.index(True)) * SLICE / RATE
+
+    def test_a_strong_alert_ends_by_itself_at_its_limit(self):
+        # The sounds follow one another with a faint end each, so that the last one may end up to that much earlier.
+        self.assertTrue(3.0 <= self.audible_length("4") <= 4.2)
+
+    def test_a_stopped_alert_is_silent_within_a_tenth_of_a_second(self):
+        # In the middle of the second sound, where it is loud. Two slices more for where they begin and end.
+        length = self.audible_length("60", "2.0")
+        self.assertTrue(1.9 <= length <= 2.0 + 0.1 + 2 * SLICE / RATE, f"it lasted {length} s")
 
     def test_without_a_sound_server_the_timer_goes_on(self):
         self.desktop.environment["PULSE_SERVER"] = f"unix:{self.desktop.folder}/no-sound-server"

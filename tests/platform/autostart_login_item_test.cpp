@@ -3,7 +3,14 @@
 #include "support/memory_durable_file.h"
 #include "support/temporary_folder.h"
 
+#include <QEventLoop>
+#include <QTimer>
+
 #include <gtest/gtest.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
 
 namespace brevlin {
 namespace {
@@ -78,6 +85,28 @@ TEST_F(AutostartLoginItemTest, an_entry_in_effect_follows_the_program_and_one_sw
     const std::string switchedOff = files.files[entry];
     after.followProgram();
     EXPECT_EQ(files.files[entry], switchedOff);
+}
+
+TEST_F(AutostartLoginItemTest, hears_of_changes_by_others_also_before_the_folder_exists)
+{
+    AutostartLoginItem item(autostart, "/bin/sh", files);
+    int changes = 0;
+    QEventLoop loop;
+    item.setChangeHandler([&] {
+        ++changes;
+        loop.quit();
+    });
+    const auto waitForChange = [&] {
+        QTimer::singleShot(std::chrono::seconds{10}, &loop, [&] { loop.exit(1); });
+        return loop.exec() == 0;
+    };
+    std::filesystem::create_directory(autostart);
+    EXPECT_TRUE(waitForChange());
+    std::ofstream(entry) << "[Desktop Entry]\n";
+    EXPECT_TRUE(waitForChange());
+    std::filesystem::remove(entry);
+    EXPECT_TRUE(waitForChange());
+    EXPECT_GE(changes, 3);
 }
 
 } // namespace
