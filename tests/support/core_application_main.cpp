@@ -1,6 +1,6 @@
-#include <gtest/gtest.h>
-
 #include <QCoreApplication>
+
+#include <gtest/gtest.h>
 
 // For tests of objects that need an event loop but no window.
 int main(int argc, char** argv)

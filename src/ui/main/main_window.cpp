@@ -4,9 +4,9 @@
 #include "platform/window_system.h"
 #include "ui/main/message_dialog.h"
 #include "ui/main/root_view.h"
-#include "ui/style/text.h"
 #include "ui/main/top_bar.h"
 #include "ui/main/window_frame.h"
+#include "ui/style/text.h"
 
 #include <QAction>
 #include <QCloseEvent>

@@ -1,7 +1,7 @@
 #include "ui/main/message_dialog.h"
 
-#include "ui/style/text.h"
 #include "ui/style/capsule_button.h"
+#include "ui/style/text.h"
 #include "ui/style/theme.h"
 #include "ui/style/typography.h"
 

@@ -1,8 +1,8 @@
 #include "ui/main/timer_control_row.h"
 
 #include "app/app_model.h"
-#include "ui/style/text.h"
 #include "ui/style/capsule_button.h"
+#include "ui/style/text.h"
 #include "ui/style/theme.h"
 
 #include <QAbstractButton>

@@ -3,8 +3,8 @@
 #include "app/app_model.h"
 #include "core/statistics_calculator.h"
 #include "ui/main/metric_view.h"
-#include "ui/style/text.h"
 #include "ui/style/shapes.h"
+#include "ui/style/text.h"
 #include "ui/style/theme.h"
 
 #include <QHBoxLayout>

@@ -1,8 +1,8 @@
 #include "ui/main/top_bar.h"
 
 #include "app/app_model.h"
-#include "ui/style/text.h"
 #include "ui/style/bar_buttons.h"
+#include "ui/style/text.h"
 
 #include <QApplication>
 #include <QContextMenuEvent>
