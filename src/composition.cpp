@@ -35,7 +35,7 @@ namespace {
 // flash.
 constexpr Seconds longestWaitForAppearance{0.15};
 
-/// There is no capsule on this desktop: nothing is shown.
+/// Until the capsule has its window, nothing of it is shown.
 class NoTopCapsule final : public TopCapsule
 {
 public:
