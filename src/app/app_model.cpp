@@ -1,7 +1,5 @@
 #include "app/app_model.h"
 
-#include <QPointer>
-
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -17,17 +15,9 @@ constexpr BilingualText timerStateResetDetail{
 constexpr BilingualText historyUnreadable{"本地记录读取失败", "Failed to load local history"};
 constexpr BilingualText recordNotSaved{"记录保存失败", "Failed to save record"};
 constexpr BilingualText timerStateNotSaved{"计时状态保存失败", "Failed to save timer state"};
-constexpr BilingualText notificationNotScheduled{"提醒安排失败", "Failed to schedule notification"};
-constexpr BilingualText notificationsNotEnabled{"无法开启通知", "Unable to enable notifications"};
 
 constexpr const char* completionSoundName = "Glass";
 constexpr Seconds tickInterval{1.0};
-
-bool permitsNotifications(NotificationAuthorizationState state)
-{
-    return state == NotificationAuthorizationState::authorized ||
-           state == NotificationAuthorizationState::provisional;
-}
 
 // Whether the timer has moved on from the end that was announced last. The completion itself is what the
 // announcement is about.
@@ -258,106 +248,6 @@ void AppModel::announce(const FinishedSession& finished)
         m_parts.capsule.presentCompletion({*headline});
     } else if (finished.outcome == SessionOutcome::switchedEarly) {
         m_parts.capsule.clearMorphState();
-    }
-}
-
-void AppModel::scheduleNotification(AskForPermission permission)
-{
-    auto then = [this, snapshot = m_snapshot] {
-        // The desktop may have taken its time to answer: a phase that was paused or replaced since is not
-        // announced.
-        if (permitsNotifications(m_authorization.state) && snapshot == m_snapshot) {
-            scheduleNow(snapshot, notificationNotScheduled);
-        }
-    };
-    if (permission == AskForPermission::yes) {
-        ensureNotificationAuthorization(std::move(then));
-    } else {
-        readNotificationAuthorization(std::move(then));
-    }
-}
-
-void AppModel::scheduleNow(const TimerSnapshot& snapshot, const BilingualText& failureTitle)
-{
-    m_parts.notificationService->schedule(
-        snapshot, m_preferences.timerSettings.alertIntensity, now(),
-        [self = QPointer(this), failureTitle](const Expected<void, std::string>& scheduled) {
-            if (self && !scheduled) {
-                self->raise(failureTitle, scheduled.error());
-            }
-        });
-}
-
-void AppModel::ensureNotificationAuthorization(std::function<void()> then)
-{
-    readNotificationAuthorization([this, then = std::move(then)] {
-        if (m_authorization.state != NotificationAuthorizationState::notDetermined) {
-            then();
-            return;
-        }
-        m_parts.notificationService->requestAuthorization(
-            [self = QPointer(this), then](const Expected<void, std::string>& granted) {
-                if (!self) {
-                    return;
-                }
-                if (granted) {
-                    self->readNotificationAuthorization(then);
-                } else {
-                    self->raise(notificationsNotEnabled, granted.error());
-                    then();
-                }
-            });
-    });
-}
-
-void AppModel::readNotificationAuthorization(std::function<void()> then)
-{
-    m_parts.notificationService->authorizationStatus(
-        [self = QPointer(this), then = std::move(then)](const NotificationAuthorizationSnapshot& status) {
-            if (!self) {
-                return;
-            }
-            if (std::exchange(self->m_authorization, status) != status) {
-                Q_EMIT self->notificationAuthorizationChanged();
-            }
-            then();
-        });
-}
-
-void AppModel::authorizationMayHaveChanged()
-{
-    const bool wasPermitted = permitsNotifications(m_authorization.state);
-    readNotificationAuthorization([this, wasPermitted] {
-        // The running phase was not scheduled while nothing could announce it.
-        if (!wasPermitted && permitsNotifications(m_authorization.state) &&
-            m_snapshot.runState == TimerRunState::running && m_snapshot.remainingSeconds(now()) > Seconds{}) {
-            scheduleNow(m_snapshot, notificationNotScheduled);
-        }
-    });
-}
-
-void AppModel::handleNotificationAction(const TimerNotificationAction& action,
-                                        const std::optional<Uuid>& sessionID)
-{
-    // A ringing phase has no run of its own, so that the buttons of the phase that just ended are honoured.
-    if (sessionID && m_snapshot.sessionID && *m_snapshot.sessionID != *sessionID) {
-        return;
-    }
-    using Kind = TimerNotificationAction::Kind;
-    switch (action.kind) {
-    case Kind::opened:
-        m_parts.soundService->stop();
-        activateMainWindow();
-        break;
-    case Kind::startNextPhase:
-        advance();
-        break;
-    case Kind::stopAlert:
-        m_parts.soundService->stop();
-        break;
-    case Kind::dismissed:
-    case Kind::unknown:
-        break;
     }
 }
 

@@ -1,7 +1,5 @@
 #include "app/app_model.h"
 
-#include <QPointer>
-
 #include <algorithm>
 
 namespace brevlin {
@@ -11,7 +9,6 @@ namespace {
 constexpr BilingualText recordNotDeleted{"无法删除记录", "Unable to delete record"};
 constexpr BilingualText historyNotCleared{"无法清空记录", "Unable to clear history"};
 constexpr BilingualText launchAtLoginFailed{"登录启动设置失败", "Launch at login failed"};
-constexpr BilingualText notificationsNotEnabled{"无法开启通知", "Unable to enable notifications"};
 
 constexpr Seconds addedTime{300.0};
 constexpr std::int64_t longestMinutes = 180;
@@ -188,25 +185,6 @@ void AppModel::clearHistory()
     } else if (const auto& error = m_parts.sessionStore->lastError()) {
         raise(historyNotCleared, error->errorDescription());
     }
-}
-
-void AppModel::requestNotificationPermission()
-{
-    m_parts.notificationService->requestAuthorization(
-        [self = QPointer(this)](const Expected<void, std::string>& granted) {
-            if (!self) {
-                return;
-            }
-            if (!granted) {
-                self->raise(notificationsNotEnabled, granted.error());
-                return;
-            }
-            self->readNotificationAuthorization([self] {
-                if (self->m_snapshot.runState == TimerRunState::running) {
-                    self->scheduleNow(self->m_snapshot, notificationsNotEnabled);
-                }
-            });
-        });
 }
 
 void AppModel::setLaunchAtLogin(bool enabled)
