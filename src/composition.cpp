@@ -46,6 +46,12 @@ std::string timeLocale()
     return locale.language() == QLocale::C ? "en_US_POSIX" : locale.name().toStdString();
 }
 
+// QApplication::quit asks every window whether it may be closed, and the capsule says no.
+void quitApplication()
+{
+    QApplication::exit();
+}
+
 ColorScheme schemeOf(DesktopSettings::ColorScheme scheme)
 {
     return scheme == DesktopSettings::ColorScheme::dark ? ColorScheme::dark : ColorScheme::light;
@@ -111,8 +117,8 @@ Composition::Parts::Parts(const UserFolders& folders, ApplicationInstance& insta
     followAppearance();
     m_capsule.attach(&m_model);
     m_loginItem.followProgram();
-    QObject::connect(&m_terminationSignals, &TerminationSignals::received, qApp, &QApplication::quit);
-    QObject::connect(&m_window, &MainWindow::quitRequested, qApp, &QApplication::quit);
+    QObject::connect(&m_terminationSignals, &TerminationSignals::received, qApp, quitApplication);
+    QObject::connect(&m_window, &MainWindow::quitRequested, qApp, quitApplication);
     QObject::connect(&m_model, &AppModel::mainWindowActivationRequested, &m_window,
                      [this] { showWindow(m_notificationCenter.activationToken()); });
     QObject::connect(&instance, &ApplicationInstance::activationRequested, &m_window,

@@ -307,14 +307,10 @@ void PanelWindow::restartDrag()
     }
 }
 
-// The window manager may offer to close it; only the timer decides that.
+// The window manager may offer to close it, but only the timer decides that.
 void PanelWindow::closeEvent(QCloseEvent* event)
 {
-    if (event->spontaneous()) {
-        event->ignore();
-    } else {
-        QWidget::closeEvent(event);
-    }
+    event->ignore();
 }
 
 void PanelWindow::hideEvent(QHideEvent* event)
