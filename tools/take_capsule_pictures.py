@@ -23,6 +23,10 @@ PICTURES = ROOT / "docs" / "pictures"
 AREA = (370, 0, 600, 142)  # of the screen, around the capsule at its first place
 BACKDROP = "#a9b8c9"
 
+PLAIN_BACKDROP = """<openbox_config xmlns="http://openbox.org/3.4/rc"><applications>
+<application title="Backdrop"><decor>no</decor><maximized>yes</maximized></application>
+</applications></openbox_config>"""
+
 
 class Stage:
     """A desktop with a compositor, a plain backdrop and the capsule of a focus phase that ends soon."""
@@ -30,15 +34,14 @@ class Stage:
     def __init__(self, language, appearance, remaining):
         self.desktop = Desktop()
         desktop = self.desktop
-        desktop.start_display()
+        rules = desktop.folder / "openbox.xml"
+        rules.write_text(PLAIN_BACKDROP)
+        desktop.start_display(("openbox", "--sm-disable", "--config-file", str(rules)))
         desktop.start_bus()
         desktop.run_in_background(["picom", "--backend", "xrender", "--config", "/dev/null"])
         wait_for("a compositor", lambda: desktop.ask("xdotool", "search", "--name", "picom"))
         desktop.run_in_background(["xmessage", "-bg", BACKDROP, "-fg", BACKDROP, "-buttons", "", "-title", "Backdrop", " "])
         wait_for("the backdrop", lambda: desktop.windows("Backdrop"))
-        desktop.ask("xprop", "-id", str(desktop.windows("Backdrop")[0]), "-f", "_MOTIF_WM_HINTS", "32c", "-set",
-                    "_MOTIF_WM_HINTS", "0x2, 0x0, 0x0, 0x0, 0x0")
-        desktop.ask("wmctrl", "-r", "Backdrop", "-b", "add,maximized_horz,maximized_vert")
         desktop.set_preferences(focus=1500, short_break=300, language=language, appearance=appearance)
         now = time.time() - 978307200
         desktop.store_timer({"phase": "focus", "runState": "running", "plannedDuration": 1500,

@@ -277,7 +277,7 @@ class Desktop:
     # Documents
 
     def set_preferences(self, focus=3.0, short_break=3.0, long_break=3.0, auto_start=False, language="zh-Hans",
-                        sound=False, intensity="standard", appearance="dark"):
+                        sound=False, intensity="standard", appearance="dark", capsule=True):
         """Stores preferences; to be done before the program starts. Durations in seconds."""
         document = {
             "timerSettings": {
@@ -289,7 +289,7 @@ class Desktop:
                 "autoStartFocus": auto_start,
                 "alertIntensity": intensity,
             },
-            "showTopCapsuleWhileRunning": True,
+            "showTopCapsuleWhileRunning": capsule,
             "playCompletionSound": sound,
             "topTimerAppearance": appearance,
             "appLanguage": language,
