@@ -18,6 +18,7 @@
 #include "platform/freedesktop/x11_window_system.h"
 #include "storage/main_window_store.h"
 #include "ui/main/main_window.h"
+#include "ui/main/settings_window.h"
 #include "ui/style/accessibility.h"
 #include "ui/style/brevlin_style.h"
 #include "ui/style/theme.h"
@@ -94,6 +95,7 @@ private:
     AppModel m_model;
     SectionSelection m_selection;
     MainWindow m_window;
+    SettingsWindow m_settingsWindow;
     TaskHandle m_firstShow;
 };
 
@@ -108,11 +110,15 @@ Composition::Parts::Parts(const UserFolders& folders, ApplicationInstance& insta
     , m_model(modelParts(folders))
     , m_selection(m_windowStore)
     , m_window((QApplication::setStyle(m_style), m_model), m_selection, m_windowStore, m_windowSystem)
+    , m_settingsWindow(m_model, m_windowSystem)
 {
     followAppearance();
     m_loginItem.followProgram();
     QObject::connect(&m_terminationSignals, &TerminationSignals::received, qApp, &QApplication::quit);
     QObject::connect(&m_window, &MainWindow::quitRequested, qApp, &QApplication::quit);
+    QObject::connect(&m_window, &MainWindow::settingsRequested, &m_settingsWindow,
+                     [this] { m_settingsWindow.present(); });
+    QObject::connect(&m_settingsWindow, &SettingsWindow::quitRequested, qApp, &QApplication::quit);
     QObject::connect(&m_model, &AppModel::mainWindowActivationRequested, &m_window,
                      [this] { showWindow(m_notificationCenter.activationToken()); });
     QObject::connect(&instance, &ApplicationInstance::activationRequested, &m_window,

@@ -219,7 +219,8 @@ void AppModel::commitPreferences(const AppPreferences& preferences)
 
 void AppModel::savePreferences()
 {
-    // A failure changes nothing for this run: the next change writes the whole value again, and quitting does.
+    // A failure changes nothing for this run: the next change writes the whole value again, and quitting
+    // does.
     m_arePreferencesSaved = static_cast<bool>(m_parts.preferencesStore->save(m_preferences));
 }
 

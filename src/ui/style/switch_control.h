@@ -1,0 +1,27 @@
+#pragma once
+
+#include "ui/style/animation.h"
+#include "ui/style/plain_button.h"
+
+namespace brevlin {
+
+/// An on-off switch; its title stands beside it and is its accessible name. Assistive technology sees a check
+/// box. Whoever handles clicked() sets the state that holds afterwards: a change may be refused.
+class SwitchControl final : public PlainButton
+{
+    Q_OBJECT
+
+public:
+    explicit SwitchControl(QWidget* parent = nullptr);
+
+    QSize sizeHint() const override { return {45, 29}; }
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    ValueAnimation m_position; // of the knob, 0 is off
+};
+
+} // namespace brevlin
