@@ -1,5 +1,6 @@
 # Writes HEADER with the version and, where SOURCE is the top of a git checkout, its revision. Without git or outside a
 # checkout, as in a source package, the revision is empty. An unchanged header is left alone.
+cmake_minimum_required(VERSION 3.25)
 
 set(REVISION "")
 find_program(GIT git)

@@ -5,7 +5,10 @@
 
 #include <QHBoxLayout>
 #include <QPainter>
+#include <QTextLayout>
 #include <QVBoxLayout>
+
+#include <cmath>
 
 namespace brevlin {
 
@@ -18,6 +21,24 @@ constexpr int symbolSize = 18;
 constexpr int noteSymbolSize = 14;
 constexpr int headingGap = 9;
 
+int lineHeightOf(const QFont& font)
+{
+    return static_cast<int>(std::ceil(QFontMetricsF(font).height()));
+}
+
+QStringList brokenIntoLines(const QString& text, const QFont& font, int width)
+{
+    QTextLayout layout(text, font);
+    QStringList lines;
+    layout.beginLayout();
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(width);
+        lines << text.mid(line.textStart(), line.textLength());
+    }
+    layout.endLayout();
+    return lines;
+}
+
 } // namespace
 
 FormLabel::FormLabel(const QFont& font, ThemeColor color, QWidget* parent) : QLabel(parent), m_color(color)
@@ -26,15 +47,38 @@ FormLabel::FormLabel(const QFont& font, ThemeColor color, QWidget* parent) : QLa
     setFont(font);
 }
 
+QSize FormLabel::sizeHint() const
+{
+    const int width = static_cast<int>(std::ceil(QFontMetricsF(font()).horizontalAdvance(text())));
+    return {width, lineHeightOf(font())};
+}
+
+QSize FormLabel::minimumSizeHint() const
+{
+    return wordWrap() ? QSize(0, lineHeightOf(font())) : sizeHint();
+}
+
+int FormLabel::heightForWidth(int width) const
+{
+    if (!wordWrap())
+        return -1;
+    return lineHeightOf(font()) * static_cast<int>(brokenIntoLines(text(), font(), width).size());
+}
+
 void FormLabel::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     painter.setFont(font());
     painter.setPen(Theme::of(*this).color(isEnabled() ? m_color : ThemeColor::tertiaryLabel));
-    if (wordWrap())
-        painter.drawText(contentsRect(), Qt::TextWordWrap | Qt::AlignLeft | Qt::AlignTop, text());
-    else
-        drawTextOnBaseline(painter, contentsRect(), Qt::AlignLeft, text());
+    if (!wordWrap()) {
+        drawTextOnBaseline(painter, rect(), Qt::AlignLeft, text());
+        return;
+    }
+    QRectF line(0, 0, width(), lineHeightOf(font()));
+    for (const QString& each : brokenIntoLines(text(), font(), width())) {
+        drawTextOnBaseline(painter, line, Qt::AlignLeft, each);
+        line.translate(0, line.height());
+    }
 }
 
 FormNote::FormNote(Symbol symbol, ThemeColor color, QWidget* parent)
@@ -56,7 +100,7 @@ void FormNote::setText(const QString& text)
 
 FormRow::FormRow(QWidget* parent) : QWidget(parent), m_column(new QVBoxLayout(this)), m_line(new QHBoxLayout)
 {
-    m_column->setContentsMargins(horizontalPadding, verticalPadding, horizontalPadding, verticalPadding);
+    applyMargins();
     m_column->setSpacing(noteGap);
     m_line->setSpacing(12);
     m_line->addStrut(lineHeight);
@@ -99,16 +143,25 @@ void FormRow::setContent(QWidget* content)
                          content->sizePolicy().horizontalPolicy() == QSizePolicy::Expanding ? 1000 : 0);
 }
 
-void FormRow::addControl(QWidget* control)
+void FormRow::addControl(QWidget* control, int bleed)
 {
     m_line->addWidget(control);
+    m_bleed = bleed;
+    applyMargins();
+}
+
+void FormRow::applyMargins()
+{
+    m_column->setContentsMargins(horizontalPadding, verticalPadding, horizontalPadding - m_bleed,
+                                 m_hasNotes ? verticalPadding + 3 : verticalPadding);
 }
 
 FormNote* FormRow::addNote(ThemeColor color, Symbol symbol)
 {
     auto* note = new FormNote(symbol, color, this);
     m_column->addWidget(note);
-    m_column->setContentsMargins(horizontalPadding, verticalPadding, horizontalPadding, verticalPadding + 3);
+    m_hasNotes = true;
+    applyMargins();
     return note;
 }
 
@@ -129,9 +182,9 @@ FormSection::FormSection(QWidget* parent)
 {
     m_rows->setContentsMargins(0, 0, 0, 0);
     m_rows->setSpacing(0);
-    m_heading->setContentsMargins(2, 0, 0, 0);
     auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
+    column->setContentsMargins(CardSurface::shadowMargins.left(), 0, CardSurface::shadowMargins.right(),
+                               CardSurface::shadowMargins.bottom());
     column->setSpacing(headingGap);
     column->addWidget(m_heading);
     column->addWidget(m_card);

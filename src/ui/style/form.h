@@ -14,13 +14,18 @@ class QVBoxLayout;
 
 namespace brevlin {
 
-/// A text of a form in one of the theme's colours, which follows every change of the theme.
+/// A text of a form in one of the theme's colours, which follows every change of the theme. Its lines are as
+/// high in Chinese as in Latin.
 class FormLabel final : public QLabel
 {
     Q_OBJECT
 
 public:
     FormLabel(const QFont& font, ThemeColor color, QWidget* parent = nullptr);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+    int heightForWidth(int width) const override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -60,8 +65,9 @@ public:
     void setSymbol(Symbol symbol, ThemeColor tint);
     /// In place of a title, taking all the room that it wants. The row owns it.
     void setContent(QWidget* content);
-    /// At the trailing edge. The row owns it.
-    void addControl(QWidget* control);
+    /// At the trailing edge. The row owns it. What it shows begins `bleed` points within its bounds, which
+    /// therefore reach so far into the row's padding.
+    void addControl(QWidget* control, int bleed = 0);
     FormNote* addNote(ThemeColor color = ThemeColor::secondaryLabel, Symbol symbol = Symbol::none);
 
 protected:
@@ -69,14 +75,18 @@ protected:
 
 private:
     FormLabel& title(TextRole role, ThemeColor color);
+    void applyMargins();
 
     QVBoxLayout* m_column; // these are owned by this widget
     QHBoxLayout* m_line;
     FormLabel* m_title = nullptr;
     SymbolView* m_symbol = nullptr;
+    int m_bleed = 0;
+    bool m_hasNotes = false;
 };
 
-/// A heading and below it a card of rows.
+/// A heading and below it a card of rows. Its bounds leave room for the card's shadow, at the sides and
+/// below.
 class FormSection : public QWidget
 {
     Q_OBJECT

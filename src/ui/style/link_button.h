@@ -10,6 +10,8 @@ class LinkButton final : public PlainButton
     Q_OBJECT
 
 public:
+    static constexpr int bleed = 7; ///< from its bounds to what is seen of it
+
     explicit LinkButton(QWidget* parent = nullptr);
 
     QSize sizeHint() const override;

@@ -12,6 +12,8 @@ class SwitchControl final : public PlainButton
     Q_OBJECT
 
 public:
+    static constexpr int bleed = 3; ///< from its bounds to what is seen of it
+
     explicit SwitchControl(QWidget* parent = nullptr);
 
     QSize sizeHint() const override { return {45, 29}; }

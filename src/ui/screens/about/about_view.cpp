@@ -11,6 +11,7 @@
 #include "ui/style/typography.h"
 
 #include <QDesktopServices>
+#include <QHBoxLayout>
 #include <QUrl>
 #include <QVBoxLayout>
 
@@ -79,7 +80,11 @@ AboutView::AboutView(AppModel& model, QWidget* parent)
     column->addSpacing(5);
     column->addWidget(m_version, 0, Qt::AlignHCenter);
     column->addSpacing(34);
-    column->addWidget(card);
+    auto* centred = new QHBoxLayout;
+    centred->addStretch(1);
+    centred->addWidget(card, 1000); // as wide as it may be, before the sides get anything
+    centred->addStretch(1);
+    column->addLayout(centred);
     column->addStretch(1);
     connect(&model, &AppModel::preferencesChanged, this, &AboutView::refresh);
     refresh();

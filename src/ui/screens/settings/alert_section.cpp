@@ -36,8 +36,8 @@ AlertSection::AlertSection(AppModel& model, QWidget* parent)
     , m_enable(new LinkButton)
 {
     m_intensityRow->addControl(m_intensity);
-    m_soundRow->addControl(m_sound);
-    m_statusRow->addControl(m_enable);
+    m_soundRow->addControl(m_sound, SwitchControl::bleed);
+    m_statusRow->addControl(m_enable, LinkButton::bleed);
     connect(m_intensity, &SegmentedPicker::chosen, this, [this](int index) {
         TimerSettings settings = m_model.preferences().timerSettings;
         settings.alertIntensity = allCases<AlertIntensity>().at(static_cast<std::size_t>(index));

@@ -11,8 +11,8 @@ namespace brevlin {
 namespace {
 
 constexpr int screenPadding = 24;
-constexpr int sectionSpacing = 24;
-constexpr int widestForm = 872; // a title and its control at the ends of a wider row lose each other
+constexpr int sectionSpacing = 26;
+constexpr int widestForm = 880; // a title and its control at the ends of a wider row lose each other
 
 } // namespace
 
@@ -22,7 +22,7 @@ AppSettingsView::AppSettingsView(AppModel& model, QWidget* parent) : QWidget(par
     form->setMaximumWidth(widestForm);
     auto* column = new QVBoxLayout(form);
     column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(sectionSpacing);
+    column->setSpacing(sectionSpacing - CardSurface::shadowMargins.bottom());
     column->addWidget(new TimerSection(model, form));
     column->addWidget(new AlertSection(model, form));
     column->addWidget(new AppearanceSection(model, form));
@@ -32,8 +32,10 @@ AppSettingsView::AppSettingsView(AppModel& model, QWidget* parent) : QWidget(par
 
     auto* content = new QWidget;
     auto* centred = new QHBoxLayout(content);
-    centred->setContentsMargins(screenPadding, screenPadding, screenPadding - SlimScrollBar::thickness,
-                                screenPadding);
+    const QMargins shadow = CardSurface::shadowMargins;
+    centred->setContentsMargins(screenPadding - shadow.left(), screenPadding,
+                                screenPadding - shadow.right() - SlimScrollBar::thickness,
+                                screenPadding - shadow.bottom());
     centred->addWidget(form);
 
     auto* scroll = new ScrollView(this);

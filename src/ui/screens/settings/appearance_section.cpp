@@ -61,13 +61,13 @@ void AppearanceSection::addSwitches()
 {
     m_capsuleRow = addRow();
     m_capsule = new SwitchControl;
-    m_capsuleRow->addControl(m_capsule);
+    m_capsuleRow->addControl(m_capsule, SwitchControl::bleed);
     m_capsuleNote = m_capsuleRow->addNote();
     connect(m_capsule, &QAbstractButton::clicked, &m_model, &AppModel::setShowTopCapsuleWhileRunning);
 
     m_launchRow = addRow();
     m_launch = new SwitchControl;
-    m_launchRow->addControl(m_launch);
+    m_launchRow->addControl(m_launch, SwitchControl::bleed);
     connect(m_launch, &QAbstractButton::clicked, this, [this](bool isOn) {
         m_model.setLaunchAtLogin(isOn);
         refresh(); // the change may have been refused
@@ -75,7 +75,7 @@ void AppearanceSection::addSwitches()
 
     m_approvalRow = addRow();
     m_openSettings = new LinkButton;
-    m_approvalRow->addControl(m_openSettings);
+    m_approvalRow->addControl(m_openSettings, LinkButton::bleed);
     connect(m_openSettings, &QAbstractButton::clicked, &m_model, &AppModel::openLoginItemSettings);
 }
 

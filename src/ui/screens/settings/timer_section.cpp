@@ -61,7 +61,7 @@ TimerSection::TimerSection(AppModel& model, QWidget* parent) : FormSection(paren
     const auto addSwitch = [this](FormRow*& row, SwitchControl*& control, bool TimerSettings::*field) {
         row = addRow();
         control = new SwitchControl;
-        row->addControl(control);
+        row->addControl(control, SwitchControl::bleed);
         connect(control, &QAbstractButton::clicked, this, [this, field](bool isOn) {
             changeSettings(m_model, [&](TimerSettings& settings) { settings.*field = isOn; });
         });
