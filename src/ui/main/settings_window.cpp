@@ -7,6 +7,7 @@
 #include "ui/style/text.h"
 #include "ui/style/theme.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QPainter>
 #include <QShortcut>
@@ -48,6 +49,7 @@ void SettingsWindow::present(const std::string& activationToken)
         m_form->resize(windowSize);
         m_form->show();
         setFocus();
+        placeOverActiveWindow();
     }
     if (isMinimized()) {
         setWindowState(windowState() & ~Qt::WindowMinimized);
@@ -55,6 +57,16 @@ void SettingsWindow::present(const std::string& activationToken)
     show();
     raise();
     m_windowSystem.activate(winId(), activationToken);
+}
+
+// Where no window of the program is active, the window manager has a better idea.
+void SettingsWindow::placeOverActiveWindow()
+{
+    if (const QWidget* active = QApplication::activeWindow(); active != nullptr && active != this) {
+        QRect place(QPoint(), windowSize);
+        place.moveCenter(active->frameGeometry().center());
+        move(place.topLeft());
+    }
 }
 
 void SettingsWindow::closeEvent(QCloseEvent* event)

@@ -31,6 +31,7 @@ protected:
 
 private:
     void refreshTitle();
+    void placeOverActiveWindow();
 
     AppModel& m_model;
     WindowSystem& m_windowSystem;

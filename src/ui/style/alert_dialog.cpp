@@ -77,6 +77,23 @@ void AlertDialog::fit()
     }
 }
 
+bool AlertDialog::event(QEvent* event)
+{
+    const bool result = QDialog::event(event);
+    // Shows from the start which button Return will press.
+    if (event->type() == QEvent::WindowActivate && focusWidget() != nullptr) {
+        QWidget* button = focusWidget();
+        QMetaObject::invokeMethod(
+            button,
+            [button] {
+                button->clearFocus();
+                button->setFocus(Qt::TabFocusReason);
+            },
+            Qt::QueuedConnection);
+    }
+    return result;
+}
+
 void AlertDialog::keyPressEvent(QKeyEvent* event)
 {
     auto* button = qobject_cast<CapsuleButton*>(focusWidget());

@@ -20,6 +20,8 @@ constexpr int noteGap = 1;
 constexpr int symbolSize = 18;
 constexpr int noteSymbolSize = 14;
 constexpr int headingGap = 9;
+constexpr int symbolNoteGap = 5;  // below a note that asks for attention
+constexpr int contentNoteGap = 5; // from a button to its note
 
 int lineHeightOf(const QFont& font)
 {
@@ -88,8 +90,10 @@ FormNote::FormNote(Symbol symbol, ThemeColor color, QWidget* parent)
     auto* line = new QHBoxLayout(this);
     line->setContentsMargins(0, 0, 0, 0);
     line->setSpacing(6);
-    if (symbol != Symbol::none)
+    if (symbol != Symbol::none) {
         line->addWidget(new SymbolView(symbol, noteSymbolSize, color, this), 0, Qt::AlignTop);
+        line->setContentsMargins(0, 0, 0, symbolNoteGap);
+    }
     line->addWidget(m_label, 1);
 }
 
@@ -139,6 +143,7 @@ void FormRow::setSymbol(Symbol symbol, ThemeColor tint)
 
 void FormRow::setContent(QWidget* content)
 {
+    m_column->setSpacing(contentNoteGap);
     m_line->insertWidget(0, content,
                          content->sizePolicy().horizontalPolicy() == QSizePolicy::Expanding ? 1000 : 0);
 }

@@ -44,7 +44,6 @@ Segment::Segment(QWidget* parent) : PlainButton(parent)
 {
     installAccessibility();
     setCheckable(true);
-    setAutoExclusive(true);
 }
 
 QSize Segment::sizeHint() const
@@ -72,16 +71,17 @@ void Segment::paintEvent(QPaintEvent*)
 
 void Segment::keyPressEvent(QKeyEvent* event)
 {
-    // Qt's groups would go on to whatever lies above or below; the arrows stay within the picker.
-    PlainButton::keyPressEvent(event);
     switch (event->key()) {
     case Qt::Key_Left:
-    case Qt::Key_Right:
     case Qt::Key_Up:
+        Q_EMIT neighborRequested(-1);
+        break;
+    case Qt::Key_Right:
     case Qt::Key_Down:
-        event->accept();
+        Q_EMIT neighborRequested(1);
         break;
     default:
+        PlainButton::keyPressEvent(event);
         break;
     }
 }
@@ -95,7 +95,9 @@ SegmentedPicker::SegmentedPicker(int count, QWidget* parent) : QWidget(parent), 
         connect(segment, &QAbstractButton::clicked, this, [this, index] {
             if (index != m_currentIndex)
                 Q_EMIT chosen(index);
+            markCurrent(); // Qt has turned the segment over
         });
+        connect(segment, &Segment::neighborRequested, this, &SegmentedPicker::chooseNeighbor);
         m_segments.push_back(segment);
     }
     connect(&m_position, &ValueAnimation::valueChanged, this, qOverload<>(&QWidget::update));
@@ -110,15 +112,33 @@ void SegmentedPicker::setTexts(const QStringList& texts)
 
 void SegmentedPicker::setCurrentIndex(int index)
 {
-    m_segments.at(static_cast<std::size_t>(index))->setChecked(true);
     if (index == m_currentIndex)
         return;
     const bool isFirst = m_currentIndex < 0;
     m_currentIndex = index;
+    markCurrent();
     if (isFirst)
         m_position.setValue(index);
     else
         m_position.animateTo(index, {std::chrono::milliseconds(180), QEasingCurve::OutCubic, 10});
+}
+
+void SegmentedPicker::markCurrent()
+{
+    for (std::size_t index = 0; index < m_segments.size(); ++index) {
+        const bool isCurrent = static_cast<int>(index) == m_currentIndex;
+        m_segments[index]->setChecked(isCurrent);
+        m_segments[index]->setFocusPolicy(isCurrent ? Qt::TabFocus : Qt::NoFocus);
+    }
+}
+
+void SegmentedPicker::chooseNeighbor(int distance)
+{
+    const int index = std::clamp(m_currentIndex + distance, 0, static_cast<int>(m_segments.size()) - 1);
+    if (index == m_currentIndex)
+        return;
+    Q_EMIT chosen(index);
+    m_segments.at(static_cast<std::size_t>(m_currentIndex))->setFocus(Qt::TabFocusReason);
 }
 
 QSize SegmentedPicker::segmentSize() const

@@ -21,6 +21,10 @@ public:
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
 
+Q_SIGNALS:
+    /// An arrow key was pressed: the segment so many places further on is wanted.
+    void neighborRequested(int distance);
+
 protected:
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
@@ -52,6 +56,8 @@ protected:
 
 private:
     QSize segmentSize() const;
+    void chooseNeighbor(int distance);
+    void markCurrent();
 
     std::vector<Segment*> m_segments;
     int m_currentIndex = -1;
