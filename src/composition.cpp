@@ -22,6 +22,7 @@
 #include "storage/top_panel_position.h"
 #include "ui/capsule/top_panel_controller.h"
 #include "ui/main/main_window.h"
+#include "ui/main/settings_window.h"
 #include "ui/style/accessibility.h"
 #include "ui/style/brevlin_style.h"
 #include "ui/style/theme.h"
@@ -96,6 +97,7 @@ private:
     AppModel m_model;
     SectionSelection m_selection;
     MainWindow m_window;
+    SettingsWindow m_settingsWindow;
     TaskHandle m_firstShow;
 };
 
@@ -113,12 +115,16 @@ Composition::Parts::Parts(const UserFolders& folders, ApplicationInstance& insta
     , m_model(modelParts(folders))
     , m_selection(m_windowStore)
     , m_window((QApplication::setStyle(m_style), m_model), m_selection, m_windowStore, m_windowSystem)
+    , m_settingsWindow(m_model, m_windowSystem)
 {
     followAppearance();
     m_capsule.attach(&m_model);
     m_loginItem.followProgram();
     QObject::connect(&m_terminationSignals, &TerminationSignals::received, qApp, quitApplication);
     QObject::connect(&m_window, &MainWindow::quitRequested, qApp, quitApplication);
+    QObject::connect(&m_window, &MainWindow::settingsRequested, &m_settingsWindow,
+                     [this] { m_settingsWindow.present(); });
+    QObject::connect(&m_settingsWindow, &SettingsWindow::quitRequested, qApp, quitApplication);
     QObject::connect(&m_model, &AppModel::mainWindowActivationRequested, &m_window,
                      [this] { showWindow(m_notificationCenter.activationToken()); });
     QObject::connect(&instance, &ApplicationInstance::activationRequested, &m_window,

@@ -71,11 +71,18 @@ def write(path, document):
     path.write_text(json.dumps(document))
 
 
-def take(state, language, scheme, display, folder):
-    home = folder / f"{state}-{language}-{scheme}"
+def keep(window, name, environment):
+    target = PICTURES / f"{name}.png"
+    subprocess.run(["import", "-window", window, "-strip", target], env=environment, check=True)
+    print(target.relative_to(ROOT))
+
+
+def take(state, language, scheme, display, folder, section="timer"):
+    home = folder / f"{section}-{state}-{language}-{scheme}"
     settings = home / ".config/Brevlin"
     write(settings / "Brevlin.preferences.v1.json", {"appLanguage": "english" if language == "en" else "zh-Hans"})
     write(settings / "Brevlin.activeTimerSnapshot.v1.json", snapshot(state))
+    (settings / "com.quillmark.brevlin.mainSection.json").write_text(f'"{section}"')
     write(home / ".local/share/Brevlin/sessions-v1.json", history())
     environment = {**os.environ, "DISPLAY": display, "HOME": str(home), "XDG_RUNTIME_DIR": str(folder),
                    "LC_ALL": "C.UTF-8", "TZ": "UTC"}
@@ -96,9 +103,15 @@ def take(state, language, scheme, display, folder):
                                    capture_output=True, text=True, check=False)
             window = found.stdout.split()[-1] if found.stdout.split() else ""
         time.sleep(1.2)
-        target = PICTURES / f"dashboard-{state}-{language}-{scheme}.png"
-        subprocess.run(["import", "-window", window, "-strip", target], env=environment, check=True)
-        print(target.relative_to(ROOT))
+        if section == "timer":
+            keep(window, f"dashboard-{state}-{language}-{scheme}", environment)
+            return
+        keep(window, f"{section}-{language}-{scheme}", environment)
+        if section == "settings":
+            subprocess.run(["xdotool", "mousemove", "--window", window, "460", "400", "click", "--repeat", "40", "5",
+                            "mousemove", "0", "0"], env=environment, check=True)
+            time.sleep(0.5)
+            keep(window, f"{section}-scrolled-{language}-{scheme}", environment)
     finally:
         for process in (program, portal, bus):
             process.terminate()
@@ -122,6 +135,10 @@ def main():
                 for language in ("zh", "en"):
                     for scheme in ("light", "dark"):
                         take(state, language, scheme, display, folder)
+            for section in ("settings", "about"):
+                for language in ("zh", "en"):
+                    for scheme in ("light", "dark"):
+                        take("idle", language, scheme, display, folder, section)
         finally:
             manager.terminate()
             server.terminate()

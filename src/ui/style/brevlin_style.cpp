@@ -1,6 +1,7 @@
 #include "ui/style/brevlin_style.h"
 
 #include "ui/style/card_surface.h"
+#include "ui/style/scroll_view.h"
 #include "ui/style/theme.h"
 #include "ui/style/typography.h"
 
@@ -8,6 +9,8 @@
 #include <QBitmap>
 #include <QPainter>
 #include <QStyleOption>
+
+#include <algorithm>
 
 namespace brevlin {
 
@@ -25,6 +28,36 @@ QRegion roundedMask(const QSize& size)
     painter.setBrush(Qt::color1);
     painter.drawRoundedRect(QRect(QPoint(), size - QSize(1, 1)), toolTipRadius, toolTipRadius);
     return mask;
+}
+
+constexpr int shortestHandle = 36;
+
+/// The whole length is groove: a slim bar has no buttons at its ends.
+QRect slimScrollBarRect(const QStyleOptionSlider& bar, QStyle::SubControl part)
+{
+    const bool isHorizontal = bar.orientation == Qt::Horizontal;
+    const int length = isHorizontal ? bar.rect.width() : bar.rect.height();
+    const int range = bar.maximum - bar.minimum;
+    const double share = range > 0 ? bar.pageStep / (1.0 * range + bar.pageStep) : 1;
+    const int handle = std::clamp(static_cast<int>(length * share), std::min(shortestHandle, length), length);
+    const int start = QStyle::sliderPositionFromValue(bar.minimum, bar.maximum, bar.sliderPosition,
+                                                      length - handle, bar.upsideDown);
+    const auto between = [&](int first, int last) {
+        return isHorizontal ? QRect(first, 0, last - first, bar.rect.height())
+                            : QRect(0, first, bar.rect.width(), last - first);
+    };
+    switch (part) {
+    case QStyle::SC_ScrollBarGroove:
+        return bar.rect;
+    case QStyle::SC_ScrollBarSlider:
+        return between(start, start + handle);
+    case QStyle::SC_ScrollBarSubPage:
+        return between(0, start);
+    case QStyle::SC_ScrollBarAddPage:
+        return between(start + handle, length);
+    default:
+        return {};
+    }
 }
 
 } // namespace
@@ -95,6 +128,15 @@ QRect BrevlinStyle::subElementRect(SubElement element, const QStyleOption* optio
     if (element == SE_FrameLayoutItem && qobject_cast<const CardSurface*>(widget) != nullptr)
         return option->rect.marginsRemoved(CardSurface::shadowMargins);
     return QProxyStyle::subElementRect(element, option, widget);
+}
+
+QRect BrevlinStyle::subControlRect(ComplexControl control, const QStyleOptionComplex* option,
+                                   SubControl subControl, const QWidget* widget) const
+{
+    const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(option);
+    if (control != CC_ScrollBar || bar == nullptr || qobject_cast<const SlimScrollBar*>(widget) == nullptr)
+        return QProxyStyle::subControlRect(control, option, subControl, widget);
+    return slimScrollBarRect(*bar, subControl);
 }
 
 } // namespace brevlin
