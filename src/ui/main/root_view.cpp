@@ -4,6 +4,7 @@
 #include "ui/main/timer_dashboard_view.h"
 #include "ui/main/top_bar.h"
 #include "ui/screens/about/about_view.h"
+#include "ui/screens/history/history_view.h"
 #include "ui/screens/settings/app_settings_view.h"
 #include "ui/style/shapes.h"
 #include "ui/style/theme.h"
@@ -38,6 +39,8 @@ void RootView::showSection()
         m_detail = new TimerDashboardView(m_model, this);
         break;
     case AppSection::history:
+        m_detail = new HistoryView(m_model, this);
+        break;
     case AppSection::statistics:
         m_detail = new QWidget(this);
         break;

@@ -65,7 +65,8 @@ TimerRingView::TimerRingView(AppModel& model, const TimerRingMetrics& metrics, Q
 
 void TimerRingView::setBackdrop(ThemeColor backdrop)
 {
-    m_time->setBackdrop(backdrop);
+    m_backdrop = backdrop;
+    layOut();
 }
 
 QSize TimerRingView::sizeHint() const
@@ -160,9 +161,22 @@ void TimerRingView::layOut()
         QRectF(bounds.center().x() - m_metrics.iconSize / 2, top, m_metrics.iconSize, m_metrics.iconSize);
     top += m_metrics.iconSize + spacing();
     const QSize time = timeSize.toSize();
-    m_time->setGeometry(QRect(QPoint((width() - time.width()) / 2, static_cast<int>(std::round(top))), time));
+    // Digits leave the ends of their line empty, and without these the line's corners stay clear of the ring.
+    const int empty = time.height() / 8;
+    m_time->setGeometry(QRect(QPoint((width() - time.width()) / 2, static_cast<int>(std::round(top))), time)
+                            .adjusted(0, empty, 0, -empty));
+    m_time->setBackdrop(liesInsideRing(m_time->geometry()) ? m_backdrop : std::nullopt);
     top += timeSize.height() + spacing();
     m_endTextRect = QRectF(0, top, bounds.width(), endHeight);
+}
+
+bool TimerRingView::liesInsideRing(const QRectF& place) const
+{
+    const double radius = (circle().width() - m_metrics.lineWidth) / 2;
+    const QPointF center = circle().center();
+    const double x = std::max(center.x() - place.left(), place.right() - center.x());
+    const double y = std::max(center.y() - place.top(), place.bottom() - center.y());
+    return std::hypot(x, y) < radius;
 }
 
 // Strokes lie on the outline of the square, half of their width outside, as a stroked circle does.

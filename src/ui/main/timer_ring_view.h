@@ -6,6 +6,8 @@
 
 #include <QWidget>
 
+#include <optional>
+
 namespace brevlin {
 
 class AppModel;
@@ -49,11 +51,13 @@ private:
     void layOut();
     void repaintArc(double progress);
     QRectF circle() const;
+    bool liesInsideRing(const QRectF& place) const;
     QRect arcBounds(double from, double to) const;
     double spacing() const;
 
     AppModel& m_model;
     TimerRingMetrics m_metrics;
+    std::optional<ThemeColor> m_backdrop;
     NumericText* m_time;       // owned by this widget
     ValueAnimation m_progress; // what is shown, on its way to the model's
     double m_paintedProgress = 0.0;

@@ -18,6 +18,8 @@ namespace {
 
 constexpr int toolTipPadding = 6;
 constexpr int toolTipRadius = 5;
+constexpr int menuPadding = 4;
+constexpr int menuEntryHeight = 26;
 
 // A tool tip's window is opaque, so its corners are cut off.
 QRegion roundedMask(const QSize& size)
@@ -95,13 +97,35 @@ int BrevlinStyle::styleHint(StyleHint hint, const QStyleOption* option, const QW
 
 int BrevlinStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const
 {
-    return metric == PM_ToolTipLabelFrameWidth ? toolTipPadding
-                                               : QProxyStyle::pixelMetric(metric, option, widget);
+    switch (metric) {
+    case PM_ToolTipLabelFrameWidth:
+        return toolTipPadding;
+    case PM_MenuHMargin:
+    case PM_MenuVMargin:
+        return menuPadding;
+    default:
+        return QProxyStyle::pixelMetric(metric, option, widget);
+    }
+}
+
+QSize BrevlinStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
+                                     const QWidget* widget) const
+{
+    const QSize wanted = QProxyStyle::sizeFromContents(type, option, size, widget);
+    const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+    const bool isEntry =
+        type == CT_MenuItem && item != nullptr && item->menuItemType != QStyleOptionMenuItem::Separator;
+    return isEntry ? wanted.expandedTo({0, menuEntryHeight}) : wanted;
 }
 
 void BrevlinStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                                  const QWidget* widget) const
 {
+    if (element == PE_FrameMenu) {
+        painter->setPen(QPen(Theme::of(option->palette).color(ThemeColor::cardBorder), 1));
+        painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+        return;
+    }
     if (element != PE_PanelTipLabel) {
         QProxyStyle::drawPrimitive(element, option, painter, widget);
         return;
