@@ -13,11 +13,13 @@
 #include "platform/freedesktop/portal_desktop_settings.h"
 #include "platform/freedesktop/qt_task_scheduler.h"
 #include "platform/freedesktop/sound/sound_effect_player.h"
+#include "platform/freedesktop/status/desktop_status_item.h"
 #include "platform/freedesktop/system_clock.h"
 #include "platform/freedesktop/termination_signals.h"
 #include "platform/freedesktop/x11_window_system.h"
 #include "storage/main_window_store.h"
 #include "ui/main/main_window.h"
+#include "ui/menu_bar/menu_bar_extra.h"
 #include "ui/style/accessibility.h"
 #include "ui/style/brevlin_style.h"
 #include "ui/style/theme.h"
@@ -85,6 +87,7 @@ private:
     DesktopNotificationCenter m_notificationCenter;
     SoundEffectPlayer m_soundPlayer;
     AutostartLoginItem m_loginItem;
+    DesktopStatusItem m_statusItem;
     NoTopCapsule m_capsule;
     X11WindowSystem m_windowSystem;
     TerminationSignals m_terminationSignals;
@@ -94,6 +97,7 @@ private:
     AppModel m_model;
     SectionSelection m_selection;
     MainWindow m_window;
+    MenuBarExtra m_menuBarExtra;
     TaskHandle m_firstShow;
 };
 
@@ -102,17 +106,20 @@ Composition::Parts::Parts(const UserFolders& folders, ApplicationInstance& insta
     , m_notificationCenter(std::make_unique<DBusNotificationServer>(), m_clock, m_scheduler)
     , m_soundPlayer(m_scheduler, folders.sharedData, "freedesktop")
     , m_loginItem(folders.autostart, QCoreApplication::applicationFilePath().toStdString(), m_files)
+    , m_statusItem(m_scheduler)
     , m_style(new BrevlinStyle)
     , m_desktopScheme(Theme::of(QApplication::palette()).scheme())
     , m_windowStore(m_defaults)
     , m_model(modelParts(folders))
     , m_selection(m_windowStore)
     , m_window((QApplication::setStyle(m_style), m_model), m_selection, m_windowStore, m_windowSystem)
+    , m_menuBarExtra(m_model, m_selection, m_statusItem, m_windowSystem)
 {
     followAppearance();
     m_loginItem.followProgram();
     QObject::connect(&m_terminationSignals, &TerminationSignals::received, qApp, &QApplication::quit);
     QObject::connect(&m_window, &MainWindow::quitRequested, qApp, &QApplication::quit);
+    QObject::connect(&m_menuBarExtra, &MenuBarExtra::quitRequested, qApp, &QApplication::quit);
     QObject::connect(&m_model, &AppModel::mainWindowActivationRequested, &m_window,
                      [this] { showWindow(m_notificationCenter.activationToken()); });
     QObject::connect(&instance, &ApplicationInstance::activationRequested, &m_window,

@@ -141,6 +141,9 @@ bool X11WindowSystem::managerSupports(xcb_atom_t hint) const
 
 bool X11WindowSystem::isComposited() const
 {
+    if (m_connection == nullptr) {
+        return true; // other platforms always are
+    }
     const auto cookie = xcb_get_selection_owner(m_connection, atom("_NET_WM_CM_S0"));
     const ReplyPointer<xcb_get_selection_owner_reply_t> reply{
         xcb_get_selection_owner_reply(m_connection, cookie, nullptr)};

@@ -25,6 +25,7 @@ public:
 
     bool supportsShadowMargins() const override;
     void setSupportChangeHandler(std::function<void()> handler) override;
+    bool isComposited() const override;
     void setShadowMargins(WindowId window, const Extents& extents) override;
     bool showWindowMenu(WindowId window, int x, int y) override;
     void activate(WindowId window, const std::string& token) override;
@@ -33,7 +34,6 @@ private:
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
     xcb_atom_t atom(std::string_view name) const;
     bool managerSupports(xcb_atom_t hint) const;
-    bool isComposited() const;
     void sendToRoot(xcb_window_t window, xcb_atom_t type, const std::uint32_t (&data)[5]) const;
 
     xcb_connection_t* m_connection = nullptr; // Qt's own; none away from X11

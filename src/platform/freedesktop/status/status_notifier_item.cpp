@@ -14,8 +14,7 @@ namespace {
 
 const QString interface = QStringLiteral("org.kde.StatusNotifierItem");
 
-const QString description = QStringLiteral(
-    R"xml(
+const QString description = QStringLiteral(R"xml(
 <interface name="org.kde.StatusNotifierItem">
   <property name="Category" type="s" access="read"/>
   <property name="Id" type="s" access="read"/>
@@ -24,27 +23,32 @@ const QString description = QStringLiteral(
   <property name="WindowId" type="i" access="read"/>
   <property name="IconThemePath" type="s" access="read"/>
   <property name="IconName" type="s" access="read"/>
-  <property name="IconPixmap" type="a(iiay)" access =
-        "read" / > <property name = "OverlayIconName" type = "s" access = "read" />
-        <property name = "AttentionIconName" type = "s" access = "read" />
-        <property name = "ToolTip" type = "(sa(iiay)ss)" access = "read" />
-        <property name = "ItemIsMenu" type = "b" access = "read" />
-        <property name = "Menu" type = "o" access = "read" />
-        <property name = "XAyatanaLabel" type = "s" access = "read" />
-        <property name = "XAyatanaLabelGuide" type = "s" access = "read" />
-        <property name = "XAyatanaOrderingIndex" type = "u" access = "read" /><method name = "ContextMenu">
-        <arg name = "x" type = "i" direction = "in" /><arg name = "y" type = "i" direction = "in" /></ method>
-        <method name = "Activate"><arg name = "x" type = "i" direction = "in" />
-        <arg name = "y" type = "i" direction = "in" /></ method><method name = "SecondaryActivate">
-        <arg name = "x" type = "i" direction = "in" /><arg name = "y" type = "i" direction = "in" /></ method>
-        <method name = "Scroll"><arg name = "delta" type = "i" direction = "in" />
-        <arg name = "orientation" type = "s" direction = "in" /></ method><signal name = "NewTitle" />
-        <signal name = "NewIcon" /><signal name = "NewToolTip" /><signal name = "NewStatus">
-        <arg name = "status" type = "s" /></ signal><signal name = "XAyatanaNewLabel">
-        <arg name = "label" type = "s" /><arg name = "guide" type = "s" /></ signal></ interface>) ");
+  <property name="IconPixmap" type="a(iiay)" access="read"/>
+  <property name="OverlayIconName" type="s" access="read"/>
+  <property name="AttentionIconName" type="s" access="read"/>
+  <property name="ToolTip" type="(sa(iiay)ss)" access="read"/>
+  <property name="ItemIsMenu" type="b" access="read"/>
+  <property name="Menu" type="o" access="read"/>
+  <property name="XAyatanaLabel" type="s" access="read"/>
+  <property name="XAyatanaLabelGuide" type="s" access="read"/>
+  <property name="XAyatanaOrderingIndex" type="u" access="read"/>
+  <method name="ContextMenu"><arg name="x" type="i" direction="in"/><arg name="y" type="i" direction="in"/></method>
+  <method name="Activate"><arg name="x" type="i" direction="in"/><arg name="y" type="i" direction="in"/></method>
+  <method name="SecondaryActivate">
+    <arg name="x" type="i" direction="in"/><arg name="y" type="i" direction="in"/>
+  </method>
+  <method name="Scroll">
+    <arg name="delta" type="i" direction="in"/><arg name="orientation" type="s" direction="in"/>
+  </method>
+  <signal name="NewTitle"/>
+  <signal name="NewIcon"/>
+  <signal name="NewToolTip"/>
+  <signal name="NewStatus"><arg name="status" type="s"/></signal>
+  <signal name="XAyatanaNewLabel"><arg name="label" type="s"/><arg name="guide" type="s"/></signal>
+</interface>
+)xml");
 
-    QString
-    qt(const std::string& text)
+QString qt(const std::string& text)
 {
     return QString::fromStdString(text);
 }
