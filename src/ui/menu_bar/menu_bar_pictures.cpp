@@ -23,10 +23,12 @@ constexpr std::array sizes{22, 24, 32, 48};
 constexpr QRgb pausedColor = qRgb(108, 104, 101);
 
 // Fractions of the picture's size.
+constexpr double focusLogoSize = 1.4;
+constexpr double restLogoSize = 1.5;
 constexpr double badgeRadius = 0.26;
 constexpr double digitHeight = 0.48;
 constexpr double smallDigitHeight = 0.36; // of three digits and more
-constexpr double digitRoom = 0.76;
+constexpr double digitRoom = 0.72;
 
 constexpr double outlineFontSize = 64; // the digits are taken from here in all sizes
 
@@ -49,6 +51,14 @@ std::vector<StatusPicture> paintPictures(const std::function<void(QPainter&, int
         pictures.push_back(std::move(picture));
     }
     return pictures;
+}
+
+// As large as fits: the mark's own square leaves more room around it than a bar's icon can spare.
+void paintLogo(QPainter& painter, int size, TimerPhase phase)
+{
+    const double side = size * (phase == TimerPhase::focus ? focusLogoSize : restLogoSize);
+    const QRectF square((size - side) / 2, (size - side) / 2, side, side);
+    paintPhaseIcon(painter, square, phase, Theme(ColorScheme::light)); // the tints are those of both schemes
 }
 
 /// The digits' outline; the baseline is at 0, their height that of a flat digit.
@@ -107,9 +117,8 @@ StatusPictures menuBarPictures(const MenuBarPictureContent& content)
     StatusPictures result;
     result.themeName = content.phase == TimerPhase::focus ? "com.quillmark.Brevlin-focus-symbolic"
                                                           : "com.quillmark.Brevlin-rest-symbolic";
-    result.plain = paintPictures([&content](QPainter& painter, int size) {
-        paintPhaseIcon(painter, QRectF(0, 0, size, size), content.phase, Theme(ColorScheme::light));
-    });
+    result.plain =
+        paintPictures([&content](QPainter& painter, int size) { paintLogo(painter, size, content.phase); });
     if (!content.minutes) {
         result.withClock = result.plain;
         return result;

@@ -63,6 +63,9 @@ const QString description = QStringLiteral(R"xml(
 
 constexpr int menuID = 0;
 
+// Some hosts do not tell when the menu closes: then nobody sees it any more after so many updates.
+constexpr int longestFollowing = 60;
+
 int idOf(std::size_t index)
 {
     return static_cast<int>(index) + 1;
@@ -97,20 +100,30 @@ void StatusBusMenu::setRows(const std::vector<StatusMenuRow>& rows)
 
 void StatusBusMenu::announce(const std::vector<StatusMenuRow>& old)
 {
-    bool isWorthASignal = m_isOpen;
-    QList<BusMenuProperties> changed;
+    QList<int> changed;
+    bool isWorthASignal = m_followedUpdates > 0;
     for (std::size_t index = 0; index < m_rows.size(); ++index) {
         if (m_rows[index] != old[index]) {
-            changed.append({idOf(index), rowProperties(idOf(index))});
+            changed.append(idOf(index));
             isWorthASignal = isWorthASignal || !m_rows[index].changesEverySecond;
         }
     }
     if (isWorthASignal) {
-        emitSignal("ItemsPropertiesUpdated",
-                   {QVariant::fromValue(changed), QVariant::fromValue(QList<BusMenuPropertyNames>{})});
+        m_followedUpdates = std::max(m_followedUpdates - 1, 0);
+        announceRows(changed);
     } else {
         m_isOutdated = true;
     }
+}
+
+void StatusBusMenu::announceRows(const QList<int>& ids)
+{
+    QList<BusMenuProperties> properties;
+    for (const int id : ids) {
+        properties.append({id, rowProperties(id)});
+    }
+    emitSignal("ItemsPropertiesUpdated",
+               {QVariant::fromValue(properties), QVariant::fromValue(QList<BusMenuPropertyNames>{})});
 }
 
 QVariantMap StatusBusMenu::properties() const
@@ -150,7 +163,7 @@ QVariantList StatusBusMenu::layout(int parent, int depth) const
     BusMenuNode node{parent, rowProperties(parent), {}};
     for (std::size_t index = 0; parent == menuID && depth != 0 && index < m_rows.size(); ++index) {
         const BusMenuNode child{idOf(index), rowProperties(idOf(index)), {}};
-        node.children.append(QVariant::fromValue(QDBusVariant(QVariant::fromValue(child))));
+        node.children.append(QVariant::fromValue(child));
     }
     return {m_revision, QVariant::fromValue(node)};
 }
@@ -169,22 +182,27 @@ QVariantList StatusBusMenu::groupProperties(QList<int> ids) const
     return {QVariant::fromValue(result)};
 }
 
-bool StatusBusMenu::aboutToShow()
+void StatusBusMenu::prepareToShow()
 {
-    const bool needsUpdate = std::exchange(m_isOutdated, false);
-    if (needsUpdate) {
-        ++m_revision;
+    m_followedUpdates = longestFollowing;
+    if (std::exchange(m_isOutdated, false)) {
+        QList<int> ids;
+        for (std::size_t index = 0; index < m_rows.size(); ++index) {
+            if (m_rows[index].changesEverySecond) {
+                ids.append(idOf(index));
+            }
+        }
+        announceRows(ids);
     }
-    return needsUpdate;
 }
 
 bool StatusBusMenu::takeEvent(int id, const QString& type)
 {
     if (id == menuID) {
         if (type == QLatin1String("opened")) {
-            m_isOpen = true;
+            prepareToShow();
         } else if (type == QLatin1String("closed")) {
-            m_isOpen = false;
+            m_followedUpdates = 0;
         }
         return true;
     }
@@ -232,13 +250,15 @@ std::optional<QVariantList> StatusBusMenu::answer(const QString& method, const Q
         }
         return QVariantList{QVariant::fromValue(unknown)};
     }
+    // The changed rows are on their way: nobody needs to read the whole menu anew.
     if (method == QLatin1String("AboutToShow")) {
-        return QVariantList{aboutToShow()};
+        prepareToShow();
+        return QVariantList{false};
     }
     if (method == QLatin1String("AboutToShowGroup")) {
-        const bool asksForMenu = qdbus_cast<QList<int>>(arguments.value(0)).contains(menuID);
-        const QList<int> outdated = asksForMenu && aboutToShow() ? QList<int>{menuID} : QList<int>{};
-        return QVariantList{QVariant::fromValue(outdated), QVariant::fromValue(QList<int>{})};
+        prepareToShow();
+        const QVariant none = QVariant::fromValue(QList<int>{});
+        return QVariantList{none, none};
     }
     return std::nullopt;
 }

@@ -10,7 +10,7 @@ namespace brevlin {
 
 /// The item's menu as hosts draw it themselves: com.canonical.dbusmenu
 /// (https://github.com/AyatanaIndicators/libdbusmenu/blob/main/libdbusmenu-glib/dbus-menu.xml). What changes
-/// every second is announced only while the menu is open; whoever opens it is told to read it anew.
+/// every second is announced only while the menu is open, and when it is about to open.
 class StatusBusMenu final : public StatusBusObject
 {
     Q_OBJECT
@@ -32,13 +32,14 @@ private:
     QVariantMap rowProperties(int id) const;
     QVariantList layout(int parent, int depth) const;
     QVariantList groupProperties(QList<int> ids) const;
-    bool aboutToShow();
+    void prepareToShow();
     bool takeEvent(int id, const QString& type);
     void announce(const std::vector<StatusMenuRow>& old);
+    void announceRows(const QList<int>& ids);
 
     std::vector<StatusMenuRow> m_rows; // the first has the id 1; 0 is the menu itself
     uint m_revision = 1;
-    bool m_isOpen = false;
+    int m_followedUpdates = 0; // how many changes of a second are still announced
     bool m_isOutdated = false; // something changed that was not announced
 };
 
