@@ -98,7 +98,7 @@ void MenuBarPanel::toggle(const QPoint& anchor)
         close();
         return;
     }
-    if (m_sinceHidden.isValid() && m_sinceHidden.elapsed() < sameClick) {
+    if (m_sinceClosingPress.isValid() && m_sinceClosingPress.elapsed() < sameClick) {
         return;
     }
     m_hasShadow = m_windowSystem.isComposited();
@@ -146,7 +146,6 @@ void MenuBarPanel::timerEvent(QTimerEvent* event)
 void MenuBarPanel::hideEvent(QHideEvent* event)
 {
     QWidget::hideEvent(event);
-    m_sinceHidden.start();
     if (m_grabTimer != 0) {
         killTimer(m_grabTimer);
         m_grabTimer = 0;
@@ -155,8 +154,9 @@ void MenuBarPanel::hideEvent(QHideEvent* event)
 
 void MenuBarPanel::mousePressEvent(QMouseEvent* event)
 {
-    // Also on the shadow, which is not the panel for whoever clicks; outside the window Qt closes it.
+    // Every press comes here while the panel is open; one on the shadow is not on the panel either.
     if (!contentRect().contains(event->position().toPoint())) {
+        m_sinceClosingPress.start();
         close();
         return;
     }

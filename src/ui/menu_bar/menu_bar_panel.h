@@ -49,7 +49,7 @@ private:
     WindowSystem& m_windowSystem;
     MoreButton* m_more; // owned by this widget
     bool m_hasShadow = false;
-    QElapsedTimer m_sinceHidden;
+    QElapsedTimer m_sinceClosingPress; // on something else than the panel
     int m_grabTimer = 0;
     int m_grabsLeft = 0;
 };

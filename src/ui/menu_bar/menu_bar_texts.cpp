@@ -3,6 +3,7 @@
 #include "app/app_model.h"
 #include "app/app_section.h"
 #include "app/time_text.h"
+#include "ui/main/timer_control_row.h"
 
 namespace brevlin {
 
@@ -11,9 +12,6 @@ namespace {
 constexpr BilingualText pausedText{"已暂停", "Paused"};
 constexpr BilingualText ringingText{"等待开始", "Ready to start"};
 constexpr BilingualText openPanelText{"打开面板", "Open Panel"};
-constexpr BilingualText startVerb{"开始", "Start "};
-constexpr BilingualText pauseVerb{"暂停", "Pause"};
-constexpr BilingualText resumeVerb{"继续", "Resume"};
 constexpr BilingualText quitText{"退出 Brevlin", "Quit Brevlin"};
 
 std::string phaseTitle(const AppModel& model)
@@ -39,23 +37,6 @@ std::string clockLine(const AppModel& model)
     return line;
 }
 
-std::string primaryActionText(const AppModel& model)
-{
-    const auto text = [&](const BilingualText& pair) {
-        return std::string(pair.in(model.language()));
-    };
-    switch (model.snapshot().runState) {
-    case TimerRunState::running:
-        return text(pauseVerb);
-    case TimerRunState::paused:
-        return text(resumeVerb);
-    case TimerRunState::idle:
-    case TimerRunState::ringing:
-        break;
-    }
-    return text(startVerb) + phaseTitle(model);
-}
-
 StatusMenuRow sectionRow(AppSection section, AppLanguage language)
 {
     return {std::string(rawValue(section)), std::string(title(section, language))};
@@ -78,7 +59,7 @@ std::vector<StatusMenuRow> menuBarRows(const AppModel& model)
         {std::string(clockRow), clockLine(model), false, true},
         separator,
         {std::string(openPanelRow), std::string(openPanelText.in(language))},
-        {std::string(primaryActionRow), primaryActionText(model)},
+        {std::string(primaryActionRow), primaryActionText(model).toStdString()},
         separator,
         sectionRow(AppSection::history, language),
         sectionRow(AppSection::statistics, language),

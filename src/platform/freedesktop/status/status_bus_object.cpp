@@ -54,7 +54,8 @@ QDBusMessage StatusBusObject::propertyReply(const QDBusMessage& message)
 {
     const QVariantList arguments = message.arguments();
     if (message.member() == QLatin1String("GetAll")) {
-        return message.createReply(properties());
+        const bool isOurs = arguments.value(0).toString() == m_interface;
+        return message.createReply(isOurs ? properties() : QVariantMap{});
     }
     if (message.member() == QLatin1String("Get") && arguments.size() == 2) {
         const QString name = arguments.at(1).toString();

@@ -133,16 +133,20 @@ void StatusNotifierHost::readHost()
          });
 }
 
+// Of processes, not of connections: Ayatana's service has a connection for each of its names.
 void StatusNotifierHost::readKnownNames()
 {
-    for (const char* name : namesOfLabelHosts) {
-        call(busCall("GetNameOwner", {QString::fromLatin1(name)}),
-             [this, asked = m_owner](const QDBusMessage& answer) {
-                 if (!isError(answer) && asked == m_owner && answer.arguments().value(0) == m_owner) {
-                     labelAsked();
-                 }
-             });
-    }
+    const char* method = "GetConnectionUnixProcessID";
+    call(busCall(method, {watcherService}), [this, method, asked = m_owner](const QDBusMessage& collector) {
+        for (const char* name : namesOfLabelHosts) {
+            call(busCall(method, {QString::fromLatin1(name)}), [this, asked,
+                                                                collector](const QDBusMessage& answer) {
+                if (!isError(answer) && asked == m_owner && answer.arguments() == collector.arguments()) {
+                    labelAsked();
+                }
+            });
+        }
+    });
 }
 
 void StatusNotifierHost::labelAsked()

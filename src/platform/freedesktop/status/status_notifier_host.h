@@ -23,8 +23,8 @@ public:
     /// Nobody shows such items, as far as the bus has answered.
     bool isAbsent() const { return m_isAbsent; }
     /// Whether the label is shown beside the picture. Nothing in the protocol says so. The desktops that do
-    /// are known by the names that the collector of the items also owns; of any other it is believed once
-    /// the label was asked for by itself, which a host does that follows the label's signal.
+    /// are known by the names that the collector of the items also has on the bus; of any other it is
+    /// believed once the label was asked for by itself, which a host does that follows the label's signal.
     bool showsLabels() const { return m_showsLabels; }
     void labelAsked();
 
