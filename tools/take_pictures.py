@@ -71,6 +71,31 @@ def write(path, document):
     path.write_text(json.dumps(document))
 
 
+def windows(environment):
+    """Brevlin's visible windows, the newest one last."""
+    found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^Brevlin$"], env=environment,
+                           capture_output=True, text=True, check=False)
+    return found.stdout.split()
+
+
+def save(window, name, environment):
+    target = PICTURES / f"{name}.png"
+    subprocess.run(["import", "-window", window, "-strip", target], env=environment, check=True)
+    print(target.relative_to(ROOT))
+
+
+def take_panel(name, main_window, environment):
+    """The panel of the status item, opened as a bar of the desktop would."""
+    subprocess.run(["dbus-send", "--session", "--dest=com.quillmark.Brevlin", "/StatusNotifierItem",
+                    "org.kde.StatusNotifierItem.Activate", "int32:640", "int32:220"], env=environment, check=True)
+    panels = []
+    while not panels:
+        time.sleep(0.1)
+        panels = [window for window in windows(environment) if window != main_window]
+    time.sleep(1.2)
+    save(panels[0], f"panel-{name}", environment)
+
+
 def take(state, language, scheme, display, folder):
     home = folder / f"{state}-{language}-{scheme}"
     settings = home / ".config/Brevlin"
@@ -89,16 +114,14 @@ def take(state, language, scheme, display, folder):
     portal.stdout.readline()
     program = subprocess.Popen([PROGRAM], env=environment, stderr=subprocess.DEVNULL)
     try:
-        window = ""
-        while not window:
+        while not windows(environment):
             time.sleep(0.1)
-            found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^Brevlin$"], env=environment,
-                                   capture_output=True, text=True, check=False)
-            window = found.stdout.split()[-1] if found.stdout.split() else ""
+        window = windows(environment)[-1]
         time.sleep(1.2)
-        target = PICTURES / f"dashboard-{state}-{language}-{scheme}.png"
-        subprocess.run(["import", "-window", window, "-strip", target], env=environment, check=True)
-        print(target.relative_to(ROOT))
+        name = f"{state}-{language}-{scheme}"
+        save(window, f"dashboard-{name}", environment)
+        if state in ("idle", "running"):
+            take_panel(name, window, environment)
     finally:
         for process in (program, portal, bus):
             process.terminate()
