@@ -86,8 +86,8 @@ def save(window, name, environment):
 
 def take_panel(name, main_window, environment):
     """The panel of the status item, opened as a bar of the desktop would."""
-    subprocess.run(["dbus-send", "--session", "--dest=com.quillmark.Brevlin", "/StatusNotifierItem",
-                    "org.kde.StatusNotifierItem.Activate", "int32:640", "int32:220"], env=environment, check=True)
+    subprocess.run(["dbus-send", "--session", "--type=method_call", "--dest=com.quillmark.Brevlin",
+                    "/StatusNotifierItem", "org.kde.StatusNotifierItem.Activate", "int32:640", "int32:220"], env=environment, check=True)
     panels = []
     while not panels:
         time.sleep(0.1)
