@@ -2,6 +2,7 @@
 
 #include "app/app_model.h"
 #include "app/app_section.h"
+#include "app/capsule_choreography.h"
 #include "platform/freedesktop/application_instance.h"
 #include "platform/freedesktop/dbus_notification_server.h"
 #include "platform/freedesktop/desktop_system_events.h"
@@ -16,9 +17,13 @@
 #include "platform/freedesktop/status/desktop_status_item.h"
 #include "platform/freedesktop/system_clock.h"
 #include "platform/freedesktop/termination_signals.h"
+#include "platform/freedesktop/x11_panel_system.h"
 #include "platform/freedesktop/x11_window_system.h"
 #include "storage/main_window_store.h"
+#include "storage/top_panel_position.h"
+#include "ui/capsule/top_panel_controller.h"
 #include "ui/main/main_window.h"
+#include "ui/main/settings_window.h"
 #include "ui/menu_bar/menu_bar_extra.h"
 #include "ui/style/accessibility.h"
 #include "ui/style/brevlin_style.h"
@@ -37,25 +42,17 @@ namespace {
 // flash.
 constexpr Seconds longestWaitForAppearance{0.15};
 
-/// Until the capsule has its window, nothing of it is shown.
-class NoTopCapsule final : public TopCapsule
-{
-public:
-    void refresh() override {}
-    void presentCompletion(const CompletionPresentation& /*presentation*/) override {}
-    void clearMorphState() override {}
-    void cancelMorph() override {}
-    void beginCompletionCollapse() override {}
-    void finishCompletionCollapse() override {}
-    void foldTimerCapsule() override {}
-    void hide() override {}
-};
-
 // The locale of times of day, which is not always that of the texts.
 std::string timeLocale()
 {
     const QLocale locale = QLocale::system();
     return locale.language() == QLocale::C ? "en_US_POSIX" : locale.name().toStdString();
+}
+
+// QApplication::quit asks every window whether it may be closed, and the capsule says no.
+void quitApplication()
+{
+    QApplication::exit();
 }
 
 ColorScheme schemeOf(DesktopSettings::ColorScheme scheme)
@@ -69,6 +66,9 @@ class Composition::Parts final
 {
 public:
     Parts(const UserFolders& folders, ApplicationInstance& instance);
+    ~Parts() { m_capsule.attach(nullptr); }
+    Parts(const Parts&) = delete;
+    Parts& operator=(const Parts&) = delete;
 
 private:
     AppModelParts modelParts(const UserFolders& folders);
@@ -88,7 +88,10 @@ private:
     SoundEffectPlayer m_soundPlayer;
     AutostartLoginItem m_loginItem;
     DesktopStatusItem m_statusItem;
-    NoTopCapsule m_capsule;
+    TopPanelPositionStore m_panelPositionStore;
+    X11PanelSystem m_panelSystem;
+    TopPanelController m_panelController;
+    CapsuleChoreography m_capsule;
     X11WindowSystem m_windowSystem;
     TerminationSignals m_terminationSignals;
     BrevlinStyle* m_style;       // owned by the application
@@ -98,6 +101,7 @@ private:
     SectionSelection m_selection;
     MainWindow m_window;
     MenuBarExtra m_menuBarExtra;
+    SettingsWindow m_settingsWindow;
     TaskHandle m_firstShow;
 };
 
@@ -107,6 +111,9 @@ Composition::Parts::Parts(const UserFolders& folders, ApplicationInstance& insta
     , m_soundPlayer(m_scheduler, folders.sharedData, "freedesktop")
     , m_loginItem(folders.autostart, QCoreApplication::applicationFilePath().toStdString(), m_files)
     , m_statusItem(m_scheduler)
+    , m_panelPositionStore(m_defaults)
+    , m_panelController(m_panelSystem, m_scheduler, m_panelPositionStore)
+    , m_capsule(m_panelController, m_scheduler)
     , m_style(new BrevlinStyle)
     , m_desktopScheme(Theme::of(QApplication::palette()).scheme())
     , m_windowStore(m_defaults)
@@ -114,12 +121,17 @@ Composition::Parts::Parts(const UserFolders& folders, ApplicationInstance& insta
     , m_selection(m_windowStore)
     , m_window((QApplication::setStyle(m_style), m_model), m_selection, m_windowStore, m_windowSystem)
     , m_menuBarExtra(m_model, m_selection, m_statusItem, m_windowSystem)
+    , m_settingsWindow(m_model, m_windowSystem)
 {
     followAppearance();
+    m_capsule.attach(&m_model);
     m_loginItem.followProgram();
-    QObject::connect(&m_terminationSignals, &TerminationSignals::received, qApp, &QApplication::quit);
-    QObject::connect(&m_window, &MainWindow::quitRequested, qApp, &QApplication::quit);
-    QObject::connect(&m_menuBarExtra, &MenuBarExtra::quitRequested, qApp, &QApplication::quit);
+    QObject::connect(&m_terminationSignals, &TerminationSignals::received, qApp, quitApplication);
+    QObject::connect(&m_window, &MainWindow::quitRequested, qApp, quitApplication);
+    QObject::connect(&m_window, &MainWindow::settingsRequested, &m_settingsWindow,
+                     [this] { m_settingsWindow.present(); });
+    QObject::connect(&m_settingsWindow, &SettingsWindow::quitRequested, qApp, quitApplication);
+    QObject::connect(&m_menuBarExtra, &MenuBarExtra::quitRequested, qApp, quitApplication);
     QObject::connect(&m_model, &AppModel::mainWindowActivationRequested, &m_window,
                      [this] { showWindow(m_notificationCenter.activationToken()); });
     QObject::connect(&instance, &ApplicationInstance::activationRequested, &m_window,

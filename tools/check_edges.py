@@ -25,6 +25,8 @@ EDGES = {
     "app": (["core", "platform", "storage", "services"], ["Core"]),
     "ui/style": (["core"], ["Core", "Gui", "Widgets", "Svg"]),
     "ui/capsule": (["core", "platform", "storage", "app", "ui/style"], ["Core", "Gui", "Widgets"]),
+    "ui/screens/settings": (["core", "platform", "storage", "app", "ui/style"], ["Core", "Gui", "Widgets"]),
+    "ui/screens/about": (["core", "app", "ui/style"], ["Core", "Gui", "Widgets"]),
     "ui/main": (["core", "platform", "storage", "app", "ui"], ["Core", "Gui", "Widgets"]),
     "ui/menu_bar": (["core", "platform", "storage", "app", "ui"], ["Core", "Gui", "Widgets"]),
     "": (["core", "platform", "platform/freedesktop", "platform/freedesktop/files", "platform/freedesktop/login",

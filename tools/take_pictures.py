@@ -78,29 +78,32 @@ def windows(environment):
     return found.stdout.split()
 
 
-def save(window, name, environment):
+def keep(window, name, environment):
     target = PICTURES / f"{name}.png"
     subprocess.run(["import", "-window", window, "-strip", target], env=environment, check=True)
     print(target.relative_to(ROOT))
 
 
-def take_panel(name, main_window, environment):
+def take_panel(name, environment):
     """The panel of the status item, opened as a bar of the desktop would."""
+    before = windows(environment)
     subprocess.run(["dbus-send", "--session", "--type=method_call", "--dest=com.quillmark.Brevlin",
-                    "/StatusNotifierItem", "org.kde.StatusNotifierItem.Activate", "int32:640", "int32:220"], env=environment, check=True)
+                    "/StatusNotifierItem", "org.kde.StatusNotifierItem.Activate", "int32:640", "int32:220"],
+                   env=environment, check=True)
     panels = []
     while not panels:
         time.sleep(0.1)
-        panels = [window for window in windows(environment) if window != main_window]
+        panels = [window for window in windows(environment) if window not in before]
     time.sleep(1.2)
-    save(panels[0], f"panel-{name}", environment)
+    keep(panels[0], f"panel-{name}", environment)
 
 
-def take(state, language, scheme, display, folder):
-    home = folder / f"{state}-{language}-{scheme}"
+def take(state, language, scheme, display, folder, section="timer"):
+    home = folder / f"{section}-{state}-{language}-{scheme}"
     settings = home / ".config/Brevlin"
     write(settings / "Brevlin.preferences.v1.json", {"appLanguage": "english" if language == "en" else "zh-Hans"})
     write(settings / "Brevlin.activeTimerSnapshot.v1.json", snapshot(state))
+    (settings / "com.quillmark.brevlin.mainSection.json").write_text(f'"{section}"')
     write(home / ".local/share/Brevlin/sessions-v1.json", history())
     environment = {**os.environ, "DISPLAY": display, "HOME": str(home), "XDG_RUNTIME_DIR": str(folder),
                    "LC_ALL": "C.UTF-8", "TZ": "UTC"}
@@ -118,10 +121,17 @@ def take(state, language, scheme, display, folder):
             time.sleep(0.1)
         window = windows(environment)[-1]
         time.sleep(1.2)
-        name = f"{state}-{language}-{scheme}"
-        save(window, f"dashboard-{name}", environment)
-        if state in ("idle", "running"):
-            take_panel(name, window, environment)
+        if section == "timer":
+            keep(window, f"dashboard-{state}-{language}-{scheme}", environment)
+            if state in ("idle", "running"):
+                take_panel(f"{state}-{language}-{scheme}", environment)
+            return
+        keep(window, f"{section}-{language}-{scheme}", environment)
+        if section == "settings":
+            subprocess.run(["xdotool", "mousemove", "--window", window, "460", "400", "click", "--repeat", "40", "5",
+                            "mousemove", "0", "0"], env=environment, check=True)
+            time.sleep(0.5)
+            keep(window, f"{section}-scrolled-{language}-{scheme}", environment)
     finally:
         for process in (program, portal, bus):
             process.terminate()
@@ -145,6 +155,10 @@ def main():
                 for language in ("zh", "en"):
                     for scheme in ("light", "dark"):
                         take(state, language, scheme, display, folder)
+            for section in ("settings", "about"):
+                for language in ("zh", "en"):
+                    for scheme in ("light", "dark"):
+                        take("idle", language, scheme, display, folder, section)
         finally:
             manager.terminate()
             server.terminate()

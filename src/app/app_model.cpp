@@ -45,6 +45,9 @@ AppModel::AppModel(AppModelParts parts, QObject* parent)
 
 AppModel::~AppModel()
 {
+    if (!m_arePreferencesSaved) {
+        savePreferences();
+    }
     m_parts.systemEvents.setObserver({});
     m_parts.notificationService->setActionHandler({});
     m_parts.notificationService->setAuthorizationChangeHandler({});

@@ -109,6 +109,8 @@ public:
     // System commands
     void requestNotificationPermission();
     void setLaunchAtLogin(bool enabled);
+    /// Shows the desktop's own list of what starts at login.
+    void openLoginItemSettings();
     void activateMainWindow();
     void clearAppMessage();
 
@@ -151,6 +153,7 @@ private:
     void publishRemainingSeconds();
     void publishLaunchAtLoginStatus(LaunchAtLoginStatus status);
     void commitPreferences(const AppPreferences& preferences);
+    void savePreferences();
     void raise(const BilingualText& messageTitle, const std::string& detail);
     void refreshCalendar();
     /// The shape of every timer command: one engine operation at this instant, then its transition takes
@@ -160,6 +163,7 @@ private:
 
     AppModelParts m_parts;
     AppPreferences m_preferences;
+    bool m_arePreferencesSaved = true;
     std::optional<TimerEngine> m_engine; // made once the stored state is known, then never absent
     TimerSnapshot m_snapshot;
     std::optional<TimerSnapshot> m_savedSnapshot; // what is on the disk

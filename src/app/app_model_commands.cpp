@@ -197,6 +197,11 @@ void AppModel::setLaunchAtLogin(bool enabled)
     }
 }
 
+void AppModel::openLoginItemSettings()
+{
+    m_parts.launchAtLoginService->openSettings();
+}
+
 void AppModel::activateMainWindow()
 {
     Q_EMIT mainWindowActivationRequested();
@@ -206,11 +211,17 @@ void AppModel::commitPreferences(const AppPreferences& preferences)
 {
     const bool changed = m_preferences != preferences;
     m_preferences = preferences;
-    // A failure changes nothing for this run, and the next change writes the whole value again.
-    [[maybe_unused]] const auto saved = m_parts.preferencesStore->save(preferences);
+    savePreferences();
     if (changed) {
         Q_EMIT preferencesChanged();
     }
+}
+
+void AppModel::savePreferences()
+{
+    // A failure changes nothing for this run: the next change writes the whole value again, and quitting
+    // does.
+    m_arePreferencesSaved = static_cast<bool>(m_parts.preferencesStore->save(m_preferences));
 }
 
 } // namespace brevlin

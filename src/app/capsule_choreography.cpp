@@ -14,11 +14,6 @@ constexpr Seconds collapsedCircleDelay{0.48};
 // An exit that the pointer did not really make: a resize under it, a rounded corner.
 constexpr double exitTolerance = 2.0;
 
-constexpr double circleDiameter = 50;
-constexpr double circleRadius = 25;
-constexpr double expandedTimerWidth = 316;
-constexpr double soundingTimerWidth = 350;
-
 } // namespace
 
 CapsuleChoreography::CapsuleChoreography(CapsulePanel& panel, TaskScheduler& scheduler)
@@ -93,22 +88,20 @@ void CapsuleChoreography::refresh()
 
 double CapsuleChoreography::expandedWidth() const
 {
-    return m_model->isAlertSoundPlaying() ? soundingTimerWidth : expandedTimerWidth;
+    return m_model->isAlertSoundPlaying() ? CapsuleLayouts::soundingTimerWidth
+                                          : CapsuleLayouts::expandedTimerWidth;
 }
 
 CapsuleLayout CapsuleChoreography::layout(Shown shown) const
 {
-    constexpr double islandWidth = 460;
-    constexpr double islandHeight = 126;
-    constexpr double islandRadius = 30;
-    if (shown == Shown::completion && !m_isCompletionMinimized) {
-        return {islandWidth, islandHeight, HorizontalAnchor::center, islandRadius};
-    }
     if (shown == Shown::completion) {
-        return {circleDiameter, circleDiameter, HorizontalAnchor::center, circleRadius};
+        return m_isCompletionMinimized
+                   ? CapsuleLayouts::capsule(CapsuleLayouts::circleDiameter, HorizontalAnchor::center)
+                   : CapsuleLayouts::island;
     }
-    const double width = m_isTimerCapsuleExpanded ? expandedWidth() : circleDiameter;
-    return {width, circleDiameter, m_timerCapsuleExpansionAnchor, circleRadius};
+    return CapsuleLayouts::capsule(m_isTimerCapsuleExpanded ? expandedWidth()
+                                                            : CapsuleLayouts::circleDiameter,
+                                   m_timerCapsuleExpansionAnchor);
 }
 
 CapsuleContent CapsuleChoreography::content(Shown shown) const

@@ -23,6 +23,24 @@ struct CapsuleLayout
     bool operator==(const CapsuleLayout&) const = default;
 };
 
+namespace CapsuleLayouts {
+
+inline constexpr double circleDiameter = 50;
+inline constexpr double circleRadius = circleDiameter / 2;
+inline constexpr double expandedTimerWidth = 316;
+/// With the button that silences the alert.
+inline constexpr double soundingTimerWidth = 350;
+
+/// A circle, or the timer that it widens to.
+constexpr CapsuleLayout capsule(double width, HorizontalAnchor anchor)
+{
+    return {width, circleDiameter, anchor, circleRadius};
+}
+
+inline constexpr CapsuleLayout island{460, 126, HorizontalAnchor::center, 30};
+
+} // namespace CapsuleLayouts
+
 /// Everything that the capsule draws. Texts are UTF-8 in the content's language.
 struct CapsuleContent
 {

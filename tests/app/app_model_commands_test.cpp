@@ -118,6 +118,15 @@ TEST_F(CommandsTest, preferences_are_stored_as_they_change)
     EXPECT_TRUE(player.log.empty()) << "the sound is switched off";
 }
 
+TEST_F(CommandsTest, preferences_that_could_not_be_written_are_written_at_quit)
+{
+    launch();
+    defaults.failures.failOperation(1);
+    model().setTopTimerAppearance(TopTimerAppearance::light);
+    launch();
+    EXPECT_EQ(model().preferences().topTimerAppearance, TopTimerAppearance::light);
+}
+
 TEST_F(CommandsTest, defaults_return_with_the_language_and_without_touching_the_history)
 {
     ring();

@@ -126,7 +126,7 @@ class Desktop:
 
     # Servers
 
-    def start_display(self):
+    def start_display(self, manager=("openbox", "--sm-disable")):
         reading, writing = os.pipe()
         # Without access control, so that another user's program can be tested; it listens on no network.
         self.run_in_background(
@@ -138,7 +138,7 @@ class Desktop:
         if not number:
             raise AssertionError("Xvfb did not start:\n" + self.output_of("Xvfb"))
         self.environment["DISPLAY"] = ":" + number
-        self.run_in_background(["openbox", "--sm-disable"])
+        self.run_in_background(manager)
         wait_for("a window manager", lambda: "window id" in self.ask("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"))
 
     def start_bus(self, variable="DBUS_SESSION_BUS_ADDRESS"):
@@ -260,6 +260,10 @@ class Desktop:
     def click(self, window, x, y):
         self.ask("xdotool", "mousemove", "--window", str(window), str(x), str(y), "click", "1")
 
+    def move_pointer(self, x, y):
+        """To a place of the screen."""
+        self.ask("xdotool", "mousemove", str(x), str(y))
+
     def pixel(self, window, x, y):
         """Red, green and blue, 0 to 255 each."""
         crop = f"1x1+{x}+{y}"
@@ -273,7 +277,7 @@ class Desktop:
     # Documents
 
     def set_preferences(self, focus=3.0, short_break=3.0, long_break=3.0, auto_start=False, language="zh-Hans",
-                        sound=False, intensity="standard"):
+                        sound=False, intensity="standard", appearance="dark", capsule=True):
         """Stores preferences; to be done before the program starts. Durations in seconds."""
         document = {
             "timerSettings": {
@@ -285,9 +289,9 @@ class Desktop:
                 "autoStartFocus": auto_start,
                 "alertIntensity": intensity,
             },
-            "showTopCapsuleWhileRunning": True,
+            "showTopCapsuleWhileRunning": capsule,
             "playCompletionSound": sound,
-            "topTimerAppearance": "dark",
+            "topTimerAppearance": appearance,
             "appLanguage": language,
         }
         self.config.mkdir(mode=0o700, parents=True, exist_ok=True)
@@ -348,6 +352,7 @@ class DesktopTest(unittest.TestCase):
     """A test with a desktop of its own, which has a session bus unless the class says otherwise."""
 
     has_session_bus = True
+    manager = ("openbox", "--sm-disable")
 
     def __init_subclass__(cls):
         for name, member in list(vars(cls).items()):
@@ -359,7 +364,7 @@ class DesktopTest(unittest.TestCase):
             self.fail("BREVLIN_PROGRAM names no program to test; CTest sets it")
         self.desktop = Desktop()
         self.addCleanup(self.desktop.close)
-        self.desktop.start_display()
+        self.desktop.start_display(self.manager)
         if self.has_session_bus:
             self.desktop.start_bus()
         else:

@@ -1,11 +1,10 @@
 #pragma once
 
+#include "platform/freedesktop/x11_connection.h"
 #include "platform/window_system.h"
 
 #include <QAbstractNativeEventFilter>
 #include <QObject>
-
-#include <xcb/xcb.h>
 
 #include <optional>
 #include <string_view>
@@ -32,12 +31,8 @@ public:
 
 private:
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
-    xcb_atom_t atom(std::string_view name) const;
-    bool managerSupports(xcb_atom_t hint) const;
-    void sendToRoot(xcb_window_t window, xcb_atom_t type, const std::uint32_t (&data)[5]) const;
 
-    xcb_connection_t* m_connection = nullptr; // Qt's own; none away from X11
-    xcb_window_t m_root = XCB_WINDOW_NONE;
+    X11Connection m_x11;
     std::function<void()> m_supportChangeHandler;
 };
 

@@ -7,6 +7,7 @@
 #include "ui/style/typography.h"
 
 #include <QFontMetricsF>
+#include <QMouseEvent>
 #include <QPainter>
 
 #include <algorithm>
@@ -171,6 +172,29 @@ MinimizedCompletionButton::MinimizedCompletionButton(TimerPhase phase, QWidget* 
 bool MinimizedCompletionButton::hitButton(const QPoint& position) const
 {
     return isInCircle(*this, position);
+}
+
+// The events go on to the panel, which follows a drag; the press then was no click.
+void MinimizedCompletionButton::mousePressEvent(QMouseEvent* event)
+{
+    m_pressedAt = event->globalPosition().toPoint();
+    PlainButton::mousePressEvent(event);
+    event->ignore();
+}
+
+void MinimizedCompletionButton::mouseMoveEvent(QMouseEvent* event)
+{
+    const QPoint distance = event->globalPosition().toPoint() - m_pressedAt;
+    if (isDown() && distance.manhattanLength() > capsuleDragThreshold) {
+        setDown(false);
+    }
+    event->ignore();
+}
+
+void MinimizedCompletionButton::mouseReleaseEvent(QMouseEvent* event)
+{
+    PlainButton::mouseReleaseEvent(event);
+    event->ignore();
 }
 
 void MinimizedCompletionButton::paintEvent(QPaintEvent* /*event*/)

@@ -8,6 +8,9 @@
 
 namespace brevlin {
 
+/// How far the pointer has to move before a press becomes a drag; points.
+inline constexpr int capsuleDragThreshold = 3;
+
 /// A round button of the expanded capsule or the island: a symbol, or a short text. Its tool tip is its name.
 class CapsuleRoundButton final : public PlainButton
 {
@@ -69,7 +72,7 @@ private:
     Look m_look;
 };
 
-/// The minimised completion: the phase's icon, all of it a button.
+/// The minimised completion: the phase's icon, all of it a button that the panel can be dragged by.
 class MinimizedCompletionButton final : public PlainButton
 {
     Q_OBJECT
@@ -78,11 +81,15 @@ public:
     MinimizedCompletionButton(TimerPhase phase, QWidget* parent);
 
 protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     bool hitButton(const QPoint& position) const override;
 
 private:
     TimerPhase m_phase;
+    QPoint m_pressedAt;
 };
 
 } // namespace brevlin

@@ -11,7 +11,9 @@
 #include <QEvent>
 #include <QFontMetricsF>
 #include <QGraphicsOpacityEffect>
+#include <QHelpEvent>
 #include <QPainter>
+#include <QToolTip>
 
 #include <algorithm>
 #include <chrono>
@@ -90,6 +92,21 @@ void TopCapsuleView::setBlurred(bool isBlurred)
     }
 }
 
+void TopCapsuleView::setContentPlace(const QRect& place)
+{
+    if (std::exchange(m_contentPlace, place) != place) {
+        layOutPage();
+        update();
+    }
+}
+
+void TopCapsuleView::layOutPage()
+{
+    if (m_page != nullptr) {
+        m_page->setGeometry(m_contentPlace.isNull() ? rect() : m_contentPlace);
+    }
+}
+
 void TopCapsuleView::updateColors()
 {
     m_colors = capsuleColors(m_content.appearance, Theme::of(*this), m_isBlurred);
@@ -105,7 +122,7 @@ void TopCapsuleView::rebuild()
     m_page = makeCapsulePage(
         m_content, m_colors, [this](CapsuleCommand command) { Q_EMIT commanded(command); }, this);
     if (m_page != nullptr) {
-        m_page->setGeometry(rect());
+        layOutPage();
         m_page->setVisible(m_content.showsCompletion || m_content.revealsExpandedTimerContent);
     }
     const BilingualText help =
@@ -128,6 +145,19 @@ QString TopCapsuleView::spokenText() const
 bool TopCapsuleView::showsCompactTimer() const
 {
     return m_content.showsCompactTimer && !m_content.showsCompletion;
+}
+
+// Below the capsule, where it hides nothing of it.
+bool TopCapsuleView::event(QEvent* event)
+{
+    if (event->type() != QEvent::ToolTip) {
+        return QWidget::event(event);
+    }
+    constexpr int distanceOfPointer = 12; // that Qt leaves above a tool tip
+    const auto* help = static_cast<const QHelpEvent*>(event);
+    const int bottom = mapToGlobal(rect().bottomLeft()).y();
+    QToolTip::showText({help->globalX(), bottom - distanceOfPointer}, toolTip(), this, rect());
+    return true;
 }
 
 void TopCapsuleView::paintEvent(QPaintEvent* /*event*/)
@@ -166,19 +196,18 @@ void TopCapsuleView::paintCompactTimer(QPainter& painter) const
     const auto font = [size](double scale) {
         return systemFont(size * scale, QFont::Bold, FontDesign::monospaced);
     };
-    const double room = width() - 2 * padding;
+    const QRect place = m_contentPlace.isNull() ? rect() : m_contentPlace;
+    const double room = place.width() - 2 * padding;
     const double needed = QFontMetricsF(font(1.0)).horizontalAdvance(text);
     painter.setFont(font(needed > room ? std::max(room / needed, smallestScale) : 1.0));
     painter.setPen(m_colors.text);
-    drawTextOnBaseline(painter, rect(), Qt::AlignHCenter, text);
+    drawTextOnBaseline(painter, place, Qt::AlignHCenter, text);
 }
 
 void TopCapsuleView::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
-    if (m_page != nullptr) {
-        m_page->setGeometry(rect());
-    }
+    layOutPage();
 }
 
 void TopCapsuleView::changeEvent(QEvent* event)

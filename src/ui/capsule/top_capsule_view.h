@@ -20,6 +20,9 @@ public:
     explicit TopCapsuleView(QWidget* parent = nullptr);
 
     void setContent(const CapsuleContent& content);
+    /// Where the content lies, in this widget's coordinates, while the capsule itself is still on its way
+    /// there: what is to be read does not move with its edges. As large as the widget until told otherwise.
+    void setContentPlace(const QRect& place);
     /// Whether the window manager blurs what lies behind the panel.
     void setBlurred(bool isBlurred);
     /// What assistive technology reads.
@@ -29,6 +32,7 @@ Q_SIGNALS:
     void commanded(brevlin::CapsuleCommand command);
 
 protected:
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
@@ -36,11 +40,13 @@ protected:
 private:
     void rebuild();
     void updateColors();
+    void layOutPage();
     bool showsCompactTimer() const;
     void paintCompactTimer(QPainter& painter) const;
 
     CapsuleContent m_content;
     CapsuleColors m_colors;
+    QRect m_contentPlace; // null: all of the widget
     bool m_isBlurred = false;
     CapsulePage* m_page = nullptr; // owned by this widget; none for the compact timer
     ValueAnimation m_progress;

@@ -74,6 +74,7 @@ void MainWindow::addShortcuts()
     };
     add(QKeySequence(Qt::CTRL | Qt::Key_Q), &MainWindow::quitRequested);
     add(QKeySequence(Qt::CTRL | Qt::Key_W), &QWidget::close);
+    add(QKeySequence(Qt::CTRL | Qt::Key_Comma), &MainWindow::settingsRequested);
     add(QKeySequence(Qt::Key_F11), &MainWindow::toggleFullScreen);
 }
 

@@ -33,6 +33,7 @@ public:
 
 Q_SIGNALS:
     void quitRequested();
+    void settingsRequested();
 
 protected:
     void changeEvent(QEvent* event) override;

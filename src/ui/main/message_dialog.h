@@ -2,13 +2,12 @@
 
 #include "app/app_message.h"
 #include "core/language.h"
-
-#include <QDialog>
+#include "ui/style/alert_dialog.h"
 
 namespace brevlin {
 
 /// Tells the user of a failure, in front of the window that it belongs to, until the one button is pressed.
-class MessageDialog final : public QDialog
+class MessageDialog final : public AlertDialog
 {
     Q_OBJECT
 
@@ -16,9 +15,6 @@ public:
     MessageDialog(const AppMessage& message, AppLanguage language, QWidget* parent);
 
     const Uuid& messageID() const { return m_messageID; }
-
-protected:
-    void paintEvent(QPaintEvent* event) override;
 
 private:
     Uuid m_messageID;

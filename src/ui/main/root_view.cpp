@@ -3,6 +3,8 @@
 #include "app/app_model.h"
 #include "ui/main/timer_dashboard_view.h"
 #include "ui/main/top_bar.h"
+#include "ui/screens/about/about_view.h"
+#include "ui/screens/settings/app_settings_view.h"
 #include "ui/style/shapes.h"
 #include "ui/style/theme.h"
 
@@ -37,9 +39,13 @@ void RootView::showSection()
         break;
     case AppSection::history:
     case AppSection::statistics:
-    case AppSection::settings:
-    case AppSection::about:
         m_detail = new QWidget(this);
+        break;
+    case AppSection::settings:
+        m_detail = new AppSettingsView(m_model, this);
+        break;
+    case AppSection::about:
+        m_detail = new AboutView(m_model, this);
         break;
     }
     layOut();

@@ -2,6 +2,8 @@
 
 #include "ui/style/numeric_text.h"
 #include "ui/style/plain_button.h"
+#include "ui/style/segmented_picker.h"
+#include "ui/style/switch_control.h"
 
 #include <QAccessibleWidget>
 
@@ -9,11 +11,12 @@ namespace brevlin {
 
 namespace {
 
-class AccessibleSelectableButton final : public QAccessibleWidget
+/// A button in one of the roles that Qt gives to its own classes only.
+class AccessibleButton : public QAccessibleWidget
 {
 public:
-    explicit AccessibleSelectableButton(SelectableButton* button)
-        : QAccessibleWidget(button, QAccessible::PageTab), m_button(button)
+    AccessibleButton(PlainButton* button, QAccessible::Role buttonRole)
+        : QAccessibleWidget(button, buttonRole), m_button(button)
     {}
 
     QString text(QAccessible::Text kind) const override
@@ -25,22 +28,43 @@ public:
     QAccessible::State state() const override
     {
         QAccessible::State state = QAccessibleWidget::state();
-        state.selectable = true;
-        state.selected = m_button->isSelected();
+        state.checkable = m_button->isCheckable();
+        state.checked = m_button->isChecked();
         return state;
     }
 
     QStringList actionNames() const override
     {
-        return QStringList{pressAction()} + QAccessibleWidget::actionNames();
+        return QStringList{action()} + QAccessibleWidget::actionNames();
     }
 
-    void doAction(const QString& action) override
+    void doAction(const QString& name) override
     {
-        if (action == pressAction())
+        if (name == action())
             m_button->click();
         else
-            QAccessibleWidget::doAction(action);
+            QAccessibleWidget::doAction(name);
+    }
+
+private:
+    const QString& action() const { return m_button->isCheckable() ? toggleAction() : pressAction(); }
+
+    PlainButton* m_button;
+};
+
+class AccessibleSelectableButton final : public AccessibleButton
+{
+public:
+    explicit AccessibleSelectableButton(SelectableButton* button)
+        : AccessibleButton(button, QAccessible::PageTab), m_button(button)
+    {}
+
+    QAccessible::State state() const override
+    {
+        QAccessible::State state = AccessibleButton::state();
+        state.selectable = true;
+        state.selected = m_button->isSelected();
+        return state;
     }
 
 private:
@@ -68,6 +92,12 @@ QAccessibleInterface* makeInterface(const QString&, QObject* object)
 {
     if (auto* button = qobject_cast<SelectableButton*>(object))
         return new AccessibleSelectableButton(button);
+    if (auto* control = qobject_cast<SwitchControl*>(object))
+        return new AccessibleButton(control, QAccessible::CheckBox);
+    if (auto* segment = qobject_cast<Segment*>(object))
+        return new AccessibleButton(segment, QAccessible::RadioButton);
+    if (auto* picker = qobject_cast<SegmentedPicker*>(object))
+        return new QAccessibleWidget(picker, QAccessible::Grouping);
     if (auto* text = qobject_cast<NumericText*>(object))
         return new AccessibleNumericText(text);
     return nullptr;

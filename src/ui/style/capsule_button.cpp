@@ -102,6 +102,11 @@ CapsuleButton::Colors CapsuleButton::colors(CapsuleStyle style, ThemeColor tint,
         QColor fill = theme.color(fillFor(tint));
         fill.setAlphaF(share);
         colors = {blended(fill, Qt::black), theme.color(ThemeColor::onFill)};
+    } else if (style == CapsuleStyle::destructive) {
+        colors = {theme.color(ThemeColor::focus, isPressed   ? 0.16
+                                                 : isHovered ? 0.12
+                                                             : 0.08),
+                  theme.color(ThemeColor::focusText)};
     } else {
         colors = {theme.color(ThemeColor::label, isPressed   ? 0.085
                                                  : isHovered ? 0.075

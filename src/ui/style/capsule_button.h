@@ -8,8 +8,9 @@
 namespace brevlin {
 
 enum class CapsuleStyle {
-    primary,   ///< filled with its tint, white text: the one thing to do next
-    secondary, ///< a quiet grey
+    primary,     ///< filled with its tint, white text: the one thing to do next
+    secondary,   ///< a quiet grey
+    destructive, ///< a quiet red: takes away what cannot be had back
 };
 
 enum class ControlSize { regular, compact };

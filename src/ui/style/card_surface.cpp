@@ -35,6 +35,7 @@ void paintShadow(QPainter& painter, const QRectF& card, const Theme& theme)
 
 CardSurface::CardSurface(int padding, QWidget* parent) : QFrame(parent)
 {
+    setFrameStyle(NoFrame); // the style is asked for the margins again, now that this is a card
     setContentsMargins(shadowMargins + padding);
 }
 

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+namespace brevlin {
+
+/// What both window systems ask of the X server over Qt's own connection. Away from X11 there is no
+/// connection, and nothing but isConnected() may be called.
+class X11Connection final
+{
+public:
+    X11Connection();
+
+    bool isConnected() const { return m_connection != nullptr; }
+    xcb_connection_t* get() const { return m_connection; }
+    xcb_window_t root() const { return m_root; }
+
+    xcb_atom_t atom(std::string_view name) const;
+    /// The values of a property of 32-bit numbers; empty where the window has none.
+    std::vector<std::uint32_t> numbers(xcb_window_t window, xcb_atom_t property) const;
+    void setNumbers(xcb_window_t window, xcb_atom_t property, xcb_atom_t type,
+                    const std::vector<std::uint32_t>& values) const;
+    bool hasProperty(xcb_window_t window, xcb_atom_t property) const;
+    /// The size of the whole desktop, native pixels.
+    xcb_rectangle_t rootArea() const;
+    /// A request to the window manager about a window.
+    void sendToRoot(xcb_window_t window, xcb_atom_t type, const std::uint32_t (&data)[5]) const;
+
+    /// Whether the window manager lists this hint among those that it follows.
+    bool managerSupports(xcb_atom_t hint) const;
+    bool isComposited() const;
+    /// Whether an event tells that the compositor has come or gone.
+    bool tellsOfCompositor(const xcb_generic_event_t& event) const;
+    /// The property of the root window that an event tells has changed; none for any other event.
+    xcb_atom_t changedRootProperty(const xcb_generic_event_t& event) const;
+
+private:
+    xcb_connection_t* m_connection = nullptr;
+    xcb_window_t m_root = XCB_WINDOW_NONE;
+    std::uint8_t m_selectionEvent = 0; // of the XFIXES extension; 0 where the server lacks it
+};
+
+} // namespace brevlin

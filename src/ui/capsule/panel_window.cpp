@@ -1,0 +1,322 @@
+#include "ui/capsule/panel_window.h"
+
+#include "ui/capsule/capsule_controls.h"
+#include "ui/capsule/panel_shape.h"
+#include "ui/style/shapes.h"
+
+#include <QCloseEvent>
+#include <QMouseEvent>
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+namespace brevlin {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr AnimationTiming motionTiming{280ms, QEasingCurve::Linear, 17};
+constexpr AnimationTiming fadeInTiming{180ms, QEasingCurve::OutQuad, 11};
+constexpr AnimationTiming fadeOutTiming{160ms, QEasingCurve::InQuad, 10};
+
+QRect between(const QRect& start, const QRect& target, double share)
+{
+    const auto mixed = [share](int first, int second) {
+        return first + qRound((second - first) * share);
+    };
+    // The edges move, not the size: an edge that stays must not tremble.
+    return {QPoint(mixed(start.left(), target.left()), mixed(start.top(), target.top())),
+            QPoint(mixed(start.right(), target.right()), mixed(start.bottom(), target.bottom()))};
+}
+
+} // namespace
+
+PanelWindow::PanelWindow(FloatingPanelSystem& system)
+    : QWidget(nullptr,
+              Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::WindowDoesNotAcceptFocus)
+    , m_system(system)
+    , m_view(new TopCapsuleView(this))
+    , m_curve(QEasingCurve::BezierSpline)
+    , m_motion(*this)
+    , m_opacity(*this)
+{
+    m_curve.addCubicBezierSegment({0.22, 0.82}, {0.24, 1.0}, {1.0, 1.0});
+    setWindowTitle(QStringLiteral("顶部专注胶囊"));
+    setWindowRole(QStringLiteral("capsule"));
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    setAttribute(Qt::WA_TranslucentBackground);
+    setAttribute(Qt::WA_AlwaysShowToolTips); // it is never the active window
+    setAttribute(Qt::WA_QuitOnClose, false);
+    setCursor(Qt::OpenHandCursor);
+    connect(&m_motion, &ValueAnimation::valueChanged, this, &PanelWindow::showStep);
+    connect(&m_opacity, &ValueAnimation::valueChanged, this, [this](double opacity) {
+        if (m_isDisappearing && opacity <= 0.0) {
+            m_isDisappearing = false;
+            hide();
+        } else {
+            setWindowOpacity(opacity);
+        }
+    });
+}
+
+QRect PanelWindow::frame() const
+{
+    return m_view->geometry().translated(pos());
+}
+
+bool PanelWindow::covers(const QPoint& point, double distance) const
+{
+    const QRectF grown = QRectF(frame()).adjusted(-distance, -distance, distance, distance);
+    return continuousRoundedRect(grown, m_cornerRadius + distance)
+        .contains(QPointF(point) + QPointF(0.5, 0.5));
+}
+
+bool PanelWindow::fades() const
+{
+    return m_isComposited && animationsEnabled(*this);
+}
+
+void PanelWindow::appear(const QRect& frame, const QRect& room, double cornerRadius)
+{
+    const WId window = winId();
+    followSystem();
+    m_isDisappearing = false;
+    putAt(frame, room, cornerRadius);
+    m_opacity.setValue(fades() ? 0.0 : 1.0);
+    setWindowOpacity(m_opacity.value());
+    m_system.prepareToShow(window);
+    show();
+    m_system.keepAbove(window);
+    m_opacity.animateTo(1.0, fadeInTiming);
+}
+
+void PanelWindow::disappear()
+{
+    if (!isVisible() || m_isDisappearing) {
+        return;
+    }
+    if (!fades()) {
+        hide();
+        return;
+    }
+    m_isDisappearing = true;
+    m_opacity.animateTo(0.0, fadeOutTiming);
+}
+
+void PanelWindow::stay()
+{
+    // A capsule that is fading in goes on doing so.
+    if (std::exchange(m_isDisappearing, false)) {
+        m_opacity.setValue(1.0);
+    }
+}
+
+void PanelWindow::morphTo(const QRect& frame, const QRect& room, double cornerRadius)
+{
+    const QRect needed = frame | this->frame();
+    if (!geometry().contains(needed)) {
+        setRoom(room | needed);
+    }
+    startMotion(frame, cornerRadius);
+}
+
+void PanelWindow::putAt(const QRect& frame, const QRect& room, double cornerRadius)
+{
+    endMotion();
+    m_target = frame;
+    m_cornerRadius = cornerRadius;
+    setGeometry(room | frame);
+    placeView(frame);
+    updateShape();
+}
+
+void PanelWindow::moveTo(const QRect& frame)
+{
+    endMotion();
+    m_target = frame;
+    placeView(frame);
+}
+
+void PanelWindow::glideTo(const QRect& frame)
+{
+    startMotion(frame, m_cornerRadius);
+}
+
+// The capsule stays where it is on the desktop while its window changes around it.
+void PanelWindow::setRoom(const QRect& room)
+{
+    const QRect lies = frame();
+    setGeometry(room);
+    m_view->setGeometry(lies.translated(-room.topLeft()));
+    updateShape();
+}
+
+void PanelWindow::startMotion(const QRect& frame, double cornerRadius)
+{
+    m_motion.setValue(0.0);
+    m_start = this->frame();
+    m_target = frame;
+    m_cornerRadius = cornerRadius;
+    m_motion.animateTo(1.0, motionTiming);
+    // Its step is done already where nothing moves.
+    if (m_motion.isRunning()) {
+        showStep(0.0);
+    }
+}
+
+void PanelWindow::endMotion()
+{
+    if (m_motion.isRunning()) {
+        m_motion.setValue(1.0);
+    }
+}
+
+void PanelWindow::showStep(double share)
+{
+    const bool isLast = !m_motion.isRunning();
+    const QRect next = isLast ? m_target : between(m_start, m_target, m_curve.valueForProgress(share));
+    const QSize before = m_view->size();
+    const bool grows = next.width() * next.height() > before.width() * before.height();
+    placeView(next);
+    if (!m_isComposited && grows) {
+        // What the shape uncovers would be black until it is painted.
+        m_view->repaint();
+    }
+    if (next.size() != before || share <= 0.0 || isLast) {
+        updateShape();
+    }
+}
+
+// A capsule that keeps its size takes the window along, so that nothing is painted anew.
+void PanelWindow::placeView(const QRect& frame)
+{
+    if (frame.size() == m_view->size()) {
+        move(pos() + frame.topLeft() - this->frame().topLeft());
+    } else {
+        m_view->setGeometry(frame.translated(-pos()));
+    }
+    m_view->setContentPlace(m_target.translated(-frame.topLeft()));
+}
+
+void PanelWindow::updateShape()
+{
+    const auto shape = [this](const QRect& frame) {
+        return roundedRegion(frame.size(), m_cornerRadius, m_isComposited ? ShapeEdge::soft : ShapeEdge::hard)
+            .translated(frame.topLeft() - pos());
+    };
+    if (!m_isComposited || !m_motion.isRunning()) {
+        cutTo(shape(frame()));
+    } else {
+        // One shape for the whole way: the compositor shows only what is painted, and a shape that runs ahead
+        // of the picture would flicker.
+        cutTo((m_start | m_target).translated(-pos()));
+    }
+    updateBlur();
+}
+
+void PanelWindow::cutTo(const QRegion& shape)
+{
+    if (mask() != shape) {
+        setMask(shape);
+    }
+}
+
+void PanelWindow::updateBlur()
+{
+    if (!m_system.blurs()) {
+        return;
+    }
+    const double scale = devicePixelRatioF();
+    std::vector<FloatingPanelSystem::Rectangle> part;
+    const QRegion region = roundedRegion(m_view->size(), m_cornerRadius, ShapeEdge::hard);
+    for (const QRect& rect : region.translated(m_view->pos())) {
+        part.push_back({qRound(rect.x() * scale), qRound(rect.y() * scale), qRound(rect.width() * scale),
+                        qRound(rect.height() * scale)});
+    }
+    m_system.setBlurredPart(winId(), part);
+}
+
+void PanelWindow::followSystem()
+{
+    m_isComposited = m_system.isComposited();
+    m_view->setBlurred(m_system.blurs());
+    if (isVisible()) {
+        updateShape();
+    }
+}
+
+void PanelWindow::enterEvent(QEnterEvent* event)
+{
+    QWidget::enterEvent(event);
+    if (!m_isDragging) {
+        Q_EMIT hovered(true);
+    }
+}
+
+void PanelWindow::leaveEvent(QEvent* event)
+{
+    QWidget::leaveEvent(event);
+    if (!m_isDragging) {
+        Q_EMIT hovered(false);
+    }
+}
+
+void PanelWindow::mousePressEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton) {
+        m_heldAt = event->globalPosition().toPoint();
+        setCursor(Qt::ClosedHandCursor);
+    }
+}
+
+void PanelWindow::mouseMoveEvent(QMouseEvent* event)
+{
+    if (!m_heldAt) {
+        return;
+    }
+    const QPoint distance = event->globalPosition().toPoint() - *m_heldAt;
+    if (!m_isDragging && distance.manhattanLength() <= capsuleDragThreshold) {
+        return;
+    }
+    m_isDragging = true;
+    Q_EMIT dragged(distance);
+}
+
+void PanelWindow::mouseReleaseEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton) {
+        letGo();
+    }
+}
+
+void PanelWindow::letGo()
+{
+    m_heldAt.reset();
+    setCursor(Qt::OpenHandCursor);
+    if (std::exchange(m_isDragging, false)) {
+        Q_EMIT released();
+    }
+}
+
+void PanelWindow::restartDrag()
+{
+    if (m_heldAt) {
+        m_heldAt = QCursor::pos();
+    }
+}
+
+// The window manager may offer to close it, but only the timer decides that.
+void PanelWindow::closeEvent(QCloseEvent* event)
+{
+    event->ignore();
+}
+
+void PanelWindow::hideEvent(QHideEvent* event)
+{
+    QWidget::hideEvent(event);
+    letGo();
+}
+
+} // namespace brevlin

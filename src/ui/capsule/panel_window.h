@@ -1,0 +1,91 @@
+#pragma once
+
+#include "platform/floating_panel_system.h"
+#include "ui/capsule/top_capsule_view.h"
+#include "ui/style/animation.h"
+
+#include <QEasingCurve>
+#include <QWidget>
+
+#include <optional>
+
+namespace brevlin {
+
+/// The window that carries the capsule. It is as large as the capsule can become where it lies, so that the
+/// capsule widens and shrinks inside it and nothing waits for the window manager; what lies outside the
+/// capsule is cut off and lets every click through. All rectangles are points of the desktop.
+class PanelWindow final : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit PanelWindow(FloatingPanelSystem& system);
+
+    TopCapsuleView& view() { return *m_view; }
+    /// Where the capsule lies now, and where it is going.
+    QRect frame() const;
+    QRect target() const { return m_target; }
+    /// Whether the point lies in the capsule's shape grown by this many points.
+    bool covers(const QPoint& point, double distance) const;
+    bool isHeld() const { return m_heldAt.has_value(); }
+
+    /// Shows the window at once, fading the capsule in.
+    void appear(const QRect& frame, const QRect& room, double cornerRadius);
+    /// Fades the capsule out and hides the window.
+    void disappear();
+    /// Fully opaque from now on, whatever fade was under way.
+    void stay();
+    /// Moves the capsule's edges there.
+    void morphTo(const QRect& frame, const QRect& room, double cornerRadius);
+    /// Puts the capsule there without motion.
+    void putAt(const QRect& frame, const QRect& room, double cornerRadius);
+    /// Moves the whole window so that the capsule, whose size stays, lies there.
+    void moveTo(const QRect& frame);
+    /// The same in motion.
+    void glideTo(const QRect& frame);
+    /// Counts the drag that is under way from here.
+    void restartDrag();
+    /// The compositor or its blur may have come or gone.
+    void followSystem();
+
+Q_SIGNALS:
+    void hovered(bool isHovered);
+    void dragged(const QPoint& distance); ///< since the button was pressed
+    void released();                      ///< after a drag
+
+protected:
+    void enterEvent(QEnterEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    bool fades() const;
+    void setRoom(const QRect& room);
+    void startMotion(const QRect& frame, double cornerRadius);
+    void endMotion();
+    void showStep(double share);
+    void placeView(const QRect& frame);
+    void updateShape();
+    void cutTo(const QRegion& shape);
+    void updateBlur();
+    void letGo();
+
+    FloatingPanelSystem& m_system;
+    TopCapsuleView* m_view; // owned by this window
+    QEasingCurve m_curve;
+    QRect m_start;
+    QRect m_target;
+    double m_cornerRadius = 0;
+    bool m_isComposited = false;
+    bool m_isDisappearing = false;
+    std::optional<QPoint> m_heldAt; // where the pointer pressed
+    bool m_isDragging = false;
+    ValueAnimation m_motion;
+    ValueAnimation m_opacity;
+};
+
+} // namespace brevlin

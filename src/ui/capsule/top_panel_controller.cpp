@@ -1,0 +1,224 @@
+#include "ui/capsule/top_panel_controller.h"
+
+#include "platform/floating_panel_system.h"
+#include "ui/capsule/panel_screens.h"
+#include "ui/capsule/panel_window.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QScreen>
+
+#include <utility>
+
+namespace brevlin {
+
+namespace {
+
+constexpr Seconds positionSaveDelay{0.14};
+constexpr Seconds exitWatchInterval{0.1};
+// The desktop tells of a new arrangement in several steps.
+constexpr Seconds screensSettleDelay{0.1};
+
+QRect primaryGeometry()
+{
+    const QScreen* primary = QGuiApplication::primaryScreen();
+    return primary != nullptr ? primary->geometry() : QRect();
+}
+
+} // namespace
+
+TopPanelController::TopPanelController(FloatingPanelSystem& system, TaskScheduler& scheduler,
+                                       TopPanelPositionStore& store)
+    : m_system(system), m_scheduler(scheduler), m_placement(store)
+{
+    m_system.setChangeHandler([this] {
+        if (m_window) {
+            m_window->followSystem();
+            scheduleReposition();
+        }
+    });
+}
+
+TopPanelController::~TopPanelController()
+{
+    m_system.setChangeHandler({});
+    if (m_placement.isDragging()) {
+        endDrag();
+    }
+}
+
+void TopPanelController::setObserver(Observer observer)
+{
+    m_observer = std::move(observer);
+}
+
+bool TopPanelController::isVisible() const
+{
+    return m_window && m_window->isVisible();
+}
+
+void TopPanelController::makeWindow()
+{
+    m_window = std::make_unique<PanelWindow>(m_system);
+    connect(&m_window->view(), &TopCapsuleView::commanded, this, [this](CapsuleCommand command) {
+        if (m_observer.commanded) {
+            m_observer.commanded(command);
+        }
+    });
+    connect(m_window.get(), &PanelWindow::hovered, this, &TopPanelController::setHovered);
+    connect(m_window.get(), &PanelWindow::dragged, this, &TopPanelController::drag);
+    connect(m_window.get(), &PanelWindow::released, this, &TopPanelController::scheduleEndOfDrag);
+    watchScreens();
+}
+
+void TopPanelController::watchScreens()
+{
+    const auto watch = [this](QScreen* screen) {
+        connect(screen, &QScreen::geometryChanged, this, &TopPanelController::scheduleReposition);
+        connect(screen, &QScreen::availableGeometryChanged, this, &TopPanelController::scheduleReposition);
+        connect(screen, &QScreen::logicalDotsPerInchChanged, this, &TopPanelController::scheduleReposition);
+    };
+    for (QScreen* screen : QGuiApplication::screens()) {
+        watch(screen);
+    }
+    connect(qGuiApp, &QGuiApplication::screenAdded, this, [this, watch](QScreen* screen) {
+        watch(screen);
+        scheduleReposition();
+    });
+    connect(qGuiApp, &QGuiApplication::screenRemoved, this, &TopPanelController::scheduleReposition);
+    connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, &TopPanelController::scheduleReposition);
+}
+
+void TopPanelController::show(const CapsuleContent& content, const CapsuleLayout& layout)
+{
+    if (!m_window) {
+        makeWindow();
+    }
+    m_layout = layout;
+    m_placement.setScreens(currentPanelScreens(m_system));
+    const auto frame = m_placement.place(layout);
+    if (!frame) {
+        return; // no screen: shown when there is one again
+    }
+    m_window->view().setContent(content);
+    m_window->appear(toQt(*frame, primaryGeometry()), room(), layout.cornerRadius);
+}
+
+void TopPanelController::update(const CapsuleContent& content, const CapsuleLayout& layout)
+{
+    m_window->stay();
+    m_window->view().setContent(content);
+    if (std::exchange(m_layout, layout) == layout) {
+        return;
+    }
+    if (const auto frame = m_placement.place(layout)) {
+        m_window->morphTo(toQt(*frame, primaryGeometry()), room(), layout.cornerRadius);
+        if (m_placement.isDragging()) {
+            m_placement.beginDrag(*frame);
+            m_window->restartDrag();
+        }
+    }
+}
+
+void TopPanelController::hide()
+{
+    if (m_window) {
+        m_window->disappear();
+    }
+}
+
+QRect TopPanelController::room() const
+{
+    const auto room = m_placement.room();
+    return room ? toQt(*room, primaryGeometry()) : QRect();
+}
+
+HorizontalAnchor TopPanelController::preferredExpansionAnchor(double width) const
+{
+    return m_placement.preferredExpansionAnchor(width);
+}
+
+bool TopPanelController::hasPointerWithin(double distance) const
+{
+    return isVisible() && m_window->covers(QCursor::pos(), distance);
+}
+
+void TopPanelController::scheduleReposition()
+{
+    m_repositionTask = m_scheduler.after(screensSettleDelay, [this] { reposition(); });
+}
+
+void TopPanelController::reposition()
+{
+    m_placement.setScreens(currentPanelScreens(m_system));
+    if (!isVisible() || m_placement.isDragging()) {
+        return; // the end of the drag looks again
+    }
+    if (const auto frame = m_placement.place(m_layout)) {
+        const QRect target = toQt(*frame, primaryGeometry());
+        if (target != m_window->target()) {
+            m_window->putAt(target, room(), m_layout.cornerRadius);
+        }
+    }
+}
+
+void TopPanelController::setHovered(bool isHovered)
+{
+    m_exitTask.reset();
+    if (!m_observer.hovered) {
+        return;
+    }
+    m_observer.hovered(isHovered);
+    if (!isHovered) {
+        watchExit();
+    }
+}
+
+// A pointer that rests just outside the shape counts as inside it, and leaves unseen from there.
+void TopPanelController::watchExit()
+{
+    constexpr double exitTolerance = 2.0;
+    if (!hasPointerWithin(exitTolerance)) {
+        return;
+    }
+    m_exitTask = m_scheduler.every(exitWatchInterval, exitWatchInterval, [this] {
+        if (!hasPointerWithin(exitTolerance)) {
+            setHovered(false);
+        }
+    });
+}
+
+void TopPanelController::drag(const QPoint& distance)
+{
+    const QRect primary = primaryGeometry();
+    if (!m_placement.isDragging()) {
+        m_placement.beginDrag(fromQt(m_window->target(), primary));
+    }
+    m_window->moveTo(toQt(m_placement.dragBy(distance.x(), -distance.y()), primary));
+    scheduleEndOfDrag();
+}
+
+void TopPanelController::scheduleEndOfDrag()
+{
+    m_positionSaveTask = m_scheduler.after(positionSaveDelay, [this] {
+        if (m_window->isHeld()) {
+            scheduleEndOfDrag(); // or the capsule would slip out of the hand
+        } else {
+            endDrag();
+        }
+    });
+}
+
+void TopPanelController::endDrag()
+{
+    m_positionSaveTask.reset();
+    const auto frame = m_placement.finishDrag();
+    if (frame && isVisible()) {
+        m_window->glideTo(toQt(*frame, primaryGeometry()));
+        if (!hasPointerWithin(0)) {
+            setHovered(false);
+        }
+    }
+}
+
+} // namespace brevlin

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "app/capsule_panel.h"
+#include "platform/task_scheduler.h"
+#include "ui/capsule/panel_placement.h"
+
+#include <QObject>
+#include <QRect>
+
+#include <memory>
+
+namespace brevlin {
+
+class FloatingPanelSystem;
+class PanelWindow;
+
+/// The capsule's panel: shows the content in its window, pins the window to its place through every layout,
+/// lets the user drag it and follows the screens.
+class TopPanelController final : public QObject, public CapsulePanel
+{
+    Q_OBJECT
+
+public:
+    TopPanelController(FloatingPanelSystem& system, TaskScheduler& scheduler, TopPanelPositionStore& store);
+    ~TopPanelController() override;
+
+    void setObserver(Observer observer) override;
+    bool isVisible() const override;
+    void show(const CapsuleContent& content, const CapsuleLayout& layout) override;
+    void update(const CapsuleContent& content, const CapsuleLayout& layout) override;
+    void hide() override;
+    HorizontalAnchor preferredExpansionAnchor(double width) const override;
+    bool hasPointerWithin(double distance) const override;
+
+private:
+    void makeWindow();
+    void watchScreens();
+    void scheduleReposition();
+    void reposition();
+    void setHovered(bool isHovered);
+    void watchExit();
+    void drag(const QPoint& distance);
+    void scheduleEndOfDrag();
+    void endDrag();
+    QRect room() const;
+
+    FloatingPanelSystem& m_system;
+    TaskScheduler& m_scheduler;
+    PanelPlacement m_placement;
+    Observer m_observer;
+    CapsuleLayout m_layout;
+    std::unique_ptr<PanelWindow> m_window; // made when it is first shown
+    TaskHandle m_repositionTask;
+    TaskHandle m_exitTask;
+    TaskHandle m_positionSaveTask;
+};
+
+} // namespace brevlin

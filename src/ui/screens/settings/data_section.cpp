@@ -1,0 +1,92 @@
+#include "app/app_model.h"
+#include "ui/screens/settings/clear_history_dialog.h"
+#include "ui/screens/settings/settings_sections.h"
+#include "ui/style/capsule_button.h"
+#include "ui/style/text.h"
+#include "ui/style/typography.h"
+
+namespace brevlin {
+
+namespace {
+
+constexpr BilingualText resetHeadingText{"恢复", "Reset"};
+constexpr BilingualText restoreText{"恢复预设设置", "Restore defaults"};
+constexpr BilingualText restoreNoteText{
+    "恢复计时、提醒和顶部计时器设置；不会删除记录，也不会更改通知权限或登录启动状态。",
+    "Restores timer, alert, and top timer settings without deleting history or changing system permissions."};
+constexpr BilingualText dataHeadingText{"数据", "Data"};
+constexpr BilingualText storageText{"存储方式", "Storage"};
+constexpr BilingualText storageValueText{"仅本机", "On this computer"};
+constexpr BilingualText recordsText{"记录数量", "Records"};
+constexpr BilingualText clearText{"清空全部历史记录", "Clear all history"};
+
+} // namespace
+
+ResetSection::ResetSection(AppModel& model, QWidget* parent)
+    : FormSection(parent)
+    , m_model(model)
+    , m_restore(new CapsuleButton(CapsuleStyle::secondary, ControlSize::compact))
+{
+    FormRow* row = addRow();
+    m_restore->setSymbol(Symbol::arrowCounterclockwise);
+    row->setContent(m_restore);
+    m_note = row->addNote();
+    connect(m_restore, &QAbstractButton::clicked, &model, &AppModel::restoreDefaultPreferences);
+    connect(&model, &AppModel::preferencesChanged, this, &ResetSection::refresh);
+    refresh();
+}
+
+void ResetSection::refresh()
+{
+    const AppLanguage language = m_model.language();
+    setHeading(qtText(resetHeadingText.in(language)));
+    m_restore->setText(qtText(restoreText.in(language)));
+    m_restore->updateGeometry();
+    m_note->setText(qtText(restoreNoteText.in(language)));
+}
+
+DataSection::DataSection(AppModel& model, QWidget* parent)
+    : FormSection(parent)
+    , m_model(model)
+    , m_storageRow(addRow())
+    , m_storage(new FormLabel(textFont(TextRole::body), ThemeColor::secondaryLabel))
+    , m_recordsRow(addRow())
+    , m_records(new FormLabel(textFont(TextRole::body), ThemeColor::secondaryLabel))
+    , m_clear(new CapsuleButton(CapsuleStyle::destructive, ControlSize::compact))
+{
+    m_storageRow->addControl(m_storage);
+    m_recordsRow->addControl(m_records);
+    addRow()->setContent(m_clear);
+    connect(m_clear, &QAbstractButton::clicked, this, &DataSection::confirmClearHistory);
+    connect(&model, &AppModel::preferencesChanged, this, &DataSection::refresh);
+    connect(&model, &AppModel::sessionsChanged, this, &DataSection::refresh);
+    refresh();
+}
+
+void DataSection::refresh()
+{
+    const AppLanguage language = m_model.language();
+    const auto show = [language](FormRow* row, FormLabel* value, const BilingualText& title,
+                                 const QString& text) {
+        const QString name = qtText(title.in(language));
+        row->setTitle(name);
+        value->setText(text);
+        value->setAccessibleName(name + QLatin1String(language == AppLanguage::english ? ": " : "：") + text);
+    };
+    setHeading(qtText(dataHeadingText.in(language)));
+    show(m_storageRow, m_storage, storageText, qtText(storageValueText.in(language)));
+    show(m_recordsRow, m_records, recordsText, QString::number(m_model.sessions().size()));
+    m_clear->setText(qtText(clearText.in(language)));
+    m_clear->updateGeometry();
+    m_clear->setEnabled(!m_model.sessions().empty());
+}
+
+void DataSection::confirmClearHistory()
+{
+    if (!m_confirmation) {
+        m_confirmation = new ClearHistoryDialog(m_model, window());
+    }
+    m_confirmation->show();
+}
+
+} // namespace brevlin

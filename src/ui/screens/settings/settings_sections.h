@@ -1,0 +1,130 @@
+#pragma once
+
+#include "core/timer_settings.h"
+#include "ui/style/form.h"
+
+#include <QPointer>
+
+#include <functional>
+#include <vector>
+
+namespace brevlin {
+
+class AppModel;
+class CapsuleButton;
+class ClearHistoryDialog;
+class LinkButton;
+class NumberStepper;
+class SegmentedPicker;
+class SwitchControl;
+
+/// The sections of the settings form. Each shows the model's values whenever they change and hands every
+/// choice to the model at once; it keeps none of its own.
+class TimerSection final : public FormSection
+{
+    Q_OBJECT
+
+public:
+    explicit TimerSection(AppModel& model, QWidget* parent = nullptr);
+
+private:
+    void refresh();
+
+    AppModel& m_model;
+    std::vector<NumberStepper*>
+        m_durations; // in the order of the phases; owned by their rows, as all controls
+    NumberStepper* m_longBreakInterval;
+    FormRow* m_autoStartBreaksRow;
+    FormRow* m_autoStartFocusRow;
+    SwitchControl* m_autoStartBreaks;
+    SwitchControl* m_autoStartFocus;
+};
+
+class AlertSection final : public FormSection
+{
+    Q_OBJECT
+
+public:
+    explicit AlertSection(AppModel& model, QWidget* parent = nullptr);
+
+private:
+    void refresh();
+    void refreshStatus();
+
+    AppModel& m_model;
+    FormRow* m_intensityRow;
+    SegmentedPicker* m_intensity;
+    FormNote* m_intensityDetail;
+    FormRow* m_soundRow;
+    SwitchControl* m_sound;
+    FormNote* m_weakened;
+    FormNote* m_muteNote;
+    FormRow* m_statusRow;
+    LinkButton* m_enable;
+};
+
+class AppearanceSection final : public FormSection
+{
+    Q_OBJECT
+
+public:
+    explicit AppearanceSection(AppModel& model, QWidget* parent = nullptr);
+
+private:
+    void addPickers();
+    void addSwitches();
+    void refresh();
+
+    AppModel& m_model;
+    FormRow* m_languageRow;
+    SegmentedPicker* m_language;
+    FormNote* m_languageNote;
+    FormRow* m_appearanceRow;
+    SegmentedPicker* m_appearance;
+    FormNote* m_appearanceNote;
+    FormRow* m_capsuleRow;
+    SwitchControl* m_capsule;
+    FormNote* m_capsuleNote;
+    FormRow* m_launchRow;
+    SwitchControl* m_launch;
+    FormRow* m_approvalRow;
+    FormNote* m_approvalNote;
+    LinkButton* m_openSettings;
+};
+
+class ResetSection final : public FormSection
+{
+    Q_OBJECT
+
+public:
+    explicit ResetSection(AppModel& model, QWidget* parent = nullptr);
+
+private:
+    void refresh();
+
+    AppModel& m_model;
+    CapsuleButton* m_restore;
+    FormNote* m_note;
+};
+
+class DataSection final : public FormSection
+{
+    Q_OBJECT
+
+public:
+    explicit DataSection(AppModel& model, QWidget* parent = nullptr);
+
+private:
+    void refresh();
+    void confirmClearHistory();
+
+    AppModel& m_model;
+    FormRow* m_storageRow;
+    FormLabel* m_storage;
+    FormRow* m_recordsRow;
+    FormLabel* m_records;
+    CapsuleButton* m_clear;
+    QPointer<ClearHistoryDialog> m_confirmation;
+};
+
+} // namespace brevlin

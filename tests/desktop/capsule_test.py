@@ -1,0 +1,181 @@
+"""The capsule at the top of the screen, driven with the pointer while another program has the keyboard."""
+
+import os
+import time
+
+from harness import DesktopTest, holds_for, main, read_json, wait_for
+
+SCREEN = (1280, 900)
+POSITION_KEY = "Brevlin.topPanel.position.v1"
+
+
+class CapsuleTest(DesktopTest):
+    def start(self, focus=8.0, **preferences):
+        desktop = self.desktop
+        desktop.set_preferences(focus=focus, **preferences)
+        self.program, _ = self.start_and_wait()
+        desktop.press("space")
+        desktop.wait_for_state("running")
+        desktop.ask("xdotool", "windowminimize", str(desktop.windows()[0]))
+        desktop.move_pointer(640, 500)
+        self.typed = desktop.folder / "typed"
+        desktop.run_in_background([os.environ["BREVLIN_LINE_EDIT"], str(self.typed)])
+        desktop.wait_for_window("Line edit")
+
+    def box(self, area=(0, 0, SCREEN[0], 560)):
+        """Where the capsule is to be seen; None where nothing is. The rest of that part of the screen is plain."""
+        left, top, width, height = area
+        data = self.desktop.picture("root", "-crop", f"{width}x{height}+{left}+{top}", "+repage")
+        background = data[-3:]
+        plain = background * width
+        rows = [y for y in range(height) if data[y * width * 3:(y + 1) * width * 3] != plain]
+        if not rows:
+            return None
+        columns = set()
+        for y in rows[::4] + [rows[len(rows) // 2]]:
+            row = data[y * width * 3:(y + 1) * width * 3]
+            differing = [x for x in range(width) if row[x * 3:x * 3 + 3] != background]
+            if differing:
+                columns |= {differing[0], differing[-1]}
+        return (left + min(columns), top + rows[0], max(columns) - min(columns) + 1, rows[-1] - rows[0] + 1)
+
+    def wait_for_box(self, box, seconds=5.0):
+        seen = []
+
+        def ask():
+            seen.append(self.box())
+            return seen[-1] == box
+
+        try:
+            return wait_for(f"the capsule at {box}", ask, seconds)
+        except AssertionError as error:
+            raise AssertionError(f"{error}; it was at {seen[-1]}") from error
+
+    def assert_typing_goes_on(self, letter):
+        """The line edit has kept the keyboard."""
+        before = self.typed.read_text() if self.typed.exists() else ""
+        self.desktop.press(letter)
+        wait_for(f"the letter {letter}", lambda: self.typed.exists() and self.typed.read_text() == before + letter)
+
+    def hover_and_leave(self):
+        """The circle widens to the right, stays where it is, and shrinks not before its time."""
+        desktop = self.desktop
+        desktop.move_pointer(640, 33)
+        seen = []
+
+        def ask():
+            seen.append(self.box())
+            return seen[-1] == (615, 8, 316, 50)
+
+        wait_for("the wide capsule", ask)
+        self.assertEqual({box[0] for box in seen}, {615}, f"the circle does not move: {seen}")
+        self.assert_typing_goes_on("h")
+        wait_for("its buttons", lambda: desktop.pixel("root", 615 + 316 - 26, 14) != desktop.pixel("root", 615 + 316 - 26, 20))
+        desktop.move_pointer(640, 500)
+        left = time.monotonic()
+        wait_for("the pointer's leaving to be noticed", lambda: self.box()[2] < 316, 3)
+        self.assertGreater(time.monotonic() - left, 0.13)
+        self.wait_for_box((615, 8, 50, 50))
+
+    def drag_to_the_left_edge(self):
+        desktop = self.desktop
+        desktop.move_pointer(640, 33)
+        self.wait_for_box((615, 8, 316, 50))
+        desktop.ask("xdotool", "mousedown", "1")
+        for x in range(620, 40, -40):
+            desktop.move_pointer(x, 33 + (640 - x) // 10)
+        desktop.move_pointer(60, 93)
+        wait_for("the capsule under the hand", lambda: self.box() == (35, 68, 316, 50))
+        holds_for("the capsule under the hand", lambda: self.box() == (35, 68, 316, 50), 0.4)
+        desktop.ask("xdotool", "mouseup", "1")
+        self.wait_for_box((0, 68, 316, 50))
+        self.assert_typing_goes_on("d")
+        desktop.move_pointer(640, 500)
+        self.wait_for_box((0, 68, 50, 50))
+
+    def widen_move_and_become_an_island(self):
+        desktop = self.desktop
+        self.start()
+        self.wait_for_box((615, 8, 50, 50))
+        self.hover_and_leave()
+        self.drag_to_the_left_edge()
+
+        desktop.wait_for_state("ringing", 12)
+        self.wait_for_box((0, 68, 460, 126))
+        self.assert_typing_goes_on("i")
+        # A click beside the island's round corner is for what lies there.
+        self.assertEqual(self.window_at(1, 69), self.window_at(1, 400))
+        self.assertNotEqual(self.window_at(230, 130), self.window_at(1, 400))
+        # Minimise and come back.
+        desktop.move_pointer(460 - 20 - 27 - 12 - 14, 68 + 39)
+        desktop.ask("xdotool", "click", "1")
+        self.wait_for_box((0, 68, 50, 50))
+        desktop.move_pointer(25, 93)
+        desktop.ask("xdotool", "click", "1")
+        self.wait_for_box((0, 68, 460, 126))
+        # Start the break, whose end is dismissed.
+        desktop.move_pointer(460 - 40, 68 + 126 - 30)
+        desktop.ask("xdotool", "click", "1")
+        self.assertEqual(desktop.wait_for_state("running")["phase"], "shortBreak")
+        self.wait_for_box((0, 68, 50, 50))
+        desktop.wait_for_state("ringing", 12)
+        self.wait_for_box((0, 68, 460, 126))
+        desktop.move_pointer(460 - 20 - 13, 68 + 39)
+        desktop.ask("xdotool", "click", "1")
+        desktop.wait_for_state("idle")
+        wait_for("nothing of the capsule", lambda: self.box() is None)
+        self.assert_typing_goes_on("e")
+
+    def window_at(self, x, y):
+        """The window, with its frame, that a click there would go to."""
+        self.desktop.move_pointer(x, y)
+        return self.desktop.ask("xdotool", "getmouselocation", "--shell").splitlines()[-1]
+
+
+class CapsulePlace(CapsuleTest):
+    """Two monitors beside each other."""
+
+    def test_the_place_survives_a_restart_and_its_screen(self):
+        desktop = self.desktop
+        desktop.ask("xrandr", "--setmonitor", "left", "640/170x900/240+0+0", "screen")
+        desktop.ask("xrandr", "--setmonitor", "right", "640/170x900/240+640+0", "none")
+        self.start(focus=600)
+        self.wait_for_box((295, 8, 50, 50))
+        desktop.ask("xdotool", "mousemove", "320", "33", "mousedown", "1", "mousemove", "400", "80", "mousemove",
+                    "900", "233", "mouseup", "1", "mousemove", "640", "500")
+        self.wait_for_box((875, 208, 50, 50))
+        place = wait_for("the saved place", lambda: read_json(desktop.config / f"{POSITION_KEY}.json"))
+        self.assertEqual((place["version"], place["horizontalAnchor"]), (5, "center"))
+        self.assertAlmostEqual(place["xFraction"], (900 - 640) / 640)
+
+        desktop.stop(self.program)
+        wait_for("nothing of the capsule", lambda: self.box() is None)
+        self.program = desktop.start_program()
+        wait_for("the capsule", self.box)
+        desktop.ask("xdotool", "windowminimize", str(desktop.wait_for_window()))
+        self.wait_for_box((875, 208, 50, 50))
+
+        desktop.ask("xrandr", "--delmonitor", "right")
+        # The same fractions of the screen that is left.
+        self.wait_for_box((235, 208, 50, 50), 1.5)
+
+
+class CapsuleOnOpenbox(CapsuleTest):
+    def test_the_capsule_lives_on_openbox_without_a_compositor(self):
+        self.widen_move_and_become_an_island()
+
+    def test_the_capsule_lives_on_openbox_with_a_compositor(self):
+        self.desktop.run_in_background(["picom", "--backend", "xrender", "--config", "/dev/null"])
+        wait_for("a compositor", lambda: self.desktop.ask("xdotool", "search", "--name", "picom"))
+        self.widen_move_and_become_an_island()
+
+
+class CapsuleOnXfwm(CapsuleTest):
+    manager = ("xfwm4", "--compositor=on", "--sm-client-disable")
+
+    def test_the_capsule_lives_on_xfwm_with_its_compositor(self):
+        self.widen_move_and_become_an_island()
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,218 @@
+#include "app/model_fixture.h"
+#include "ui/screens/about/product.h"
+#include "ui/screens/settings/app_settings_view.h"
+#include "ui/screens/settings/clear_history_dialog.h"
+#include "ui/screens/settings/settings_texts.h"
+#include "ui/style/capsule_button.h"
+#include "ui/style/link_button.h"
+#include "ui/style/number_stepper.h"
+#include "ui/style/segmented_picker.h"
+#include "ui/style/switch_control.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QKeyEvent>
+
+namespace brevlin {
+namespace {
+
+class SettingsViewTest : public test::ModelTest
+{
+protected:
+    AppSettingsView& open()
+    {
+        launch();
+        view = std::make_unique<AppSettingsView>(model());
+        view->resize(540, 560);
+        view->show();
+        QApplication::processEvents();
+        return *view;
+    }
+    template <typename Control>
+    Control* find(const QString& name)
+    {
+        for (Control* control : view->findChildren<Control*>()) {
+            const auto* element = QAccessible::queryAccessibleInterface(control);
+            if (!control->isHidden() && element->text(QAccessible::Name) == name) {
+                return control;
+            }
+        }
+        return nullptr;
+    }
+    template <typename Control>
+    Control& get(const char* name)
+    {
+        auto* control = find<Control>(QString::fromUtf8(name));
+        EXPECT_NE(control, nullptr) << name;
+        return *control;
+    }
+    static void press(QWidget& widget, Qt::Key key)
+    {
+        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier,
+                        key >= Qt::Key_0 && key <= Qt::Key_9 ? QString(QChar(static_cast<ushort>(key)))
+                                                             : QString());
+        QApplication::sendEvent(&widget, &event);
+    }
+    /// What a restart would find.
+    AppPreferences stored() { return PreferencesStore(defaults, clock).load(); }
+
+    std::unique_ptr<AppSettingsView> view;
+};
+
+TEST_F(SettingsViewTest, a_number_is_typed_or_stepped_and_stays_in_its_range)
+{
+    open();
+    auto& focus = get<NumberField>("Focus duration: 25 min");
+    focus.selectAll();
+    for (const Qt::Key key : {Qt::Key_1, Qt::Key_8, Qt::Key_0}) {
+        press(focus, key);
+    }
+    EXPECT_EQ(stored().timerSettings.focusDuration, Seconds{1500}) << "it is still being typed";
+    model().requestNotificationPermission(); // what the form shows changes
+    model().setPlayCompletionSound(false);
+    EXPECT_EQ(focus.text(), QStringLiteral("180")) << "what is typed stays";
+    press(focus, Qt::Key_Return);
+    EXPECT_EQ(stored().timerSettings.focusDuration, Seconds{10800});
+    press(focus, Qt::Key_Up);
+    EXPECT_EQ(stored().timerSettings.focusDuration, Seconds{10800});
+    press(focus, Qt::Key_Down);
+    EXPECT_EQ(stored().timerSettings.focusDuration, Seconds{10740});
+
+    focus.selectAll();
+    press(focus, Qt::Key_7);
+    press(focus, Qt::Key_Escape);
+    EXPECT_EQ(focus.text(), QStringLiteral("179"));
+
+    auto& interval = get<NumberField>("Long break every 4 Pomodoros");
+    for (int count = 0; count < 20; ++count) {
+        press(interval, Qt::Key_Up);
+    }
+    EXPECT_EQ(stored().timerSettings.focusSessionsPerLongBreak, 12);
+    for (int count = 0; count < 20; ++count) {
+        press(interval, Qt::Key_Down);
+    }
+    EXPECT_EQ(stored().timerSettings.focusSessionsPerLongBreak, 1);
+}
+
+TEST_F(SettingsViewTest, a_stored_number_outside_the_range_is_shown_as_it_is)
+{
+    storePreferences([](AppPreferences& p) {
+        p.timerSettings.focusDuration = Seconds{89};
+        p.timerSettings.shortBreakDuration = Seconds{12000};
+    });
+    open();
+    get<NumberField>("Focus duration: 1 min");
+    press(get<NumberField>("Break: 200 min"), Qt::Key_Down);
+    EXPECT_EQ(stored().timerSettings.shortBreakDuration, Seconds{10800});
+}
+
+TEST_F(SettingsViewTest, every_choice_is_stored_at_once)
+{
+    open();
+    for (const char* name :
+         {"Automatically start breaks", "Automatically start focus", "Play completion sound",
+          "Keep top capsule visible while timing", "Launch at login"}) {
+        get<SwitchControl>(name).click();
+    }
+    for (const char* name : {"Strong", "System Blur"}) {
+        get<Segment>(name).click();
+    }
+    AppPreferences expected;
+    expected.timerSettings.autoStartBreaks = expected.timerSettings.autoStartFocus = true;
+    expected.timerSettings.alertIntensity = AlertIntensity::strong;
+    expected.playCompletionSound = expected.showTopCapsuleWhileRunning = false;
+    expected.topTimerAppearance = TopTimerAppearance::systemBlur;
+    expected.appLanguage = AppLanguage::english;
+    EXPECT_EQ(stored(), expected);
+    EXPECT_EQ(loginItem.current, LoginItem::Status::enabled);
+
+    press(get<Segment>("System Blur"), Qt::Key_Right);
+    EXPECT_EQ(stored().topTimerAppearance, TopTimerAppearance::light);
+    get<CapsuleButton>("Restore defaults").click();
+    EXPECT_EQ(stored(), AppPreferences{});
+    EXPECT_NE(find<NumberField>(QStringLiteral("专注时长：25 分钟")), nullptr)
+        << "the language went back, too";
+    EXPECT_EQ(loginItem.current, LoginItem::Status::enabled);
+}
+
+TEST_F(SettingsViewTest, the_rows_of_the_services_follow_them)
+{
+    center.settings.state = NotificationAuthorizationState::denied;
+    loginItem.afterRegistering = LoginItem::Status::requiresApproval;
+    open();
+    EXPECT_EQ(center.permissionRequests, 0);
+    get<LinkButton>("Enable notifications").click();
+    EXPECT_EQ(center.permissionRequests, 1);
+    EXPECT_EQ(find<LinkButton>(QStringLiteral("Enable notifications")), nullptr);
+
+    auto& launch = get<SwitchControl>("Launch at login");
+    launch.click();
+    EXPECT_FALSE(launch.isChecked()) << "it waits for approval";
+    get<LinkButton>("Open System Settings").click();
+    EXPECT_EQ(loginItem.openedSettings, 1);
+    loginItem.current = LoginItem::Status::enabled;
+    loginItem.changed();
+    EXPECT_TRUE(launch.isChecked());
+    loginItem.failure = "no space";
+    launch.click();
+    EXPECT_TRUE(launch.isChecked()) << "the change was refused";
+}
+
+TEST_F(SettingsViewTest, the_history_is_cleared_only_where_the_question_is_answered_with_it)
+{
+    launchAndStart();
+    scheduler.advance(Seconds{1500});
+    open();
+    auto& clear = get<CapsuleButton>("Clear all history");
+    const auto dialog = [&] {
+        clear.click();
+        return view->window()->findChild<ClearHistoryDialog*>();
+    };
+    ClearHistoryDialog* question = dialog();
+    EXPECT_EQ(question->focusWidget(), question->findChildren<CapsuleButton*>().last()) << "Return cancels";
+    press(*question, Qt::Key_Escape);
+    EXPECT_EQ(model().sessions().size(), 1U);
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    dialog()->findChildren<CapsuleButton*>().first()->click();
+    EXPECT_TRUE(model().sessions().empty());
+    EXPECT_FALSE(clear.isEnabled());
+}
+
+TEST_F(SettingsViewTest, assistive_technology_is_told_role_state_and_range)
+{
+    open();
+    const auto element = [](QWidget& widget) {
+        return QAccessible::queryAccessibleInterface(&widget);
+    };
+    auto* sound = element(get<SwitchControl>("Play completion sound"));
+    EXPECT_EQ(sound->role(), QAccessible::CheckBox);
+    EXPECT_TRUE(sound->state().checked);
+    EXPECT_EQ(element(get<Segment>("Strong"))->role(), QAccessible::RadioButton);
+    EXPECT_FALSE(element(get<Segment>("Strong"))->state().checked);
+    EXPECT_TRUE(element(get<Segment>("Standard"))->state().checked);
+    EXPECT_EQ(element(get<SegmentedPicker>("Alert intensity"))->role(), QAccessible::Grouping);
+    auto* focus = element(get<NumberField>("Focus duration: 25 min"));
+    EXPECT_EQ(focus->role(), QAccessible::SpinBox);
+    EXPECT_EQ(focus->valueInterface()->currentValue().toInt(), 25);
+    EXPECT_EQ(focus->valueInterface()->maximumValue().toInt(), 180);
+}
+
+TEST(SettingsTexts, a_strong_alert_is_weakened_only_while_it_is_chosen)
+{
+    NotificationAuthorizationSnapshot authorization;
+    EXPECT_TRUE(strongAlertIsWeakened(AlertIntensity::strong, authorization));
+    EXPECT_FALSE(strongAlertIsWeakened(AlertIntensity::standard, authorization));
+    authorization.timeSensitiveEnabled = true;
+    EXPECT_FALSE(strongAlertIsWeakened(AlertIntensity::strong, authorization));
+}
+
+TEST(ProductVersion, is_told_with_what_is_known_of_the_build)
+{
+    EXPECT_EQ(versionText({"1.2", "45"}, AppLanguage::english), "1.2 (45)");
+    EXPECT_EQ(versionText({"1.2", std::nullopt}, AppLanguage::english), "1.2");
+    EXPECT_EQ(versionText({std::nullopt, "45"}, AppLanguage::english), "Development build");
+    EXPECT_EQ(versionText({}, AppLanguage::simplifiedChinese), "开发版本");
+}
+
+} // namespace
+} // namespace brevlin
