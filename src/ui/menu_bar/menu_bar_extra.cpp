@@ -71,6 +71,9 @@ void MenuBarExtra::togglePanel(const QPoint& anchor)
     if (!m_panel) {
         m_panel = std::make_unique<MenuBarPanel>(m_model, m_windowSystem);
         connect(m_panel.get(), &MenuBarPanel::sectionRequested, this, &MenuBarExtra::openMainWindow);
+        // What comes to the front then is not to lie behind the panel.
+        connect(&m_model, &AppModel::mainWindowActivationRequested, m_panel.get(), &QWidget::hide);
+        connect(&m_model, &AppModel::appMessageChanged, m_panel.get(), &QWidget::hide);
     }
     m_panel->toggle(anchor);
 }

@@ -11,8 +11,10 @@
 #include "ui/style/text.h"
 #include "ui/style/theme.h"
 
+#include <QCloseEvent>
 #include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
@@ -95,7 +97,7 @@ void MenuBarPanel::translate()
 void MenuBarPanel::toggle(const QPoint& anchor)
 {
     if (isVisible()) {
-        close();
+        hide();
         return;
     }
     if (m_sinceClosingPress.isValid() && m_sinceClosingPress.elapsed() < sameClick) {
@@ -157,10 +159,24 @@ void MenuBarPanel::mousePressEvent(QMouseEvent* event)
     // Every press comes here while the panel is open; one on the shadow is not on the panel either.
     if (!contentRect().contains(event->position().toPoint())) {
         m_sinceClosingPress.start();
-        close();
+        hide();
         return;
     }
     QWidget::mousePressEvent(event);
+}
+
+void MenuBarPanel::keyPressEvent(QKeyEvent* event)
+{
+    if (event->matches(QKeySequence::Cancel)) {
+        hide();
+    } else {
+        QWidget::keyPressEvent(event);
+    }
+}
+
+void MenuBarPanel::closeEvent(QCloseEvent* event)
+{
+    event->ignore();
 }
 
 void MenuBarPanel::resizeEvent(QResizeEvent* event)
@@ -183,7 +199,7 @@ void MenuBarPanel::showMenu()
         }
         connect(menu->addAction(qtText(title(section, m_model.language()))), &QAction::triggered, this,
                 [this, section] {
-                    close();
+                    hide();
                     Q_EMIT sectionRequested(section);
                 });
     }

@@ -32,7 +32,11 @@ Q_SIGNALS:
     void sectionRequested(AppSection section);
 
 protected:
+    /// Qt closes popups when any window appears, and the capsule does when a button of the panel starts the
+    /// timer. Whatever else ends the panel hides it.
+    void closeEvent(QCloseEvent* event) override;
     void hideEvent(QHideEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
