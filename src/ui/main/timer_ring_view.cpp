@@ -99,6 +99,21 @@ QString TimerRingView::endText() const
     return qtText(introduction.in(m_model.language())) + qtText(m_model.endTimeText());
 }
 
+// In the small ring the English line would run across the stroke; its time goes below then.
+QStringList TimerRingView::endLines(double heightAbove) const
+{
+    const QFontMetricsF metrics(endTextFont(m_metrics.diameter));
+    const double radius = m_metrics.diameter / 2 - m_metrics.lineWidth;
+    const double bottom = (heightAbove + std::ceil(metrics.height())) / 2;
+    const double room = 2 * std::sqrt(std::max(0.0, radius * radius - bottom * bottom));
+    const QString time = qtText(m_model.endTimeText());
+    if (m_endText.isEmpty() || m_metrics.diameter > largeDiameter ||
+        metrics.horizontalAdvance(m_endText) <= room) {
+        return {m_endText};
+    }
+    return {m_endText.chopped(time.size()).trimmed(), time};
+}
+
 void TimerRingView::updateTexts()
 {
     m_phase = m_model.snapshot().phase;
@@ -152,10 +167,11 @@ void TimerRingView::layOut()
 {
     const QRectF bounds = rect();
     const QSizeF timeSize = m_time->sizeHint();
-    const double endHeight =
-        m_endText.isEmpty() ? 0.0 : std::ceil(QFontMetricsF(endTextFont(m_metrics.diameter)).height());
-    const double height = m_metrics.iconSize + spacing() + timeSize.height() +
-                          (m_endText.isEmpty() ? 0.0 : spacing() + endHeight);
+    const double timeBottom = m_metrics.iconSize + spacing() + timeSize.height();
+    m_endLines = endLines(timeBottom + spacing());
+    const double endHeight = std::ceil(QFontMetricsF(endTextFont(m_metrics.diameter)).height()) *
+                             static_cast<double>(m_endLines.size());
+    const double height = timeBottom + (m_endText.isEmpty() ? 0.0 : spacing() + endHeight);
     double top = std::round(bounds.center().y() - height / 2);
     m_iconRect =
         QRectF(bounds.center().x() - m_metrics.iconSize / 2, top, m_metrics.iconSize, m_metrics.iconSize);
@@ -234,7 +250,12 @@ void TimerRingView::paintEvent(QPaintEvent* event)
     if (!m_endText.isEmpty() && event->rect().intersects(m_endTextRect.toAlignedRect())) {
         painter.setFont(endTextFont(m_metrics.diameter));
         painter.setPen(theme.color(ThemeColor::secondaryLabel));
-        drawTextOnBaseline(painter, m_endTextRect, Qt::AlignHCenter, m_endText);
+        const double lineHeight = m_endTextRect.height() / static_cast<double>(m_endLines.size());
+        QRectF line(m_endTextRect.topLeft(), QSizeF(m_endTextRect.width(), lineHeight));
+        for (const QString& text : m_endLines) {
+            drawTextOnBaseline(painter, line, Qt::AlignHCenter, text);
+            line.translate(0, lineHeight);
+        }
     }
 }
 

@@ -48,6 +48,7 @@ private:
     void updateTime();
     void updateTexts();
     QString endText() const;
+    QStringList endLines(double heightAbove) const;
     void layOut();
     void repaintArc(double progress);
     QRectF circle() const;
@@ -63,6 +64,7 @@ private:
     double m_paintedProgress = 0.0;
     TimerPhase m_phase = TimerPhase::focus;
     QString m_endText;
+    QStringList m_endLines; // the same as it is drawn
     QRectF m_iconRect;
     QRectF m_endTextRect;
 };
