@@ -19,9 +19,6 @@ namespace brevlin {
 namespace {
 
 constexpr int sidePadding = 24;
-constexpr int topPadding = 24;
-constexpr int bottomPadding = 28;
-constexpr int cardSpacing = 14;
 constexpr int scrollStep = 24;
 constexpr BilingualText deleteText{"删除记录", "Delete"};
 constexpr BilingualText listName{"记录", "History"};
@@ -51,11 +48,11 @@ HistoryList::HistoryList(AppModel& model, QWidget* parent)
 void HistoryList::refresh()
 {
     m_calendar = calendarOf(m_model);
-    m_days = HistoryDays(m_model.sessions(), m_calendar);
+    m_layout = HistoryLayout(HistoryDays(m_model.sessions(), m_calendar));
     setAccessibleName(qtText(listName.in(m_model.language())));
     m_hoveredRow.reset();
     const auto before = m_anchor;
-    layOut();
+    updateScrollRange();
     if (m_currentRow) {
         // The row of a record that was deleted goes to the one that has moved up.
         const auto same = rowOf(m_currentRecord);
@@ -68,86 +65,33 @@ void HistoryList::refresh()
     // At the top what is new comes into view; anywhere else nothing moves under the reader's eyes.
     const auto row = before && verticalScrollBar()->value() > 0 ? rowOf(before->record) : std::nullopt;
     if (row) {
-        verticalScrollBar()->setValue(rowTop(*row) - before->distance);
+        verticalScrollBar()->setValue(m_layout.rowTop(*row) - before->distance);
     }
     rememberAnchor();
     viewport()->update();
 }
 
-std::size_t HistoryList::rowCount() const
+void HistoryList::updateScrollRange()
 {
-    return m_days.days().empty() ? 0 : m_days.days().back().first + m_days.days().back().count;
-}
-
-void HistoryList::layOut()
-{
-    m_tops.clear();
-    int top = topPadding;
-    for (const HistoryDay& day : m_days.days()) {
-        m_tops.push_back(top);
-        top += HistoryPainter::headerHeight + static_cast<int>(day.count) * HistoryPainter::rowHeight +
-               cardSpacing;
-    }
-    const int height = m_tops.empty() ? 0 : top - cardSpacing + bottomPadding;
-    m_tops.push_back(height);
-    verticalScrollBar()->setRange(0, std::max(0, height - viewport()->height()));
+    verticalScrollBar()->setRange(0, std::max(0, m_layout.height() - viewport()->height()));
     verticalScrollBar()->setPageStep(viewport()->height());
 }
 
 const SessionRecord& HistoryList::record(std::size_t row) const
 {
-    return m_model.sessions()[m_days.recordIndex(row)];
-}
-
-std::size_t HistoryList::dayOf(std::size_t row) const
-{
-    const auto& days = m_days.days();
-    const auto after =
-        std::upper_bound(days.begin(), days.end(), row,
-                         [](std::size_t value, const HistoryDay& day) { return value < day.first; });
-    return static_cast<std::size_t>(after - days.begin()) - 1;
-}
-
-int HistoryList::rowTop(std::size_t row) const
-{
-    const std::size_t day = dayOf(row);
-    return m_tops[day] + HistoryPainter::headerHeight +
-           static_cast<int>(row - m_days.days()[day].first) * HistoryPainter::rowHeight;
+    return m_model.sessions()[m_layout.recordIndex(row)];
 }
 
 QRect HistoryList::rowRect(std::size_t row) const
 {
-    return {sidePadding, rowTop(row) - verticalScrollBar()->value(), viewport()->width() - 2 * sidePadding,
-            HistoryPainter::rowHeight};
-}
-
-QRect HistoryList::cardRect(std::size_t day) const
-{
-    const int height = HistoryPainter::headerHeight +
-                       static_cast<int>(m_days.days()[day].count) * HistoryPainter::rowHeight - 1;
-    return {sidePadding, m_tops[day] - verticalScrollBar()->value(), viewport()->width() - 2 * sidePadding,
-            height};
-}
-
-// The first day whose card ends below this height of the whole list.
-std::size_t HistoryList::firstDayBelow(int y) const
-{
-    const auto last = m_tops.end() - 1;
-    const auto after = std::upper_bound(m_tops.begin(), last, y);
-    return after == m_tops.begin() ? 0 : static_cast<std::size_t>(after - m_tops.begin()) - 1;
+    return {sidePadding, m_layout.rowTop(row) - verticalScrollBar()->value(),
+            viewport()->width() - 2 * sidePadding, HistoryLayout::rowHeight};
 }
 
 std::optional<std::size_t> HistoryList::rowAt(const QPoint& position) const
 {
-    const int y = position.y() + verticalScrollBar()->value();
-    if (rowCount() == 0 || position.x() < sidePadding || position.x() >= viewport()->width() - sidePadding) {
-        return std::nullopt;
-    }
-    const std::size_t day = firstDayBelow(y);
-    const int within = y - m_tops[day] - HistoryPainter::headerHeight;
-    const auto index = static_cast<std::size_t>(std::max(within, 0) / HistoryPainter::rowHeight);
-    return within >= 0 && index < m_days.days()[day].count ? std::optional{m_days.days()[day].first + index}
-                                                           : std::nullopt;
+    const bool isOnCard = position.x() >= sidePadding && position.x() < viewport()->width() - sidePadding;
+    return isOnCard ? m_layout.rowAt(position.y() + verticalScrollBar()->value()) : std::nullopt;
 }
 
 std::optional<std::size_t> HistoryList::rowOf(const Uuid& id) const
@@ -163,17 +107,9 @@ std::optional<std::size_t> HistoryList::rowOf(const Uuid& id) const
 // The model's list changes as a whole, and only the identifiers tell afterwards what was where.
 void HistoryList::rememberAnchor()
 {
-    m_anchor.reset();
     const int top = verticalScrollBar()->value();
-    const auto& days = m_days.days();
-    if (days.empty()) {
-        return;
-    }
-    const std::size_t day = firstDayBelow(top);
-    const int within = std::max(0, top - m_tops[day] - HistoryPainter::headerHeight);
-    const int above = (within + HistoryPainter::rowHeight - 1) / HistoryPainter::rowHeight;
-    const std::size_t row = std::min(days[day].first + static_cast<std::size_t>(above), rowCount() - 1);
-    m_anchor = Anchor{record(row).id, rowTop(row) - top};
+    const auto row = m_layout.firstRowBelow(top);
+    m_anchor = row ? std::optional{Anchor{record(*row).id, m_layout.rowTop(*row) - top}} : std::nullopt;
 }
 
 void HistoryList::scrollContentsBy(int /*dx*/, int /*dy*/)
@@ -186,12 +122,12 @@ void HistoryList::scrollContentsBy(int /*dx*/, int /*dy*/)
 void HistoryList::showRow(std::size_t row)
 {
     const QRect place = rowRect(row);
-    constexpr int margin = HistoryPainter::headerHeight;
+    constexpr int margin = HistoryLayout::headerHeight;
     if (place.top() < margin) {
         verticalScrollBar()->setValue(verticalScrollBar()->value() + place.top() - margin);
     } else if (place.bottom() > viewport()->height()) {
         verticalScrollBar()->setValue(verticalScrollBar()->value() + place.bottom() - viewport()->height() +
-                                      bottomPadding / 2);
+                                      HistoryLayout::bottomPadding / 2);
     }
 }
 
@@ -222,10 +158,9 @@ void HistoryList::paintEvent(QPaintEvent* event)
     painter.setRenderHint(QPainter::Antialiasing);
     const QRect visible = event->rect();
     const int top = verticalScrollBar()->value() + visible.top();
-    for (std::size_t day = firstDayBelow(top); day < m_days.days().size(); ++day) {
-        if (cardRect(day).top() - cardSpacing > visible.bottom()) {
-            break;
-        }
+    const int bottom = verticalScrollBar()->value() + visible.bottom() + HistoryLayout::cardSpacing;
+    for (std::size_t day = m_layout.firstDayBelow(top);
+         day < m_layout.days().size() && m_layout.cardTop(day) <= bottom; ++day) {
         paintDay(painter, day, visible);
     }
 }
@@ -233,15 +168,16 @@ void HistoryList::paintEvent(QPaintEvent* event)
 void HistoryList::paintDay(QPainter& painter, std::size_t index, const QRect& visible)
 {
     const Theme theme = Theme::of(*this);
-    const HistoryDay& day = m_days.days()[index];
-    const QRect card = cardRect(index);
+    const HistoryDay& day = m_layout.days()[index];
+    const QRect card(sidePadding, m_layout.cardTop(index) - verticalScrollBar()->value(),
+                     viewport()->width() - 2 * sidePadding, m_layout.cardHeight(index));
     HistoryPainter::paintCard(painter, card, visible, theme);
-    const QRect header(card.topLeft(), QSize(card.width(), HistoryPainter::headerHeight));
+    const QRect header(card.topLeft(), QSize(card.width(), HistoryLayout::headerHeight));
     if (header.intersects(visible)) {
         m_painter.paintHeader(painter, header, qtText(historyDateText(day, m_calendar)),
                               qtText(historySummaryText(day, m_model.language())), theme);
     }
-    const int above = std::max(0, visible.top() - header.bottom()) / HistoryPainter::rowHeight;
+    const int above = std::max(0, visible.top() - header.bottom()) / HistoryLayout::rowHeight;
     for (auto within = static_cast<std::size_t>(above); within < day.count; ++within) {
         const std::size_t row = day.first + within;
         const QRect place = rowRect(row);
@@ -259,7 +195,7 @@ void HistoryList::paintDay(QPainter& painter, std::size_t index, const QRect& vi
 void HistoryList::resizeEvent(QResizeEvent* event)
 {
     QAbstractScrollArea::resizeEvent(event);
-    layOut();
+    updateScrollRange();
     rememberAnchor();
 }
 
@@ -292,7 +228,7 @@ void HistoryList::keyPressEvent(QKeyEvent* event)
     }
     const std::size_t last = rowCount() - 1;
     const auto page =
-        static_cast<std::size_t>(std::max(1, viewport()->height() / HistoryPainter::rowHeight - 1));
+        static_cast<std::size_t>(std::max(1, viewport()->height() / HistoryLayout::rowHeight - 1));
     const std::size_t row = m_currentRow.value_or(0);
     const bool isMenuKey = event->key() == Qt::Key_Menu ||
                            (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier);

@@ -1,13 +1,12 @@
 #pragma once
 
-#include "ui/screens/history/history_days.h"
+#include "ui/screens/history/history_layout.h"
 #include "ui/screens/history/history_painter.h"
 #include "ui/style/focus_ring.h"
 
 #include <QAbstractScrollArea>
 
 #include <optional>
-#include <vector>
 
 namespace brevlin {
 
@@ -22,7 +21,7 @@ class HistoryList final : public QAbstractScrollArea
 public:
     explicit HistoryList(AppModel& model, QWidget* parent = nullptr);
 
-    std::size_t rowCount() const;
+    std::size_t rowCount() const { return m_layout.rowCount(); }
     /// Where a row lies in the viewport; it may be outside.
     QRect rowRect(std::size_t row) const;
     std::optional<std::size_t> rowAt(const QPoint& position) const;
@@ -51,13 +50,9 @@ private:
     };
 
     const SessionRecord& record(std::size_t row) const;
-    std::size_t dayOf(std::size_t row) const;
-    int rowTop(std::size_t row) const; // in the whole list
-    QRect cardRect(std::size_t day) const;
-    std::size_t firstDayBelow(int y) const;
     std::optional<std::size_t> rowOf(const Uuid& record) const;
     void rememberAnchor();
-    void layOut();
+    void updateScrollRange();
     void showRow(std::size_t row);
     void setHoveredRow(std::optional<std::size_t> row);
     void paintDay(QPainter& painter, std::size_t day, const QRect& visible);
@@ -67,8 +62,7 @@ private:
     AppModel& m_model;
     HistoryPainter m_painter;
     Calendar m_calendar; // with the locale of the language
-    HistoryDays m_days;
-    std::vector<int> m_tops;        // of the days' cards; the last one is the list's height
+    HistoryLayout m_layout;
     std::optional<Anchor> m_anchor; // the first row that is wholly visible
     std::optional<std::size_t> m_currentRow;
     Uuid m_currentRecord; // what the current row holds

@@ -25,9 +25,6 @@ struct HistoryRowState
 class HistoryPainter final
 {
 public:
-    static constexpr int headerHeight = 44;
-    static constexpr int rowHeight = 55; ///< with the rule below it
-
     HistoryPainter();
 
     /// The card without its contents; `visible` is the part that matters.
