@@ -26,6 +26,7 @@ EDGES = {
     "ui/capsule": (["core", "platform", "storage", "app", "ui/style"], ["Core", "Gui", "Widgets"]),
     "ui/screens/settings": (["core", "platform", "storage", "app", "ui/style"], ["Core", "Gui", "Widgets"]),
     "ui/screens/about": (["core", "app", "ui/style"], ["Core", "Gui", "Widgets"]),
+    "ui/screens/statistics": (["core", "app", "ui/style"], ["Core", "Gui", "Widgets"]),
     "ui/main": (["core", "platform", "storage", "app", "ui"], ["Core", "Gui", "Widgets"]),
     "": (["core", "platform", "platform/freedesktop", "platform/freedesktop/files", "platform/freedesktop/login",
           "platform/freedesktop/notifications", "platform/freedesktop/sound", "storage", "services", "app", "ui"],

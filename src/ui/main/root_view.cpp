@@ -5,6 +5,7 @@
 #include "ui/main/top_bar.h"
 #include "ui/screens/about/about_view.h"
 #include "ui/screens/settings/app_settings_view.h"
+#include "ui/screens/statistics/statistics_view.h"
 #include "ui/style/shapes.h"
 #include "ui/style/theme.h"
 
@@ -38,8 +39,10 @@ void RootView::showSection()
         m_detail = new TimerDashboardView(m_model, this);
         break;
     case AppSection::history:
-    case AppSection::statistics:
         m_detail = new QWidget(this);
+        break;
+    case AppSection::statistics:
+        m_detail = new StatisticsView(m_model, this);
         break;
     case AppSection::settings:
         m_detail = new AppSettingsView(m_model, this);

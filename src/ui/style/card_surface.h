@@ -8,7 +8,7 @@ namespace brevlin {
 /// A container on a card: rounded, bordered by a hairline, with a faint shadow. Its contents rectangle keeps
 /// `padding` from the card's edge; give it a layout without margins. The widget is larger than the card by
 /// shadowMargins, which layouts do not see: under BrevlinStyle the card itself fills its place.
-class CardSurface final : public QFrame
+class CardSurface : public QFrame
 {
     Q_OBJECT
 
