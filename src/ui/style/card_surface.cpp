@@ -3,6 +3,7 @@
 #include "ui/style/shapes.h"
 #include "ui/style/theme.h"
 
+#include <QEvent>
 #include <QPaintEvent>
 #include <QPainter>
 
@@ -33,10 +34,17 @@ void paintShadow(QPainter& painter, const QRectF& card, const Theme& theme)
 
 } // namespace
 
-CardSurface::CardSurface(int padding, QWidget* parent) : QFrame(parent)
+CardSurface::CardSurface(int padding, QWidget* parent) : QFrame(parent), m_padding(padding)
 {
     setFrameStyle(NoFrame); // the style is asked for the margins again, now that this is a card
     setContentsMargins(shadowMargins + padding);
+}
+
+void CardSurface::changeEvent(QEvent* event)
+{
+    QFrame::changeEvent(event);
+    if (event->type() == QEvent::StyleChange)
+        setContentsMargins(shadowMargins + m_padding); // QFrame has set its own
 }
 
 void CardSurface::paintEvent(QPaintEvent* event)

@@ -22,7 +22,11 @@ public:
     QRect cardRect() const { return rect().marginsRemoved(shadowMargins); }
 
 protected:
+    void changeEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+
+private:
+    int m_padding;
 };
 
 } // namespace brevlin

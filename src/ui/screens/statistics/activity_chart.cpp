@@ -158,9 +158,11 @@ void ActivityChart::paintEvent(QPaintEvent* /*event*/)
         paintActivity(painter, m_leaving, theme);
         painter.translate(m_leavingScroll, 0);
     }
-    painter.setOpacity(m_arrival.value());
     painter.translate(-m_scroll, 0);
-    paintActivity(painter, m_picture, theme);
+    if (m_arrival.value() > 0) {
+        painter.setOpacity(m_arrival.value());
+        paintActivity(painter, m_picture, theme);
+    }
     painter.setOpacity(1);
     if (m_pointedAt) {
         paintPointedAt(painter, m_picture, *m_pointedAt, theme);

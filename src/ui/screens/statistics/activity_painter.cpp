@@ -7,9 +7,11 @@
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QPainterPath>
+#include <QPixmap>
 
 #include <algorithm>
-#include <array>
+#include <map>
+#include <tuple>
 
 namespace brevlin {
 
@@ -30,58 +32,92 @@ QRectF barOf(const ActivityElement& element)
     return bar;
 }
 
-// Every kind of shape of a chart is one path: filling hundreds of small ones takes far longer.
+void paintBar(QPainter& painter, const ActivityPicture& picture, const ActivityElement& element,
+              const QColor& color)
+{
+    const QRectF bar = alignedToPixels(painter, barOf(element));
+    painter.fillPath(continuousRoundedRect(bar, std::min(picture.cornerRadius, bar.height() / 2)), color);
+}
+
 void paintBars(QPainter& painter, const ActivityPicture& picture, const Theme& theme)
 {
-    QPainterPath tracks;
-    QPainterPath frames;
-    QPainterPath bars;
     const double hairline = hairlineWidth(painter);
     for (const ActivityElement& element : picture.elements) {
         const QRectF track = alignedToPixels(painter, element.shape);
-        tracks.addPath(continuousRoundedRect(track, picture.cornerRadius));
-        addFrame(frames, track, picture.cornerRadius, hairline);
+        painter.fillPath(continuousRoundedRect(track, picture.cornerRadius),
+                         theme.color(ThemeColor::label, 0.035));
+        QPainterPath frame;
+        addFrame(frame, track, picture.cornerRadius, hairline);
+        painter.fillPath(frame, theme.color(ThemeColor::label, 0.055));
         if (element.barHeight > 0) {
-            bars.addPath(continuousRoundedRect(alignedToPixels(painter, barOf(element)),
-                                               std::min(picture.cornerRadius, element.barHeight / 2)));
+            paintBar(painter, picture, element, theme.color(ThemeColor::focus, 0.84));
         }
     }
-    painter.fillPath(tracks, theme.color(ThemeColor::label, 0.035));
-    painter.fillPath(frames, theme.color(ThemeColor::label, 0.055));
-    painter.fillPath(bars, theme.color(ThemeColor::focus, 0.84));
 }
+
+/// Pictures of the few kinds of cells that a heatmap has: copying one takes a fraction of the time in which
+/// its path is filled, and a year has hundreds.
+class CellStamps final
+{
+public:
+    CellStamps(QPainter& painter, const ActivityPicture& picture, const Theme& theme)
+        : m_painter(painter), m_picture(picture), m_theme(theme), m_ratio(pixelsPerPoint(painter))
+    {}
+
+    void paint(const QRectF& shape, int level, bool isToday)
+    {
+        const QRectF aligned = alignedToPixels(m_painter, shape);
+        const QSize pixels = (aligned.size() * m_ratio).toSize();
+        QPixmap& stamp = m_stamps[{level, isToday, pixels.width(), pixels.height()}];
+        if (stamp.isNull()) {
+            stamp = make(pixels, level, isToday);
+        }
+        m_painter.drawPixmap(aligned.topLeft(), stamp);
+    }
+
+private:
+    QPixmap make(const QSize& pixels, int level, bool isToday) const
+    {
+        QPixmap stamp(pixels);
+        stamp.setDevicePixelRatio(m_ratio);
+        stamp.fill(Qt::transparent);
+        QPainter painter(&stamp);
+        painter.setRenderHint(QPainter::Antialiasing);
+        const QRectF shape(QPointF(), QSizeF(pixels) / m_ratio);
+        painter.fillPath(continuousRoundedRect(shape, m_picture.cornerRadius), heatColor(level, m_theme));
+        QPainterPath frame;
+        addFrame(frame, shape, m_picture.cornerRadius,
+                 isToday ? m_picture.todayBorder : hairlineWidth(painter));
+        painter.fillPath(frame, frameColor(level, isToday));
+        return stamp;
+    }
+
+    QColor frameColor(int level, bool isToday) const
+    {
+        if (isToday) {
+            return m_theme.color(ThemeColor::focus);
+        }
+        const bool isYear = m_picture.granularity == StatisticsGranularity::year;
+        const double opacity = level == 0 ? (isYear ? 0.05 : 0.055) : (isYear ? 0.02 : 0.025);
+        return m_theme.color(ThemeColor::label, opacity);
+    }
+
+    QPainter& m_painter;
+    const ActivityPicture& m_picture;
+    const Theme& m_theme;
+    double m_ratio;
+    std::map<std::tuple<int, bool, int, int>, QPixmap> m_stamps; // by level, today and size in pixels
+};
 
 void paintCells(QPainter& painter, const ActivityPicture& picture, const Theme& theme)
 {
-    constexpr std::size_t levels = 5;
-    std::array<QPainterPath, levels> cells;
-    QPainterPath emptyFrames;
-    QPainterPath filledFrames;
-    QPainterPath today;
-    const double hairline = hairlineWidth(painter);
-    const auto add = [&](const QRectF& shape, int level, bool isToday) {
-        const QRectF aligned = alignedToPixels(painter, shape);
-        cells.at(static_cast<std::size_t>(level))
-            .addPath(continuousRoundedRect(aligned, picture.cornerRadius));
-        if (isToday) {
-            addFrame(today, aligned, picture.cornerRadius, picture.todayBorder);
-        } else {
-            addFrame(level == 0 ? emptyFrames : filledFrames, aligned, picture.cornerRadius, hairline);
-        }
-    };
+    CellStamps stamps(painter, picture, theme);
     for (const ActivityElement& element : picture.elements) {
-        add(element.shape, element.level, element.isToday);
+        stamps.paint(element.shape, element.level, element.isToday);
     }
     for (std::size_t level = 0; level < picture.legend.size(); ++level) {
-        add(picture.legend[level], static_cast<int>(level), false);
+        stamps.paint(picture.legend[level], static_cast<int>(level), false);
     }
-    for (std::size_t level = 0; level < levels; ++level) {
-        painter.fillPath(cells[level], heatColor(static_cast<int>(level), theme));
-    }
-    const bool isYear = picture.granularity == StatisticsGranularity::year;
-    painter.fillPath(emptyFrames, theme.color(ThemeColor::label, isYear ? 0.05 : 0.055));
-    painter.fillPath(filledFrames, theme.color(ThemeColor::label, isYear ? 0.02 : 0.025));
-    painter.fillPath(today, theme.color(ThemeColor::focus));
 }
 
 void paintLabel(QPainter& painter, const ActivityLabel& label, const Theme& theme)
@@ -132,9 +168,7 @@ void paintPointedAt(QPainter& painter, const ActivityPicture& picture, std::size
     painter.fillPath(continuousRoundedRect(shape, picture.cornerRadius),
                      theme.color(ThemeColor::label, 0.08));
     if (element.barHeight > 0) {
-        painter.fillPath(continuousRoundedRect(alignedToPixels(painter, barOf(element)),
-                                               std::min(picture.cornerRadius, element.barHeight / 2)),
-                         theme.color(ThemeColor::focus));
+        paintBar(painter, picture, element, theme.color(ThemeColor::focus));
     }
 }
 

@@ -132,6 +132,7 @@ struct Heatmap
     double weekdayWidth;
     double weekdayGap; ///< from the weekdays' names to the cells
     TextRole textRole;
+    Qt::Alignment weekdayAlignment;
 };
 
 double sideOf(double cellSize, double cellGap, int cells)
@@ -192,7 +193,7 @@ void addWeekdays(ActivityPicture& picture, const Heatmap& map, const ActivityInp
         const Instant noon = input.calendar.date(firstWeekday + std::chrono::days{row}, 12);
         const QRectF firstCell = cell(map, row);
         picture.labels.push_back({QRectF(map.left, firstCell.top(), map.weekdayWidth, map.cellSize),
-                                  Qt::AlignLeft, qtText(input.calendar.text("ccccc", noon)),
+                                  map.weekdayAlignment, qtText(input.calendar.text("ccccc", noon)),
                                   textFont(map.textRole)});
     }
 }
@@ -223,7 +224,7 @@ void addLegend(ActivityPicture& picture, const Heatmap& map, double right, doubl
 ActivityPicture monthHeatmap(const ActivityInput& input, double width)
 {
     constexpr double legendGap = 18;
-    Heatmap map{22, 5, 0, 0, 22, 8, TextRole::caption};
+    Heatmap map{22, 5, 0, 0, 22, 8, TextRole::caption, Qt::AlignHCenter};
     const double gridHeight = sideOf(map.cellSize, map.cellGap, daysPerWeek);
     const double gridWidth =
         map.weekdayWidth + map.weekdayGap + sideOf(map.cellSize, map.cellGap, weekCount(input));
@@ -261,7 +262,7 @@ ActivityPicture yearHeatmap(const ActivityInput& input)
     constexpr double monthHeight = 13;
     constexpr double rowGap = 5;
     constexpr double legendPadding = 7;
-    const Heatmap map{11, 3, 0, padding + monthHeight + rowGap, 25, 7, TextRole::smallCaption};
+    const Heatmap map{11, 3, 0, padding + monthHeight + rowGap, 25, 7, TextRole::smallCaption, Qt::AlignLeft};
     const double gridWidth =
         map.weekdayWidth + map.weekdayGap + sideOf(map.cellSize, map.cellGap, weekCount(input));
     const double legendTop =
