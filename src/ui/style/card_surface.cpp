@@ -40,11 +40,19 @@ CardSurface::CardSurface(int padding, QWidget* parent) : QFrame(parent), m_paddi
     setContentsMargins(shadowMargins + padding);
 }
 
-void CardSurface::changeEvent(QEvent* event)
+bool CardSurface::event(QEvent* event)
 {
-    QFrame::changeEvent(event);
-    if (event->type() == QEvent::StyleChange)
+    const bool isHandled = QFrame::event(event);
+    switch (event->type()) {
+    case QEvent::ParentChange:
+    case QEvent::Polish:
+    case QEvent::StyleChange:
         setContentsMargins(shadowMargins + m_padding); // QFrame has set its own
+        break;
+    default:
+        break;
+    }
+    return isHandled;
 }
 
 void CardSurface::paintEvent(QPaintEvent* event)

@@ -22,7 +22,7 @@ public:
     QRect cardRect() const { return rect().marginsRemoved(shadowMargins); }
 
 protected:
-    void changeEvent(QEvent* event) override;
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:

@@ -175,7 +175,6 @@ void addCells(ActivityPicture& picture, const Heatmap& map, const ActivityInput&
         element.shape = cell(map, slot);
         element.area = element.shape.adjusted(-reach, -reach, reach, reach);
         element.level = heatLevel(bucket.focusMinutes);
-        element.isToday = bucket.start == input.startOfToday;
         element.bucket = bucket;
         picture.elements.push_back(element);
         ++slot;
@@ -298,6 +297,10 @@ ActivityPicture activityPicture(const ActivityInput& input, double width)
         break;
     }
     picture.granularity = input.statistics.granularity;
+    for (ActivityElement& element : picture.elements) {
+        element.isToday = picture.granularity != StatisticsGranularity::day &&
+                          element.bucket.start == input.startOfToday;
+    }
     return picture;
 }
 

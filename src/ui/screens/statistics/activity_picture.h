@@ -33,7 +33,7 @@ struct ActivityElement
     QRectF shape;         ///< the track or the cell
     double barHeight = 0; ///< from the bottom of the track; 0 in a heatmap
     int level = 0;        ///< of heat, 0 to 4; 0 in a bar chart
-    bool isToday = false; ///< of the day's cell
+    bool isToday = false; ///< never of an hour
     FocusTimeBucket bucket;
 };
 
