@@ -28,6 +28,7 @@ EDGES = {
     "ui/screens/settings": (["core", "platform", "storage", "app", "ui/style"], ["Core", "Gui", "Widgets"]),
     "ui/screens/history": (["core", "platform", "storage", "app", "ui/style"], ["Core", "Gui", "Widgets"]),
     "ui/screens/about": (["core", "app", "ui/style"], ["Core", "Gui", "Widgets"]),
+    "ui/screens/statistics": (["core", "app", "ui/style"], ["Core", "Gui", "Widgets"]),
     "ui/main": (["core", "platform", "storage", "app", "ui"], ["Core", "Gui", "Widgets"]),
     "ui/menu_bar": (["core", "platform", "storage", "app", "ui"], ["Core", "Gui", "Widgets"]),
     "": (["core", "platform", "platform/freedesktop", "platform/freedesktop/files", "platform/freedesktop/login",

@@ -13,6 +13,8 @@ import tempfile
 import time
 import uuid
 
+from make_history import make_history
+
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 PICTURES = ROOT / "docs" / "pictures"
 PROGRAM = pathlib.Path(sys.argv[1] if len(sys.argv) > 1 else ROOT / "build/release/src/brevlin")
@@ -104,7 +106,8 @@ def take(state, language, scheme, display, folder, section="timer"):
     write(settings / "Brevlin.preferences.v1.json", {"appLanguage": "english" if language == "en" else "zh-Hans"})
     write(settings / "Brevlin.activeTimerSnapshot.v1.json", snapshot(state))
     (settings / "com.quillmark.brevlin.mainSection.json").write_text(f'"{section}"')
-    write(home / ".local/share/Brevlin/sessions-v1.json", history())
+    records = make_history(2600, 420, time.time(), 7, "UTC") if section == "statistics" else history()
+    write(home / ".local/share/Brevlin/sessions-v1.json", records)
     environment = {**os.environ, "DISPLAY": display, "HOME": str(home), "XDG_RUNTIME_DIR": str(folder),
                    "LC_ALL": "C.UTF-8", "TZ": "UTC"}
     for name in ("XDG_DATA_HOME", "XDG_CONFIG_HOME", "WAYLAND_DISPLAY"):
@@ -125,6 +128,12 @@ def take(state, language, scheme, display, folder, section="timer"):
             keep(window, f"dashboard-{state}-{language}-{scheme}", environment)
             if state in ("idle", "running"):
                 take_panel(f"{state}-{language}-{scheme}", environment)
+            return
+        if section == "statistics":
+            for key, period in enumerate(("day", "week", "month", "year"), 1):
+                subprocess.run(["xdotool", "mousemove", "0", "0", "key", str(key)], env=environment, check=True)
+                time.sleep(0.6)
+                keep(window, f"{section}-{period}-{language}-{scheme}", environment)
             return
         keep(window, f"{section}-{language}-{scheme}", environment)
         if section == "settings":
@@ -155,7 +164,7 @@ def main():
                 for language in ("zh", "en"):
                     for scheme in ("light", "dark"):
                         take(state, language, scheme, display, folder)
-            for section in ("settings", "about"):
+            for section in ("settings", "about", "statistics"):
                 for language in ("zh", "en"):
                     for scheme in ("light", "dark"):
                         take("idle", language, scheme, display, folder, section)

@@ -6,6 +6,7 @@
 #include "ui/screens/about/about_view.h"
 #include "ui/screens/history/history_view.h"
 #include "ui/screens/settings/app_settings_view.h"
+#include "ui/screens/statistics/statistics_view.h"
 #include "ui/style/shapes.h"
 #include "ui/style/theme.h"
 
@@ -42,7 +43,7 @@ void RootView::showSection()
         m_detail = new HistoryView(m_model, this);
         break;
     case AppSection::statistics:
-        m_detail = new QWidget(this);
+        m_detail = new StatisticsView(m_model, this);
         break;
     case AppSection::settings:
         m_detail = new AppSettingsView(m_model, this);

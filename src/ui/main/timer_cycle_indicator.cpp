@@ -1,7 +1,7 @@
 #include "ui/main/timer_cycle_indicator.h"
 
 #include "app/app_model.h"
-#include "ui/main/spoken_element.h"
+#include "ui/style/spoken_element.h"
 #include "ui/style/text.h"
 #include "ui/style/theme.h"
 #include "ui/style/typography.h"

@@ -2,7 +2,7 @@
 
 #include "app/app_model.h"
 #include "app/time_text.h"
-#include "ui/main/spoken_element.h"
+#include "ui/style/spoken_element.h"
 #include "ui/style/animation.h"
 #include "ui/style/brevlin_mark.h"
 #include "ui/style/numeric_text.h"

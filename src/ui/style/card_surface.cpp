@@ -3,6 +3,7 @@
 #include "ui/style/shapes.h"
 #include "ui/style/theme.h"
 
+#include <QEvent>
 #include <QPaintEvent>
 #include <QPainter>
 
@@ -33,10 +34,25 @@ void paintShadow(QPainter& painter, const QRectF& card, const Theme& theme)
 
 } // namespace
 
-CardSurface::CardSurface(int padding, QWidget* parent) : QFrame(parent)
+CardSurface::CardSurface(int padding, QWidget* parent) : QFrame(parent), m_padding(padding)
 {
     setFrameStyle(NoFrame); // the style is asked for the margins again, now that this is a card
     setContentsMargins(shadowMargins + padding);
+}
+
+bool CardSurface::event(QEvent* event)
+{
+    const bool isHandled = QFrame::event(event);
+    switch (event->type()) {
+    case QEvent::ParentChange:
+    case QEvent::Polish:
+    case QEvent::StyleChange:
+        setContentsMargins(shadowMargins + m_padding); // QFrame has set its own
+        break;
+    default:
+        break;
+    }
+    return isHandled;
 }
 
 void CardSurface::paintEvent(QPaintEvent* event)

@@ -13,7 +13,7 @@ class Theme;
 /// A container on a card: rounded, bordered by a hairline, with a faint shadow. Its contents rectangle keeps
 /// `padding` from the card's edge; give it a layout without margins. The widget is larger than the card by
 /// shadowMargins, which layouts do not see: under BrevlinStyle the card itself fills its place.
-class CardSurface final : public QFrame
+class CardSurface : public QFrame
 {
     Q_OBJECT
 
@@ -27,7 +27,11 @@ public:
     QRect cardRect() const { return rect().marginsRemoved(shadowMargins); }
 
 protected:
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+
+private:
+    int m_padding;
 };
 
 /// A card with its shadow, without contents. The painter antialiases.

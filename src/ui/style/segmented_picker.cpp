@@ -29,10 +29,12 @@ QFont segmentFont(bool isChosen)
     return textFont(TextRole::callout, isChosen ? QFont::DemiBold : QFont::Medium);
 }
 
-QColor textColor(const Segment& segment, const Theme& theme)
+QColor textColor(const Segment& segment, std::optional<ThemeColor> tint, const Theme& theme)
 {
     if (!segment.isEnabled())
         return theme.color(ThemeColor::tertiaryLabel);
+    if (segment.isChecked() && tint)
+        return theme.color(ThemeColor::onFill);
     if (segment.isChecked() || segment.state() != ControlState::normal)
         return theme.color(ThemeColor::label);
     return theme.color(ThemeColor::secondaryLabel);
@@ -63,10 +65,28 @@ void Segment::paintEvent(QPaintEvent*)
                          theme.color(ThemeColor::label, state() == ControlState::pressed ? 0.1 : 0.05));
     }
     painter.setFont(segmentFont(isChecked()));
-    painter.setPen(textColor(*this, theme));
+    painter.setPen(textColor(*this, m_tint, theme));
     drawTextOnBaseline(painter, rect(), Qt::AlignHCenter, text());
     if (showsFocusRing())
         paintFocusRing(painter, rect(), plateRadius, theme);
+}
+
+void Segment::setTint(std::optional<ThemeColor> tint)
+{
+    m_tint = tint;
+    update();
+}
+
+bool Segment::event(QEvent* event)
+{
+    if (event->type() == QEvent::ShortcutOverride) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Left || key == Qt::Key_Right || key == Qt::Key_Up || key == Qt::Key_Down) {
+            event->accept(); // a screen's own arrow keys stand back
+            return true;
+        }
+    }
+    return PlainButton::event(event);
 }
 
 void Segment::keyPressEvent(QKeyEvent* event)
@@ -108,6 +128,22 @@ void SegmentedPicker::setTexts(const QStringList& texts)
     for (std::size_t index = 0; index < m_segments.size(); ++index)
         m_segments[index]->setText(texts.value(static_cast<int>(index)));
     updateGeometry();
+}
+
+void SegmentedPicker::setNames(const QStringList& names)
+{
+    for (std::size_t index = 0; index < m_segments.size(); ++index) {
+        m_segments[index]->setAccessibleName(names.value(static_cast<int>(index)));
+        m_segments[index]->setToolTip(names.value(static_cast<int>(index)));
+    }
+}
+
+void SegmentedPicker::setTint(std::optional<ThemeColor> tint)
+{
+    m_tint = tint;
+    for (Segment* segment : m_segments)
+        segment->setTint(tint);
+    update();
 }
 
 void SegmentedPicker::setCurrentIndex(int index)
@@ -156,15 +192,17 @@ QSize SegmentedPicker::sizeHint() const
             segment.height() + 2 * trackInset};
 }
 
+QRectF SegmentedPicker::segmentRect(double position) const
+{
+    const double share = (width() - 2.0 * trackInset) / static_cast<double>(m_segments.size());
+    return {trackInset + position * share, trackInset, share, segmentHeight};
+}
+
 void SegmentedPicker::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
-    const QSize size = segmentSize();
-    int x = trackInset;
-    for (Segment* segment : m_segments) {
-        segment->setGeometry(x, trackInset, size.width(), size.height());
-        x += size.width();
-    }
+    for (std::size_t index = 0; index < m_segments.size(); ++index)
+        m_segments[index]->setGeometry(segmentRect(static_cast<double>(index)).toAlignedRect());
 }
 
 void SegmentedPicker::paintEvent(QPaintEvent*)
@@ -175,9 +213,11 @@ void SegmentedPicker::paintEvent(QPaintEvent*)
     painter.setRenderHint(QPainter::Antialiasing);
     painter.fillPath(continuousRoundedRect(rect(), trackRadius), theme.color(ThemeColor::label, 0.065));
 
-    const QSize size = segmentSize();
-    const QRectF plate(trackInset + m_position.value() * size.width(), trackInset, size.width(),
-                       size.height());
+    const QRectF plate = segmentRect(m_position.value());
+    if (m_tint) {
+        painter.fillPath(continuousRoundedRect(plate, plateRadius), theme.color(fillFor(*m_tint)));
+        return;
+    }
     const QColor panel = theme.color(ThemeColor::panelBackground);
     painter.fillPath(continuousRoundedRect(plate.translated(0, 1), plateRadius), QColor(0, 0, 0, 26));
     painter.fillPath(continuousRoundedRect(plate, plateRadius),

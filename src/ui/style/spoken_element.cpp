@@ -1,4 +1,4 @@
-#include "ui/main/spoken_element.h"
+#include "ui/style/spoken_element.h"
 
 #include <QAccessibleWidget>
 #include <QObject>

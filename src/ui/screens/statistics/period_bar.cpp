@@ -1,0 +1,104 @@
+#include "ui/screens/statistics/period_bar.h"
+
+#include "ui/screens/statistics/chevron_button.h"
+#include "ui/screens/statistics/statistics_texts.h"
+#include "ui/style/form.h"
+#include "ui/style/link_button.h"
+#include "ui/style/numeric_text.h"
+#include "ui/style/segmented_picker.h"
+#include "ui/style/text.h"
+#include "ui/style/typography.h"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+namespace brevlin {
+
+namespace {
+
+constexpr int itemGap = 8;
+constexpr int leastHeight = 32;
+constexpr int leastTitleWidth = 190;
+constexpr int titleGap = 1;
+constexpr int pickerWidth = 218;
+
+constexpr auto& granularities = RawValues<StatisticsGranularity>::cases;
+
+void setName(ChevronButton& button, const BilingualText& prefix, const QString& granularity,
+             AppLanguage language)
+{
+    const QString name = qtText(prefix.in(language)) + granularity;
+    button.setText(name);
+    button.setToolTip(name);
+}
+
+} // namespace
+
+PeriodBar::PeriodBar(QWidget* parent)
+    : QWidget(parent)
+    , m_previous(new ChevronButton(Symbol::chevronLeft, this))
+    , m_title(new NumericText(textFont(TextRole::headline, QFont::DemiBold), this))
+    , m_detail(new FormLabel(textFont(TextRole::caption), ThemeColor::secondaryLabel, this))
+    , m_next(new ChevronButton(Symbol::chevronRight, this))
+    , m_today(new LinkButton(this))
+    , m_picker(new SegmentedPicker(static_cast<int>(granularities.size()), this))
+{
+    auto* texts = new QWidget(this);
+    texts->setMinimumWidth(leastTitleWidth);
+    auto* lines = new QVBoxLayout(texts);
+    lines->setContentsMargins(0, 0, 0, 0);
+    lines->setSpacing(titleGap);
+    lines->addWidget(m_title);
+    lines->addWidget(m_detail);
+    m_title->setBackdrop(ThemeColor::canvas);
+
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(itemGap);
+    row->addStrut(leastHeight);
+    row->addWidget(m_previous);
+    row->addWidget(texts);
+    row->addWidget(m_next);
+    row->addWidget(m_today);
+    row->addStretch(1);
+    row->addWidget(m_picker);
+    m_picker->setTint(ThemeColor::focus);
+    m_picker->setFixedWidth(pickerWidth);
+
+    connect(m_previous, &QAbstractButton::clicked, this, [this] { Q_EMIT moveRequested(-1); });
+    connect(m_next, &QAbstractButton::clicked, this, [this] { Q_EMIT moveRequested(1); });
+    connect(m_today, &QAbstractButton::clicked, this, &PeriodBar::todayRequested);
+    connect(m_picker, &SegmentedPicker::chosen, this, [this](int index) {
+        Q_EMIT granularityChosen(granularities.at(static_cast<std::size_t>(index)).first);
+    });
+}
+
+void PeriodBar::show(StatisticsGranularity granularity, const QString& title, AppLanguage language)
+{
+    const GranularityTexts& texts = granularityTexts(granularity);
+    const QString name = qtText(texts.title.in(language));
+    setName(*m_previous, {"上一个", "Previous "}, name, language);
+    setName(*m_next, {"下一个", "Next "}, name, language);
+    m_title->setText(title);
+    m_detail->setText(qtText(texts.detail.in(language)));
+    m_today->setText(qtText(BilingualText{"回到今天", "Today"}.in(language)));
+
+    QStringList shortTitles;
+    QStringList titles;
+    for (const auto& each : granularities) {
+        shortTitles << qtText(granularityTexts(each.first).shortTitle.in(language));
+        titles << qtText(granularityTexts(each.first).title.in(language));
+    }
+    m_picker->setTexts(shortTitles);
+    m_picker->setNames(titles);
+    m_picker->setAccessibleName(qtText(BilingualText{"统计粒度", "Statistics period"}.in(language)));
+    m_picker->setCurrentIndex(static_cast<int>(granularity));
+}
+
+void PeriodBar::setPlaceInTime(bool containsNow, bool mayMoveOn)
+{
+    m_next->setEnabled(mayMoveOn);
+    m_today->setVisible(!containsNow);
+}
+
+} // namespace brevlin

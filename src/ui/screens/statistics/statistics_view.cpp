@@ -1,0 +1,160 @@
+#include "ui/screens/statistics/statistics_view.h"
+
+#include "app/app_model.h"
+#include "ui/screens/statistics/activity_card.h"
+#include "ui/screens/statistics/period_bar.h"
+#include "ui/screens/statistics/statistics_texts.h"
+#include "ui/screens/statistics/summary_strip.h"
+#include "ui/style/scroll_view.h"
+
+#include <QShortcut>
+#include <QVBoxLayout>
+
+#include <array>
+
+namespace brevlin {
+
+namespace {
+
+constexpr int sidePadding = 28;
+constexpr int topPadding = 24;
+constexpr int bottomPadding = 32;
+constexpr int rowGap = 18;
+
+} // namespace
+
+StatisticsView::StatisticsView(AppModel& model, QWidget* parent)
+    : QWidget(parent)
+    , m_model(model)
+    , m_anchor(model.now())
+    , m_language(model.language())
+    , m_calendar(statisticsCalendar(model.calendar().timeZoneIdentifier(), m_language))
+    , m_bar(new PeriodBar(this))
+    , m_strip(new SummaryStrip(this))
+    , m_card(new ActivityCard(this))
+{
+    layOut();
+    addKeys();
+    connect(m_bar, &PeriodBar::moveRequested, this, &StatisticsView::movePeriod);
+    connect(m_bar, &PeriodBar::todayRequested, this, &StatisticsView::showToday);
+    connect(m_bar, &PeriodBar::granularityChosen, this, &StatisticsView::setGranularity);
+    connect(&model, &AppModel::sessionsChanged, this, [this] {
+        m_isStale = true;
+        refreshWhereStale();
+    });
+    connect(&model, &AppModel::preferencesChanged, this, &StatisticsView::refreshWhereStale);
+    connect(&model, &AppModel::ticked, this, &StatisticsView::refreshWhereStale);
+    refresh();
+}
+
+void StatisticsView::layOut()
+{
+    auto* content = new QWidget;
+    auto* column = new QVBoxLayout(content);
+    column->setContentsMargins(sidePadding, topPadding, sidePadding - SlimScrollBar::thickness,
+                               bottomPadding);
+    column->setSpacing(rowGap);
+    column->addWidget(m_bar);
+    column->addWidget(m_strip);
+    column->addWidget(m_card);
+    column->addStretch(1);
+
+    auto* scroll = new ScrollView(this);
+    scroll->setWidget(content);
+    content->setAutoFillBackground(false); // which the scroll area has set
+    auto* whole = new QVBoxLayout(this);
+    whole->setContentsMargins(0, 0, 0, 0);
+    whole->addWidget(scroll);
+}
+
+void StatisticsView::addKeys()
+{
+    const auto add = [this](Qt::Key key, auto action) {
+        connect(new QShortcut(key, this), &QShortcut::activated, this, action);
+    };
+    add(Qt::Key_Left, [this] { movePeriod(-1); });
+    add(Qt::Key_Right, [this] { movePeriod(1); });
+    add(Qt::Key_Home, [this] { showToday(); });
+    constexpr std::array digits{Qt::Key_1, Qt::Key_2, Qt::Key_3, Qt::Key_4};
+    for (std::size_t index = 0; index < digits.size(); ++index) {
+        add(digits.at(index),
+            [this, index] { setGranularity(RawValues<StatisticsGranularity>::cases.at(index).first); });
+    }
+}
+
+void StatisticsView::movePeriod(int periods)
+{
+    if (periods > 0 && m_model.now() < m_statistics.interval.end) {
+        return;
+    }
+    m_anchor = m_calendar.adding(calendarUnit(m_granularity), periods, m_anchor);
+    showPeriod();
+}
+
+void StatisticsView::showToday()
+{
+    m_anchor = m_model.now();
+    if (!m_statistics.interval.contains(m_anchor)) {
+        showPeriod();
+    }
+}
+
+void StatisticsView::setGranularity(StatisticsGranularity granularity)
+{
+    m_anchor = m_calendar.startOfDay(m_anchor);
+    if (granularity != m_granularity) {
+        m_granularity = granularity;
+        showPeriod();
+    }
+}
+
+void StatisticsView::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    refreshWhereStale();
+}
+
+// Runs at every tick, so it compares before it computes.
+void StatisticsView::refreshWhereStale()
+{
+    if (!isVisible()) {
+        return;
+    }
+    if (m_isStale || m_language != m_model.language() ||
+        m_calendar.timeZoneIdentifier() != m_model.calendar().timeZoneIdentifier() ||
+        m_calendar.startOfDay(m_model.now()) != m_startOfToday) {
+        refresh();
+    }
+}
+
+void StatisticsView::refresh()
+{
+    const std::string& zone = m_model.calendar().timeZoneIdentifier();
+    if (m_language != m_model.language() || m_calendar.timeZoneIdentifier() != zone) {
+        m_language = m_model.language();
+        m_calendar = statisticsCalendar(zone, m_language);
+    }
+    m_startOfToday = m_calendar.startOfDay(m_model.now());
+    m_isStale = false;
+    computeStreak();
+    showPeriod();
+}
+
+void StatisticsView::computeStreak()
+{
+    m_currentStreak =
+        StatisticsCalculator::calculate(m_model.sessions(), m_model.now(), m_model.calendar()).currentStreak;
+}
+
+void StatisticsView::showPeriod()
+{
+    m_statistics =
+        StatisticsCalculator::calculatePeriod(m_model.sessions(), m_granularity, m_anchor, m_calendar);
+    const Instant now = m_model.now();
+    m_bar->show(m_granularity, periodTitle(m_statistics, m_calendar), m_language);
+    m_bar->setPlaceInTime(m_statistics.interval.contains(now), m_statistics.interval.end <= now);
+    m_strip->show(m_statistics, m_language);
+    m_card->show({m_statistics, m_calendar, m_language, m_startOfToday}, m_currentStreak);
+}
+
+} // namespace brevlin

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "core/calendar.h"
+#include "core/language.h"
+#include "core/statistics_calculator.h"
+
+#include <QWidget>
+
+#include <cstdint>
+#include <string>
+
+namespace brevlin {
+
+class ActivityCard;
+class AppModel;
+class PeriodBar;
+class SummaryStrip;
+
+/// One day, week, month or year of the history; the current week at first. Figures are computed when a
+/// record, the period, the date, the time zone or the language changes, and only while the screen can be
+/// seen.
+class StatisticsView final : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit StatisticsView(AppModel& model, QWidget* parent = nullptr);
+
+    const PeriodStatistics& statistics() const { return m_statistics; }
+    /// Nothing beyond the present is shown.
+    void movePeriod(int periods);
+    void showToday();
+    void setGranularity(StatisticsGranularity granularity);
+
+protected:
+    void showEvent(QShowEvent* event) override;
+
+private:
+    void layOut();
+    void addKeys();
+    void refresh();
+    void refreshWhereStale();
+    void computeStreak();
+    void showPeriod();
+
+    AppModel& m_model;
+    StatisticsGranularity m_granularity = StatisticsGranularity::week;
+    Instant m_anchor;
+    AppLanguage m_language;
+    Calendar m_calendar; ///< of the statistics, unlike the model's
+    PeriodStatistics m_statistics;
+    std::int64_t m_currentStreak = 0;
+    Instant m_startOfToday;
+    bool m_isStale = true; ///< a record changed while nobody could see it
+    PeriodBar* m_bar;      // these are owned by this widget
+    SummaryStrip* m_strip;
+    ActivityCard* m_card;
+};
+
+} // namespace brevlin
