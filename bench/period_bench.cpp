@@ -1,11 +1,7 @@
 // How long a change of the statistics' period takes, from the key to the end of the next paint.
 
-#include "app/app_model.h"
+#include "long_history.h"
 #include "report.h"
-#include "support/fake_desktop.h"
-#include "support/fake_task_scheduler.h"
-#include "support/memory_durable_file.h"
-#include "support/memory_user_defaults.h"
 #include "ui/screens/statistics/activity_chart.h"
 #include "ui/screens/statistics/statistics_view.h"
 #include "ui/style/brevlin_style.h"
@@ -21,39 +17,6 @@ using namespace brevlin;
 using namespace brevlin::bench;
 
 constexpr int turns = 100;
-constexpr std::size_t recordCount = 100'000;
-
-class NoCapsule final : public TopCapsule
-{
-public:
-    void refresh() override {}
-    void presentCompletion(const CompletionPresentation& /*presentation*/) override {}
-    void clearMorphState() override {}
-    void cancelMorph() override {}
-    void beginCompletionCollapse() override {}
-    void finishCompletionCollapse() override {}
-    void foldTimerCapsule() override {}
-    void hide() override {}
-};
-
-/// Four phases of focus and four breaks a day, latest first.
-std::vector<SessionRecord> history(Instant now)
-{
-    constexpr int phasesPerDay = 8;
-    std::vector<SessionRecord> records;
-    for (std::size_t index = 0; index < recordCount; ++index) {
-        SessionRecord record;
-        const auto day = static_cast<double>(index / phasesPerDay);
-        const auto place = static_cast<double>(index % phasesPerDay);
-        record.id = Uuid::random();
-        record.phaseRawValue = index % 2 == 0 ? TimerPhase::focus : TimerPhase::shortBreak;
-        record.endedAt = now - Seconds{day * 86'400.0 + place * 1'800.0};
-        record.effectiveDuration = Seconds{index % 2 == 0 ? 600.0 + day * 7.0 : 300.0};
-        record.timeZoneIdentifierAtStart = "Europe/Berlin";
-        records.push_back(std::move(record));
-    }
-    return records;
-}
 
 /// Sees whether its chart is painted.
 class PaintObserver final : public QObject
@@ -87,28 +50,8 @@ int main(int argumentCount, char** arguments)
     QApplication application(argumentCount, arguments);
     QApplication::setStyle(new BrevlinStyle);
 
-    test::FakeClock clock;
-    test::FakeTaskScheduler scheduler{clock};
-    test::FakeSystemEvents events;
-    test::MemoryUserDefaults defaults;
-    test::MemoryDurableFile files;
-    test::FakeNotificationCenter center;
-    test::FakeSoundPlayer player;
-    test::FakeLoginItem loginItem;
-    NoCapsule capsule;
-    const std::string path = "/data/sessions-v1.json";
-    SessionArchiveText text;
-    files.files[path] = *text.encode(history(clock.now()));
-    AppModel model({clock, scheduler, events, capsule, std::make_unique<PreferencesStore>(defaults, clock),
-                    std::make_unique<ActiveTimerPersistence>(defaults, clock),
-                    std::make_unique<SessionStore>(HistoryLocation{path, std::nullopt}, files, clock),
-                    std::make_unique<NotificationService>(center),
-                    std::make_unique<AlertSoundService>(player, scheduler),
-                    std::make_unique<LaunchAtLoginService>(loginItem), "de_DE"});
-    if (model.sessions().size() != recordCount) {
-        std::fputs("period_bench: the history was not read\n", stderr);
-        return EXIT_FAILURE;
-    }
+    LongHistory history;
+    AppModel& model = history.model();
 
     StatisticsView view(model);
     view.resize(920, 600);

@@ -171,7 +171,7 @@ void HistoryList::paintDay(QPainter& painter, std::size_t index, const QRect& vi
     const HistoryDay& day = m_layout.days()[index];
     const QRect card(sidePadding, m_layout.cardTop(index) - verticalScrollBar()->value(),
                      viewport()->width() - 2 * sidePadding, m_layout.cardHeight(index));
-    HistoryPainter::paintCard(painter, card, visible, theme);
+    m_painter.paintCard(painter, card, visible, theme);
     const QRect header(card.topLeft(), QSize(card.width(), HistoryLayout::headerHeight));
     if (header.intersects(visible)) {
         m_painter.paintHeader(painter, header, qtText(historyDateText(day, m_calendar)),

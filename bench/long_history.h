@@ -1,0 +1,84 @@
+#pragma once
+
+#include "app/app_model.h"
+#include "storage/session_archive.h"
+#include "support/fake_desktop.h"
+#include "support/fake_task_scheduler.h"
+#include "support/memory_durable_file.h"
+#include "support/memory_user_defaults.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace brevlin::bench {
+
+class NoCapsule final : public TopCapsule
+{
+public:
+    void refresh() override {}
+    void presentCompletion(const CompletionPresentation& /*presentation*/) override {}
+    void clearMorphState() override {}
+    void cancelMorph() override {}
+    void beginCompletionCollapse() override {}
+    void finishCompletionCollapse() override {}
+    void foldTimerCapsule() override {}
+    void hide() override {}
+};
+
+/// Four phases of focus and four breaks a day, latest first.
+inline std::vector<SessionRecord> longHistory(Instant now)
+{
+    constexpr std::size_t recordCount = 100'000;
+    constexpr int phasesPerDay = 8;
+    std::vector<SessionRecord> records;
+    for (std::size_t index = 0; index < recordCount; ++index) {
+        SessionRecord record;
+        const auto day = static_cast<double>(index / phasesPerDay);
+        const auto place = static_cast<double>(index % phasesPerDay);
+        record.id = Uuid::random();
+        record.phaseRawValue = index % 2 == 0 ? TimerPhase::focus : TimerPhase::shortBreak;
+        record.endedAt = now - Seconds{day * 86'400.0 + place * 1'800.0};
+        record.effectiveDuration = Seconds{index % 2 == 0 ? 600.0 + day * 7.0 : 300.0};
+        record.timeZoneIdentifierAtStart = "Europe/Berlin";
+        records.push_back(std::move(record));
+    }
+    return records;
+}
+
+/// A model over fakes with a history of 100,000 records.
+class LongHistory final
+{
+public:
+    LongHistory()
+    {
+        SessionArchiveText text;
+        m_files.files[path] = *text.encode(longHistory(m_clock.now()));
+        m_model = std::make_unique<AppModel>(AppModelParts{
+            m_clock, m_scheduler, m_events, m_capsule,
+            std::make_unique<PreferencesStore>(m_defaults, m_clock),
+            std::make_unique<ActiveTimerPersistence>(m_defaults, m_clock),
+            std::make_unique<SessionStore>(HistoryLocation{path, std::nullopt}, m_files, m_clock),
+            std::make_unique<NotificationService>(m_center),
+            std::make_unique<AlertSoundService>(m_player, m_scheduler),
+            std::make_unique<LaunchAtLoginService>(m_loginItem), "de_DE"});
+    }
+
+    AppModel& model() { return *m_model; }
+
+private:
+    static constexpr const char* path = "/data/sessions-v1.json";
+
+    test::FakeClock m_clock;
+    test::FakeTaskScheduler m_scheduler{m_clock};
+    test::FakeSystemEvents m_events;
+    test::MemoryUserDefaults m_defaults;
+    test::MemoryDurableFile m_files;
+    test::FakeNotificationCenter m_center;
+    test::FakeSoundPlayer m_player;
+    test::FakeLoginItem m_loginItem;
+    NoCapsule m_capsule;
+    std::unique_ptr<AppModel> m_model;
+};
+
+} // namespace brevlin::bench
