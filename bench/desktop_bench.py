@@ -108,15 +108,31 @@ def processor_time_a_second(process):
 
 
 def measure_processor_time():
-    with new_desktop() as desktop:
-        process = desktop.start_program()
-        start_phase(desktop)
-        time.sleep(SETTLING)
-        print_row("processor time a second, window open", processor_time_a_second(process), 3, "ms", "")
-        desktop.press("ctrl+w")
-        wait_for("a closed window", lambda: not desktop.windows())
-        time.sleep(SETTLING)
-        print_row("processor time a second, window closed", processor_time_a_second(process), 0.3, "ms", "")
+    for capsule, goal in ((False, 0.3), (True, 1.0)):
+        with new_desktop() as desktop:
+            desktop.set_preferences(focus=1500, capsule=capsule)
+            process = desktop.start_program()
+            start_phase(desktop)
+            desktop.move_pointer(640, 600)
+            if not capsule:
+                time.sleep(SETTLING)
+                print_row("processor time a second, window open", processor_time_a_second(process), 3, "ms", "")
+            desktop.press("ctrl+w")
+            wait_for("a closed window", lambda: not desktop.windows())
+            time.sleep(SETTLING)
+            print_row(f"processor time a second, {'capsule alone' if capsule else 'window closed'}",
+                      processor_time_a_second(process), goal, "ms", "")
+
+
+def measure_capsule():
+    for compositor in (False, True):
+        with new_desktop() as desktop:
+            if compositor:
+                desktop.run_in_background(["picom", "--backend", "xrender", "--config", "/dev/null"])
+                wait_for("a compositor", lambda: desktop.ask("xdotool", "search", "--name", "picom"))
+            longest = float(desktop.ask(str(BUILT / "brevlin_capsule_frames")))
+            print_row("longest frame of the capsule", longest, 16, "ms",
+                      "with a compositor" if compositor else "without a compositor")
 
 
 def measure_lateness():
@@ -144,4 +160,5 @@ def measure_lateness():
 measure_start()
 measure_memory()
 measure_processor_time()
+measure_capsule()
 measure_lateness()

@@ -14,6 +14,7 @@
 #include "platform/freedesktop/portal_desktop_settings.h"
 #include "platform/freedesktop/qt_task_scheduler.h"
 #include "platform/freedesktop/sound/sound_effect_player.h"
+#include "platform/freedesktop/status/desktop_status_item.h"
 #include "platform/freedesktop/system_clock.h"
 #include "platform/freedesktop/termination_signals.h"
 #include "platform/freedesktop/x11_panel_system.h"
@@ -23,6 +24,7 @@
 #include "ui/capsule/top_panel_controller.h"
 #include "ui/main/main_window.h"
 #include "ui/main/settings_window.h"
+#include "ui/menu_bar/menu_bar_extra.h"
 #include "ui/style/accessibility.h"
 #include "ui/style/brevlin_style.h"
 #include "ui/style/theme.h"
@@ -85,6 +87,7 @@ private:
     DesktopNotificationCenter m_notificationCenter;
     SoundEffectPlayer m_soundPlayer;
     AutostartLoginItem m_loginItem;
+    DesktopStatusItem m_statusItem;
     TopPanelPositionStore m_panelPositionStore;
     X11PanelSystem m_panelSystem;
     TopPanelController m_panelController;
@@ -97,6 +100,7 @@ private:
     AppModel m_model;
     SectionSelection m_selection;
     MainWindow m_window;
+    MenuBarExtra m_menuBarExtra;
     SettingsWindow m_settingsWindow;
     TaskHandle m_firstShow;
 };
@@ -106,6 +110,7 @@ Composition::Parts::Parts(const UserFolders& folders, ApplicationInstance& insta
     , m_notificationCenter(std::make_unique<DBusNotificationServer>(), m_clock, m_scheduler)
     , m_soundPlayer(m_scheduler, folders.sharedData, "freedesktop")
     , m_loginItem(folders.autostart, QCoreApplication::applicationFilePath().toStdString(), m_files)
+    , m_statusItem(m_scheduler)
     , m_panelPositionStore(m_defaults)
     , m_panelController(m_panelSystem, m_scheduler, m_panelPositionStore)
     , m_capsule(m_panelController, m_scheduler)
@@ -115,6 +120,7 @@ Composition::Parts::Parts(const UserFolders& folders, ApplicationInstance& insta
     , m_model(modelParts(folders))
     , m_selection(m_windowStore)
     , m_window((QApplication::setStyle(m_style), m_model), m_selection, m_windowStore, m_windowSystem)
+    , m_menuBarExtra(m_model, m_selection, m_statusItem, m_windowSystem)
     , m_settingsWindow(m_model, m_windowSystem)
 {
     followAppearance();
@@ -125,6 +131,7 @@ Composition::Parts::Parts(const UserFolders& folders, ApplicationInstance& insta
     QObject::connect(&m_window, &MainWindow::settingsRequested, &m_settingsWindow,
                      [this] { m_settingsWindow.present(); });
     QObject::connect(&m_settingsWindow, &SettingsWindow::quitRequested, qApp, quitApplication);
+    QObject::connect(&m_menuBarExtra, &MenuBarExtra::quitRequested, qApp, quitApplication);
     QObject::connect(&m_model, &AppModel::mainWindowActivationRequested, &m_window,
                      [this] { showWindow(m_notificationCenter.activationToken()); });
     QObject::connect(&instance, &ApplicationInstance::activationRequested, &m_window,

@@ -17,6 +17,7 @@ EDGES = {
     "platform/freedesktop/notifications": (["core", "platform"], []),
     "platform/freedesktop/login": (["core", "platform"], ["Core", "Gui"]),
     "platform/freedesktop/sound": (["core", "platform"], ["Core", "Gui", "Multimedia"]),
+    "platform/freedesktop/status": (["core", "platform"], ["Core", "Gui", "DBus", "Widgets"]),
     "platform/freedesktop": (["core", "platform", "platform/freedesktop/notifications"],
                              ["Core", "Gui", "DBus", "Network"]),
     "storage": (["core", "platform"], []),
@@ -25,11 +26,13 @@ EDGES = {
     "ui/style": (["core"], ["Core", "Gui", "Widgets", "Svg"]),
     "ui/capsule": (["core", "platform", "storage", "app", "ui/style"], ["Core", "Gui", "Widgets"]),
     "ui/screens/settings": (["core", "platform", "storage", "app", "ui/style"], ["Core", "Gui", "Widgets"]),
+    "ui/screens/history": (["core", "platform", "storage", "app", "ui/style"], ["Core", "Gui", "Widgets"]),
     "ui/screens/about": (["core", "app", "ui/style"], ["Core", "Gui", "Widgets"]),
     "ui/screens/statistics": (["core", "app", "ui/style"], ["Core", "Gui", "Widgets"]),
     "ui/main": (["core", "platform", "storage", "app", "ui"], ["Core", "Gui", "Widgets"]),
+    "ui/menu_bar": (["core", "platform", "storage", "app", "ui"], ["Core", "Gui", "Widgets"]),
     "": (["core", "platform", "platform/freedesktop", "platform/freedesktop/files", "platform/freedesktop/login",
-          "platform/freedesktop/notifications", "platform/freedesktop/sound", "storage", "services", "app", "ui"],
+          "platform/freedesktop/notifications", "platform/freedesktop/sound", "platform/freedesktop/status", "storage", "services", "app", "ui"],
          ["Core", "Gui", "Widgets"]),
 }
 

@@ -73,10 +73,31 @@ def write(path, document):
     path.write_text(json.dumps(document))
 
 
+def windows(environment):
+    """Brevlin's visible windows, the newest one last."""
+    found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^Brevlin$"], env=environment,
+                           capture_output=True, text=True, check=False)
+    return found.stdout.split()
+
+
 def keep(window, name, environment):
     target = PICTURES / f"{name}.png"
     subprocess.run(["import", "-window", window, "-strip", target], env=environment, check=True)
     print(target.relative_to(ROOT))
+
+
+def take_panel(name, environment):
+    """The panel of the status item, opened as a bar of the desktop would."""
+    before = windows(environment)
+    subprocess.run(["dbus-send", "--session", "--type=method_call", "--dest=com.quillmark.Brevlin",
+                    "/StatusNotifierItem", "org.kde.StatusNotifierItem.Activate", "int32:640", "int32:220"],
+                   env=environment, check=True)
+    panels = []
+    while not panels:
+        time.sleep(0.1)
+        panels = [window for window in windows(environment) if window not in before]
+    time.sleep(1.2)
+    keep(panels[0], f"panel-{name}", environment)
 
 
 def take(state, language, scheme, display, folder, section="timer"):
@@ -99,15 +120,14 @@ def take(state, language, scheme, display, folder, section="timer"):
     portal.stdout.readline()
     program = subprocess.Popen([PROGRAM], env=environment, stderr=subprocess.DEVNULL)
     try:
-        window = ""
-        while not window:
+        while not windows(environment):
             time.sleep(0.1)
-            found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^Brevlin$"], env=environment,
-                                   capture_output=True, text=True, check=False)
-            window = found.stdout.split()[-1] if found.stdout.split() else ""
+        window = windows(environment)[-1]
         time.sleep(1.2)
         if section == "timer":
             keep(window, f"dashboard-{state}-{language}-{scheme}", environment)
+            if state in ("idle", "running"):
+                take_panel(f"{state}-{language}-{scheme}", environment)
             return
         if section == "statistics":
             for key, period in enumerate(("day", "week", "month", "year"), 1):

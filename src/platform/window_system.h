@@ -29,6 +29,8 @@ public:
     virtual bool supportsShadowMargins() const = 0;
     /// Called on the main thread when that may have changed.
     virtual void setSupportChangeHandler(std::function<void()> handler) = 0;
+    /// Whether translucent pixels of a window show what lies behind it; without this they show black.
+    virtual bool isComposited() const = 0;
     /// How much of the window is shadow.
     virtual void setShadowMargins(WindowId window, const Extents& extents) = 0;
     /// Asks for the window manager's own menu at a place of the screen; false where there is none.

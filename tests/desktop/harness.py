@@ -277,7 +277,7 @@ class Desktop:
     # Documents
 
     def set_preferences(self, focus=3.0, short_break=3.0, long_break=3.0, auto_start=False, language="zh-Hans",
-                        sound=False, intensity="standard"):
+                        sound=False, intensity="standard", appearance="dark", capsule=True):
         """Stores preferences; to be done before the program starts. Durations in seconds."""
         document = {
             "timerSettings": {
@@ -289,9 +289,9 @@ class Desktop:
                 "autoStartFocus": auto_start,
                 "alertIntensity": intensity,
             },
-            "showTopCapsuleWhileRunning": True,
+            "showTopCapsuleWhileRunning": capsule,
             "playCompletionSound": sound,
-            "topTimerAppearance": "dark",
+            "topTimerAppearance": appearance,
             "appLanguage": language,
         }
         self.config.mkdir(mode=0o700, parents=True, exist_ok=True)

@@ -77,6 +77,24 @@ class Phases(DesktopTest):
         self.assertEqual(record["outcomeRawValue"], "completed")
         self.assertEqual(record["endedAt"], running["expectedEndAt"])
 
+    def test_a_phase_whose_end_is_noticed_late_without_sleep_is_just_completed(self):
+        desktop = self.desktop
+        desktop.set_preferences(focus=2)
+        process, _ = self.start_and_wait()
+        desktop.press("space")
+        running = desktop.wait_for_state("running")
+        # A machine too busy to let the program run; a second start activates it as soon as it does.
+        process.send_signal(signal.SIGSTOP)
+        second = desktop.start_program()
+        wait_for("the end of the phase", lambda: now() > running["expectedEndAt"] + 1.2)
+        self.assertEqual(desktop.history(), [])
+        process.send_signal(signal.SIGCONT)
+        record, = desktop.wait_for_records(1)
+        self.assertEqual(record["outcomeRawValue"], "completed")
+        self.assertFalse(record["completedWhileAway"])
+        self.assertEqual(record["endedAt"], running["expectedEndAt"])
+        self.assertEqual(second.wait(timeout=10), 0)
+
     def test_a_phase_that_ends_while_the_machine_sleeps_is_completed_while_away(self):
         desktop = self.desktop
         desktop.start_bus("DBUS_SYSTEM_BUS_ADDRESS")

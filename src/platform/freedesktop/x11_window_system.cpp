@@ -27,6 +27,11 @@ bool X11WindowSystem::supportsShadowMargins() const
            m_x11.isComposited();
 }
 
+bool X11WindowSystem::isComposited() const
+{
+    return !m_x11.isConnected() || m_x11.isComposited(); // other platforms always are
+}
+
 void X11WindowSystem::setSupportChangeHandler(std::function<void()> handler)
 {
     m_supportChangeHandler = std::move(handler);

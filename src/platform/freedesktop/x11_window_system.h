@@ -24,6 +24,7 @@ public:
 
     bool supportsShadowMargins() const override;
     void setSupportChangeHandler(std::function<void()> handler) override;
+    bool isComposited() const override;
     void setShadowMargins(WindowId window, const Extents& extents) override;
     bool showWindowMenu(WindowId window, int x, int y) override;
     void activate(WindowId window, const std::string& token) override;

@@ -27,6 +27,7 @@ public:
     QRect target() const { return m_target; }
     /// Whether the point lies in the capsule's shape grown by this many points.
     bool covers(const QPoint& point, double distance) const;
+    bool isMoving() const { return m_motion.isRunning(); }
     bool isHeld() const { return m_heldAt.has_value(); }
 
     /// Shows the window at once, fading the capsule in.

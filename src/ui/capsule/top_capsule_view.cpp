@@ -11,7 +11,9 @@
 #include <QEvent>
 #include <QFontMetricsF>
 #include <QGraphicsOpacityEffect>
+#include <QHelpEvent>
 #include <QPainter>
+#include <QToolTip>
 
 #include <algorithm>
 #include <chrono>
@@ -143,6 +145,19 @@ QString TopCapsuleView::spokenText() const
 bool TopCapsuleView::showsCompactTimer() const
 {
     return m_content.showsCompactTimer && !m_content.showsCompletion;
+}
+
+// Below the capsule, where it hides nothing of it.
+bool TopCapsuleView::event(QEvent* event)
+{
+    if (event->type() != QEvent::ToolTip) {
+        return QWidget::event(event);
+    }
+    constexpr int distanceOfPointer = 12; // that Qt leaves above a tool tip
+    const auto* help = static_cast<const QHelpEvent*>(event);
+    const int bottom = mapToGlobal(rect().bottomLeft()).y();
+    QToolTip::showText({help->globalX(), bottom - distanceOfPointer}, toolTip(), this, rect());
+    return true;
 }
 
 void TopCapsuleView::paintEvent(QPaintEvent* /*event*/)

@@ -32,6 +32,7 @@ Q_SIGNALS:
     void commanded(brevlin::CapsuleCommand command);
 
 protected:
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;

@@ -18,6 +18,8 @@ constexpr Seconds positionSaveDelay{0.14};
 constexpr Seconds exitWatchInterval{0.1};
 // The desktop tells of a new arrangement in several steps.
 constexpr Seconds screensSettleDelay{0.1};
+// Window managers move windows about when a screen comes or goes, some of them after we did.
+constexpr Seconds secondLookDelay{0.4};
 
 QRect primaryGeometry()
 {
@@ -145,7 +147,10 @@ bool TopPanelController::hasPointerWithin(double distance) const
 
 void TopPanelController::scheduleReposition()
 {
-    m_repositionTask = m_scheduler.after(screensSettleDelay, [this] { reposition(); });
+    m_repositionTask = m_scheduler.after(screensSettleDelay, [this] {
+        reposition();
+        m_repositionTask = m_scheduler.after(secondLookDelay, [this] { reposition(); });
+    });
 }
 
 void TopPanelController::reposition()
@@ -156,7 +161,7 @@ void TopPanelController::reposition()
     }
     if (const auto frame = m_placement.place(m_layout)) {
         const QRect target = toQt(*frame, primaryGeometry());
-        if (target != m_window->target()) {
+        if (target != m_window->target() || (target != m_window->frame() && !m_window->isMoving())) {
             m_window->putAt(target, room(), m_layout.cornerRadius);
         }
     }

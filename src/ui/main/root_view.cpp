@@ -4,6 +4,7 @@
 #include "ui/main/timer_dashboard_view.h"
 #include "ui/main/top_bar.h"
 #include "ui/screens/about/about_view.h"
+#include "ui/screens/history/history_view.h"
 #include "ui/screens/settings/app_settings_view.h"
 #include "ui/screens/statistics/statistics_view.h"
 #include "ui/style/shapes.h"
@@ -39,7 +40,7 @@ void RootView::showSection()
         m_detail = new TimerDashboardView(m_model, this);
         break;
     case AppSection::history:
-        m_detail = new QWidget(this);
+        m_detail = new HistoryView(m_model, this);
         break;
     case AppSection::statistics:
         m_detail = new StatisticsView(m_model, this);

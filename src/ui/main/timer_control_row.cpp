@@ -33,6 +33,21 @@ int buttonSpacing(TimerControlStyle style, TimerRunState state)
 
 } // namespace
 
+QString primaryActionText(const AppModel& model)
+{
+    const AppLanguage language = model.language();
+    switch (model.snapshot().runState) {
+    case TimerRunState::running:
+        return qtText(pauseText.in(language));
+    case TimerRunState::paused:
+        return qtText(resumeText.in(language));
+    case TimerRunState::idle:
+    case TimerRunState::ringing:
+        break;
+    }
+    return qtText(startVerb.in(language)) + qtText(title(model.snapshot().phase, language));
+}
+
 TimerControlRow::TimerControlRow(AppModel& model, TimerControlStyle style, QWidget* parent)
     : QWidget(parent)
     , m_model(model)
@@ -78,15 +93,16 @@ std::vector<TimerControlRow::Control> TimerControlRow::controls() const
     const auto primaryAction = [model] {
         model->performPrimaryAction();
     };
+    const QString primaryText = primaryActionText(m_model);
     switch (snapshot.runState) {
     case TimerRunState::idle:
-        return {{Symbol::none, text(startVerb) + phase, true, true, [model] {
+        return {{Symbol::none, primaryText, true, true, [model] {
                      model->start();
                  }}};
     case TimerRunState::running:
-        return {addTime, {Symbol::pauseFill, text(pauseText), false, true, primaryAction}, end, next};
+        return {addTime, {Symbol::pauseFill, primaryText, false, true, primaryAction}, end, next};
     case TimerRunState::paused:
-        return {addTime, {Symbol::playFill, text(resumeText), true, true, primaryAction}, end, next};
+        return {addTime, {Symbol::playFill, primaryText, true, true, primaryAction}, end, next};
     case TimerRunState::ringing:
         break;
     }
@@ -99,7 +115,7 @@ std::vector<TimerControlRow::Control> TimerControlRow::controls() const
     ringing.push_back({Symbol::none, text(skipVerb) + phase, false, false, [model] {
                            model->skipPendingPhase();
                        }});
-    ringing.push_back({Symbol::none, text(startVerb) + phase, true, false, [model] {
+    ringing.push_back({Symbol::none, primaryText, true, false, [model] {
                            model->advance();
                        }});
     return ringing;

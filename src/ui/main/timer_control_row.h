@@ -19,6 +19,9 @@ class CapsuleButton;
 
 enum class TimerControlStyle { mainWindow, menuBar };
 
+/// What the control that goes on with the timer is called now.
+QString primaryActionText(const AppModel& model);
+
 /// The buttons that the timer's state offers. Space presses the one that goes on with the timer, unless the
 /// keyboard is on another button.
 class TimerControlRow final : public QWidget

@@ -65,7 +65,8 @@ TimerRingView::TimerRingView(AppModel& model, const TimerRingMetrics& metrics, Q
 
 void TimerRingView::setBackdrop(ThemeColor backdrop)
 {
-    m_time->setBackdrop(backdrop);
+    m_backdrop = backdrop;
+    layOut();
 }
 
 QSize TimerRingView::sizeHint() const
@@ -96,6 +97,21 @@ QString TimerRingView::endText() const
     }
     const BilingualText introduction{"预计结束于 ", "Estimated end "};
     return qtText(introduction.in(m_model.language())) + qtText(m_model.endTimeText());
+}
+
+// In the small ring the English line would run across the stroke; its time goes below then.
+QStringList TimerRingView::endLines(double heightAbove) const
+{
+    const QFontMetricsF metrics(endTextFont(m_metrics.diameter));
+    const double radius = m_metrics.diameter / 2 - m_metrics.lineWidth;
+    const double bottom = (heightAbove + std::ceil(metrics.height())) / 2;
+    const double room = 2 * std::sqrt(std::max(0.0, radius * radius - bottom * bottom));
+    const QString time = qtText(m_model.endTimeText());
+    if (m_endText.isEmpty() || m_metrics.diameter > largeDiameter ||
+        metrics.horizontalAdvance(m_endText) <= room) {
+        return {m_endText};
+    }
+    return {m_endText.chopped(time.size()).trimmed(), time};
 }
 
 void TimerRingView::updateTexts()
@@ -151,18 +167,32 @@ void TimerRingView::layOut()
 {
     const QRectF bounds = rect();
     const QSizeF timeSize = m_time->sizeHint();
-    const double endHeight =
-        m_endText.isEmpty() ? 0.0 : std::ceil(QFontMetricsF(endTextFont(m_metrics.diameter)).height());
-    const double height = m_metrics.iconSize + spacing() + timeSize.height() +
-                          (m_endText.isEmpty() ? 0.0 : spacing() + endHeight);
+    const double timeBottom = m_metrics.iconSize + spacing() + timeSize.height();
+    m_endLines = endLines(timeBottom + spacing());
+    const double endHeight = std::ceil(QFontMetricsF(endTextFont(m_metrics.diameter)).height()) *
+                             static_cast<double>(m_endLines.size());
+    const double height = timeBottom + (m_endText.isEmpty() ? 0.0 : spacing() + endHeight);
     double top = std::round(bounds.center().y() - height / 2);
     m_iconRect =
         QRectF(bounds.center().x() - m_metrics.iconSize / 2, top, m_metrics.iconSize, m_metrics.iconSize);
     top += m_metrics.iconSize + spacing();
     const QSize time = timeSize.toSize();
-    m_time->setGeometry(QRect(QPoint((width() - time.width()) / 2, static_cast<int>(std::round(top))), time));
+    // Digits leave the ends of their line empty, and without these the line's corners stay clear of the ring.
+    const int empty = time.height() / 8;
+    m_time->setGeometry(QRect(QPoint((width() - time.width()) / 2, static_cast<int>(std::round(top))), time)
+                            .adjusted(0, empty, 0, -empty));
+    m_time->setBackdrop(liesInsideRing(m_time->geometry()) ? m_backdrop : std::nullopt);
     top += timeSize.height() + spacing();
     m_endTextRect = QRectF(0, top, bounds.width(), endHeight);
+}
+
+bool TimerRingView::liesInsideRing(const QRectF& place) const
+{
+    const double radius = (circle().width() - m_metrics.lineWidth) / 2;
+    const QPointF center = circle().center();
+    const double x = std::max(center.x() - place.left(), place.right() - center.x());
+    const double y = std::max(center.y() - place.top(), place.bottom() - center.y());
+    return std::hypot(x, y) < radius;
 }
 
 // Strokes lie on the outline of the square, half of their width outside, as a stroked circle does.
@@ -220,7 +250,12 @@ void TimerRingView::paintEvent(QPaintEvent* event)
     if (!m_endText.isEmpty() && event->rect().intersects(m_endTextRect.toAlignedRect())) {
         painter.setFont(endTextFont(m_metrics.diameter));
         painter.setPen(theme.color(ThemeColor::secondaryLabel));
-        drawTextOnBaseline(painter, m_endTextRect, Qt::AlignHCenter, m_endText);
+        const double lineHeight = m_endTextRect.height() / static_cast<double>(m_endLines.size());
+        QRectF line(m_endTextRect.topLeft(), QSizeF(m_endTextRect.width(), lineHeight));
+        for (const QString& text : m_endLines) {
+            drawTextOnBaseline(painter, line, Qt::AlignHCenter, text);
+            line.translate(0, lineHeight);
+        }
     }
 }
 

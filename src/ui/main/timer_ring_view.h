@@ -6,6 +6,8 @@
 
 #include <QWidget>
 
+#include <optional>
+
 namespace brevlin {
 
 class AppModel;
@@ -46,19 +48,23 @@ private:
     void updateTime();
     void updateTexts();
     QString endText() const;
+    QStringList endLines(double heightAbove) const;
     void layOut();
     void repaintArc(double progress);
     QRectF circle() const;
+    bool liesInsideRing(const QRectF& place) const;
     QRect arcBounds(double from, double to) const;
     double spacing() const;
 
     AppModel& m_model;
     TimerRingMetrics m_metrics;
+    std::optional<ThemeColor> m_backdrop;
     NumericText* m_time;       // owned by this widget
     ValueAnimation m_progress; // what is shown, on its way to the model's
     double m_paintedProgress = 0.0;
     TimerPhase m_phase = TimerPhase::focus;
     QString m_endText;
+    QStringList m_endLines; // the same as it is drawn
     QRectF m_iconRect;
     QRectF m_endTextRect;
 };

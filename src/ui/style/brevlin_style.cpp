@@ -2,8 +2,12 @@
 
 #include "ui/style/card_surface.h"
 #include "ui/style/scroll_view.h"
+#include "ui/style/theme.h"
+#include "ui/style/typography.h"
 
 #include <QApplication>
+#include <QBitmap>
+#include <QPainter>
 #include <QStyleOption>
 
 #include <algorithm>
@@ -11,6 +15,22 @@
 namespace brevlin {
 
 namespace {
+
+constexpr int toolTipPadding = 6;
+constexpr int toolTipRadius = 5;
+constexpr int menuPadding = 4;
+constexpr int menuEntryHeight = 26;
+
+// A tool tip's window is opaque, so its corners are cut off.
+QRegion roundedMask(const QSize& size)
+{
+    QBitmap mask(size);
+    mask.clear();
+    QPainter painter(&mask);
+    painter.setBrush(Qt::color1);
+    painter.drawRoundedRect(QRect(QPoint(), size - QSize(1, 1)), toolTipRadius, toolTipRadius);
+    return mask;
+}
 
 constexpr int shortestHandle = 36;
 
@@ -66,7 +86,64 @@ int BrevlinStyle::styleHint(StyleHint hint, const QStyleOption* option, const QW
     // Fusion's own answer is zero wherever the desktop's theme plugin does not speak about effects.
     if (hint == SH_Widget_Animation_Duration)
         return m_reducesMotion ? 0 : 200;
+    if (hint == SH_ToolTip_Mask) {
+        if (auto* mask = qstyleoption_cast<QStyleHintReturnMask*>(returnData)) {
+            mask->region = roundedMask(option->rect.size());
+        }
+        return 1;
+    }
     return QProxyStyle::styleHint(hint, option, widget, returnData);
+}
+
+int BrevlinStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const
+{
+    switch (metric) {
+    case PM_ToolTipLabelFrameWidth:
+        return toolTipPadding;
+    case PM_MenuHMargin:
+    case PM_MenuVMargin:
+        return menuPadding;
+    default:
+        return QProxyStyle::pixelMetric(metric, option, widget);
+    }
+}
+
+QSize BrevlinStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
+                                     const QWidget* widget) const
+{
+    const QSize wanted = QProxyStyle::sizeFromContents(type, option, size, widget);
+    const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+    const bool isEntry =
+        type == CT_MenuItem && item != nullptr && item->menuItemType != QStyleOptionMenuItem::Separator;
+    return isEntry ? wanted.expandedTo({0, menuEntryHeight}) : wanted;
+}
+
+void BrevlinStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                                 const QWidget* widget) const
+{
+    if (element == PE_FrameMenu) {
+        painter->setPen(QPen(Theme::of(option->palette).color(ThemeColor::cardBorder), 1));
+        painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+        return;
+    }
+    if (element != PE_PanelTipLabel) {
+        QProxyStyle::drawPrimitive(element, option, painter, widget);
+        return;
+    }
+    const Theme theme = Theme::of(option->palette);
+    painter->fillRect(option->rect, option->palette.toolTipBase());
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(QPen(theme.color(ThemeColor::separator), 1));
+    painter->drawRoundedRect(QRectF(option->rect).adjusted(0.5, 0.5, -0.5, -0.5), toolTipRadius,
+                             toolTipRadius);
+}
+
+void BrevlinStyle::polish(QWidget* widget)
+{
+    QProxyStyle::polish(widget);
+    if (widget->inherits("QTipLabel")) {
+        widget->setFont(textFont(TextRole::caption));
+    }
 }
 
 QRect BrevlinStyle::subElementRect(SubElement element, const QStyleOption* option,

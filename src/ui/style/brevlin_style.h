@@ -4,7 +4,8 @@
 
 namespace brevlin {
 
-/// The application's style: Fusion with the user's wish for less motion. Every animation asks the style of
+/// The application's style: Fusion with tool tips and menus of the theme and the user's wish for less
+/// motion. Every animation asks the style of
 /// its widget, so that the wish needs no other channel.
 class BrevlinStyle final : public QProxyStyle
 {
@@ -23,6 +24,13 @@ public:
                          const QWidget* widget) const override;
     QRect subElementRect(SubElement element, const QStyleOption* option,
                          const QWidget* widget) const override;
+    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
+    QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
+                           const QWidget* widget) const override;
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override;
+    using QProxyStyle::polish;
+    void polish(QWidget* widget) override;
 
 private:
     bool m_reducesMotion = false;

@@ -68,9 +68,15 @@ void CardSurface::paintEvent(QPaintEvent* event)
         return;
     }
     painter.setRenderHint(QPainter::Antialiasing);
+    paintCardSurface(painter, card, theme);
+}
+
+void paintCardSurface(QPainter& painter, const QRectF& card, const Theme& theme)
+{
+    constexpr double radius = CardSurface::cornerRadius;
     paintShadow(painter, card, theme);
-    painter.fillPath(continuousRoundedRect(card, cornerRadius), theme.color(ThemeColor::panelBackground));
-    paintHairlineInside(painter, card, cornerRadius, theme.color(ThemeColor::cardBorder));
+    painter.fillPath(continuousRoundedRect(card, radius), theme.color(ThemeColor::panelBackground));
+    paintHairlineInside(painter, card, radius, theme.color(ThemeColor::cardBorder));
 }
 
 } // namespace brevlin

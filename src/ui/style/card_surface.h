@@ -3,7 +3,12 @@
 #include <QFrame>
 #include <QMargins>
 
+class QPainter;
+class QRectF;
+
 namespace brevlin {
+
+class Theme;
 
 /// A container on a card: rounded, bordered by a hairline, with a faint shadow. Its contents rectangle keeps
 /// `padding` from the card's edge; give it a layout without margins. The widget is larger than the card by
@@ -28,5 +33,8 @@ protected:
 private:
     int m_padding;
 };
+
+/// A card with its shadow, without contents. The painter antialiases.
+void paintCardSurface(QPainter& painter, const QRectF& card, const Theme& theme);
 
 } // namespace brevlin

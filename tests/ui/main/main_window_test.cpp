@@ -22,6 +22,7 @@ class PlainWindowSystem final : public WindowSystem
 {
 public:
     bool supportsShadowMargins() const override { return false; }
+    bool isComposited() const override { return false; }
     void setSupportChangeHandler(std::function<void()> /*handler*/) override {}
     void setShadowMargins(WindowId /*window*/, const Extents& /*extents*/) override {}
     bool showWindowMenu(WindowId /*window*/, int /*x*/, int /*y*/) override { return false; }

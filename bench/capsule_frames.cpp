@@ -1,0 +1,137 @@
+// How long the main thread is busy at a stretch while the capsule widens, shows its controls, shrinks and
+// grows into the island: prints the longest stretch in milliseconds. Events that follow each other without a
+// pause belong to one stretch, so that it bounds every frame from above.
+
+#include "platform/freedesktop/qt_task_scheduler.h"
+#include "platform/freedesktop/x11_panel_system.h"
+#include "support/memory_user_defaults.h"
+#include "ui/capsule/top_panel_controller.h"
+#include "ui/style/brevlin_style.h"
+#include "ui/style/theme.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QTimer>
+
+#include <algorithm>
+#include <cstdio>
+
+using namespace brevlin;
+
+namespace {
+
+constexpr int rounds = 6;
+constexpr int stepInterval = 400; // milliseconds; longer than every motion
+constexpr int revealDelay = 55;
+
+CapsuleContent timerContent(bool isCompact, bool isRevealed)
+{
+    CapsuleContent content;
+    content.runState = TimerRunState::running;
+    content.clockText = "24:59";
+    content.endTimeText = "10:25";
+    content.cycleSummaryText = "循环第 1/4 阶段";
+    content.progress = 0.4;
+    content.showsCompactTimer = isCompact;
+    content.revealsExpandedTimerContent = isRevealed;
+    content.showsProgressBorder = true;
+    return content;
+}
+
+CapsuleContent islandContent()
+{
+    CapsuleContent content = timerContent(false, false);
+    content.runState = TimerRunState::ringing;
+    content.phase = TimerPhase::shortBreak;
+    content.showsCompletion = true;
+    return content;
+}
+
+class MeasuringApplication final : public QApplication
+{
+public:
+    using QApplication::QApplication;
+
+    double longest() const { return static_cast<double>(m_longest) / 1e6; }
+    void startMeasuring()
+    {
+        m_clock.start();
+        m_stretchStart = 0;
+        m_lastEnd = 0;
+        m_measures = true;
+    }
+
+    bool notify(QObject* receiver, QEvent* event) override
+    {
+        if (!m_measures || m_depth > 0) {
+            return QApplication::notify(receiver, event);
+        }
+        constexpr qint64 pause = 500'000; // nanoseconds
+        const qint64 start = m_clock.nsecsElapsed();
+        if (start - m_lastEnd > pause) {
+            m_stretchStart = start;
+        }
+        ++m_depth;
+        const bool result = QApplication::notify(receiver, event);
+        --m_depth;
+        m_lastEnd = m_clock.nsecsElapsed();
+        m_longest = std::max(m_longest, m_lastEnd - m_stretchStart);
+        return result;
+    }
+
+private:
+    QElapsedTimer m_clock;
+    qint64 m_stretchStart = 0;
+    qint64 m_lastEnd = 0;
+    qint64 m_longest = 0;
+    int m_depth = 0;
+    bool m_measures = false;
+};
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    MeasuringApplication application(argc, argv);
+    QApplication::setStyle(new BrevlinStyle);
+    QApplication::setPalette(Theme::palette(ColorScheme::light));
+    X11PanelSystem system;
+    QtTaskScheduler scheduler;
+    test::MemoryUserDefaults defaults;
+    TopPanelPositionStore store(defaults);
+    TopPanelController panel(system, scheduler, store);
+    const auto circle = CapsuleLayouts::capsule(CapsuleLayouts::circleDiameter, HorizontalAnchor::leading);
+    const auto wide = CapsuleLayouts::capsule(CapsuleLayouts::expandedTimerWidth, HorizontalAnchor::leading);
+    panel.show(timerContent(true, false), circle);
+
+    int step = 0;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, &application, [&] {
+        // The first round loads fonts and symbols, which the running program has done when it started.
+        if (step == 4) {
+            application.startMeasuring();
+        }
+        switch (step++ % 4) {
+        case 0:
+            panel.update(timerContent(false, false), wide);
+            QTimer::singleShot(revealDelay, &application,
+                               [&] { panel.update(timerContent(false, true), wide); });
+            break;
+        case 1:
+            panel.update(timerContent(true, false), circle);
+            break;
+        case 2:
+            panel.update(islandContent(), CapsuleLayouts::island);
+            break;
+        case 3:
+            panel.update(timerContent(true, false), circle);
+            break;
+        }
+        if (step > 4 * rounds) {
+            std::printf("%.3f\n", application.longest());
+            QApplication::exit();
+        }
+    });
+    timer.start(stepInterval);
+    return QApplication::exec();
+}

@@ -1,0 +1,175 @@
+#include "platform/freedesktop/status/status_notifier_host.h"
+
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusServiceWatcher>
+#include <QDBusVariant>
+
+#include <array>
+#include <utility>
+
+namespace brevlin {
+
+namespace {
+
+const QString watcherService = QStringLiteral("org.kde.StatusNotifierWatcher");
+const QString watcherPath = QStringLiteral("/StatusNotifierWatcher");
+const QString busService = QStringLiteral("org.freedesktop.DBus");
+const QString busPath = QStringLiteral("/org/freedesktop/DBus");
+
+// Some collectors own their name before their object answers.
+constexpr int attempts = 5;
+constexpr Seconds attemptInterval{1.0};
+
+// GNOME Shell through its AppIndicator extension, and the services of Ayatana's and Unity's indicators.
+constexpr std::array namesOfLabelHosts{"org.gnome.Shell", "org.ayatana.indicator.application",
+                                       "com.canonical.indicator.application"};
+
+QDBusMessage busCall(const char* method, const QVariantList& arguments)
+{
+    QDBusMessage message =
+        QDBusMessage::createMethodCall(busService, busPath, busService, QString::fromLatin1(method));
+    message.setArguments(arguments);
+    return message;
+}
+
+QDBusMessage watcherCall(const QString& interface, const char* method, const QVariantList& arguments)
+{
+    QDBusMessage message =
+        QDBusMessage::createMethodCall(watcherService, watcherPath, interface, QString::fromLatin1(method));
+    message.setArguments(arguments);
+    message.setAutoStartService(false);
+    return message;
+}
+
+bool isError(const QDBusMessage& message)
+{
+    return message.type() == QDBusMessage::ErrorMessage;
+}
+
+} // namespace
+
+StatusNotifierHost::StatusNotifierHost(TaskScheduler& scheduler, QObject* parent)
+    : QObject(parent)
+    , m_scheduler(scheduler)
+    , m_name(QStringLiteral("org.kde.StatusNotifierItem-%1-1").arg(QCoreApplication::applicationPid()))
+{
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) {
+        m_isAbsent = true;
+        return;
+    }
+    auto* watcher =
+        new QDBusServiceWatcher(watcherService, bus, QDBusServiceWatcher::WatchForOwnerChange, this);
+    connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
+            [this](const QString& /*name*/, const QString& /*oldOwner*/, const QString& newOwner) {
+                ownerChanged(newOwner);
+            });
+    for (const char* signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"}) {
+        bus.connect(watcherService, watcherPath, watcherService, QString::fromLatin1(signal), this,
+                    SLOT(readHost()));
+    }
+    requestName();
+    call(busCall("GetNameOwner", {watcherService}), [this](const QDBusMessage& answer) {
+        if (m_owner.isEmpty()) { // a change that came meanwhile knows better
+            ownerChanged(isError(answer) ? QString() : answer.arguments().value(0).toString());
+        }
+    });
+}
+
+void StatusNotifierHost::requestName()
+{
+    constexpr uint doNotQueue = 4;
+    call(busCall("RequestName", {m_name, doNotQueue}), [this](const QDBusMessage& answer) {
+        m_hasName = !isError(answer);
+        if (!m_owner.isEmpty()) {
+            registerItem(attempts);
+        }
+    });
+}
+
+void StatusNotifierHost::ownerChanged(const QString& owner)
+{
+    m_owner = owner;
+    m_nextAttempt.reset();
+    if (std::exchange(m_showsLabels, false)) {
+        Q_EMIT changed();
+    }
+    if (owner.isEmpty()) {
+        setAbsent(true);
+        return;
+    }
+    registerItem(attempts);
+    readHost();
+    readKnownNames();
+}
+
+void StatusNotifierHost::registerItem(int attemptsLeft)
+{
+    if (!m_hasName) {
+        return; // the name's arrival registers it
+    }
+    call(watcherCall(watcherService, "RegisterStatusNotifierItem", {m_name}),
+         [this, attemptsLeft, asked = m_owner](const QDBusMessage& answer) {
+             if (isError(answer) && attemptsLeft > 1 && asked == m_owner) {
+                 m_nextAttempt = m_scheduler.after(attemptInterval,
+                                                   [this, attemptsLeft] { registerItem(attemptsLeft - 1); });
+             }
+         });
+}
+
+void StatusNotifierHost::readHost()
+{
+    call(watcherCall(QStringLiteral("org.freedesktop.DBus.Properties"), "Get",
+                     {watcherService, QStringLiteral("IsStatusNotifierHostRegistered")}),
+         [this, asked = m_owner](const QDBusMessage& answer) {
+             if (asked != m_owner || m_owner.isEmpty()) {
+                 return;
+             }
+             const auto value = answer.arguments().value(0).value<QDBusVariant>().variant();
+             setAbsent(!isError(answer) && !value.toBool());
+         });
+}
+
+// Of processes, not of connections: Ayatana's service has a connection for each of its names.
+void StatusNotifierHost::readKnownNames()
+{
+    const char* method = "GetConnectionUnixProcessID";
+    call(busCall(method, {watcherService}), [this, method, asked = m_owner](const QDBusMessage& collector) {
+        for (const char* name : namesOfLabelHosts) {
+            call(busCall(method, {QString::fromLatin1(name)}), [this, asked,
+                                                                collector](const QDBusMessage& answer) {
+                if (!isError(answer) && asked == m_owner && answer.arguments() == collector.arguments()) {
+                    labelAsked();
+                }
+            });
+        }
+    });
+}
+
+void StatusNotifierHost::labelAsked()
+{
+    if (!m_owner.isEmpty() && !std::exchange(m_showsLabels, true)) {
+        Q_EMIT changed();
+    }
+}
+
+void StatusNotifierHost::setAbsent(bool isAbsent)
+{
+    if (std::exchange(m_isAbsent, isAbsent) != isAbsent) {
+        Q_EMIT changed();
+    }
+}
+
+void StatusNotifierHost::call(const QDBusMessage& message, std::function<void(const QDBusMessage&)> answered)
+{
+    auto* watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(message), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, answered = std::move(answered)] {
+        watcher->deleteLater();
+        answered(watcher->reply());
+    });
+}
+
+} // namespace brevlin

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "platform/task_scheduler.h"
+
+#include <QObject>
+#include <QString>
+
+#include <functional>
+
+class QDBusMessage;
+
+namespace brevlin {
+
+/// The desktop's side of StatusNotifierItem: makes the item known to whoever collects such items, now and
+/// whenever another comes, and learns what is shown there. No call waits.
+class StatusNotifierHost final : public QObject
+{
+    Q_OBJECT
+
+public:
+    StatusNotifierHost(TaskScheduler& scheduler, QObject* parent = nullptr);
+
+    /// Nobody shows such items, as far as the bus has answered.
+    bool isAbsent() const { return m_isAbsent; }
+    /// Whether the label is shown beside the picture. Nothing in the protocol says so. The desktops that do
+    /// are known by the names that the collector of the items also has on the bus; of any other it is
+    /// believed once the label was asked for by itself, which a host does that follows the label's signal.
+    bool showsLabels() const { return m_showsLabels; }
+    void labelAsked();
+
+Q_SIGNALS:
+    void changed();
+
+private Q_SLOTS:
+    void readHost();
+
+private:
+    void ownerChanged(const QString& owner);
+    void requestName();
+    void registerItem(int attemptsLeft);
+    void readKnownNames();
+    void setAbsent(bool isAbsent);
+    void call(const QDBusMessage& message, std::function<void(const QDBusMessage&)> answered);
+
+    TaskScheduler& m_scheduler;
+    QString m_name;  // of the item's service
+    QString m_owner; // of the collector's name; empty while there is none
+    bool m_hasName = false;
+    bool m_isAbsent = false;
+    bool m_showsLabels = false;
+    TaskHandle m_nextAttempt;
+};
+
+} // namespace brevlin

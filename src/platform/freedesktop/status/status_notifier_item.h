@@ -1,0 +1,49 @@
+#pragma once
+
+#include "platform/freedesktop/status/status_bus_object.h"
+#include "platform/status_item.h"
+
+#include <functional>
+
+namespace brevlin {
+
+/// The item as hosts see it (https://www.freedesktop.org/wiki/Specifications/StatusNotifierItem/), with the
+/// label that Ayatana's hosts show beside the picture. Where the label is shown, the picture is without the
+/// clock. A second costs one signal: of the label where it is shown, else of the tool tip.
+class StatusNotifierItem final : public StatusBusObject
+{
+    Q_OBJECT
+
+public:
+    static const QString path;
+    static const QString menuPath;
+
+    StatusNotifierItem();
+
+    void setPictures(const StatusPictures& pictures);
+    void setTexts(const StatusTexts& texts);
+    void setShowsLabel(bool showsLabel);
+
+Q_SIGNALS:
+    void activated(int x, int y);
+    void menuRequested(int x, int y);
+    /// Somebody asked for the label alone: whoever does so again and again shows it.
+    void labelAsked();
+
+protected:
+    QVariantMap properties() const override;
+    void propertyAsked(const QString& name) override;
+    std::optional<QVariantList> answer(const QString& method, const QVariantList& arguments) override;
+
+private:
+    QString label() const;
+    QString labelGuide() const;
+    void emitLabel();
+
+    StatusPictures m_pictures;
+    StatusTexts m_texts;
+    bool m_showsLabel = false;
+    bool m_titleIsOld = false; // the host's, which is renewed together with the picture
+};
+
+} // namespace brevlin

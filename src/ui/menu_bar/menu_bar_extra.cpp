@@ -1,0 +1,101 @@
+#include "ui/menu_bar/menu_bar_extra.h"
+
+#include "app/app_model.h"
+#include "platform/window_system.h"
+#include "ui/menu_bar/menu_bar_panel.h"
+#include "ui/menu_bar/menu_bar_texts.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QScreen>
+
+#include <cmath>
+
+namespace brevlin {
+
+namespace {
+
+MenuBarPictureContent pictureContent(const AppModel& model)
+{
+    const TimerSnapshot& snapshot = model.snapshot();
+    MenuBarPictureContent content{snapshot.phase, std::nullopt, snapshot.runState == TimerRunState::paused};
+    if (snapshot.runState != TimerRunState::idle) {
+        // Rounded up, as the clock is: the last minute is 1, and 0 says that the time is over.
+        content.minutes = static_cast<std::int64_t>(std::ceil(model.remainingSeconds().count() / 60.0));
+    }
+    return content;
+}
+
+/// The point on the screen that a host means. Some have none to give, and some give points where others give
+/// native pixels: where that differs, the pointer that clicked tells.
+QPoint anchorPoint(int x, int y)
+{
+    const bool isGiven = x != 0 || y != 0;
+    return isGiven && qGuiApp->devicePixelRatio() == 1.0 ? QPoint(x, y) : QCursor::pos();
+}
+
+} // namespace
+
+MenuBarExtra::MenuBarExtra(AppModel& model, SectionSelection& selection, StatusItem& item,
+                           WindowSystem& windowSystem)
+    : m_model(model), m_selection(selection), m_item(item), m_windowSystem(windowSystem)
+{
+    item.setObserver({[this](int x, int y) { togglePanel(anchorPoint(x, y)); },
+                      [this](const std::string& row) {
+                          choose(row);
+                      }});
+    connect(&model, &AppModel::snapshotChanged, this, &MenuBarExtra::refresh);
+    connect(&model, &AppModel::remainingSecondsChanged, this, &MenuBarExtra::refresh);
+    connect(&model, &AppModel::preferencesChanged, this, &MenuBarExtra::refresh);
+    refresh();
+}
+
+MenuBarExtra::~MenuBarExtra()
+{
+    m_item.setObserver({});
+}
+
+void MenuBarExtra::refresh()
+{
+    const MenuBarPictureContent picture = pictureContent(m_model);
+    if (m_shownPicture != picture) {
+        m_shownPicture = picture;
+        m_item.setPictures(menuBarPictures(picture));
+    }
+    m_item.setTexts(menuBarTexts(m_model));
+    m_item.setMenu(menuBarRows(m_model));
+}
+
+void MenuBarExtra::togglePanel(const QPoint& anchor)
+{
+    if (!m_panel) {
+        m_panel = std::make_unique<MenuBarPanel>(m_model, m_windowSystem);
+        connect(m_panel.get(), &MenuBarPanel::sectionRequested, this, &MenuBarExtra::openMainWindow);
+        // What comes to the front then is not to lie behind the panel.
+        connect(&m_model, &AppModel::mainWindowActivationRequested, m_panel.get(), &QWidget::hide);
+        connect(&m_model, &AppModel::appMessageChanged, m_panel.get(), &QWidget::hide);
+    }
+    m_panel->toggle(anchor);
+}
+
+void MenuBarExtra::choose(const std::string& row)
+{
+    if (row == openPanelRow) {
+        togglePanel(QCursor::pos());
+    } else if (row == primaryActionRow) {
+        m_model.performPrimaryAction();
+    } else if (row == quitRow) {
+        Q_EMIT quitRequested();
+    } else if (const auto section = fromRawValue<AppSection>(row)) {
+        openMainWindow(*section);
+    }
+}
+
+void MenuBarExtra::openMainWindow(AppSection section)
+{
+    m_selection.select(section);
+    // Once the panel has let go of the keyboard.
+    QMetaObject::invokeMethod(&m_model, &AppModel::activateMainWindow, Qt::QueuedConnection);
+}
+
+} // namespace brevlin

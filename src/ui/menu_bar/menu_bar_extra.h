@@ -1,0 +1,45 @@
+#pragma once
+
+#include "app/app_section.h"
+#include "ui/menu_bar/menu_bar_pictures.h"
+
+#include <QObject>
+
+#include <memory>
+#include <string>
+
+namespace brevlin {
+
+class AppModel;
+class MenuBarPanel;
+class StatusItem;
+class WindowSystem;
+
+/// Keeps the status item showing the timer, opens its panel and carries out its menu. The item gets a value
+/// only when it differs from the one before.
+class MenuBarExtra final : public QObject
+{
+    Q_OBJECT
+
+public:
+    MenuBarExtra(AppModel& model, SectionSelection& selection, StatusItem& item, WindowSystem& windowSystem);
+    ~MenuBarExtra() override;
+
+Q_SIGNALS:
+    void quitRequested();
+
+private:
+    void refresh();
+    void togglePanel(const QPoint& anchor);
+    void choose(const std::string& row);
+    void openMainWindow(AppSection section);
+
+    AppModel& m_model;
+    SectionSelection& m_selection;
+    StatusItem& m_item;
+    WindowSystem& m_windowSystem;
+    std::optional<MenuBarPictureContent> m_shownPicture;
+    std::unique_ptr<MenuBarPanel> m_panel; // made when it is first opened
+};
+
+} // namespace brevlin

@@ -1,0 +1,80 @@
+#include "ui/screens/history/history_days.h"
+
+#include "app/time_text.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace brevlin {
+
+namespace {
+
+Seconds focusOf(const SessionRecord& record)
+{
+    const bool counts = record.phase() == TimerPhase::focus && record.effectiveDuration > Seconds{0.0};
+    return counts ? record.effectiveDuration : Seconds{0.0};
+}
+
+} // namespace
+
+HistoryDays::HistoryDays(const std::vector<SessionRecord>& records, const Calendar& calendar)
+{
+    std::vector<LocalDay> days;
+    days.reserve(records.size());
+    for (const SessionRecord& record : records) {
+        days.push_back(calendar.localDay(record.endedAt));
+    }
+    // A zone that moved across the date line shows a date twice.
+    if (!std::is_sorted(days.begin(), days.end(), std::greater<>{})) {
+        m_order.resize(records.size());
+        std::iota(m_order.begin(), m_order.end(), 0U);
+        std::stable_sort(m_order.begin(), m_order.end(),
+                         [&](std::uint32_t a, std::uint32_t b) { return days[a] > days[b]; });
+    }
+    for (std::size_t row = 0; row < records.size(); ++row) {
+        const std::size_t index = recordIndex(row);
+        if (m_days.empty() || m_days.back().day != days[index]) {
+            m_days.push_back({days[index], row, 0, Seconds{0.0}});
+        }
+        ++m_days.back().count;
+        m_days.back().focus += focusOf(records[index]);
+    }
+}
+
+TimerPhase shownPhase(const SessionRecord& record)
+{
+    return record.phase().value_or(TimerPhase::shortBreak);
+}
+
+SessionOutcome shownOutcome(const SessionRecord& record)
+{
+    return record.outcome().value_or(SessionOutcome::skipped);
+}
+
+HistoryRowTexts historyRowTexts(const SessionRecord& record, const Calendar& calendar, AppLanguage language)
+{
+    constexpr std::string_view shortTime = "jm";
+    return {
+        std::string{title(shownPhase(record), language)}, std::string{title(shownOutcome(record), language)},
+        TimeText::duration(record.effectiveDuration, language),
+        calendar.text(shortTime, record.actualStartAt) + " ～ " + calendar.text(shortTime, record.endedAt)};
+}
+
+std::string historyDateText(const HistoryDay& day, const Calendar& calendar)
+{
+    return calendar.text("yMMMdEEEE", calendar.start(day.day));
+}
+
+std::string historySummaryText(const HistoryDay& day, AppLanguage language)
+{
+    const std::string focus = TimeText::duration(day.focus, language);
+    return language == AppLanguage::english ? std::to_string(day.count) + " entries · " + focus + " focus"
+                                            : std::to_string(day.count) + " 条 · 专注 " + focus;
+}
+
+std::string spokenHistoryRow(const HistoryRowTexts& texts)
+{
+    return texts.phase + ", " + texts.outcome + ", " + texts.duration + ", " + texts.timeRange;
+}
+
+} // namespace brevlin

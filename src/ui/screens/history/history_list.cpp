@@ -1,0 +1,326 @@
+#include "ui/screens/history/history_list.h"
+
+#include "app/app_model.h"
+#include "ui/screens/history/history_list_accessible.h"
+#include "ui/style/card_surface.h"
+#include "ui/style/scroll_view.h"
+#include "ui/style/text.h"
+
+#include <QContextMenuEvent>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPainter>
+
+#include <algorithm>
+#include <utility>
+
+namespace brevlin {
+
+namespace {
+
+constexpr int sidePadding = 24;
+constexpr int scrollStep = 24;
+constexpr BilingualText deleteText{"删除记录", "Delete"};
+constexpr BilingualText listName{"记录", "History"};
+
+Calendar calendarOf(const AppModel& model)
+{
+    return {model.calendar().timeZoneIdentifier(), std::string{localeIdentifier(model.language())}};
+}
+
+} // namespace
+
+HistoryList::HistoryList(AppModel& model, QWidget* parent)
+    : QAbstractScrollArea(parent), m_model(model), m_calendar(calendarOf(model))
+{
+    installHistoryAccessibility();
+    setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::StrongFocus);
+    setVerticalScrollBar(new SlimScrollBar(Qt::Vertical, this));
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    viewport()->setAutoFillBackground(false);
+    viewport()->setMouseTracking(true);
+    verticalScrollBar()->setSingleStep(scrollStep);
+    refresh();
+}
+
+void HistoryList::refresh()
+{
+    m_calendar = calendarOf(m_model);
+    m_layout = HistoryLayout(HistoryDays(m_model.sessions(), m_calendar));
+    setAccessibleName(qtText(listName.in(m_model.language())));
+    m_hoveredRow.reset();
+    const auto before = m_anchor;
+    updateScrollRange();
+    if (m_currentRow) {
+        // The row of a record that was deleted goes to the one that has moved up.
+        const auto same = rowOf(m_currentRecord);
+        m_currentRow =
+            same || rowCount() == 0 ? same : std::optional{std::min(*m_currentRow, rowCount() - 1)};
+        if (m_currentRow) {
+            m_currentRecord = record(*m_currentRow).id;
+        }
+    }
+    // At the top what is new comes into view; anywhere else nothing moves under the reader's eyes.
+    const auto row = before && verticalScrollBar()->value() > 0 ? rowOf(before->record) : std::nullopt;
+    if (row) {
+        verticalScrollBar()->setValue(m_layout.rowTop(*row) - before->distance);
+    }
+    rememberAnchor();
+    viewport()->update();
+}
+
+void HistoryList::updateScrollRange()
+{
+    verticalScrollBar()->setRange(0, std::max(0, m_layout.height() - viewport()->height()));
+    verticalScrollBar()->setPageStep(viewport()->height());
+}
+
+const SessionRecord& HistoryList::record(std::size_t row) const
+{
+    return m_model.sessions()[m_layout.recordIndex(row)];
+}
+
+QRect HistoryList::rowRect(std::size_t row) const
+{
+    return {sidePadding, m_layout.rowTop(row) - verticalScrollBar()->value(),
+            viewport()->width() - 2 * sidePadding, HistoryLayout::rowHeight};
+}
+
+std::optional<std::size_t> HistoryList::rowAt(const QPoint& position) const
+{
+    const bool isOnCard = position.x() >= sidePadding && position.x() < viewport()->width() - sidePadding;
+    return isOnCard ? m_layout.rowAt(position.y() + verticalScrollBar()->value()) : std::nullopt;
+}
+
+std::optional<std::size_t> HistoryList::rowOf(const Uuid& id) const
+{
+    for (std::size_t row = 0; row < rowCount(); ++row) {
+        if (record(row).id == id) {
+            return row;
+        }
+    }
+    return std::nullopt;
+}
+
+// The model's list changes as a whole, and only the identifiers tell afterwards what was where.
+void HistoryList::rememberAnchor()
+{
+    const int top = verticalScrollBar()->value();
+    const auto row = m_layout.firstRowBelow(top);
+    m_anchor = row ? std::optional{Anchor{record(*row).id, m_layout.rowTop(*row) - top}} : std::nullopt;
+}
+
+void HistoryList::scrollContentsBy(int /*dx*/, int /*dy*/)
+{
+    rememberAnchor();
+    setHoveredRow(rowAt(viewport()->mapFromGlobal(QCursor::pos())));
+    viewport()->update();
+}
+
+void HistoryList::showRow(std::size_t row)
+{
+    const QRect place = rowRect(row);
+    constexpr int margin = HistoryLayout::headerHeight;
+    if (place.top() < margin) {
+        verticalScrollBar()->setValue(verticalScrollBar()->value() + place.top() - margin);
+    } else if (place.bottom() > viewport()->height()) {
+        verticalScrollBar()->setValue(verticalScrollBar()->value() + place.bottom() - viewport()->height() +
+                                      HistoryLayout::bottomPadding / 2);
+    }
+}
+
+void HistoryList::setCurrentRow(std::size_t row)
+{
+    m_currentRow = row;
+    m_currentRecord = record(row).id;
+    showRow(row);
+    viewport()->update();
+    tellFocusedHistoryRow(*this, row);
+}
+
+void HistoryList::setHoveredRow(std::optional<std::size_t> row)
+{
+    if (std::exchange(m_hoveredRow, row) != row) {
+        viewport()->update();
+    }
+}
+
+QString HistoryList::spokenText(std::size_t row) const
+{
+    return qtText(spokenHistoryRow(historyRowTexts(record(row), m_calendar, m_model.language())));
+}
+
+void HistoryList::paintEvent(QPaintEvent* event)
+{
+    QPainter painter(viewport());
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRect visible = event->rect();
+    const int top = verticalScrollBar()->value() + visible.top();
+    const int bottom = verticalScrollBar()->value() + visible.bottom() + HistoryLayout::cardSpacing;
+    for (std::size_t day = m_layout.firstDayBelow(top);
+         day < m_layout.days().size() && m_layout.cardTop(day) <= bottom; ++day) {
+        paintDay(painter, day, visible);
+    }
+}
+
+void HistoryList::paintDay(QPainter& painter, std::size_t index, const QRect& visible)
+{
+    const Theme theme = Theme::of(*this);
+    const HistoryDay& day = m_layout.days()[index];
+    const QRect card(sidePadding, m_layout.cardTop(index) - verticalScrollBar()->value(),
+                     viewport()->width() - 2 * sidePadding, m_layout.cardHeight(index));
+    HistoryPainter::paintCard(painter, card, visible, theme);
+    const QRect header(card.topLeft(), QSize(card.width(), HistoryLayout::headerHeight));
+    if (header.intersects(visible)) {
+        m_painter.paintHeader(painter, header, qtText(historyDateText(day, m_calendar)),
+                              qtText(historySummaryText(day, m_model.language())), theme);
+    }
+    const int above = std::max(0, visible.top() - header.bottom()) / HistoryLayout::rowHeight;
+    for (auto within = static_cast<std::size_t>(above); within < day.count; ++within) {
+        const std::size_t row = day.first + within;
+        const QRect place = rowRect(row);
+        if (place.top() > visible.bottom()) {
+            break;
+        }
+        const HistoryRowState state{row == m_hoveredRow, row == m_menuRow,
+                                    row == m_currentRow && m_keyboardFocus.isShown(),
+                                    within + 1 == day.count};
+        m_painter.paintRow(painter, place, record(row),
+                           historyRowTexts(record(row), m_calendar, m_model.language()), state, theme);
+    }
+}
+
+void HistoryList::resizeEvent(QResizeEvent* event)
+{
+    QAbstractScrollArea::resizeEvent(event);
+    updateScrollRange();
+    rememberAnchor();
+}
+
+bool HistoryList::viewportEvent(QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::MouseMove:
+        setHoveredRow(rowAt(static_cast<QMouseEvent*>(event)->position().toPoint()));
+        break;
+    case QEvent::Leave:
+        setHoveredRow(std::nullopt);
+        break;
+    case QEvent::MouseButtonPress:
+        if (const auto row = rowAt(static_cast<QMouseEvent*>(event)->position().toPoint())) {
+            m_currentRow = row;
+            m_currentRecord = record(*row).id;
+        }
+        break;
+    default:
+        break;
+    }
+    return QAbstractScrollArea::viewportEvent(event);
+}
+
+void HistoryList::keyPressEvent(QKeyEvent* event)
+{
+    if (rowCount() == 0) {
+        QAbstractScrollArea::keyPressEvent(event);
+        return;
+    }
+    const std::size_t last = rowCount() - 1;
+    const auto page =
+        static_cast<std::size_t>(std::max(1, viewport()->height() / HistoryLayout::rowHeight - 1));
+    const std::size_t row = m_currentRow.value_or(0);
+    const bool isMenuKey = event->key() == Qt::Key_Menu ||
+                           (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier);
+    if (isMenuKey) {
+        showRow(row);
+        openMenu(row, viewport()->mapToGlobal(rowRect(row).center()));
+        return;
+    }
+    switch (event->key()) {
+    case Qt::Key_Down:
+        setCurrentRow(m_currentRow ? std::min(row + 1, last) : 0);
+        break;
+    case Qt::Key_Up:
+        setCurrentRow(row > 0 ? row - 1 : 0);
+        break;
+    case Qt::Key_PageDown:
+        setCurrentRow(std::min(row + page, last));
+        break;
+    case Qt::Key_PageUp:
+        setCurrentRow(row > page ? row - page : 0);
+        break;
+    case Qt::Key_Home:
+        setCurrentRow(0);
+        verticalScrollBar()->setValue(0);
+        break;
+    case Qt::Key_End:
+        setCurrentRow(last);
+        break;
+    case Qt::Key_Delete:
+        if (m_currentRow) {
+            deleteRow(row);
+        }
+        break;
+    default:
+        QAbstractScrollArea::keyPressEvent(event);
+    }
+}
+
+// From the menu key Qt sends this event too; that key is served with the row's own place above.
+void HistoryList::contextMenuEvent(QContextMenuEvent* event)
+{
+    if (event->reason() != QContextMenuEvent::Mouse) {
+        return;
+    }
+    if (const auto row = rowAt(viewport()->mapFromGlobal(event->globalPos()))) {
+        openMenu(*row, event->globalPos());
+    }
+}
+
+void HistoryList::openMenu(std::size_t row, const QPoint& globalPosition)
+{
+    setCurrentRow(row);
+    m_menuRow = row;
+    viewport()->update();
+    auto* menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    // The list may change while the menu is open.
+    connect(menu->addAction(qtText(deleteText.in(m_model.language()))), &QAction::triggered, this,
+            [this, id = record(row).id] {
+                if (const auto now = rowOf(id)) {
+                    deleteRow(*now);
+                }
+            });
+    connect(menu, &QMenu::aboutToHide, this, [this] {
+        m_menuRow.reset();
+        viewport()->update();
+    });
+    menu->popup(globalPosition);
+}
+
+void HistoryList::deleteRow(std::size_t row)
+{
+    // A copy: the record is gone from the model's list before the command returns.
+    const SessionRecord deleted = record(row);
+    m_model.deleteSession(deleted);
+}
+
+void HistoryList::focusInEvent(QFocusEvent* event)
+{
+    QAbstractScrollArea::focusInEvent(event);
+    m_keyboardFocus.focusGained(*event);
+    if (m_keyboardFocus.isShown() && !m_currentRow && rowCount() > 0) {
+        setCurrentRow(0);
+    }
+    viewport()->update();
+}
+
+void HistoryList::focusOutEvent(QFocusEvent* event)
+{
+    QAbstractScrollArea::focusOutEvent(event);
+    m_keyboardFocus.focusLost(*event);
+    viewport()->update();
+}
+
+} // namespace brevlin

@@ -1,0 +1,177 @@
+#include "support/memory_user_defaults.h"
+#include "ui/capsule/panel_placement.h"
+#include "ui/capsule/panel_screens.h"
+#include "ui/capsule/panel_shape.h"
+
+#include <gtest/gtest.h>
+
+namespace brevlin {
+namespace {
+
+using Edge = FloatingPanelSystem::Edge;
+
+constexpr auto circle = CapsuleLayouts::capsule(50, HorizontalAnchor::center);
+
+const PanelScreen left{7, {0, 0, 1280, 900}, {0, 30, 1280, 840}};
+const PanelScreen right{9, {1280, 100, 1024, 768}, {1280, 100, 1024, 768}};
+
+struct Placed
+{
+    test::MemoryUserDefaults defaults;
+    TopPanelPositionStore store{defaults};
+    PanelPlacement placement{store};
+
+    Placed() { placement.setScreens({{left, right}, 0}); }
+
+    std::optional<PanelFrame> drag(double x, double y)
+    {
+        placement.beginDrag(*placement.place(circle));
+        placement.dragBy(x / 2, y / 2);
+        placement.dragBy(x, y);
+        return placement.finishDrag();
+    }
+};
+
+TEST(PanelPlacement, a_place_nobody_chose_follows_the_desktops_panels)
+{
+    Placed placed;
+    EXPECT_EQ(placed.placement.place(circle), (PanelFrame{615, 812, 50, 50}));
+    PanelScreen withPanel = left;
+    withPanel.visibleFrame.height -= 40;
+    placed.placement.setScreens({{withPanel}, 0});
+    EXPECT_EQ(placed.placement.place(circle), (PanelFrame{615, 772, 50, 50}));
+    // A chosen one stays where it is.
+    EXPECT_EQ(placed.drag(0, -100), (PanelFrame{615, 672, 50, 50}));
+    placed.placement.setScreens({{left}, 0});
+    EXPECT_EQ(placed.placement.place(circle), (PanelFrame{615, 672, 50, 50}));
+}
+
+TEST(PanelPlacement, a_drag_snaps_to_a_near_edge_and_is_remembered)
+{
+    struct Case
+    {
+        double x;
+        double y;
+        PanelFrame frame;
+        HorizontalAnchor growing;
+    };
+    for (const Case& c : {Case{-400, -300, {215, 512, 50, 50}, HorizontalAnchor::leading},
+                          {-565, 0, {0, 812, 50, 50}, HorizontalAnchor::leading},  // 50 from the edge
+                          {-564, 0, {51, 812, 50, 50}, HorizontalAnchor::leading}, // 51
+                          {590, 0, {1230, 812, 50, 50}, HorizontalAnchor::trailing},
+                          {-100, 5000, {515, 820, 50, 50}, HorizontalAnchor::leading}, // beyond every screen
+                          {1000, -200, {1615, 612, 50, 50}, HorizontalAnchor::leading}}) {
+        Placed placed;
+        EXPECT_EQ(placed.drag(c.x, c.y), c.frame);
+        EXPECT_EQ(placed.placement.preferredExpansionAnchor(316), c.growing);
+        PanelPlacement afterRestart(placed.store);
+        afterRestart.setScreens({{left, right}, 0});
+        const auto frame = afterRestart.place(circle);
+        ASSERT_TRUE(frame);
+        EXPECT_TRUE(PanelGeometry::framesApproximatelyEqual(*frame, c.frame)) << frame->x << ' ' << frame->y;
+    }
+}
+
+TEST(PanelPlacement, a_capsule_whose_screen_goes_moves_to_the_same_fractions_of_another)
+{
+    Placed placed;
+    placed.drag(1000, -200); // on the right screen: 360 / 1024 and 562 / 768 of it
+    placed.placement.setScreens({{left}, 0});
+    const auto moved = placed.placement.place(circle);
+    ASSERT_TRUE(moved);
+    EXPECT_NEAR(moved->midX(), 1280 * 360.0 / 1024, 0.001);
+    EXPECT_NEAR(moved->maxY(), 30 + 840 * 562.0 / 768, 0.001);
+    placed.placement.setScreens({});
+    EXPECT_EQ(placed.placement.place(circle), std::nullopt);
+    EXPECT_EQ(placed.placement.preferredExpansionAnchor(316), HorizontalAnchor::leading);
+}
+
+TEST(PanelPlacement, the_room_holds_every_layout_at_any_place)
+{
+    for (const PanelPoint by : {PanelPoint{0, 0}, {-615, -5}, {600, -800}, {300, -400}}) {
+        Placed placed;
+        placed.drag(by.x, by.y);
+        const auto room = placed.placement.room();
+        ASSERT_TRUE(room);
+        const auto anchor = placed.placement.preferredExpansionAnchor(350);
+        for (const CapsuleLayout& layout : {circle, CapsuleLayouts::capsule(316, anchor),
+                                            CapsuleLayouts::capsule(350, anchor), CapsuleLayouts::island}) {
+            const auto frame = placed.placement.place(layout);
+            ASSERT_TRUE(frame);
+            EXPECT_GE(frame->x, room->x);
+            EXPECT_LE(frame->maxX(), room->maxX());
+            EXPECT_GE(frame->y, room->y);
+            EXPECT_LE(frame->maxY(), room->maxY());
+        }
+    }
+}
+
+ScreenIdentity monitor(const char* serialNumber, const char* connector)
+{
+    return {QStringLiteral("Maker"), QStringLiteral("Model"), QString::fromLatin1(serialNumber),
+            QString::fromLatin1(connector)};
+}
+
+TEST(PanelScreens, a_monitor_keeps_its_number_at_any_connector)
+{
+    const ScreenIdentity first = monitor("123", "DP-1");
+    const ScreenIdentity second = monitor("124", "DP-2");
+    const ScreenIdentity nameless = monitor("", "DP-3");
+    const auto numbers = displayNumbers({first, second, nameless});
+    EXPECT_EQ(displayNumbers({second, monitor("123", "DP-2")}), (std::vector{numbers[1], numbers[0]}));
+    EXPECT_EQ(displayNumbers({monitor("", "DP-3")}), std::vector{numbers[2]});
+    // Twins are told apart by where they are plugged in.
+    const auto twins = displayNumbers({first, monitor("123", "DP-2")});
+    EXPECT_NE(twins[0], twins[1]);
+    EXPECT_EQ(numbers[0], 3885887966U) << "a number that changes loses everybody's places";
+}
+
+TEST(PanelScreens, the_desktops_panels_are_left_out_on_their_own_screen_only)
+{
+    const ScreenFacts upper{{}, {0, 0, 1000, 800}, {0, 0, 1000, 800}, 1};
+    const ScreenFacts lower{{}, {0, 800, 1000, 800}, {0, 800, 1000, 800}, 1};
+    const ScreenFacts sharp{{}, {0, 0, 1000, 800}, {0, 0, 1000, 800}, 2};
+    struct Case
+    {
+        ScreenFacts screen;
+        FloatingPanelSystem::ReservedArea area;
+        QRect visible;
+    };
+    for (const Case& c : {Case{upper, {Edge::top, {0, 0, 1000, 30}}, {0, 30, 1000, 770}},
+                          {lower, {Edge::top, {0, 0, 1000, 30}}, {0, 800, 1000, 800}},
+                          // At the top of the lower screen, measured from the top of the desktop.
+                          {lower, {Edge::top, {0, 0, 1000, 830}}, {0, 830, 1000, 770}},
+                          {upper, {Edge::top, {0, 0, 1000, 830}}, {0, 0, 1000, 800}},
+                          {lower, {Edge::bottom, {0, 1560, 1000, 40}}, {0, 800, 1000, 760}},
+                          {upper, {Edge::left, {0, 0, 60, 800}}, {60, 0, 940, 800}},
+                          {lower, {Edge::left, {0, 0, 60, 800}}, {0, 800, 1000, 800}},
+                          {sharp, {Edge::right, {1940, 0, 60, 1600}}, {0, 0, 970, 800}}}) {
+        EXPECT_EQ(visibleGeometry(c.screen, {c.area}), c.visible);
+    }
+}
+
+TEST(PanelScreens, coordinates_turn_over_and_back)
+{
+    const QRect primary(0, 0, 1280, 900);
+    EXPECT_EQ(fromQt({615, 8, 50, 50}, primary), (PanelFrame{615, 842, 50, 50}));
+    for (const QRect& rect :
+         {QRect{615, 8, 50, 50}, QRect{-400, -120, 316, 50}, QRect{2000, 1100, 460, 126}}) {
+        EXPECT_EQ(toQt(fromQt(rect, primary), primary), rect);
+    }
+}
+
+TEST(PanelShape, a_soft_edge_keeps_what_a_hard_one_cuts_and_both_spare_the_corners)
+{
+    for (const QSize& size : {QSize(50, 50), QSize(316, 50), QSize(460, 126)}) {
+        const QRegion hard = roundedRegion(size, 30, ShapeEdge::hard);
+        const QRegion soft = roundedRegion(size, 30, ShapeEdge::soft);
+        EXPECT_EQ(soft.united(hard), soft);
+        EXPECT_NE(soft, hard);
+        EXPECT_EQ(soft.boundingRect(), QRect(QPoint(), size));
+        EXPECT_EQ(hard.boundingRect(), QRect(QPoint(), size));
+        EXPECT_FALSE(soft.contains(QPoint(1, 1)));
+    }
+}
+
+} // namespace
+} // namespace brevlin

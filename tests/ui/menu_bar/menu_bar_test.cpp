@@ -1,0 +1,135 @@
+#include "app/model_fixture.h"
+#include "platform/window_system.h"
+#include "storage/main_window_store.h"
+#include "support/fake_status_item.h"
+#include "ui/menu_bar/menu_bar_extra.h"
+#include "ui/menu_bar/menu_bar_panel.h"
+#include "ui/menu_bar/panel_origin.h"
+
+#include <QApplication>
+
+namespace brevlin {
+namespace {
+
+class OpaqueWindowSystem final : public WindowSystem
+{
+public:
+    bool supportsShadowMargins() const override { return false; }
+    void setSupportChangeHandler(std::function<void()> /*handler*/) override {}
+    bool isComposited() const override { return false; }
+    void setShadowMargins(WindowId /*window*/, const Extents& /*extents*/) override {}
+    bool showWindowMenu(WindowId /*window*/, int /*x*/, int /*y*/) override { return false; }
+    void activate(WindowId /*window*/, const std::string& /*token*/) override {}
+};
+
+class MenuBarTest : public test::ModelTest
+{
+protected:
+    MenuBarTest()
+    {
+        launch();
+        m_extra = std::make_unique<MenuBarExtra>(model(), m_selection, item, m_windowSystem);
+    }
+
+    std::string menu() const
+    {
+        std::string text;
+        for (const StatusMenuRow& row : item.rows) {
+            text += row.isSeparator() ? "-" : row.isEnabled ? "[" + row.text + "]" : row.text;
+        }
+        return text;
+    }
+    MenuBarExtra& extra() { return *m_extra; }
+    SectionSelection& selection() { return m_selection; }
+
+    test::FakeStatusItem item;
+
+private:
+    OpaqueWindowSystem m_windowSystem;
+    MainWindowStore m_store{defaults};
+    SectionSelection m_selection{m_store};
+    std::unique_ptr<MenuBarExtra> m_extra;
+};
+
+TEST_F(MenuBarTest, the_item_says_in_words_what_the_timer_does)
+{
+    const std::string sections = "-[History][Statistics][Settings][About]-[Quit Brevlin]";
+    EXPECT_EQ(item.texts.clock, "");
+    EXPECT_EQ(item.texts.title, "Brevlin, Focus, 25:00");
+    EXPECT_EQ(menu(), "Focus · 25:00-[Open Panel][Start Focus]" + sections);
+
+    item.observer.rowChosen("primaryAction");
+    scheduler.advance(Seconds{61});
+    EXPECT_EQ(item.texts.clock, "23:59");
+    EXPECT_EQ(menu(), "Focus · 23:59-[Open Panel][Pause]" + sections);
+
+    item.observer.rowChosen("primaryAction");
+    EXPECT_EQ(item.texts.toolTipDetail, "Focus · 23:59 · Paused");
+    model().setAppLanguage(AppLanguage::simplifiedChinese);
+    EXPECT_EQ(menu(), "专注 · 23:59 · 已暂停-[打开面板][继续]-[记录][统计][设置][关于]-[退出 Brevlin]");
+}
+
+TEST_F(MenuBarTest, the_picture_changes_with_the_minute_and_the_state_only)
+{
+    const StatusPictures idle = item.pictures;
+    EXPECT_EQ(idle.plain, idle.withClock);
+    model().start();
+    EXPECT_EQ(item.pictures.plain, idle.plain);
+    EXPECT_NE(item.pictures.withClock, idle.withClock);
+    for (const StatusPicture& picture : item.pictures.withClock) {
+        EXPECT_EQ(picture.pixels.size(), static_cast<std::size_t>(picture.size * picture.size));
+    }
+    const int before = item.pictureChanges;
+    scheduler.advance(Seconds{59.5}); // from 25 to 24 when the first minute is over, not before
+    EXPECT_EQ(item.pictureChanges, before);
+    scheduler.advance(Seconds{1});
+    EXPECT_EQ(item.pictureChanges, before + 1);
+    model().pause();
+    EXPECT_EQ(item.pictureChanges, before + 2);
+}
+
+TEST_F(MenuBarTest, the_rows_of_the_menu_lead_where_they_say)
+{
+    int activations = 0;
+    int quits = 0;
+    QObject::connect(&model(), &AppModel::mainWindowActivationRequested, &extra(), [&] { ++activations; });
+    QObject::connect(&extra(), &MenuBarExtra::quitRequested, &extra(), [&] { ++quits; });
+    item.observer.rowChosen("about");
+    QApplication::processEvents();
+    EXPECT_EQ(selection().section(), AppSection::about);
+    EXPECT_EQ(activations, 1);
+    item.observer.rowChosen("quit");
+    EXPECT_EQ(quits, 1);
+}
+
+TEST(PanelOrigin, the_panel_lies_beside_its_item_and_inside_the_work_area)
+{
+    const QRect screen(0, 0, 1280, 900);
+    const QRect second(1280, 0, 1000, 800);
+    const QSize size(300, 290);
+    struct Case
+    {
+        const char* name;
+        QPoint anchor;
+        QRect screen;
+        QRect workArea;
+        QPoint origin;
+    };
+    const Case cases[] = {
+        {"top bar", {600, 15}, screen, {0, 30, 1280, 870}, {450, 36}},
+        {"top bar, right corner", {1270, 15}, screen, {0, 30, 1280, 870}, {974, 36}},
+        {"bottom bar", {600, 885}, screen, {0, 0, 1280, 870}, {450, 574}},
+        {"bottom bar, left corner", {5, 885}, screen, {0, 0, 1280, 870}, {6, 574}},
+        {"left bar", {20, 400}, screen, {40, 0, 1240, 900}, {46, 255}},
+        {"right bar", {1260, 400}, screen, {0, 0, 1240, 900}, {934, 255}},
+        {"a bar that the work area does not know", {600, 15}, screen, screen, {450, 31}},
+        {"second screen", {1290, 10}, second, second, {1286, 26}},
+        {"no room", {150, 10}, {0, 0, 200, 200}, {0, 20, 200, 180}, {6, 26}},
+    };
+    for (const Case& each : cases) {
+        EXPECT_EQ(panelOrigin(each.anchor, size, each.screen, each.workArea), each.origin) << each.name;
+    }
+}
+
+} // namespace
+} // namespace brevlin
