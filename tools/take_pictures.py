@@ -106,7 +106,7 @@ def take(state, language, scheme, display, folder, section="timer"):
     write(settings / "Brevlin.preferences.v1.json", {"appLanguage": "english" if language == "en" else "zh-Hans"})
     write(settings / "Brevlin.activeTimerSnapshot.v1.json", snapshot(state))
     (settings / "com.quillmark.brevlin.mainSection.json").write_text(f'"{section}"')
-    records = make_history(2600, 420, time.time(), 7, "UTC") if section in ("history", "statistics") else history()
+    records = make_history(2600, 420, time.time(), 11, "UTC") if section in ("history", "statistics") else history()
     write(home / ".local/share/Brevlin/sessions-v1.json", records)
     environment = {**os.environ, "DISPLAY": display, "HOME": str(home), "XDG_RUNTIME_DIR": str(folder),
                    "LC_ALL": "C.UTF-8", "TZ": "UTC"}

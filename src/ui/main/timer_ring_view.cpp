@@ -2,10 +2,10 @@
 
 #include "app/app_model.h"
 #include "app/time_text.h"
-#include "ui/style/spoken_element.h"
 #include "ui/style/animation.h"
 #include "ui/style/brevlin_mark.h"
 #include "ui/style/numeric_text.h"
+#include "ui/style/spoken_element.h"
 #include "ui/style/text.h"
 #include "ui/style/typography.h"
 

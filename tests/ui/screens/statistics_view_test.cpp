@@ -199,6 +199,21 @@ TEST_F(StatisticsViewTest, keys_move_and_choose_the_period_but_never_beyond_the_
     press(Qt::Key_Left);
     EXPECT_EQ(statistics().interval, thisWeek);
     EXPECT_EQ(chart().currentElement(), 4U);
+    press(Qt::Key_3);
+    for (const auto& [key, element] : {std::pair{Qt::Key_Right, 15U}, // from today, May 9
+                                       {Qt::Key_Down, 16U},
+                                       {Qt::Key_Left, 9U},
+                                       {Qt::Key_Up, 8U},
+                                       {Qt::Key_Left, 1U},
+                                       {Qt::Key_Left, 1U}}) {
+        press(key);
+        EXPECT_EQ(chart().currentElement(), element);
+        EXPECT_TRUE(QAccessible::queryAccessibleInterface(&chart())
+                        ->child(static_cast<int>(element))
+                        ->state()
+                        .focused);
+    }
+    press(Qt::Key_2);
     view->findChildren<Segment*>().at(1)->setFocus(Qt::TabFocusReason);
     press(Qt::Key_Right);
     EXPECT_EQ(statistics().granularity, month);

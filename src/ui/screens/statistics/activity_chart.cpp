@@ -65,6 +65,7 @@ void ActivityChart::show(const ActivityInput& input)
     }
     if (!isSamePeriod) {
         pointAt(std::nullopt);
+        QToolTip::hideText();
         m_current = hasFocus() ? todaysElement(m_picture).value_or(0) : std::optional<std::size_t>{};
         m_scroll = 0;
         if (const auto today = todaysElement(m_picture)) {
@@ -76,6 +77,9 @@ void ActivityChart::show(const ActivityInput& input)
         if (*index && **index >= m_picture.elements.size()) {
             index->reset();
         }
+    }
+    if (m_pointedAt) {
+        showToolTip(*m_pointedAt); // of the new figures
     }
     if (m_current && hasFocus() && !isSamePeriod) {
         announceCurrent();
@@ -114,6 +118,9 @@ QString ActivityChart::spokenText(std::size_t index) const
 
 std::optional<std::size_t> ActivityChart::elementAtPosition(QPointF position) const
 {
+    if (position.x() < m_picture.pinnedWidth) {
+        return std::nullopt;
+    }
     return elementAt(m_picture, position + QPointF(m_scroll, 0));
 }
 
@@ -131,10 +138,11 @@ void ActivityChart::reveal(std::size_t index)
 {
     constexpr double margin = 30; // so that its neighbours are seen, too
     const QRectF shape = m_picture.elements.at(index).shape;
+    const double firstSeen = m_scroll + m_picture.pinnedWidth;
     if (shape.right() + margin > m_scroll + width()) {
         scrollTo(shape.right() + margin - width());
-    } else if (shape.left() - margin < m_scroll) {
-        scrollTo(shape.left() - margin);
+    } else if (shape.left() - margin < firstSeen) {
+        scrollTo(shape.left() - margin - m_picture.pinnedWidth);
     }
 }
 
@@ -150,32 +158,49 @@ bool ActivityChart::event(QEvent* event)
 
 void ActivityChart::paintEvent(QPaintEvent* /*event*/)
 {
-    const Theme theme = Theme::of(*this);
     QPainter painter(this);
     if (m_arrival.value() < 1) {
         painter.setOpacity(1 - m_arrival.value());
-        painter.translate(-m_leavingScroll, 0);
-        paintActivity(painter, m_leaving, theme);
-        painter.translate(m_leavingScroll, 0);
+        paintPeriod(painter, m_leaving, m_leavingScroll);
     }
-    painter.translate(-m_scroll, 0);
     if (m_arrival.value() > 0) {
         painter.setOpacity(m_arrival.value());
-        paintActivity(painter, m_picture, theme);
+        paintPeriod(painter, m_picture, m_scroll);
     }
     painter.setOpacity(1);
+    const Theme theme = Theme::of(*this);
+    clipToMoved(painter, m_picture);
+    painter.translate(-m_scroll, 0);
     if (m_pointedAt) {
         paintPointedAt(painter, m_picture, *m_pointedAt, theme);
     }
     if (m_current && m_keyboardFocus.isShown()) {
         paintFocused(painter, m_picture, *m_current, theme);
     }
-    painter.translate(m_scroll, 0);
-    paintFadingEdges(painter);
+}
+
+void ActivityChart::clipToMoved(QPainter& painter, const ActivityPicture& picture) const
+{
+    constexpr double ringRoom = 3; // for the ring around the first elements
+    const double left = std::max(0.0, picture.pinnedWidth - ringRoom);
+    painter.setClipRect(QRectF(left, 0, width() - left, height()));
+}
+
+void ActivityChart::paintPeriod(QPainter& painter, const ActivityPicture& picture, double scroll) const
+{
+    const Theme theme = Theme::of(*this);
+    painter.save();
+    clipToMoved(painter, picture);
+    painter.translate(-scroll, 0);
+    paintActivity(painter, picture, theme);
+    painter.translate(scroll, 0);
+    paintFadingEdges(painter, picture, scroll);
+    painter.restore();
+    paintPinned(painter, picture, theme);
 }
 
 // What is cut off fades, which says that there is more.
-void ActivityChart::paintFadingEdges(QPainter& painter) const
+void ActivityChart::paintFadingEdges(QPainter& painter, const ActivityPicture& picture, double scroll) const
 {
     constexpr double fadeWidth = 24;
     const QColor panel = Theme::of(*this).color(ThemeColor::panelBackground);
@@ -187,10 +212,11 @@ void ActivityChart::paintFadingEdges(QPainter& painter) const
         gradient.setColorAt(1, clear);
         painter.fillRect(QRectF(std::min(edge, inner), 0, fadeWidth, height()), gradient);
     };
-    if (m_scroll > 0) {
-        fade(0, fadeWidth);
+    if (scroll > 0) {
+        painter.fillRect(QRectF(0, 0, picture.pinnedWidth, height()), panel);
+        fade(picture.pinnedWidth, picture.pinnedWidth + fadeWidth);
     }
-    if (m_picture.size.width() > m_scroll + width() && m_picture.granularity == StatisticsGranularity::year) {
+    if (picture.size.width() > scroll + width()) {
         fade(width(), width() - fadeWidth);
     }
 }
@@ -227,7 +253,7 @@ void ActivityChart::pointAt(std::optional<std::size_t> index)
     }
     m_pointedAt = index;
     if (index) {
-        QToolTip::showText(QCursor::pos(), elementToolTip(*index), this);
+        showToolTip(*index);
     } else {
         QToolTip::hideText();
     }
@@ -263,10 +289,17 @@ void ActivityChart::walkTo(std::size_t index)
 {
     m_current = index;
     reveal(index);
-    const QPointF below = elementRect(index).bottomLeft();
-    QToolTip::showText(mapToGlobal(below.toPoint()), elementToolTip(index), this);
+    showToolTip(index);
     announceCurrent();
     update();
+}
+
+// Below the bar or cell, where it hides neither this one nor the ones beside it.
+void ActivityChart::showToolTip(std::size_t index)
+{
+    constexpr QPoint ownOffset{2, 11}; // Qt puts a tool tip (2, 16) away from where it is asked to be
+    const QPoint below = mapToGlobal(elementRect(index).bottomLeft().toPoint());
+    QToolTip::showText(below - ownOffset, elementToolTip(index), this);
 }
 
 void ActivityChart::announceCurrent()

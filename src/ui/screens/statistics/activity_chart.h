@@ -54,7 +54,10 @@ private:
     void pointAt(std::optional<std::size_t> index);
     void walkTo(std::size_t index);
     void announceCurrent();
-    void paintFadingEdges(QPainter& painter) const;
+    void showToolTip(std::size_t index);
+    void clipToMoved(QPainter& painter, const ActivityPicture& picture) const;
+    void paintPeriod(QPainter& painter, const ActivityPicture& picture, double scroll) const;
+    void paintFadingEdges(QPainter& painter, const ActivityPicture& picture, double scroll) const;
 
     std::optional<ActivityInput> m_input;
     ActivityPicture m_picture;

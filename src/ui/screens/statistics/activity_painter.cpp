@@ -115,6 +115,11 @@ void paintCells(QPainter& painter, const ActivityPicture& picture, const Theme& 
     for (const ActivityElement& element : picture.elements) {
         stamps.paint(element.shape, element.level, element.isToday);
     }
+}
+
+void paintLegend(QPainter& painter, const ActivityPicture& picture, const Theme& theme)
+{
+    CellStamps stamps(painter, picture, theme);
     for (std::size_t level = 0; level < picture.legend.size(); ++level) {
         stamps.paint(picture.legend[level], static_cast<int>(level), false);
     }
@@ -138,6 +143,15 @@ void paintLabel(QPainter& painter, const ActivityLabel& label, const Theme& them
     drawTextOnBaseline(painter, label.rect, label.alignment, label.text);
 }
 
+void paintLabels(QPainter& painter, const ActivityPicture& picture, bool arePinned, const Theme& theme)
+{
+    for (const ActivityLabel& label : picture.labels) {
+        if (label.isPinned == arePinned) {
+            paintLabel(painter, label, theme);
+        }
+    }
+}
+
 } // namespace
 
 void paintActivity(QPainter& painter, const ActivityPicture& picture, const Theme& theme)
@@ -148,9 +162,14 @@ void paintActivity(QPainter& painter, const ActivityPicture& picture, const Them
     } else {
         paintBars(painter, picture, theme);
     }
-    for (const ActivityLabel& label : picture.labels) {
-        paintLabel(painter, label, theme);
-    }
+    paintLabels(painter, picture, false, theme);
+}
+
+void paintPinned(QPainter& painter, const ActivityPicture& picture, const Theme& theme)
+{
+    painter.setRenderHint(QPainter::Antialiasing);
+    paintLegend(painter, picture, theme);
+    paintLabels(painter, picture, true, theme);
 }
 
 void paintPointedAt(QPainter& painter, const ActivityPicture& picture, std::size_t index, const Theme& theme)

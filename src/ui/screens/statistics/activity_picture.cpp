@@ -193,7 +193,7 @@ void addWeekdays(ActivityPicture& picture, const Heatmap& map, const ActivityInp
         const QRectF firstCell = cell(map, row);
         picture.labels.push_back({QRectF(map.left, firstCell.top(), map.weekdayWidth, map.cellSize),
                                   map.weekdayAlignment, qtText(input.calendar.text("ccccc", noon)),
-                                  textFont(map.textRole)});
+                                  textFont(map.textRole), ThemeColor::secondaryLabel, false, true});
     }
 }
 
@@ -209,7 +209,7 @@ void addLegend(ActivityPicture& picture, const Heatmap& map, double right, doubl
     const QString more = qtText(BilingualText{"多", "More"}.in(language));
     const auto addText = [&](const QString& text, double left) {
         picture.labels.push_back({QRectF(left, top, width(text), map.cellSize), Qt::AlignLeft, text, font,
-                                  ThemeColor::secondaryLabel, true});
+                                  ThemeColor::secondaryLabel, true, true});
     };
     double left = right - width(more);
     addText(more, left);
@@ -255,7 +255,7 @@ void addMonthNames(ActivityPicture& picture, const Heatmap& map, double top, dou
     }
 }
 
-ActivityPicture yearHeatmap(const ActivityInput& input)
+ActivityPicture yearHeatmap(const ActivityInput& input, double width)
 {
     constexpr double padding = 2;
     constexpr double monthHeight = 13;
@@ -268,12 +268,13 @@ ActivityPicture yearHeatmap(const ActivityInput& input)
         map.top + sideOf(map.cellSize, map.cellGap, daysPerWeek) + rowGap + legendPadding;
     ActivityPicture picture;
     picture.size = {gridWidth, legendTop + map.cellSize + padding};
+    picture.pinnedWidth = map.weekdayWidth + map.weekdayGap;
     picture.cornerRadius = 2.5;
     picture.todayBorder = 1.25;
     addCells(picture, map, input, input.startOfToday);
     addMonthNames(picture, map, padding, monthHeight, input);
     addWeekdays(picture, map, input);
-    addLegend(picture, map, gridWidth, legendTop, input.language);
+    addLegend(picture, map, std::min(gridWidth, width), legendTop, input.language);
     return picture;
 }
 
@@ -293,13 +294,13 @@ ActivityPicture activityPicture(const ActivityInput& input, double width)
         picture = monthHeatmap(input, width);
         break;
     case StatisticsGranularity::year:
-        picture = yearHeatmap(input);
+        picture = yearHeatmap(input, width);
         break;
     }
     picture.granularity = input.statistics.granularity;
     for (ActivityElement& element : picture.elements) {
-        element.isToday = picture.granularity != StatisticsGranularity::day &&
-                          element.bucket.start == input.startOfToday;
+        element.isToday =
+            picture.granularity != StatisticsGranularity::day && element.bucket.start == input.startOfToday;
     }
     return picture;
 }

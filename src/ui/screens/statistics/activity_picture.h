@@ -46,18 +46,20 @@ struct ActivityLabel
     QFont font;
     ThemeColor color = ThemeColor::secondaryLabel;
     bool mayOverhang = false; ///< over what is empty after it
+    bool isPinned = false;    ///< stays where it is while the chart is moved sideways
 };
 
 /// A chart as plain values in points, from the chart's top left corner: what remains is to paint them.
 struct ActivityPicture
 {
     StatisticsGranularity granularity = StatisticsGranularity::week;
-    QSizeF size; ///< of a year, possibly wider than what was asked for
+    QSizeF size;            ///< of a year, possibly wider than what was asked for
+    double pinnedWidth = 0; ///< of the leading part that is not moved sideways
     double cornerRadius = 0;
     double todayBorder = 0; ///< in points
     std::vector<ActivityElement> elements;
     std::vector<ActivityLabel> labels;
-    std::vector<QRectF> legend; ///< squares of the levels 0 to 4
+    std::vector<QRectF> legend; ///< squares of the levels 0 to 4; pinned
 
     bool isHeatmap() const
     {
