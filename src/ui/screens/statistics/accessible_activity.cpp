@@ -63,6 +63,12 @@ public:
     {}
     AccessibleChart(const AccessibleChart&) = delete;
     AccessibleChart& operator=(const AccessibleChart&) = delete;
+    ~AccessibleChart() override
+    {
+        for (const auto& [index, id] : m_elements) {
+            QAccessible::deleteAccessibleInterface(id);
+        }
+    }
 
     int childCount() const override { return static_cast<int>(m_chart->picture().elements.size()); }
 
@@ -104,14 +110,6 @@ public:
     }
 
 private:
-    // Private: only Qt's cache may delete it.
-    ~AccessibleChart() override
-    {
-        for (const auto& [index, id] : m_elements) {
-            QAccessible::deleteAccessibleInterface(id);
-        }
-    }
-
     ActivityChart* m_chart;
     mutable std::map<int, QAccessible::Id> m_elements; // made as they are asked for
 };

@@ -213,7 +213,8 @@ void ActivityChart::paintFadingEdges(QPainter& painter, const ActivityPicture& p
         painter.fillRect(QRectF(std::min(edge, inner), 0, fadeWidth, height()), gradient);
     };
     if (scroll > 0) {
-        painter.fillRect(QRectF(0, 0, picture.pinnedWidth, height()), panel);
+        // One point into the fade: where the two would meet within a pixel, it would show what is below.
+        painter.fillRect(QRectF(0, 0, picture.pinnedWidth + 1, height()), panel);
         fade(picture.pinnedWidth, picture.pinnedWidth + fadeWidth);
     }
     if (picture.size.width() > scroll + width()) {

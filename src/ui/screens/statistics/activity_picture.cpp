@@ -64,13 +64,12 @@ void addBars(ActivityPicture& picture, const BarChart& chart, const ActivityInpu
 }
 
 /// A line of text centred under or over an element's bar.
-ActivityLabel columnLabel(const ActivityElement& element, double top, double height, QString text, QFont font,
-                          ThemeColor color = ThemeColor::secondaryLabel)
+ActivityLabel columnLabel(const ActivityElement& element, double top, double height, QString text,
+                          const QFont& font, ThemeColor color = ThemeColor::secondaryLabel)
 {
     const double middle = element.shape.center().x();
     const double width = element.area.width();
-    return {QRectF(middle - width / 2, top, width, height), Qt::AlignHCenter, std::move(text),
-            std::move(font), color};
+    return {QRectF(middle - width / 2, top, width, height), Qt::AlignHCenter, std::move(text), font, color};
 }
 
 ActivityPicture hourChart(const ActivityInput& input, double width)
@@ -158,8 +157,10 @@ int weekCount(const ActivityInput& input)
 QRectF cell(const Heatmap& map, int slot)
 {
     const double step = map.cellSize + map.cellGap;
-    return {map.left + map.weekdayWidth + map.weekdayGap + slot / daysPerWeek * step,
-            map.top + slot % daysPerWeek * step, map.cellSize, map.cellSize};
+    const int column = slot / daysPerWeek;
+    const int row = slot % daysPerWeek;
+    return {map.left + map.weekdayWidth + map.weekdayGap + column * step, map.top + row * step, map.cellSize,
+            map.cellSize};
 }
 
 void addCells(ActivityPicture& picture, const Heatmap& map, const ActivityInput& input,
