@@ -118,7 +118,14 @@ std::vector<Instant> bucketStarts(StatisticsGranularity granularity, const DateI
     return starts;
 }
 
-CalendarUnit unit(StatisticsGranularity granularity)
+double rate(std::int64_t completed, std::int64_t attempted)
+{
+    return attempted == 0 ? 0.0 : static_cast<double>(completed) / static_cast<double>(attempted);
+}
+
+} // namespace
+
+CalendarUnit calendarUnit(StatisticsGranularity granularity)
 {
     switch (granularity) {
     case StatisticsGranularity::day:
@@ -132,13 +139,6 @@ CalendarUnit unit(StatisticsGranularity granularity)
     }
     return CalendarUnit::year;
 }
-
-double rate(std::int64_t completed, std::int64_t attempted)
-{
-    return attempted == 0 ? 0.0 : static_cast<double>(completed) / static_cast<double>(attempted);
-}
-
-} // namespace
 
 StatisticsSummary StatisticsCalculator::calculate(std::span<const SessionRecord> sessions, Instant now,
                                                   const Calendar& calendar)
@@ -191,7 +191,7 @@ PeriodStatistics StatisticsCalculator::calculatePeriod(std::span<const SessionRe
 {
     PeriodStatistics result;
     result.granularity = granularity;
-    result.interval = calendar.interval(unit(granularity), anchor);
+    result.interval = calendar.interval(calendarUnit(granularity), anchor);
     const std::vector<Instant> starts = bucketStarts(granularity, result.interval, calendar);
     const LocalDay firstDay = calendar.localDay(result.interval.start);
 

@@ -48,6 +48,9 @@ struct RawValues<StatisticsGranularity>
     };
 };
 
+/// The unit of the calendar that a period of this granularity is.
+CalendarUnit calendarUnit(StatisticsGranularity granularity);
+
 /// One hour of a day, or one day of a longer period.
 struct FocusTimeBucket
 {

@@ -72,21 +72,6 @@ Calendar statisticsCalendar(const std::string& timeZoneIdentifier, AppLanguage l
         .withWeeks(std::chrono::Monday, minimalDays);
 }
 
-CalendarUnit calendarUnit(StatisticsGranularity granularity)
-{
-    switch (granularity) {
-    case StatisticsGranularity::day:
-        return CalendarUnit::day;
-    case StatisticsGranularity::week:
-        return CalendarUnit::weekOfYear;
-    case StatisticsGranularity::month:
-        return CalendarUnit::month;
-    case StatisticsGranularity::year:
-        break;
-    }
-    return CalendarUnit::year;
-}
-
 QString periodTitle(const PeriodStatistics& statistics, const Calendar& calendar)
 {
     const Instant start = statistics.interval.start;

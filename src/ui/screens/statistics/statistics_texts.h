@@ -26,8 +26,6 @@ const GranularityTexts& granularityTexts(StatisticsGranularity granularity);
 /// Dates in the language's own form and the given zone, in weeks that begin on Monday.
 Calendar statisticsCalendar(const std::string& timeZoneIdentifier, AppLanguage language);
 
-CalendarUnit calendarUnit(StatisticsGranularity granularity);
-
 /// Takes the calendar's locale for the form of dates.
 QString periodTitle(const PeriodStatistics& statistics, const Calendar& calendar);
 /// Minutes, or hours and minutes: "45 min", "2 hr 5 min", "2时 5分". At least 0 minutes.
