@@ -5,6 +5,8 @@ import re
 import subprocess
 import sys
 
+import dbus
+
 from harness import DesktopTest, main, wait_for
 
 CONTROLS = {"push button", "check box", "radio button", "spin button", "toggle button", "link", "menu item", "page tab",
@@ -94,6 +96,13 @@ class Accessibility(DesktopTest):
             element for element in self.elements()
             if element["name"] == ("Add 5 minutes" if language == "english" else "延长 5 分钟")])
         self.check("capsule", language, [e for e in self.elements() if e["window"] not in ("Brevlin", title)])
+
+        # The panel of the status item, as a bar of the desktop opens it.
+        item = desktop.bus().get_object("com.quillmark.Brevlin", "/StatusNotifierItem")
+        dbus.Interface(item, "org.kde.StatusNotifierItem").Activate(640, 10)
+        more = "More" if language == "english" else "更多"
+        wait_for("the panel", lambda: [element for element in self.elements() if element["name"] == more])
+        self.check("panel", language, self.elements())
 
     def test_a_screen_reader_finds_every_control_in_chinese(self):
         self.walk_every_screen("zh-Hans", ("记录", "统计", "关于", "设置"))

@@ -5,7 +5,10 @@
 #include "ui/style/segmented_picker.h"
 #include "ui/style/switch_control.h"
 
+#include <QAccessibleObject>
 #include <QAccessibleWidget>
+#include <QApplication>
+#include <QMenu>
 
 namespace brevlin {
 
@@ -88,8 +91,46 @@ private:
     NumericText* m_widget;
 };
 
+/// Qt leaves popups out of the application's children, so that nobody would find what stands in one. Menus
+/// are found by the events that they send.
+class AccessibleApplication final : public QAccessibleApplication
+{
+public:
+    int childCount() const override
+    {
+        return QAccessibleApplication::childCount() + static_cast<int>(popups().size());
+    }
+    QAccessibleInterface* child(int index) const override
+    {
+        const int windows = QAccessibleApplication::childCount();
+        const QWidgetList found = popups();
+        return index >= windows && index - windows < found.size()
+                   ? QAccessible::queryAccessibleInterface(found[index - windows])
+                   : QAccessibleApplication::child(index);
+    }
+    int indexOfChild(const QAccessibleInterface* child) const override
+    {
+        const auto index = popups().indexOf(qobject_cast<QWidget*>(child->object()));
+        return index >= 0 ? QAccessibleApplication::childCount() + static_cast<int>(index)
+                          : QAccessibleApplication::indexOfChild(child);
+    }
+
+private:
+    static QWidgetList popups()
+    {
+        QWidgetList found = QApplication::topLevelWidgets();
+        found.removeIf([](const QWidget* widget) {
+            return widget->windowType() != Qt::Popup || !widget->isVisible() ||
+                   qobject_cast<const QMenu*>(widget) != nullptr;
+        });
+        return found;
+    }
+};
+
 QAccessibleInterface* makeInterface(const QString&, QObject* object)
 {
+    if (object == qApp)
+        return new AccessibleApplication;
     if (auto* button = qobject_cast<SelectableButton*>(object))
         return new AccessibleSelectableButton(button);
     if (auto* control = qobject_cast<SwitchControl*>(object))
