@@ -94,6 +94,7 @@ void StatusNotifierHost::ownerChanged(const QString& owner)
 {
     m_owner = owner;
     m_nextAttempt.reset();
+    m_nextLook.reset();
     if (std::exchange(m_showsLabels, false)) {
         Q_EMIT changed();
     }
@@ -103,7 +104,7 @@ void StatusNotifierHost::ownerChanged(const QString& owner)
     }
     registerItem(attempts);
     readHost();
-    readKnownNames();
+    readKnownNames(attempts);
 }
 
 void StatusNotifierHost::registerItem(int attemptsLeft)
@@ -133,9 +134,16 @@ void StatusNotifierHost::readHost()
          });
 }
 
-// Of processes, not of connections: Ayatana's service has a connection for each of its names.
-void StatusNotifierHost::readKnownNames()
+// Of processes, not of connections: Ayatana's service has a connection for each of its names. It may take the
+// name that it is known by after the watcher's, hence more than one look.
+void StatusNotifierHost::readKnownNames(int looksLeft)
 {
+    if (m_showsLabels) {
+        return;
+    }
+    if (looksLeft > 1) {
+        m_nextLook = m_scheduler.after(attemptInterval, [this, looksLeft] { readKnownNames(looksLeft - 1); });
+    }
     const char* method = "GetConnectionUnixProcessID";
     call(busCall(method, {watcherService}), [this, method, asked = m_owner](const QDBusMessage& collector) {
         for (const char* name : namesOfLabelHosts) {

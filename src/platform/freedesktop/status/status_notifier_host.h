@@ -38,7 +38,7 @@ private:
     void ownerChanged(const QString& owner);
     void requestName();
     void registerItem(int attemptsLeft);
-    void readKnownNames();
+    void readKnownNames(int looksLeft);
     void setAbsent(bool isAbsent);
     void call(const QDBusMessage& message, std::function<void(const QDBusMessage&)> answered);
 
@@ -49,6 +49,7 @@ private:
     bool m_isAbsent = false;
     bool m_showsLabels = false;
     TaskHandle m_nextAttempt;
+    TaskHandle m_nextLook;
 };
 
 } // namespace brevlin
