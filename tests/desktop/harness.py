@@ -108,6 +108,8 @@ class Desktop:
     def __init__(self):
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="brevlin-"))
         self.processes = []
+        self.manager = ("",)
+        self.manager_process = None
         self.account_of_user = None  # of another user than the test's, (uid, gid)
         self.home = self.folder / "home"
         self.config = self.home / ".config" / "Brevlin"
@@ -138,7 +140,11 @@ class Desktop:
         if not number:
             raise AssertionError("Xvfb did not start:\n" + self.output_of("Xvfb"))
         self.environment["DISPLAY"] = ":" + number
-        self.run_in_background(manager)
+        self.manager = manager
+        self.start_manager()
+
+    def start_manager(self):
+        self.manager_process = self.run_in_background(self.manager)
         wait_for("a window manager", lambda: "window id" in self.ask("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"))
 
     def start_bus(self, variable="DBUS_SESSION_BUS_ADDRESS"):
@@ -163,6 +169,9 @@ class Desktop:
 
     def start_program(self):
         """Starts Brevlin and does not wait for it."""
+        # openbox has been missing after a client was killed.
+        if self.manager_process and self.manager_process.poll() is not None:
+            self.start_manager()
         options = {}
         if self.account_of_user:
             user, group = self.account_of_user
@@ -344,7 +353,9 @@ class Desktop:
         if "DISPLAY" in self.environment:
             self.ask("import", "-window", "root", str(picture))
         lines = [f"the screen at that moment: {picture}", "windows:", self.ask("wmctrl", "-l", "-p"),
-                 f"timer: {self.timer()}", f"history: {self.history()}", "Brevlin said:", self.output_of("brevlin")]
+                 f"timer: {self.timer()}", f"history: {self.history()}", "Brevlin said:", self.output_of("brevlin"), "programs that have ended:", str({process.args[0]: process.poll() for process in self.processes
+                                                   if process.poll() is not None}), "The window manager said:",
+                 self.output_of(pathlib.Path(self.manager[0]).name)]
         return "\n".join(lines)
 
 
