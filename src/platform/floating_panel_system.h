@@ -47,7 +47,7 @@ public:
     virtual bool isComposited() const = 0;
     /// Whether what lies behind a window can be blurred.
     virtual bool blurs() const = 0;
-    /// Blurs what lies behind this part of the window; nothing where the system does not blur.
+    /// Blurs what lies behind this part of the window, where the system blurs.
     virtual void setBlurredPart(WindowId window, const std::vector<Rectangle>& part) = 0;
 
     virtual std::vector<ReservedArea> reservedAreas() const = 0;

@@ -164,7 +164,7 @@ bool X11PanelSystem::blurs() const
 
 void X11PanelSystem::setBlurredPart(WindowId window, const std::vector<Rectangle>& part)
 {
-    if (!blurs()) {
+    if (!m_x11.isConnected()) {
         return;
     }
     std::vector<std::uint32_t> numbers;

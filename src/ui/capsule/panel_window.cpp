@@ -225,7 +225,7 @@ void PanelWindow::cutTo(const QRegion& shape)
 
 void PanelWindow::updateBlur()
 {
-    if (!m_system.blurs()) {
+    if (!m_isBlurred) {
         return;
     }
     const double scale = devicePixelRatioF();
@@ -241,7 +241,8 @@ void PanelWindow::updateBlur()
 void PanelWindow::followSystem()
 {
     m_isComposited = m_system.isComposited();
-    m_view->setBlurred(m_system.blurs());
+    m_isBlurred = m_system.blurs(); // asked here only: every question waits for the X server
+    m_view->setBlurred(m_isBlurred);
     if (isVisible()) {
         updateShape();
     }

@@ -82,6 +82,7 @@ private:
     QRect m_target;
     double m_cornerRadius = 0;
     bool m_isComposited = false;
+    bool m_isBlurred = false;
     bool m_isDisappearing = false;
     std::optional<QPoint> m_heldAt; // where the pointer pressed
     bool m_isDragging = false;
