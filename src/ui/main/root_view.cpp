@@ -79,6 +79,7 @@ void RootView::scrollDetail()
     m_scroller->setHorizontalScrollBar(new SlimScrollBar(Qt::Horizontal, m_scroller));
     m_scroller->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     m_scroller->setWidget(m_detail);
+    m_detail->setAutoFillBackground(false);
     m_scroller->show();
     m_detail->show();
 }
