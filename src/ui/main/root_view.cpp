@@ -65,7 +65,9 @@ void RootView::layOut()
     m_topBar->setGeometry(0, 0, width(), TopBar::barHeight);
     const QRect room(0, TopBar::barHeight, width(), height() - TopBar::barHeight);
     const QSize least = m_detail->minimumSizeHint();
-    if (m_scroller == nullptr && (least.width() > room.width() || least.height() > room.height())) {
+    // Only a window that is shown has the size that it was given.
+    if (m_scroller == nullptr && isVisible() &&
+        (least.width() > room.width() || least.height() > room.height())) {
         scrollDetail();
     }
     QWidget* shown = m_scroller != nullptr ? static_cast<QWidget*>(m_scroller) : m_detail;
@@ -87,6 +89,12 @@ void RootView::scrollDetail()
 void RootView::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
+    layOut();
+}
+
+void RootView::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
     layOut();
 }
 

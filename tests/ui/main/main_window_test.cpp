@@ -250,6 +250,7 @@ TEST_F(MainWindowTest, size_place_and_section_return_and_a_window_that_nobody_mo
 TEST_F(MainWindowTest, in_a_window_that_is_too_low_the_controls_are_scrolled_to)
 {
     open();
+    EXPECT_EQ(window().findChild<QScrollArea*>(), nullptr) << "nothing to scroll";
     window().setMinimumSize(1, 1);
     window().resize(680, 400);
     QApplication::processEvents();
