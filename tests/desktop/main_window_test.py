@@ -105,18 +105,39 @@ class MainWindow(DesktopTest):
     def test_light_and_dark_follow_the_desktop_at_once(self):
         desktop = self.desktop
         portal = desktop.start_mock("--session", PORTAL, PORTAL_PATH, SETTINGS, name=PORTAL, path=PORTAL_PATH)
-        portal.AddMethod(SETTINGS, "ReadAll", "as", "a{sa{sv}}",
-                         f"ret = {{'{APPEARANCE}': {{'color-scheme': dbus.UInt32({DARK})}}}}")
+
+        def choose(scheme):
+            portal.AddMethod(SETTINGS, "ReadAll", "as", "a{sa{sv}}",
+                             f"ret = {{'{APPEARANCE}': {{'color-scheme': dbus.UInt32({scheme})}}}}")
+            portal.EmitSignal(SETTINGS, "SettingChanged", "ssv", [APPEARANCE, "color-scheme", scheme])
+
+        choose(DARK)
         _, window = self.start_and_wait()
 
         def canvas():
             return max(desktop.pixel(window, 12, 80))
 
         self.assertLess(wait_for("a painted canvas", canvas), 64, "dark from the first picture on")
-        portal.EmitSignal(SETTINGS, "SettingChanged", "ssv", [APPEARANCE, "color-scheme", LIGHT])
+        choose(LIGHT)
         wait_for("a light canvas", lambda: canvas() > 220)
-        portal.EmitSignal(SETTINGS, "SettingChanged", "ssv", [APPEARANCE, "color-scheme", DARK])
+        choose(DARK)
         wait_for("a dark canvas", lambda: canvas() < 64)
+
+    def test_without_a_portal_a_dark_gtk_theme_is_followed(self):
+        desktop = self.desktop
+        settings = desktop.home / ".xsettingsd"
+        settings.write_text('Net/ThemeName "BlackMATE"\n')
+        daemon = desktop.run_in_background(["xsettingsd"])
+        wait_for("the X settings", lambda: "1 setting" in desktop.output_of("xsettingsd"))
+        _, window = self.start_and_wait()
+
+        def canvas():
+            return max(desktop.pixel(window, 12, 80))
+
+        self.assertLess(wait_for("a painted canvas", canvas), 64, "dark from the first picture on")
+        settings.write_text('Net/ThemeName "Menta"\n')
+        daemon.send_signal(signal.SIGHUP)
+        wait_for("a light canvas", lambda: canvas() > 220)
 
 
 class SmallScreen(DesktopTest):
