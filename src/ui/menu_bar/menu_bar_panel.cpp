@@ -41,6 +41,8 @@ constexpr qint64 sameClick = 400;
 // While a button is held somewhere, nobody else can take hold of the pointer.
 constexpr int grabInterval = 30; // milliseconds
 constexpr int grabAttempts = 100;
+// Cinnamon lets others take hold of it during the click, and takes it from them when that ends.
+constexpr int grabConfirmations = 20;
 
 constexpr BilingualText moreText{"更多", "More"};
 constexpr std::array sections{AppSection::history, AppSection::statistics, AppSection::settings,
@@ -120,6 +122,7 @@ void MenuBarPanel::toggle(const QPoint& anchor)
     raise();
     setFocus(Qt::PopupFocusReason);
     m_grabsLeft = grabAttempts;
+    m_grabsHeld = 0;
     holdInput();
 }
 
@@ -133,7 +136,8 @@ void MenuBarPanel::holdInput()
         killTimer(m_grabTimer);
         m_grabTimer = 0;
     }
-    if (!isHeld && --m_grabsLeft > 0) {
+    m_grabsHeld = isHeld ? m_grabsHeld + 1 : 0;
+    if (m_grabsHeld < grabConfirmations && --m_grabsLeft > 0) {
         m_grabTimer = startTimer(grabInterval);
     }
 }

@@ -56,6 +56,7 @@ private:
     QElapsedTimer m_sinceClosingPress; // on something else than the panel
     int m_grabTimer = 0;
     int m_grabsLeft = 0;
+    int m_grabsHeld = 0; // how often in succession they have been granted
 };
 
 } // namespace brevlin
