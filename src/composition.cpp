@@ -122,7 +122,7 @@ Composition::Parts::Parts(const UserFolders& folders, ApplicationInstance& insta
     , m_selection(m_windowStore)
     , m_window((QApplication::setStyle(m_style), m_model), m_selection, m_windowStore, m_windowSystem,
                m_panelSystem)
-    , m_menuBarExtra(m_model, m_selection, m_statusItem, m_windowSystem)
+    , m_menuBarExtra(m_model, m_selection, m_statusItem, m_windowSystem, m_panelSystem)
     , m_settingsWindow(m_model, m_windowSystem)
 {
     QApplication::setWindowIcon(applicationIcon());

@@ -1,5 +1,7 @@
 #include "platform/freedesktop/x11_window_system.h"
 
+#include "platform/freedesktop/x11_press_watch.h"
+
 #include <QGuiApplication>
 
 #include <charconv>
@@ -59,6 +61,20 @@ void X11WindowSystem::setShadowMargins(WindowId window, const Extents& extents)
     }
     m_x11.setNumbers(static_cast<xcb_window_t>(window), m_x11.atom("_GTK_FRAME_EXTENTS"), XCB_ATOM_CARDINAL,
                      {extents.left, extents.right, extents.top, extents.bottom});
+}
+
+// Under XWayland the X server learns of the pointer only while that is above one of its windows.
+bool X11WindowSystem::seesWholePointer() const
+{
+    return !qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
+}
+
+std::unique_ptr<PressWatch> X11WindowSystem::watchPresses(std::function<void()> pressed)
+{
+    if (!m_x11.isConnected()) {
+        return nullptr;
+    }
+    return std::make_unique<X11PressWatch>(m_x11, std::move(pressed));
 }
 
 bool X11WindowSystem::showWindowMenu(WindowId window, int x, int y)

@@ -5,6 +5,7 @@
 #include "ui/main/timer_control_row.h"
 #include "ui/main/timer_cycle_indicator.h"
 #include "ui/main/timer_ring_view.h"
+#include "ui/main/window_placement.h"
 #include "ui/menu_bar/more_button.h"
 #include "ui/menu_bar/panel_origin.h"
 #include "ui/style/shapes.h"
@@ -50,10 +51,11 @@ constexpr std::array sections{AppSection::history, AppSection::statistics, AppSe
 
 } // namespace
 
-MenuBarPanel::MenuBarPanel(AppModel& model, WindowSystem& windowSystem)
+MenuBarPanel::MenuBarPanel(AppModel& model, WindowSystem& windowSystem, const FloatingPanelSystem& panels)
     : QWidget(nullptr, Qt::Popup | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint)
     , m_model(model)
     , m_windowSystem(windowSystem)
+    , m_panels(panels)
     , m_more(new MoreButton(this))
 {
     setAttribute(Qt::WA_TranslucentBackground);
@@ -66,6 +68,8 @@ MenuBarPanel::MenuBarPanel(AppModel& model, WindowSystem& windowSystem)
     connect(&model, &AppModel::preferencesChanged, this, &MenuBarPanel::translate);
     setFocus();
 }
+
+MenuBarPanel::~MenuBarPanel() = default;
 
 void MenuBarPanel::layOut()
 {
@@ -116,8 +120,11 @@ void MenuBarPanel::toggle(const QPoint& anchor)
     const QScreen* screen = QGuiApplication::screenAt(anchor);
     screen = screen != nullptr ? screen : QGuiApplication::primaryScreen();
     const QPoint origin =
-        panelOrigin(anchor, contentRect().size(), screen->geometry(), screen->availableGeometry());
+        panelOrigin(anchor, contentRect().size(), screen->geometry(), workArea(*screen, m_panels));
     move(origin - contentRect().topLeft());
+    if (!m_windowSystem.seesWholePointer()) {
+        m_pressWatch = m_windowSystem.watchPresses([this] { closeByPress(); });
+    }
     show();
     raise();
     setFocus(Qt::PopupFocusReason);
@@ -152,6 +159,7 @@ void MenuBarPanel::timerEvent(QTimerEvent* event)
 void MenuBarPanel::hideEvent(QHideEvent* event)
 {
     QWidget::hideEvent(event);
+    m_pressWatch.reset();
     if (m_grabTimer != 0) {
         killTimer(m_grabTimer);
         m_grabTimer = 0;
@@ -162,11 +170,16 @@ void MenuBarPanel::mousePressEvent(QMouseEvent* event)
 {
     // Every press comes here while the panel is open; one on the shadow is not on the panel either.
     if (!contentRect().contains(event->position().toPoint())) {
-        m_sinceClosingPress.start();
-        hide();
+        closeByPress();
         return;
     }
     QWidget::mousePressEvent(event);
+}
+
+void MenuBarPanel::closeByPress()
+{
+    m_sinceClosingPress.start();
+    hide();
 }
 
 void MenuBarPanel::keyPressEvent(QKeyEvent* event)

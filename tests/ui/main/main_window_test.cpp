@@ -1,6 +1,5 @@
 #include "app/model_fixture.h"
-#include "platform/floating_panel_system.h"
-#include "platform/window_system.h"
+#include "support/plain_desktop.h"
 #include "ui/main/main_window.h"
 #include "ui/main/message_dialog.h"
 #include "ui/main/metric_view.h"
@@ -20,29 +19,6 @@
 
 namespace brevlin {
 namespace {
-
-class PlainWindowSystem final : public WindowSystem
-{
-public:
-    bool supportsShadowMargins() const override { return false; }
-    bool isComposited() const override { return false; }
-    void setSupportChangeHandler(std::function<void()> /*handler*/) override {}
-    void setShadowMargins(WindowId /*window*/, const Extents& /*extents*/) override {}
-    bool showWindowMenu(WindowId /*window*/, int /*x*/, int /*y*/) override { return false; }
-    void activate(WindowId /*window*/, const std::string& /*token*/) override {}
-};
-
-class NoPanels final : public FloatingPanelSystem
-{
-public:
-    void prepareToShow(WindowId /*window*/) override {}
-    void keepAbove(WindowId /*window*/) override {}
-    bool isComposited() const override { return false; }
-    bool blurs() const override { return false; }
-    void setBlurredPart(WindowId /*window*/, const std::vector<Rectangle>& /*part*/) override {}
-    std::vector<ReservedArea> reservedAreas() const override { return {}; }
-    void setChangeHandler(std::function<void()> /*handler*/) override {}
-};
 
 class MainWindowTest : public test::ModelTest
 {
@@ -87,8 +63,8 @@ protected:
     }
 
     MainWindowStore m_store{defaults};
-    PlainWindowSystem m_windowSystem;
-    NoPanels m_panels;
+    test::PlainWindowSystem m_windowSystem;
+    test::NoPanels m_panels;
     std::unique_ptr<SectionSelection> m_selection;
     std::unique_ptr<MainWindow> m_window;
 };
