@@ -4,6 +4,7 @@
 #include "app/app_section.h"
 #include "app/capsule_choreography.h"
 #include "platform/freedesktop/application_instance.h"
+#include "platform/freedesktop/bus_session_lock.h"
 #include "platform/freedesktop/dbus_notification_server.h"
 #include "platform/freedesktop/desktop_system_events.h"
 #include "platform/freedesktop/files/file_user_defaults.h"
@@ -91,6 +92,7 @@ private:
     DesktopStatusItem m_statusItem;
     TopPanelPositionStore m_panelPositionStore;
     X11PanelSystem m_panelSystem;
+    BusSessionLock m_sessionLock;
     TopPanelController m_panelController;
     CapsuleChoreography m_capsule;
     X11WindowSystem m_windowSystem;
@@ -113,7 +115,9 @@ Composition::Parts::Parts(const UserFolders& folders, ApplicationInstance& insta
     , m_loginItem(folders.autostart, QCoreApplication::applicationFilePath().toStdString(), m_files)
     , m_statusItem(m_scheduler)
     , m_panelPositionStore(m_defaults)
-    , m_panelController(m_panelSystem, m_scheduler, m_panelPositionStore)
+    , m_panelSystem(m_scheduler)
+    , m_sessionLock(m_scheduler)
+    , m_panelController(m_panelSystem, m_sessionLock, m_scheduler, m_panelPositionStore)
     , m_capsule(m_panelController, m_scheduler)
     , m_style(new BrevlinStyle)
     , m_desktopScheme(Theme::of(QApplication::palette()).scheme())

@@ -41,9 +41,6 @@ public:
     virtual bool isComposited() const = 0;
     /// How much of the window is shadow.
     virtual void setShadowMargins(WindowId window, const Extents& extents) = 0;
-    /// Whether the place of the pointer is known wherever it is, and every press can be heard of by taking
-    /// hold of it. Else both are known above the program's own kind of windows alone.
-    virtual bool seesWholePointer() const = 0;
     /// Tells of presses anywhere but on the window that is shown next, also where taking hold of the pointer
     /// does not. `pressed` is called on the main thread and may end the watch.
     virtual std::unique_ptr<PressWatch> watchPresses(std::function<void()> pressed) = 0;

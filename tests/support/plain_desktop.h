@@ -13,7 +13,6 @@ public:
     bool isComposited() const override { return false; }
     void setSupportChangeHandler(std::function<void()> /*handler*/) override {}
     void setShadowMargins(WindowId /*window*/, const Extents& /*extents*/) override {}
-    bool seesWholePointer() const override { return true; }
     std::unique_ptr<PressWatch> watchPresses(std::function<void()> /*pressed*/) override { return nullptr; }
     bool showWindowMenu(WindowId /*window*/, int /*x*/, int /*y*/) override { return false; }
     void activate(WindowId /*window*/, const std::string& /*token*/) override {}
@@ -25,6 +24,9 @@ class NoPanels final : public FloatingPanelSystem
 public:
     void prepareToShow(WindowId /*window*/) override {}
     void keepAbove(WindowId /*window*/) override {}
+    void setShape(WindowId /*window*/, const Shape& /*shape*/) override {}
+    bool isScreenCovered() override { return false; }
+    bool knowsPointerEverywhere() const override { return true; }
     bool isComposited() const override { return false; }
     bool blurs() const override { return false; }
     void setBlurredPart(WindowId /*window*/, const std::vector<Rectangle>& /*part*/) override {}

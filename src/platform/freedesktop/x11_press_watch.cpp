@@ -1,7 +1,9 @@
 #include "platform/freedesktop/x11_press_watch.h"
 
 #include <QGuiApplication>
+#include <QScreen>
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -36,29 +38,35 @@ X11PressWatch::X11PressWatch(const X11Connection& x11, std::function<void()> pre
     }
     m_colors = xcb_generate_id(connection);
     xcb_create_colormap(connection, XCB_COLORMAP_ALLOC_NONE, m_colors, x11.root(), visual);
-    m_window = xcb_generate_id(connection);
     // Transparent, and out of the window manager's hands. The values stand in the order of their bits.
     constexpr std::uint32_t kinds = XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT |
                                     XCB_CW_EVENT_MASK | XCB_CW_COLORMAP;
     const std::array<std::uint32_t, 5> values{0, 0, 1, XCB_EVENT_MASK_BUTTON_PRESS, m_colors};
-    // A pixel less than the desktop: a window of just its size counts as full-screen, and bars hide from
-    // those.
-    const xcb_rectangle_t area = x11.rootArea();
-    xcb_create_window(connection, depthWithAlpha, m_window, x11.root(), 0, 0, area.width,
-                      static_cast<std::uint16_t>(area.height - 1), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, visual,
-                      kinds, values.data());
-    xcb_map_window(connection, m_window);
+    for (const QScreen* screen : QGuiApplication::screens()) {
+        // A pixel less than the screen: just its size would count as full-screen, from which bars hide, and
+        // as a screen locker.
+        const QPoint origin = screen->geometry().topLeft(); // the same number in points and native pixels
+        const QSize size = screen->geometry().size() * screen->devicePixelRatio() - QSize(0, 1);
+        m_windows.push_back(xcb_generate_id(connection));
+        xcb_create_window(connection, depthWithAlpha, m_windows.back(), x11.root(),
+                          static_cast<std::int16_t>(origin.x()), static_cast<std::int16_t>(origin.y()),
+                          static_cast<std::uint16_t>(size.width()), static_cast<std::uint16_t>(size.height()),
+                          0, XCB_WINDOW_CLASS_INPUT_OUTPUT, visual, kinds, values.data());
+        xcb_map_window(connection, m_windows.back());
+    }
     xcb_flush(connection);
     qGuiApp->installNativeEventFilter(this);
 }
 
 X11PressWatch::~X11PressWatch()
 {
-    if (m_window == XCB_WINDOW_NONE) {
+    if (m_windows.empty()) {
         return;
     }
     qGuiApp->removeNativeEventFilter(this);
-    xcb_destroy_window(m_x11.get(), m_window);
+    for (const xcb_window_t window : m_windows) {
+        xcb_destroy_window(m_x11.get(), window);
+    }
     xcb_free_colormap(m_x11.get(), m_colors);
     xcb_flush(m_x11.get());
 }
@@ -71,7 +79,8 @@ bool X11PressWatch::nativeEventFilter(const QByteArray& eventType, void* message
     const auto& event = *static_cast<const xcb_generic_event_t*>(message);
     constexpr std::uint8_t sentBit = 0x80;
     const bool isPress = (event.response_type & ~sentBit) == XCB_BUTTON_PRESS;
-    if (isPress && reinterpret_cast<const xcb_button_press_event_t&>(event).event == m_window) {
+    const auto& press = reinterpret_cast<const xcb_button_press_event_t&>(event);
+    if (isPress && std::find(m_windows.begin(), m_windows.end(), press.event) != m_windows.end()) {
         const auto pressed = m_pressed; // it may end this watch
         pressed();
         return true;

@@ -6,10 +6,11 @@
 #include <QAbstractNativeEventFilter>
 
 #include <functional>
+#include <vector>
 
 namespace brevlin {
 
-/// An invisible window over the whole desktop, below the one that is shown next: what is pressed there was
+/// An invisible window over each screen, below the one that is shown next: what is pressed there was
 /// meant for something else. Under XWayland this is the only way to learn of a press on a window of
 /// Wayland's, as the X server is not told of those, however it is asked.
 class X11PressWatch final : public PressWatch, private QAbstractNativeEventFilter
@@ -25,7 +26,7 @@ private:
 
     const X11Connection& m_x11;
     std::function<void()> m_pressed;
-    xcb_window_t m_window = XCB_WINDOW_NONE;
+    std::vector<xcb_window_t> m_windows; // one a screen
     xcb_colormap_t m_colors = XCB_NONE;
 };
 

@@ -63,12 +63,6 @@ void X11WindowSystem::setShadowMargins(WindowId window, const Extents& extents)
                      {extents.left, extents.right, extents.top, extents.bottom});
 }
 
-// Under XWayland the X server learns of the pointer only while that is above one of its windows.
-bool X11WindowSystem::seesWholePointer() const
-{
-    return !qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
-}
-
 std::unique_ptr<PressWatch> X11WindowSystem::watchPresses(std::function<void()> pressed)
 {
     if (!m_x11.isConnected()) {

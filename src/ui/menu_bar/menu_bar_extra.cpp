@@ -1,6 +1,7 @@
 #include "ui/menu_bar/menu_bar_extra.h"
 
 #include "app/app_model.h"
+#include "platform/floating_panel_system.h"
 #include "platform/window_system.h"
 #include "ui/main/window_placement.h"
 #include "ui/menu_bar/menu_bar_panel.h"
@@ -72,7 +73,7 @@ void MenuBarExtra::refresh()
 QPoint MenuBarExtra::clickedAnchor(int x, int y) const
 {
     const QPoint given(x, y);
-    if (m_windowSystem.seesWholePointer()) {
+    if (m_panels.knowsPointerEverywhere()) {
         return !given.isNull() && qGuiApp->devicePixelRatio() == 1.0 ? given : QCursor::pos();
     }
     const QScreen& screen = screenOf(given);
@@ -88,7 +89,7 @@ QPoint MenuBarExtra::rowAnchor() const
     const QPoint pointer = QCursor::pos();
     const QScreen& screen = screenOf(pointer);
     return likelyAnchor(screen.geometry(), workArea(screen, m_panels),
-                        m_windowSystem.seesWholePointer() ? std::optional{pointer} : std::nullopt);
+                        m_panels.knowsPointerEverywhere() ? std::optional{pointer} : std::nullopt);
 }
 
 void MenuBarExtra::togglePanel(const QPoint& anchor)

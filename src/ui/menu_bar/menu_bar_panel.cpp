@@ -1,6 +1,7 @@
 #include "ui/menu_bar/menu_bar_panel.h"
 
 #include "app/app_model.h"
+#include "platform/floating_panel_system.h"
 #include "platform/window_system.h"
 #include "ui/main/timer_control_row.h"
 #include "ui/main/timer_cycle_indicator.h"
@@ -122,7 +123,7 @@ void MenuBarPanel::toggle(const QPoint& anchor)
     const QPoint origin =
         panelOrigin(anchor, contentRect().size(), screen->geometry(), workArea(*screen, m_panels));
     move(origin - contentRect().topLeft());
-    if (!m_windowSystem.seesWholePointer()) {
+    if (!m_panels.knowsPointerEverywhere()) {
         m_pressWatch = m_windowSystem.watchPresses([this] { closeByPress(); });
     }
     show();
