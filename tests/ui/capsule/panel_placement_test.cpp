@@ -97,6 +97,12 @@ TEST(PanelPlacement, an_opened_capsule_stays_where_it_is_when_the_screens_are_lo
     EXPECT_EQ(placed.placement.place(circle), (PanelFrame{615, 812, 50, 50}));
 }
 
+ScreenIdentity monitor(const char* serialNumber, const char* connector)
+{
+    return {QStringLiteral("Maker"), QStringLiteral("Model"), QString::fromLatin1(serialNumber),
+            QString::fromLatin1(connector)};
+}
+
 TEST(PanelScreens, a_monitor_keeps_its_number_at_any_connector)
 {
     const ScreenIdentity first = monitor("123", "DP-1");
