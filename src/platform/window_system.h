@@ -46,8 +46,8 @@ public:
     virtual std::unique_ptr<PressWatch> watchPresses(std::function<void()> pressed) = 0;
     /// Asks for the window manager's own menu at a place of the screen; false where there is none.
     virtual bool showWindowMenu(WindowId window, int x, int y) = 0;
-    /// Raises the window and gives it the keyboard. The token is what the desktop gave to the user's action,
-    /// empty where there is none: the request then counts as the user's own.
+    /// Raises the window and gives it the keyboard, as the user's own wish. The token is what the desktop
+    /// gave to the user's action, of X11's kind or Wayland's; empty where there is none.
     virtual void activate(WindowId window, const std::string& token) = 0;
 };
 
