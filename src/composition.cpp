@@ -27,6 +27,7 @@
 #include "ui/main/settings_window.h"
 #include "ui/menu_bar/menu_bar_extra.h"
 #include "ui/style/accessibility.h"
+#include "ui/style/application_icon.h"
 #include "ui/style/brevlin_style.h"
 #include "ui/style/theme.h"
 #include "ui/style/typography.h"
@@ -128,10 +129,12 @@ Composition::Parts::Parts(const UserFolders& folders, ApplicationInstance& insta
     , m_windowStore(m_defaults)
     , m_model(modelParts(folders))
     , m_selection(m_windowStore)
-    , m_window((QApplication::setStyle(m_style), m_model), m_selection, m_windowStore, m_windowSystem)
-    , m_menuBarExtra(m_model, m_selection, m_statusItem, m_windowSystem)
+    , m_window((QApplication::setStyle(m_style), m_model), m_selection, m_windowStore, m_windowSystem,
+               m_panelSystem)
+    , m_menuBarExtra(m_model, m_selection, m_statusItem, m_windowSystem, m_panelSystem)
     , m_settingsWindow(m_model, m_windowSystem)
 {
+    QApplication::setWindowIcon(applicationIcon());
     followAppearance();
     m_capsule.attach(&m_model);
     m_loginItem.followProgram();

@@ -33,12 +33,6 @@ constexpr int attempts = 20;
 constexpr unsigned long attemptInterval = 100; // milliseconds
 constexpr QByteArrayView acknowledgement{"ok"};
 
-QString ownToken()
-{
-    const QString token = qEnvironmentVariable("DESKTOP_STARTUP_ID");
-    return token.isEmpty() ? qEnvironmentVariable("XDG_ACTIVATION_TOKEN") : token;
-}
-
 void createFolder(const std::string& path)
 {
     std::error_code ignored; // a folder that cannot be made cannot be written by anybody else either
@@ -47,6 +41,12 @@ void createFolder(const std::string& path)
 }
 
 } // namespace
+
+QString launchToken()
+{
+    const QString token = qEnvironmentVariable("DESKTOP_STARTUP_ID");
+    return token.isEmpty() ? qEnvironmentVariable("XDG_ACTIVATION_TOKEN") : token;
+}
 
 ApplicationInstance::ApplicationInstance(std::vector<std::string> folders, QObject* parent)
     : QObject(parent), m_folders(std::move(folders))
@@ -59,14 +59,13 @@ ApplicationInstance::~ApplicationInstance()
     }
 }
 
-ApplicationInstance::Claim ApplicationInstance::claim()
+ApplicationInstance::Claim ApplicationInstance::claim(const QString& token)
 {
     if (lockFolders()) {
         serveBus();
         serveSocket();
         return Claim::first;
     }
-    const QString token = ownToken();
     // The other process may hold the lock and not answer yet.
     for (int attempt = 0; attempt < attempts; ++attempt) {
         if (activateThroughBus(token) || activateThroughSocket(token)) {

@@ -30,7 +30,8 @@ public:
     explicit ApplicationInstance(std::vector<std::string> folders, QObject* parent = nullptr);
     ~ApplicationInstance() override;
 
-    Claim claim();
+    /// The token is what the desktop gave to the start of this process; see launchToken.
+    Claim claim(const QString& token);
 
 Q_SIGNALS:
     /// A second start, or the desktop, asks for the window, with the user's activation token if there is one.
@@ -49,5 +50,9 @@ private:
     std::unique_ptr<ActivationService> m_service;
     std::unique_ptr<QLocalServer> m_server;
 };
+
+/// What the desktop gave to the start of this process: the token or startup identifier of the user's action.
+/// To be asked before the application object is made, which takes it out of the environment.
+QString launchToken();
 
 } // namespace brevlin
