@@ -6,6 +6,7 @@
 #include "platform/freedesktop/application_instance.h"
 #include "platform/freedesktop/dbus_notification_server.h"
 #include "platform/freedesktop/desktop_system_events.h"
+#include "platform/freedesktop/document_worker.h"
 #include "platform/freedesktop/files/file_user_defaults.h"
 #include "platform/freedesktop/files/leftovers.h"
 #include "platform/freedesktop/files/posix_durable_file.h"
@@ -71,6 +72,7 @@ public:
     Parts& operator=(const Parts&) = delete;
 
 private:
+    DocumentDisk disk() { return {m_defaults, m_documents, m_scheduler, m_clock}; }
     AppModelParts modelParts(const UserFolders& folders);
     void followAppearance();
     void applyAppearance();
@@ -82,6 +84,7 @@ private:
     FileUserDefaults m_defaults;
     SystemClock m_clock;
     QtTaskScheduler m_scheduler;
+    DocumentWorker m_documents;
     DesktopSystemEvents m_systemEvents;
     PortalDesktopSettings m_desktopSettings;
     DesktopNotificationCenter m_notificationCenter;
@@ -111,12 +114,12 @@ Composition::Parts::Parts(const UserFolders& folders, ApplicationInstance& insta
     , m_soundPlayer(m_scheduler, folders.sharedData, "freedesktop")
     , m_loginItem(folders.autostart, QCoreApplication::applicationFilePath().toStdString(), m_files)
     , m_statusItem(m_scheduler)
-    , m_panelPositionStore(m_defaults)
+    , m_panelPositionStore(disk())
     , m_panelController(m_panelSystem, m_scheduler, m_panelPositionStore)
     , m_capsule(m_panelController, m_scheduler)
     , m_style(new BrevlinStyle)
     , m_desktopScheme(Theme::of(QApplication::palette()).scheme())
-    , m_windowStore(m_defaults)
+    , m_windowStore(disk())
     , m_model(modelParts(folders))
     , m_selection(m_windowStore)
     , m_window((QApplication::setStyle(m_style), m_model), m_selection, m_windowStore, m_windowSystem)
@@ -143,18 +146,18 @@ AppModelParts Composition::Parts::modelParts(const UserFolders& folders)
 {
     removeLeftovers(folders.data);
     removeLeftovers(folders.preferences);
-    return {
-        m_clock,
-        m_scheduler,
-        m_systemEvents,
-        m_capsule,
-        std::make_unique<PreferencesStore>(m_defaults, m_clock),
-        std::make_unique<ActiveTimerPersistence>(m_defaults, m_clock),
-        std::make_unique<SessionStore>(defaultHistoryLocation(folders.applicationSupport), m_files, m_clock),
-        std::make_unique<NotificationService>(m_notificationCenter),
-        std::make_unique<AlertSoundService>(m_soundPlayer, m_scheduler),
-        std::make_unique<LaunchAtLoginService>(m_loginItem),
-        timeLocale()};
+    return {m_clock,
+            m_scheduler,
+            m_systemEvents,
+            m_capsule,
+            std::make_unique<PreferencesStore>(disk()),
+            std::make_unique<ActiveTimerPersistence>(disk()),
+            std::make_unique<SessionStore>(defaultHistoryLocation(folders.applicationSupport),
+                                           HistoryDisk{m_files, m_documents, m_scheduler, m_clock}),
+            std::make_unique<NotificationService>(m_notificationCenter),
+            std::make_unique<AlertSoundService>(m_soundPlayer, m_scheduler),
+            std::make_unique<LaunchAtLoginService>(m_loginItem),
+            timeLocale()};
 }
 
 void Composition::Parts::followAppearance()

@@ -4,6 +4,8 @@
 #include "support/failure_plan.h"
 
 #include <cerrno>
+#include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <set>
@@ -21,7 +23,7 @@ public:
     std::set<std::string> unreadable; ///< paths whose reading is refused (EACCES); renaming moves the mark
     mutable FailurePlan failures;
 
-    Expected<std::optional<std::string>, FileError> read(const std::string& path) const override
+    Expected<std::optional<FileContent>, FileError> readStamped(const std::string& path) const override
     {
         if (const auto error = failures.next("read", path)) {
             return Unexpected{*error};
@@ -30,16 +32,26 @@ public:
             return Unexpected{fileError("open", EACCES, path)};
         }
         const auto file = files.find(path);
-        return file == files.end() ? std::nullopt : std::optional{file->second};
+        return file == files.end() ? std::nullopt
+                                   : std::optional{FileContent{file->second, stampOf(file->second)}};
     }
 
-    Expected<void, FileError> write(const std::string& path, std::string_view bytes) override
+    Expected<std::optional<FileStamp>, FileError> stamp(const std::string& path) const override
+    {
+        if (unreadable.contains(path)) {
+            return std::optional{FileStamp{}};
+        }
+        const auto file = files.find(path);
+        return file == files.end() ? std::nullopt : std::optional{stampOf(file->second)};
+    }
+
+    Expected<FileStamp, FileError> write(const std::string& path, std::string_view bytes) override
     {
         if (const auto error = failures.next("write", path)) {
             return Unexpected{*error};
         }
         files[path] = bytes;
-        return {};
+        return stampOf(bytes);
     }
 
     Expected<void, FileError> rename(const std::string& from, const std::string& to) override
@@ -76,6 +88,12 @@ public:
     bool exists(const std::string& path) const override
     {
         return files.contains(path) || unreadable.contains(path);
+    }
+
+private:
+    static FileStamp stampOf(std::string_view bytes)
+    {
+        return {1, std::hash<std::string_view>{}(bytes), static_cast<std::int64_t>(bytes.size()), 0};
     }
 };
 

@@ -71,7 +71,7 @@ protected:
         return element->text(QAccessible::Name).toStdString();
     }
 
-    MainWindowStore m_store{defaults};
+    MainWindowStore m_store{disk()};
     PlainWindowSystem m_windowSystem;
     std::unique_ptr<SectionSelection> m_selection;
     std::unique_ptr<MainWindow> m_window;

@@ -46,7 +46,7 @@ protected:
 
 private:
     OpaqueWindowSystem m_windowSystem;
-    MainWindowStore m_store{defaults};
+    MainWindowStore m_store{disk()};
     SectionSelection m_selection{m_store};
     std::unique_ptr<MenuBarExtra> m_extra;
 };
