@@ -4,6 +4,7 @@
 #include "app/app_section.h"
 #include "app/capsule_choreography.h"
 #include "platform/freedesktop/application_instance.h"
+#include "platform/freedesktop/bus_session_lock.h"
 #include "platform/freedesktop/dbus_notification_server.h"
 #include "platform/freedesktop/desktop_system_events.h"
 #include "platform/freedesktop/document_worker.h"
@@ -24,6 +25,7 @@
 #include "storage/top_panel_position.h"
 #include "ui/capsule/top_panel_controller.h"
 #include "ui/main/main_window.h"
+#include "ui/main/message_presenter.h"
 #include "ui/main/settings_window.h"
 #include "ui/menu_bar/menu_bar_extra.h"
 #include "ui/style/accessibility.h"
@@ -78,6 +80,7 @@ private:
     void applyAppearance();
     void showFirst();
     void showWindow(const std::string& activationToken);
+    void notify(const std::string& title, const std::string& text);
 
     // What the model and the window borrow stands before them.
     PosixDurableFile m_files;
@@ -93,6 +96,7 @@ private:
     DesktopStatusItem m_statusItem;
     TopPanelPositionStore m_panelPositionStore;
     X11PanelSystem m_panelSystem;
+    BusSessionLock m_sessionLock;
     TopPanelController m_panelController;
     CapsuleChoreography m_capsule;
     X11WindowSystem m_windowSystem;
@@ -105,6 +109,8 @@ private:
     MainWindow m_window;
     MenuBarExtra m_menuBarExtra;
     SettingsWindow m_settingsWindow;
+    MessagePresenter m_messagePresenter;
+    std::unique_ptr<DesktopNotificationCenter> m_messageCenter; // made for the first message
     TaskHandle m_firstShow;
 };
 
@@ -115,7 +121,9 @@ Composition::Parts::Parts(const UserFolders& folders, ApplicationInstance& insta
     , m_loginItem(folders.autostart, QCoreApplication::applicationFilePath().toStdString(), m_files)
     , m_statusItem(m_scheduler)
     , m_panelPositionStore(disk())
-    , m_panelController(m_panelSystem, m_scheduler, m_panelPositionStore)
+    , m_panelSystem(m_scheduler)
+    , m_sessionLock(m_scheduler)
+    , m_panelController(m_panelSystem, m_sessionLock, m_scheduler, m_panelPositionStore)
     , m_capsule(m_panelController, m_scheduler)
     , m_style(new BrevlinStyle)
     , m_desktopScheme(Theme::of(QApplication::palette()).scheme())
@@ -125,6 +133,8 @@ Composition::Parts::Parts(const UserFolders& folders, ApplicationInstance& insta
     , m_window((QApplication::setStyle(m_style), m_model), m_selection, m_windowStore, m_windowSystem)
     , m_menuBarExtra(m_model, m_selection, m_statusItem, m_windowSystem)
     , m_settingsWindow(m_model, m_windowSystem)
+    , m_messagePresenter(m_model, {&m_window, &m_settingsWindow},
+                         [this](const std::string& title, const std::string& text) { notify(title, text); })
 {
     followAppearance();
     m_capsule.attach(&m_model);
@@ -184,12 +194,37 @@ void Composition::Parts::showFirst()
 {
     m_firstShow.reset();
     m_window.show();
+    m_messagePresenter.start();
 }
 
 void Composition::Parts::showWindow(const std::string& activationToken)
 {
     m_firstShow.reset();
     m_window.present(activationToken);
+    m_messagePresenter.start();
+    if (m_messageCenter) {
+        m_messageCenter->removeAllDelivered();
+    }
+}
+
+// Beside the announcements of the timer, so that neither takes the other's place on the screen.
+void Composition::Parts::notify(const std::string& title, const std::string& text)
+{
+    if (!m_messageCenter) {
+        m_messageCenter = std::make_unique<DesktopNotificationCenter>(
+            std::make_unique<DBusNotificationServer>(), m_clock, m_scheduler);
+        m_messageCenter->setResponseHandler([this](const NotificationResponse& response) {
+            if (response.actionIdentifier == defaultNotificationActionIdentifier) {
+                showWindow(m_messageCenter->activationToken());
+            }
+        });
+    }
+    NotificationRequest request;
+    request.identifier = "brevlin.message";
+    request.title = title;
+    request.body = text;
+    request.requestedAt = m_clock.now();
+    m_messageCenter->add(request, [](const Expected<void, std::string>& /*shown*/) {});
 }
 
 Composition::Composition(const UserFolders& folders, ApplicationInstance& instance)

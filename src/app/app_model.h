@@ -70,6 +70,7 @@ public:
     {
         return m_messages.empty() ? std::nullopt : std::optional{m_messages.front()};
     }
+    const std::deque<AppMessage>& appMessages() const { return m_messages; }
 
     // Display values, from the published state
     double progress() const;
@@ -134,6 +135,7 @@ Q_SIGNALS:
     void notificationAuthorizationChanged();
     void launchAtLoginStatusChanged();
     void alertSoundPlayingChanged();
+    /// Another message is to be told now, or one more waits.
     void appMessageChanged();
     /// A second has passed, or the clock was set.
     void ticked();

@@ -7,6 +7,8 @@ namespace brevlin {
 namespace {
 
 constexpr BilingualText launchAtLoginFailed{"登录启动设置失败", "Launch at login failed"};
+constexpr BilingualText entryWithoutEffect{"登录启动项已写入，但系统没有采用。",
+                                           "The entry was written, but the desktop does not take it."};
 
 constexpr Seconds addedTime{300.0};
 constexpr std::int64_t longestMinutes = 180;
@@ -184,6 +186,11 @@ void AppModel::setLaunchAtLogin(bool enabled)
     const auto status = m_parts.launchAtLoginService->setEnabled(enabled);
     if (status) {
         publishLaunchAtLoginStatus(*status);
+        const bool hasEffect =
+            *status == LaunchAtLoginStatus::enabled || *status == LaunchAtLoginStatus::requiresApproval;
+        if (enabled && !hasEffect) {
+            raise(launchAtLoginFailed, std::string{entryWithoutEffect.in(language())});
+        }
     } else {
         raise(launchAtLoginFailed, status.error().errorDescription());
     }

@@ -229,9 +229,7 @@ void AppModel::raise(const BilingualText& messageTitle, const std::string& detai
         return;
     }
     m_messages.push_back(message);
-    if (m_messages.size() == 1) {
-        Q_EMIT appMessageChanged();
-    }
+    Q_EMIT appMessageChanged();
 }
 
 void AppModel::clearAppMessage()

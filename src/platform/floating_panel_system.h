@@ -2,12 +2,13 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace brevlin {
 
-/// What a panel that floats above every other window needs from the window manager. Windows are named by
-/// their native identifier; lengths are native pixels.
+/// What a panel that floats above every other window, without a window manager's help, needs from the window
+/// system. Windows are named by their native identifier; lengths are native pixels.
 class FloatingPanelSystem
 {
 public:
@@ -34,14 +35,31 @@ public:
         bool operator==(const ReservedArea&) const = default;
     };
 
+    /// What is left of a window's rectangle, in the window's coordinates.
+    struct Shape
+    {
+        std::optional<std::vector<Rectangle>> seen;    ///< nothing: all of it
+        std::optional<std::vector<Rectangle>> clicked; ///< nothing: all that is seen
+    };
+
     virtual ~FloatingPanelSystem() = default;
 
-    /// Asks that the window lies above all others, on every workspace and in no list of windows, and never
-    /// gets the keyboard. To be called before every time that it is shown, because a hidden window is
-    /// forgotten.
+    /// Says what the window is, so that it never gets the keyboard and no compositor adds a shadow. To be
+    /// called before every time that it is shown.
     virtual void prepareToShow(WindowId window) = 0;
-    /// Asks again once it is shown, for managers that only listen then.
+    /// From now on the window, while it is shown, lies above everything that the window manager governs, on
+    /// every workspace, and below what else floats: menus, tool tips and whatever locks the screen.
     virtual void keepAbove(WindowId window) = 0;
+    /// Where the window system does not cut what is clicked, as some X servers of Wayland sessions, clicks
+    /// into the whole rectangle are the window's.
+    virtual void setShape(WindowId window, const Shape& shape) = 0;
+
+    /// Whether something hides a whole screen that no window manager governs, as a screen locker does:
+    /// nothing may be shown above it.
+    virtual bool isScreenCovered() = 0;
+    /// Whether the pointer's place is known wherever it is. A Wayland session tells it only above windows of
+    /// its X server.
+    virtual bool knowsPointerEverywhere() const = 0;
 
     /// Whether translucent pixels show what lies behind them; without this they show black.
     virtual bool isComposited() const = 0;

@@ -3,14 +3,17 @@
 import os
 import time
 
-from harness import DesktopTest, holds_for, main, read_json, wait_for
+from harness import DesktopTest, holds_for, main, now, read_json, wait_for
 
 SCREEN = (1280, 900)
+CAPSULE = "顶部专注胶囊"
+CIRCLE = (615, 8, 50, 50)
+ISLAND = (410, 8, 460, 126)
 POSITION_KEY = "Brevlin.topPanel.position.v1"
 
 
 class CapsuleTest(DesktopTest):
-    def start(self, focus=8.0, **preferences):
+    def start(self, focus=600.0, **preferences):
         desktop = self.desktop
         desktop.set_preferences(focus=focus, **preferences)
         self.program, _ = self.start_and_wait()
@@ -19,8 +22,29 @@ class CapsuleTest(DesktopTest):
         desktop.ask("xdotool", "windowminimize", str(desktop.windows()[0]))
         desktop.move_pointer(640, 500)
         self.typed = desktop.folder / "typed"
-        desktop.run_in_background([os.environ["BREVLIN_LINE_EDIT"], str(self.typed)])
-        desktop.wait_for_window("Line edit")
+        self.open_window("Line edit", str(self.typed))
+
+    def open_window(self, title, *arguments):
+        process = self.desktop.run_in_background([os.environ["BREVLIN_OTHER_WINDOW"], *arguments])
+        self.desktop.wait_for_window(title)
+        return process
+
+    def end_the_phase_after(self, seconds):
+        """As if it had been started earlier."""
+        desktop = self.desktop
+        desktop.stop(self.program)
+        timer = desktop.timer()
+        desktop.store_timer({**timer, "startedAt": now() + seconds - timer["plannedDuration"], "expectedEndAt": now() + seconds})
+        self.program = desktop.start_program()
+        desktop.ask("xdotool", "windowminimize", str(desktop.wait_for_window()))
+
+    def window_box(self):
+        """The capsule's window as the X server has it; None while it is not mapped."""
+        found = self.desktop.ask("xdotool", "search", "--onlyvisible", "--name", CAPSULE).split()
+        return self.desktop.geometry(found[0]) if found else None
+
+    # Above the tip that the pointer brings up sooner or later.
+    WITHOUT_TIP = (0, 0, SCREEN[0], 60)
 
     def box(self, area=(0, 0, SCREEN[0], 560)):
         """Where the capsule is to be seen; None where nothing is. The rest of that part of the screen is plain."""
@@ -39,11 +63,11 @@ class CapsuleTest(DesktopTest):
                 columns |= {differing[0], differing[-1]}
         return (left + min(columns), top + rows[0], max(columns) - min(columns) + 1, rows[-1] - rows[0] + 1)
 
-    def wait_for_box(self, box, seconds=5.0):
+    def wait_for_box(self, box, seconds=5.0, area=(0, 0, SCREEN[0], 560)):
         seen = []
 
         def ask():
-            seen.append(self.box())
+            seen.append(self.box(area))
             return seen[-1] == box
 
         try:
@@ -64,23 +88,24 @@ class CapsuleTest(DesktopTest):
         seen = []
 
         def ask():
-            seen.append(self.box())
+            seen.append(self.box(self.WITHOUT_TIP))
             return seen[-1] == (615, 8, 316, 50)
 
         wait_for("the wide capsule", ask)
         self.assertEqual({box[0] for box in seen}, {615}, f"the circle does not move: {seen}")
+        wait_for("a window as large as the capsule", lambda: self.window_box() == (615, 8, 316, 50))
         self.assert_typing_goes_on("h")
         wait_for("its buttons", lambda: desktop.pixel("root", 615 + 316 - 26, 14) != desktop.pixel("root", 615 + 316 - 26, 20))
         desktop.move_pointer(640, 500)
         left = time.monotonic()
-        wait_for("the pointer's leaving to be noticed", lambda: self.box()[2] < 316, 3)
+        wait_for("the pointer's leaving to be noticed", lambda: self.box(self.WITHOUT_TIP)[2] < 316, 3)
         self.assertGreater(time.monotonic() - left, 0.13)
         self.wait_for_box((615, 8, 50, 50))
 
     def drag_to_the_left_edge(self):
         desktop = self.desktop
         desktop.move_pointer(640, 33)
-        self.wait_for_box((615, 8, 316, 50))
+        self.wait_for_box((615, 8, 316, 50), area=self.WITHOUT_TIP)
         desktop.ask("xdotool", "mousedown", "1")
         for x in range(620, 40, -40):
             desktop.move_pointer(x, 33 + (640 - x) // 10)
@@ -96,12 +121,14 @@ class CapsuleTest(DesktopTest):
     def widen_move_and_become_an_island(self):
         desktop = self.desktop
         self.start()
-        self.wait_for_box((615, 8, 50, 50))
+        self.wait_for_box(CIRCLE)
+        self.assertEqual(self.window_box(), CIRCLE)
         self.hover_and_leave()
         self.drag_to_the_left_edge()
-
-        desktop.wait_for_state("ringing", 12)
+        self.end_the_phase_after(2.0)
+        desktop.wait_for_state("ringing")
         self.wait_for_box((0, 68, 460, 126))
+        self.assertEqual(self.window_box(), (0, 68, 460, 126))
         self.assert_typing_goes_on("i")
         # A click beside the island's round corner is for what lies there.
         self.assertEqual(self.window_at(1, 69), self.window_at(1, 400))
@@ -158,6 +185,70 @@ class CapsulePlace(CapsuleTest):
         desktop.ask("xrandr", "--delmonitor", "right")
         # The same fractions of the screen that is left.
         self.wait_for_box((235, 208, 50, 50), 1.5)
+
+
+class CapsuleAmongWindows(CapsuleTest):
+    """What lies above what, where nobody but the capsule itself sees to it."""
+
+    def is_seen(self):
+        """The circle has no colour of the windows here in its middle, where the clock stands."""
+        return self.desktop.pixel("root", 640, 12) != (0, 128, 128)
+
+    def stay_above_windows_and_below_what_floats(self):
+        self.start()
+        self.wait_for_box(CIRCLE)
+        self.open_window("Full screen", "--full-screen")
+        wait_for("the capsule above a full-screen window", self.is_seen)
+        holds_for("the keyboard on the full-screen window",
+                  lambda: self.desktop.active_window() == self.desktop.windows("Full screen")[0], 0.3)
+        floating = self.desktop.run_in_background([os.environ["BREVLIN_OTHER_WINDOW"], "--floating"])
+        wait_for("what floats above the capsule", lambda: not self.is_seen())
+        # The order of the other windows changes, which is no reason to rise above what floats.
+        self.desktop.ask("xdotool", "windowactivate", str(self.desktop.windows("Line edit")[0]))
+        holds_for("what floats above the capsule", lambda: not self.is_seen(), 0.6)
+        self.desktop.stop(floating)
+        wait_for("the capsule", self.is_seen)
+
+    def test_the_capsule_stays_above_windows_and_below_what_floats_on_openbox(self):
+        self.stay_above_windows_and_below_what_floats()
+
+    def test_a_screen_that_something_covers_hides_the_island_until_it_is_gone(self):
+        self.start()
+        self.wait_for_box(CIRCLE)
+        self.desktop.ask("xdotool", "windowclose", str(self.desktop.windows("Line edit")[0]))
+        self.end_the_phase_after(3.0)
+        locker = self.desktop.run_in_background([os.environ["BREVLIN_OTHER_WINDOW"], "--floating"])
+        wait_for("a covered screen", lambda: self.box() is None)
+        # A capsule that appears only now must not appear above it either.
+        self.desktop.stop(self.program)
+        self.program = self.desktop.start_program()
+        self.desktop.wait_for_state("ringing")
+        holds_for("nothing above the locker", lambda: self.window_box() is None and self.box() is None, 1.0)
+        self.desktop.stop(locker)
+        self.desktop.ask("xdotool", "windowminimize", str(self.desktop.wait_for_window()))
+        self.wait_for_box(ISLAND)
+
+    def test_a_locked_session_hides_the_island_until_it_is_unlocked(self):
+        saver = "org.freedesktop.ScreenSaver"
+        mock = self.desktop.start_mock(saver, "/org/freedesktop/ScreenSaver", saver, name=saver,
+                                       path="/org/freedesktop/ScreenSaver")
+        self.start()
+        self.wait_for_box(CIRCLE)
+        mock.EmitSignal(saver, "ActiveChanged", "b", [True])
+        wait_for("nothing of the capsule", lambda: self.box() is None)
+        mock.AddMethod(saver, "GetActive", "", "b", "ret = True")
+        self.end_the_phase_after(1.0)
+        self.desktop.wait_for_state("ringing")
+        holds_for("nothing of the island", lambda: self.window_box() is None, 0.5)
+        mock.EmitSignal(saver, "ActiveChanged", "b", [False])
+        self.wait_for_box(ISLAND)
+
+
+class CapsuleAmongWindowsOfXfwm(CapsuleAmongWindows):
+    manager = ("xfwm4", "--compositor=on", "--sm-client-disable")
+
+    def test_the_capsule_stays_above_windows_and_below_what_floats_on_xfwm(self):
+        self.stay_above_windows_and_below_what_floats()
 
 
 class CapsuleOnOpenbox(CapsuleTest):

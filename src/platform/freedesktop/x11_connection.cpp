@@ -105,6 +105,38 @@ void X11Connection::sendToRoot(xcb_window_t window, xcb_atom_t type, const std::
     xcb_flush(m_connection);
 }
 
+// Both go to windows of other programs, which may be gone by now: their errors are taken here, or Qt would
+// report them.
+void X11Connection::placeAbove(xcb_window_t window, xcb_window_t sibling) const
+{
+    const std::uint32_t values[] = {sibling, XCB_STACK_MODE_ABOVE};
+    const auto cookie = xcb_configure_window_checked(
+        m_connection, window, XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE, values);
+    xcb_discard_reply(m_connection, cookie.sequence);
+    xcb_flush(m_connection);
+}
+
+void X11Connection::watchStructure(xcb_window_t window) const
+{
+    const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    const auto cookie =
+        xcb_change_window_attributes_checked(m_connection, window, XCB_CW_EVENT_MASK, &mask);
+    xcb_discard_reply(m_connection, cookie.sequence);
+    xcb_flush(m_connection);
+}
+
+xcb_window_t X11Connection::goneWindow(const xcb_generic_event_t& event)
+{
+    switch (typeOf(event)) {
+    case XCB_UNMAP_NOTIFY:
+        return reinterpret_cast<const xcb_unmap_notify_event_t&>(event).window;
+    case XCB_DESTROY_NOTIFY:
+        return reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window;
+    default:
+        return XCB_WINDOW_NONE;
+    }
+}
+
 bool X11Connection::managerSupports(xcb_atom_t hint) const
 {
     const auto hints = numbers(m_root, atom("_NET_SUPPORTED"));

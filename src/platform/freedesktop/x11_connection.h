@@ -30,6 +30,13 @@ public:
     /// A request to the window manager about a window.
     void sendToRoot(xcb_window_t window, xcb_atom_t type, const std::uint32_t (&data)[5]) const;
 
+    /// Stacks a window right above another one below the same parent; nothing happens when one is gone.
+    void placeAbove(xcb_window_t window, xcb_window_t sibling) const;
+    /// Asks to be told when any client's window is unmapped or destroyed.
+    void watchStructure(xcb_window_t window) const;
+    /// The window that an event tells was unmapped or destroyed; none for any other event.
+    static xcb_window_t goneWindow(const xcb_generic_event_t& event);
+
     /// Whether the window manager lists this hint among those that it follows.
     bool managerSupports(xcb_atom_t hint) const;
     bool isComposited() const;

@@ -1,16 +1,24 @@
 #include "platform/freedesktop/x11_panel_system.h"
 
+#include "platform/freedesktop/x11_window_tree.h"
+
 #include <QGuiApplication>
+#include <QScreen>
 
 #include <algorithm>
 #include <string_view>
 #include <utility>
 
+#include <xcb/shape.h>
+
 namespace brevlin {
 
 namespace {
 
-constexpr std::uint32_t everyDesktop = 0xFFFFFFFF;
+// Window managers tell of a new order before they have made it, or after.
+constexpr Seconds firstLookDelay{0.03};
+constexpr Seconds secondLookDelay{0.25};
+
 constexpr std::string_view blurHint = "_KDE_NET_WM_BLUR_BEHIND_REGION";
 
 xcb_window_t nativeWindow(FloatingPanelSystem::WindowId window)
@@ -64,14 +72,51 @@ void addReservedAreas(const std::vector<std::uint32_t>& strut, int width, int he
     add(bottom, bottomDepth, bottomStart, bottomEnd);
 }
 
+std::vector<FloatingPanelSystem::Rectangle> nativeScreens()
+{
+    std::vector<FloatingPanelSystem::Rectangle> screens;
+    for (const QScreen* screen : QGuiApplication::screens()) {
+        const QPoint origin = screen->geometry().topLeft(); // the same number in points and native pixels
+        const QSize size = screen->geometry().size() * screen->devicePixelRatio();
+        screens.push_back({origin.x(), origin.y(), size.width(), size.height()});
+    }
+    return screens;
+}
+
+bool contains(const std::vector<xcb_atom_t>& atoms, xcb_atom_t atom)
+{
+    return std::find(atoms.begin(), atoms.end(), atom) != atoms.end();
+}
+
+std::vector<xcb_rectangle_t> protocolRectangles(const std::vector<FloatingPanelSystem::Rectangle>& rectangles)
+{
+    std::vector<xcb_rectangle_t> result;
+    result.reserve(rectangles.size());
+    for (const auto& rectangle : rectangles) {
+        result.push_back({static_cast<std::int16_t>(rectangle.x), static_cast<std::int16_t>(rectangle.y),
+                          static_cast<std::uint16_t>(rectangle.width),
+                          static_cast<std::uint16_t>(rectangle.height)});
+    }
+    return result;
+}
+
 } // namespace
 
-X11PanelSystem::X11PanelSystem(QObject* parent) : QObject(parent)
+X11PanelSystem::X11PanelSystem(TaskScheduler& scheduler, QObject* parent)
+    : QObject(parent), m_scheduler(scheduler)
 {
     if (m_x11.isConnected()) {
+        m_knowsPointerEverywhere = qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+        m_stackingProperties = {m_x11.atom("_NET_ACTIVE_WINDOW"), m_x11.atom("_NET_CLIENT_LIST_STACKING"),
+                                m_x11.atom("_NET_CURRENT_DESKTOP"), m_x11.atom("_NET_SUPPORTING_WM_CHECK")};
         m_watchedProperties = {m_x11.atom("_NET_SUPPORTED"), m_x11.atom(blurHint),
                                m_x11.atom("_NET_WORKAREA")};
         qGuiApp->installNativeEventFilter(this);
+        connect(&m_swayWorkArea, &SwayWorkArea::changed, this, [this] {
+            if (m_changeHandler) {
+                m_changeHandler();
+            }
+        });
     }
 }
 
@@ -89,22 +134,25 @@ void X11PanelSystem::setChangeHandler(std::function<void()> handler)
 
 bool X11PanelSystem::nativeEventFilter(const QByteArray& eventType, void* message, qintptr* /*result*/)
 {
-    if (eventType != "xcb_generic_event_t" || !m_changeHandler) {
+    if (eventType != "xcb_generic_event_t") {
         return false;
     }
     const auto& event = *static_cast<const xcb_generic_event_t*>(message);
     const auto property = m_x11.changedRootProperty(event);
-    const bool isWatched = property != XCB_ATOM_NONE &&
-                           std::find(m_watchedProperties.begin(), m_watchedProperties.end(), property) !=
-                               m_watchedProperties.end();
-    if (isWatched || m_x11.tellsOfCompositor(event)) {
+    if (property != XCB_ATOM_NONE && contains(m_stackingProperties, property)) {
+        scheduleRaise();
+    }
+    const bool isUncovered = m_cover != XCB_WINDOW_NONE && X11Connection::goneWindow(event) == m_cover;
+    if (isUncovered) {
+        m_cover = XCB_WINDOW_NONE;
+    }
+    const bool isWatched = property != XCB_ATOM_NONE && contains(m_watchedProperties, property);
+    if (m_changeHandler && (isWatched || isUncovered || m_x11.tellsOfCompositor(event))) {
         m_changeHandler();
     }
     return false;
 }
 
-// A notification lies above maximised and full-screen windows with every common manager, and no manager gives
-// it the keyboard by itself.
 void X11PanelSystem::prepareToShow(WindowId window)
 {
     if (!m_x11.isConnected()) {
@@ -113,11 +161,8 @@ void X11PanelSystem::prepareToShow(WindowId window)
     const auto native = nativeWindow(window);
     m_x11.setNumbers(native, m_x11.atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM,
                      {m_x11.atom("_NET_WM_WINDOW_TYPE_NOTIFICATION")});
-    m_x11.setNumbers(native, m_x11.atom("_NET_WM_DESKTOP"), XCB_ATOM_CARDINAL, {everyDesktop});
-    m_x11.setNumbers(native, m_x11.atom("_NET_WM_STATE"), XCB_ATOM_ATOM,
-                     {m_x11.atom("_NET_WM_STATE_ABOVE"), m_x11.atom("_NET_WM_STATE_STICKY"),
-                      m_x11.atom("_NET_WM_STATE_SKIP_TASKBAR"), m_x11.atom("_NET_WM_STATE_SKIP_PAGER")});
     refuseFocus(native);
+    m_swayWorkArea.ask();
 }
 
 // Qt lists WM_TAKE_FOCUS for every window: some managers would then offer it the keyboard with a click.
@@ -132,20 +177,86 @@ void X11PanelSystem::refuseFocus(xcb_window_t window)
 
 void X11PanelSystem::keepAbove(WindowId window)
 {
+    if (m_x11.isConnected()) {
+        m_panel = nativeWindow(window);
+        scheduleRaise();
+    }
+}
+
+// Only the window manager's own doings are followed. Whoever else lies above, as a menu, a picture that is
+// dragged or a screen locker, does so for a reason, and lockers raise themselves when they are covered: two
+// that raise themselves would never come to rest.
+void X11PanelSystem::scheduleRaise()
+{
+    if (m_panel == XCB_WINDOW_NONE) {
+        return;
+    }
+    if (m_raiseTask) {
+        m_hasOrderChangedSince = true;
+        return;
+    }
+    m_raiseTask = m_scheduler.after(firstLookDelay, [this] {
+        raise();
+        m_raiseTask = m_scheduler.after(secondLookDelay, [this] {
+            m_raiseTask.reset();
+            raise();
+            if (std::exchange(m_hasOrderChangedSince, false)) {
+                scheduleRaise();
+            }
+        });
+    });
+}
+
+void X11PanelSystem::raise() const
+{
+    const auto windows = topLevelWindows(m_x11);
+    const bool isShown = std::any_of(windows.begin(), windows.end(),
+                                     [this](const TopLevelWindow& window) { return window.id == m_panel; });
+    if (!isShown) {
+        return;
+    }
+    if (const auto managed = highestManagedAbove(windows, m_panel)) {
+        m_x11.placeAbove(m_panel, *managed);
+    }
+}
+
+void X11PanelSystem::setShape(WindowId window, const Shape& shape)
+{
     if (!m_x11.isConnected()) {
         return;
     }
-    constexpr std::uint32_t add = 1;
-    constexpr std::uint32_t fromApplication = 1;
-    const auto native = nativeWindow(window);
-    const auto state = m_x11.atom("_NET_WM_STATE");
-    m_x11.sendToRoot(
-        native, state,
-        {add, m_x11.atom("_NET_WM_STATE_ABOVE"), m_x11.atom("_NET_WM_STATE_STICKY"), fromApplication, 0});
-    m_x11.sendToRoot(native, state,
-                     {add, m_x11.atom("_NET_WM_STATE_SKIP_TASKBAR"), m_x11.atom("_NET_WM_STATE_SKIP_PAGER"),
-                      fromApplication, 0});
-    m_x11.sendToRoot(native, m_x11.atom("_NET_WM_DESKTOP"), {everyDesktop, fromApplication, 0, 0, 0});
+    const auto cut = [this, window](xcb_shape_kind_t kind, const std::optional<std::vector<Rectangle>>& part) {
+        if (!part) {
+            xcb_shape_mask(m_x11.get(), XCB_SHAPE_SO_SET, kind, nativeWindow(window), 0, 0, XCB_PIXMAP_NONE);
+            return;
+        }
+        const auto rectangles = protocolRectangles(*part);
+        xcb_shape_rectangles(m_x11.get(), XCB_SHAPE_SO_SET, kind, XCB_CLIP_ORDERING_UNSORTED,
+                             nativeWindow(window), 0, 0, static_cast<std::uint32_t>(rectangles.size()),
+                             rectangles.data());
+    };
+    cut(XCB_SHAPE_SK_BOUNDING, shape.seen);
+    cut(XCB_SHAPE_SK_INPUT, shape.clicked);
+    xcb_flush(m_x11.get());
+}
+
+bool X11PanelSystem::isScreenCovered()
+{
+    if (!m_x11.isConnected()) {
+        return false;
+    }
+    if (m_cover == XCB_WINDOW_NONE) {
+        if (const auto cover = coveringWindow(topLevelWindows(m_x11), m_panel, nativeScreens())) {
+            // Its end may have come before it was watched, so it is looked at once more.
+            m_x11.watchStructure(*cover);
+            const auto still = coveringWindow(topLevelWindows(m_x11), m_panel, nativeScreens());
+            m_cover = still.value_or(static_cast<xcb_window_t>(XCB_WINDOW_NONE));
+            if (m_cover != *cover && m_cover != XCB_WINDOW_NONE) {
+                m_x11.watchStructure(m_cover);
+            }
+        }
+    }
+    return m_cover != XCB_WINDOW_NONE;
 }
 
 bool X11PanelSystem::isComposited() const
@@ -178,7 +289,7 @@ void X11PanelSystem::setBlurredPart(WindowId window, const std::vector<Rectangle
 
 std::vector<FloatingPanelSystem::ReservedArea> X11PanelSystem::reservedAreas() const
 {
-    std::vector<ReservedArea> areas;
+    std::vector<ReservedArea> areas = m_swayWorkArea.reservedAreas();
     if (!m_x11.isConnected()) {
         return areas;
     }

@@ -101,7 +101,7 @@ StablePosition PanelGeometry::defaultPosition(const CapsuleLayout& layout, const
         clamped({visible.midX() - size.width / 2, visible.maxY() - size.height - layout.topMargin, size.width,
                  size.height},
                 visible);
-    return stablePosition(placed, layout.horizontalAnchor, screen.displayID);
+    return stablePosition(placed, HorizontalAnchor::center, screen.displayID);
 }
 
 bool PanelGeometry::framesApproximatelyEqual(const PanelFrame& first, const PanelFrame& second)

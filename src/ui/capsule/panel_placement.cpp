@@ -1,20 +1,8 @@
 #include "ui/capsule/panel_placement.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace brevlin {
-
-namespace {
-
-PanelFrame united(const PanelFrame& first, const PanelFrame& second)
-{
-    const double x = std::min(first.x, second.x);
-    const double y = std::min(first.y, second.y);
-    return {x, y, std::max(first.maxX(), second.maxX()) - x, std::max(first.maxY(), second.maxY()) - y};
-}
-
-} // namespace
 
 PanelPlacement::PanelPlacement(TopPanelPositionStore& store) : m_store(store) {}
 
@@ -62,20 +50,6 @@ std::optional<PanelFrame> PanelPlacement::place(const CapsuleLayout& layout)
         m_preferredDisplay = own->displayID;
     }
     return PanelGeometry::placedFrame(*m_stablePosition, layout, screen->visibleFrame);
-}
-
-std::optional<PanelFrame> PanelPlacement::room() const
-{
-    const PanelScreen* screen = stableScreen();
-    if (screen == nullptr) {
-        return std::nullopt;
-    }
-    constexpr double widest = CapsuleLayouts::soundingTimerWidth;
-    const CapsuleLayout timer = CapsuleLayouts::capsule(widest, preferredExpansionAnchor(widest));
-    const auto frame = [&](const CapsuleLayout& layout) {
-        return PanelGeometry::placedFrame(*m_stablePosition, layout, screen->visibleFrame);
-    };
-    return united(united(frame(m_layout), frame(timer)), frame(CapsuleLayouts::island));
 }
 
 HorizontalAnchor PanelPlacement::preferredExpansionAnchor(double width) const

@@ -26,8 +26,6 @@ public:
     /// The capsule's frame in this layout: where it is pinned, else where it was left, else at the top
     /// centre. None without a screen.
     std::optional<PanelFrame> place(const CapsuleLayout& layout);
-    /// The room that the capsule needs in any layout, pinned where it is now.
-    std::optional<PanelFrame> room() const;
     /// The end (leading or trailing) that has to stay when the circle grows to this width.
     HorizontalAnchor preferredExpansionAnchor(double width) const;
 

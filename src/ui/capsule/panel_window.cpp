@@ -1,7 +1,6 @@
 #include "ui/capsule/panel_window.h"
 
 #include "ui/capsule/capsule_controls.h"
-#include "ui/capsule/panel_shape.h"
 #include "ui/style/shapes.h"
 
 #include <QCloseEvent>
@@ -35,7 +34,8 @@ QRect between(const QRect& start, const QRect& target, double share)
 
 PanelWindow::PanelWindow(FloatingPanelSystem& system)
     : QWidget(nullptr,
-              Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::WindowDoesNotAcceptFocus)
+              Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::WindowDoesNotAcceptFocus |
+                  Qt::X11BypassWindowManagerHint)
     , m_system(system)
     , m_view(new TopCapsuleView(this))
     , m_curve(QEasingCurve::BezierSpline)
@@ -78,12 +78,12 @@ bool PanelWindow::fades() const
     return m_isComposited && animationsEnabled(*this);
 }
 
-void PanelWindow::appear(const QRect& frame, const QRect& room, double cornerRadius)
+void PanelWindow::appear(const QRect& frame, double cornerRadius)
 {
     const WId window = winId();
     followSystem();
     m_isDisappearing = false;
-    putAt(frame, room, cornerRadius);
+    putAt(frame, cornerRadius);
     m_opacity.setValue(fades() ? 0.0 : 1.0);
     setWindowOpacity(m_opacity.value());
     m_system.prepareToShow(window);
@@ -113,22 +113,19 @@ void PanelWindow::stay()
     }
 }
 
-void PanelWindow::morphTo(const QRect& frame, const QRect& room, double cornerRadius)
+void PanelWindow::morphTo(const QRect& frame, double cornerRadius)
 {
-    const QRect needed = frame | this->frame();
-    if (!geometry().contains(needed)) {
-        setRoom(room | needed);
-    }
     startMotion(frame, cornerRadius);
 }
 
-void PanelWindow::putAt(const QRect& frame, const QRect& room, double cornerRadius)
+void PanelWindow::putAt(const QRect& frame, double cornerRadius)
 {
     endMotion();
     m_target = frame;
     m_cornerRadius = cornerRadius;
-    setGeometry(room | frame);
-    placeView(frame);
+    setGeometry(frame);
+    m_view->setGeometry(QRect(QPoint(), frame.size()));
+    m_view->setContentPlace(m_view->rect());
     updateShape();
 }
 
@@ -144,13 +141,18 @@ void PanelWindow::glideTo(const QRect& frame)
     startMotion(frame, m_cornerRadius);
 }
 
-// The capsule stays where it is on the desktop while its window changes around it.
-void PanelWindow::setRoom(const QRect& room)
+// The capsule stays where it is on the desktop while its window changes around it, and is painted at once:
+// what a resize leaves behind is not worth seeing.
+void PanelWindow::setWindowArea(const QRect& area)
 {
+    if (area == geometry()) {
+        return;
+    }
     const QRect lies = frame();
-    setGeometry(room);
-    m_view->setGeometry(lies.translated(-room.topLeft()));
+    setGeometry(area);
+    m_view->setGeometry(lies.translated(-area.topLeft()));
     updateShape();
+    repaint();
 }
 
 void PanelWindow::startMotion(const QRect& frame, double cornerRadius)
@@ -162,6 +164,9 @@ void PanelWindow::startMotion(const QRect& frame, double cornerRadius)
     m_motion.animateTo(1.0, motionTiming);
     // Its step is done already where nothing moves.
     if (m_motion.isRunning()) {
+        if (m_start.size() != m_target.size()) {
+            setWindowArea(m_start | m_target);
+        }
         showStep(0.0);
     }
 }
@@ -184,15 +189,18 @@ void PanelWindow::showStep(double share)
         // What the shape uncovers would be black until it is painted.
         m_view->repaint();
     }
+    if (isLast) {
+        setWindowArea(m_target);
+    }
     if (next.size() != before || share <= 0.0 || isLast) {
         updateShape();
     }
 }
 
-// A capsule that keeps its size takes the window along, so that nothing is painted anew.
+// A capsule that fills its window takes it along, so that nothing is painted anew.
 void PanelWindow::placeView(const QRect& frame)
 {
-    if (frame.size() == m_view->size()) {
+    if (frame.size() == size() && m_view->size() == size()) {
         move(pos() + frame.topLeft() - this->frame().topLeft());
     } else {
         m_view->setGeometry(frame.translated(-pos()));
@@ -200,42 +208,33 @@ void PanelWindow::placeView(const QRect& frame)
     m_view->setContentPlace(m_target.translated(-frame.topLeft()));
 }
 
+// A compositor blends the pixels at the edge, so it is given the whole window and only the clicks are cut;
+// without one the window itself is. While the capsule moves under a compositor, all of the way is its own.
 void PanelWindow::updateShape()
 {
-    const auto shape = [this](const QRect& frame) {
-        return roundedRegion(frame.size(), m_cornerRadius, m_isComposited ? ShapeEdge::soft : ShapeEdge::hard)
-            .translated(frame.topLeft() - pos());
-    };
-    if (!m_isComposited || !m_motion.isRunning()) {
-        cutTo(shape(frame()));
-    } else {
-        // One shape for the whole way: the compositor shows only what is painted, and a shape that runs ahead
-        // of the picture would flicker.
-        cutTo((m_start | m_target).translated(-pos()));
+    FloatingPanelSystem::Shape part;
+    if (!m_isComposited) {
+        part.seen = shape(ShapeEdge::hard);
+    } else if (!m_motion.isRunning()) {
+        part.clicked = shape(ShapeEdge::soft);
     }
-    updateBlur();
-}
-
-void PanelWindow::cutTo(const QRegion& shape)
-{
-    if (mask() != shape) {
-        setMask(shape);
+    m_system.setShape(winId(), part);
+    if (m_isBlurred) {
+        m_system.setBlurredPart(winId(), shape(ShapeEdge::hard));
     }
 }
 
-void PanelWindow::updateBlur()
+// Native pixels of the window.
+std::vector<FloatingPanelSystem::Rectangle> PanelWindow::shape(ShapeEdge edge) const
 {
-    if (!m_isBlurred) {
-        return;
-    }
     const double scale = devicePixelRatioF();
+    const QPoint origin = (QPointF(m_view->pos()) * scale).toPoint();
+    const QSize size = (QSizeF(m_view->size()) * scale).toSize();
     std::vector<FloatingPanelSystem::Rectangle> part;
-    const QRegion region = roundedRegion(m_view->size(), m_cornerRadius, ShapeEdge::hard);
-    for (const QRect& rect : region.translated(m_view->pos())) {
-        part.push_back({qRound(rect.x() * scale), qRound(rect.y() * scale), qRound(rect.width() * scale),
-                        qRound(rect.height() * scale)});
+    for (const QRect& rect : roundedRegion(size, m_cornerRadius * scale, edge).translated(origin)) {
+        part.push_back({rect.x(), rect.y(), rect.width(), rect.height()});
     }
-    m_system.setBlurredPart(winId(), part);
+    return part;
 }
 
 void PanelWindow::followSystem()
@@ -245,12 +244,14 @@ void PanelWindow::followSystem()
     m_view->setBlurred(m_isBlurred);
     if (isVisible()) {
         updateShape();
+        update();
     }
 }
 
 void PanelWindow::enterEvent(QEnterEvent* event)
 {
     QWidget::enterEvent(event);
+    m_hasPointer = true;
     if (!m_isDragging) {
         Q_EMIT hovered(true);
     }
@@ -259,6 +260,7 @@ void PanelWindow::enterEvent(QEnterEvent* event)
 void PanelWindow::leaveEvent(QEvent* event)
 {
     QWidget::leaveEvent(event);
+    m_hasPointer = false;
     if (!m_isDragging) {
         Q_EMIT hovered(false);
     }
@@ -267,7 +269,8 @@ void PanelWindow::leaveEvent(QEvent* event)
 void PanelWindow::mousePressEvent(QMouseEvent* event)
 {
     if (event->button() == Qt::LeftButton) {
-        m_heldAt = event->globalPosition().toPoint();
+        m_pointer = event->globalPosition().toPoint();
+        m_heldAt = m_pointer;
         setCursor(Qt::ClosedHandCursor);
     }
 }
@@ -277,7 +280,8 @@ void PanelWindow::mouseMoveEvent(QMouseEvent* event)
     if (!m_heldAt) {
         return;
     }
-    const QPoint distance = event->globalPosition().toPoint() - *m_heldAt;
+    m_pointer = event->globalPosition().toPoint();
+    const QPoint distance = m_pointer - *m_heldAt;
     if (!m_isDragging && distance.manhattanLength() <= capsuleDragThreshold) {
         return;
     }
@@ -304,11 +308,11 @@ void PanelWindow::letGo()
 void PanelWindow::restartDrag()
 {
     if (m_heldAt) {
-        m_heldAt = QCursor::pos();
+        m_heldAt = m_pointer;
     }
 }
 
-// The window manager may offer to close it, but only the timer decides that.
+// Other programs may offer to close it, but only the timer decides that.
 void PanelWindow::closeEvent(QCloseEvent* event)
 {
     event->ignore();
@@ -317,6 +321,7 @@ void PanelWindow::closeEvent(QCloseEvent* event)
 void PanelWindow::hideEvent(QHideEvent* event)
 {
     QWidget::hideEvent(event);
+    m_hasPointer = false;
     letGo();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/floating_panel_system.h"
+#include "ui/capsule/panel_shape.h"
 #include "ui/capsule/top_capsule_view.h"
 #include "ui/style/animation.h"
 
@@ -8,12 +9,13 @@
 #include <QWidget>
 
 #include <optional>
+#include <vector>
 
 namespace brevlin {
 
-/// The window that carries the capsule. It is as large as the capsule can become where it lies, so that the
-/// capsule widens and shrinks inside it and nothing waits for the window manager; what lies outside the
-/// capsule is cut off and lets every click through. All rectangles are points of the desktop.
+/// The window that carries the capsule, governed by no window manager. At rest it is exactly as large as the
+/// capsule and lets clicks beside its round ends through; while the capsule moves it spans the way, so that
+/// nothing has to be resized with every frame. All rectangles are points of the desktop.
 class PanelWindow final : public QWidget
 {
     Q_OBJECT
@@ -29,17 +31,19 @@ public:
     bool covers(const QPoint& point, double distance) const;
     bool isMoving() const { return m_motion.isRunning(); }
     bool isHeld() const { return m_heldAt.has_value(); }
+    /// Whether the pointer has entered the window and not left it.
+    bool hasPointer() const { return m_hasPointer; }
 
     /// Shows the window at once, fading the capsule in.
-    void appear(const QRect& frame, const QRect& room, double cornerRadius);
+    void appear(const QRect& frame, double cornerRadius);
     /// Fades the capsule out and hides the window.
     void disappear();
     /// Fully opaque from now on, whatever fade was under way.
     void stay();
     /// Moves the capsule's edges there.
-    void morphTo(const QRect& frame, const QRect& room, double cornerRadius);
+    void morphTo(const QRect& frame, double cornerRadius);
     /// Puts the capsule there without motion.
-    void putAt(const QRect& frame, const QRect& room, double cornerRadius);
+    void putAt(const QRect& frame, double cornerRadius);
     /// Moves the whole window so that the capsule, whose size stays, lies there.
     void moveTo(const QRect& frame);
     /// The same in motion.
@@ -65,13 +69,13 @@ protected:
 
 private:
     bool fades() const;
-    void setRoom(const QRect& room);
+    void setWindowArea(const QRect& area);
     void startMotion(const QRect& frame, double cornerRadius);
     void endMotion();
     void showStep(double share);
     void placeView(const QRect& frame);
     void updateShape();
-    void cutTo(const QRegion& shape);
+    std::vector<FloatingPanelSystem::Rectangle> shape(ShapeEdge edge) const;
     void updateBlur();
     void letGo();
 
@@ -84,7 +88,9 @@ private:
     bool m_isComposited = false;
     bool m_isBlurred = false;
     bool m_isDisappearing = false;
+    bool m_hasPointer = false;
     std::optional<QPoint> m_heldAt; // where the pointer pressed
+    QPoint m_pointer;               // where the mouse was last
     bool m_isDragging = false;
     ValueAnimation m_motion;
     ValueAnimation m_opacity;

@@ -1,6 +1,7 @@
 #include "ui/capsule/top_panel_controller.h"
 
 #include "platform/floating_panel_system.h"
+#include "platform/session_lock.h"
 #include "ui/capsule/panel_screens.h"
 #include "ui/capsule/panel_window.h"
 
@@ -29,21 +30,24 @@ QRect primaryGeometry()
 
 } // namespace
 
-TopPanelController::TopPanelController(FloatingPanelSystem& system, TaskScheduler& scheduler,
-                                       TopPanelPositionStore& store)
-    : m_system(system), m_scheduler(scheduler), m_placement(store)
+TopPanelController::TopPanelController(FloatingPanelSystem& system, SessionLock& lock,
+                                       TaskScheduler& scheduler, TopPanelPositionStore& store)
+    : m_system(system), m_lock(lock), m_scheduler(scheduler), m_placement(store)
 {
     m_system.setChangeHandler([this] {
         if (m_window) {
             m_window->followSystem();
             scheduleReposition();
+            followLock();
         }
     });
+    m_lock.setChangeHandler([this] { followLock(); });
 }
 
 TopPanelController::~TopPanelController()
 {
     m_system.setChangeHandler({});
+    m_lock.setChangeHandler({});
     if (m_placement.isDragging()) {
         endDrag();
     }
@@ -96,25 +100,49 @@ void TopPanelController::show(const CapsuleContent& content, const CapsuleLayout
     if (!m_window) {
         makeWindow();
     }
+    m_content = content;
     m_layout = layout;
+    appear();
+}
+
+void TopPanelController::appear()
+{
+    if (m_lock.isLocked() || m_system.isScreenCovered()) {
+        return;
+    }
     m_placement.setScreens(currentPanelScreens(m_system));
-    const auto frame = m_placement.place(layout);
+    const auto frame = m_placement.place(m_layout);
     if (!frame) {
         return; // no screen: shown when there is one again
     }
-    m_window->view().setContent(content);
-    m_window->appear(toQt(*frame, primaryGeometry()), room(), layout.cornerRadius);
+    m_window->view().setContent(*m_content);
+    m_window->appear(toQt(*frame, primaryGeometry()), m_layout.cornerRadius);
+}
+
+// What covers a screen without a word on the bus is not looked for while the capsule is shown: the capsule
+// stays below it by itself.
+void TopPanelController::followLock()
+{
+    if (!m_content) {
+        return;
+    }
+    if (!isVisible()) {
+        appear();
+    } else if (m_lock.isLocked()) {
+        m_window->hide();
+    }
 }
 
 void TopPanelController::update(const CapsuleContent& content, const CapsuleLayout& layout)
 {
+    m_content = content;
     m_window->stay();
     m_window->view().setContent(content);
     if (std::exchange(m_layout, layout) == layout) {
         return;
     }
     if (const auto frame = m_placement.place(layout)) {
-        m_window->morphTo(toQt(*frame, primaryGeometry()), room(), layout.cornerRadius);
+        m_window->morphTo(toQt(*frame, primaryGeometry()), layout.cornerRadius);
         if (m_placement.isDragging()) {
             m_placement.beginDrag(*frame);
             m_window->restartDrag();
@@ -124,15 +152,10 @@ void TopPanelController::update(const CapsuleContent& content, const CapsuleLayo
 
 void TopPanelController::hide()
 {
+    m_content.reset();
     if (m_window) {
         m_window->disappear();
     }
-}
-
-QRect TopPanelController::room() const
-{
-    const auto room = m_placement.room();
-    return room ? toQt(*room, primaryGeometry()) : QRect();
 }
 
 HorizontalAnchor TopPanelController::preferredExpansionAnchor(double width) const
@@ -142,7 +165,8 @@ HorizontalAnchor TopPanelController::preferredExpansionAnchor(double width) cons
 
 bool TopPanelController::hasPointerWithin(double distance) const
 {
-    return isVisible() && m_window->covers(QCursor::pos(), distance);
+    return isVisible() && (m_window->hasPointer() || (m_system.knowsPointerEverywhere() &&
+                                                      m_window->covers(QCursor::pos(), distance)));
 }
 
 void TopPanelController::scheduleReposition()
@@ -162,7 +186,7 @@ void TopPanelController::reposition()
     if (const auto frame = m_placement.place(m_layout)) {
         const QRect target = toQt(*frame, primaryGeometry());
         if (target != m_window->target() || (target != m_window->frame() && !m_window->isMoving())) {
-            m_window->putAt(target, room(), m_layout.cornerRadius);
+            m_window->putAt(target, m_layout.cornerRadius);
         }
     }
 }

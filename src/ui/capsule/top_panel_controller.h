@@ -8,20 +8,24 @@
 #include <QRect>
 
 #include <memory>
+#include <optional>
 
 namespace brevlin {
 
 class FloatingPanelSystem;
 class PanelWindow;
+class SessionLock;
 
 /// The capsule's panel: shows the content in its window, pins the window to its place through every layout,
-/// lets the user drag it and follows the screens.
+/// lets the user drag it and follows the screens. While the session is locked it is not visible; what was to
+/// be seen meanwhile appears after the unlocking.
 class TopPanelController final : public QObject, public CapsulePanel
 {
     Q_OBJECT
 
 public:
-    TopPanelController(FloatingPanelSystem& system, TaskScheduler& scheduler, TopPanelPositionStore& store);
+    TopPanelController(FloatingPanelSystem& system, SessionLock& lock, TaskScheduler& scheduler,
+                       TopPanelPositionStore& store);
     ~TopPanelController() override;
 
     void setObserver(Observer observer) override;
@@ -34,6 +38,8 @@ public:
 
 private:
     void makeWindow();
+    void appear();
+    void followLock();
     void watchScreens();
     void scheduleReposition();
     void reposition();
@@ -42,12 +48,13 @@ private:
     void drag(const QPoint& distance);
     void scheduleEndOfDrag();
     void endDrag();
-    QRect room() const;
 
     FloatingPanelSystem& m_system;
+    SessionLock& m_lock;
     TaskScheduler& m_scheduler;
     PanelPlacement m_placement;
     Observer m_observer;
+    std::optional<CapsuleContent> m_content; // to be seen as soon as it may; none while hidden
     CapsuleLayout m_layout;
     std::unique_ptr<PanelWindow> m_window; // made when it is first shown
     TaskHandle m_repositionTask;

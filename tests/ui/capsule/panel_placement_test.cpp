@@ -86,24 +86,15 @@ TEST(PanelPlacement, a_capsule_whose_screen_goes_moves_to_the_same_fractions_of_
     EXPECT_EQ(placed.placement.preferredExpansionAnchor(316), HorizontalAnchor::leading);
 }
 
-TEST(PanelPlacement, the_room_holds_every_layout_at_any_place)
+TEST(PanelPlacement, an_opened_capsule_stays_where_it_is_when_the_screens_are_looked_at_again)
 {
-    for (const PanelPoint by : {PanelPoint{0, 0}, {-615, -5}, {600, -800}, {300, -400}}) {
-        Placed placed;
-        placed.drag(by.x, by.y);
-        const auto room = placed.placement.room();
-        ASSERT_TRUE(room);
-        const auto anchor = placed.placement.preferredExpansionAnchor(350);
-        for (const CapsuleLayout& layout : {circle, CapsuleLayouts::capsule(316, anchor),
-                                            CapsuleLayouts::capsule(350, anchor), CapsuleLayouts::island}) {
-            const auto frame = placed.placement.place(layout);
-            ASSERT_TRUE(frame);
-            EXPECT_GE(frame->x, room->x);
-            EXPECT_LE(frame->maxX(), room->maxX());
-            EXPECT_GE(frame->y, room->y);
-            EXPECT_LE(frame->maxY(), room->maxY());
-        }
-    }
+    Placed placed;
+    placed.placement.place(circle);
+    const auto opened = CapsuleLayouts::capsule(316, HorizontalAnchor::leading);
+    const auto before = placed.placement.place(opened);
+    placed.placement.setScreens({{left, right}, 0});
+    EXPECT_EQ(placed.placement.place(opened), before);
+    EXPECT_EQ(placed.placement.place(circle), (PanelFrame{615, 812, 50, 50}));
 }
 
 ScreenIdentity monitor(const char* serialNumber, const char* connector)

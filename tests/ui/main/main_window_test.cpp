@@ -2,6 +2,7 @@
 #include "platform/window_system.h"
 #include "ui/main/main_window.h"
 #include "ui/main/message_dialog.h"
+#include "ui/main/message_presenter.h"
 #include "ui/main/metric_view.h"
 #include "ui/main/timer_card.h"
 #include "ui/main/timer_control_row.h"
@@ -34,11 +35,16 @@ class MainWindowTest : public test::ModelTest
 protected:
     MainWindow& open()
     {
+        m_presenter.reset();
         m_window.reset();
         launch();
         m_selection = std::make_unique<SectionSelection>(m_store);
         m_window = std::make_unique<MainWindow>(model(), *m_selection, m_store, m_windowSystem);
+        m_presenter = std::make_unique<MessagePresenter>(
+            model(), std::vector<QWidget*>{m_window.get()},
+            [this](const std::string& title, const std::string& /*text*/) { m_notified.push_back(title); });
         m_window->present({});
+        m_presenter->start();
         QApplication::processEvents();
         return *m_window;
     }
@@ -75,6 +81,8 @@ protected:
     PlainWindowSystem m_windowSystem;
     std::unique_ptr<SectionSelection> m_selection;
     std::unique_ptr<MainWindow> m_window;
+    std::unique_ptr<MessagePresenter> m_presenter;
+    std::vector<std::string> m_notified;
 };
 
 TEST_F(MainWindowTest, the_controls_are_those_of_the_state_in_both_languages)
@@ -184,30 +192,41 @@ TEST_F(MainWindowTest, nothing_overlaps_in_the_smallest_window)
     }
 }
 
-TEST_F(MainWindowTest, an_alert_shows_each_message_once_and_a_newer_one_takes_its_place)
+TEST_F(MainWindowTest, messages_are_shown_one_after_the_other_and_told_of_while_the_window_is_closed)
 {
     defaults.values["Brevlin.activeTimerSnapshot.v1"] = "{";
     open();
     const auto alert = [this] {
         return window().findChild<MessageDialog*>();
     };
+    const auto accept = [&] {
+        alert()->accept();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    };
     ASSERT_NE(alert(), nullptr);
-    EXPECT_EQ(alert()->windowTitle(), QStringLiteral("Timer state reset"));
     files.failures.failFrom(1);
     model().clearHistory();
-    QApplication::processEvents();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(alert()->windowTitle(), QStringLiteral("Timer state reset"));
+    accept();
     ASSERT_NE(alert(), nullptr);
     EXPECT_EQ(alert()->windowTitle(), QStringLiteral("Unable to clear history"));
-    ASSERT_TRUE(model().appMessage());
-    alert()->accept();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    EXPECT_FALSE(model().appMessage());
+    accept();
     EXPECT_EQ(alert(), nullptr);
+    EXPECT_TRUE(m_notified.empty());
+
     window().close();
+    model().clearHistory();
+    loginItem.failure = "no room";
+    model().setLaunchAtLogin(true);
+    EXPECT_EQ(m_notified, (std::vector<std::string>{"Unable to clear history", "Launch at login failed"}));
     window().present({});
     QApplication::processEvents();
+    ASSERT_NE(alert(), nullptr);
+    EXPECT_EQ(alert()->windowTitle(), QStringLiteral("Unable to clear history"));
+    accept();
+    accept();
     EXPECT_EQ(alert(), nullptr);
+    EXPECT_EQ(m_notified.size(), 2U);
 }
 
 TEST_F(MainWindowTest, size_place_and_section_return_unless_the_screen_is_gone)

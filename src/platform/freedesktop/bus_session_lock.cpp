@@ -1,0 +1,166 @@
+#include "platform/freedesktop/bus_session_lock.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusVariant>
+
+#include <array>
+#include <utility>
+
+namespace brevlin {
+
+namespace {
+
+// Whoever is asked to lock shows it by then: a request that no locker follows must not last for ever.
+constexpr Seconds longestLocking{10};
+
+const QString login = QStringLiteral("org.freedesktop.login1");
+const QString session = QStringLiteral("org.freedesktop.login1.Session");
+const QString properties = QStringLiteral("org.freedesktop.DBus.Properties");
+const QString lockedHint = QStringLiteral("LockedHint");
+
+struct Saver
+{
+    QString service; // and interface
+    QString path;
+};
+
+const std::array<Saver, 4> savers{
+    Saver{QStringLiteral("org.freedesktop.ScreenSaver"), QStringLiteral("/org/freedesktop/ScreenSaver")},
+    Saver{QStringLiteral("org.gnome.ScreenSaver"), QStringLiteral("/org/gnome/ScreenSaver")},
+    Saver{QStringLiteral("org.cinnamon.ScreenSaver"), QStringLiteral("/org/cinnamon/ScreenSaver")},
+    Saver{QStringLiteral("org.mate.ScreenSaver"), QStringLiteral("/org/mate/ScreenSaver")}};
+
+} // namespace
+
+BusSessionLock::BusSessionLock(TaskScheduler& scheduler, QObject* parent)
+    : QObject(parent), m_scheduler(scheduler)
+{
+    watchSavers();
+    findSession();
+}
+
+void BusSessionLock::setChangeHandler(std::function<void()> handler)
+{
+    m_changeHandler = std::move(handler);
+}
+
+void BusSessionLock::watchSavers()
+{
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    for (const Saver& saver : savers) {
+        bus.connect(saver.service, saver.path, saver.service, QStringLiteral("ActiveChanged"), this,
+                    SLOT(saverChanged(QDBusMessage)));
+        QDBusMessage question = QDBusMessage::createMethodCall(saver.service, saver.path, saver.service,
+                                                               QStringLiteral("GetActive"));
+        question.setAutoStartService(false);
+        auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
+        connect(watcher, &QDBusPendingCallWatcher::finished, this,
+                [this, watcher, name = saver.service] {
+                    watcher->deleteLater();
+                    const QDBusPendingReply<bool> reply = *watcher;
+                    if (!reply.isError() && !m_activeSavers.contains(name)) {
+                        m_activeSavers.insert(name, reply.value());
+                        tell();
+                    }
+                });
+    }
+}
+
+void BusSessionLock::saverChanged(const QDBusMessage& message)
+{
+    if (message.signature() != QStringLiteral("b")) {
+        return;
+    }
+    const bool isActive = message.arguments().constFirst().toBool();
+    m_activeSavers.insert(message.interface(), isActive);
+    if (!isActive) {
+        m_lockAsked.reset();
+    }
+    tell();
+}
+
+// The session of this process, or, for one that a user's service manager has started, the user's display.
+void BusSessionLock::findSession()
+{
+    QDBusMessage question =
+        QDBusMessage::createMethodCall(login, QStringLiteral("/org/freedesktop/login1"),
+                                       QStringLiteral("org.freedesktop.login1.Manager"),
+                                       QStringLiteral("GetSession"));
+    question << qEnvironmentVariable("XDG_SESSION_ID", QStringLiteral("auto"));
+    question.setAutoStartService(false);
+    auto* watcher = new QDBusPendingCallWatcher(QDBusConnection::systemBus().asyncCall(question), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
+        watcher->deleteLater();
+        const QDBusPendingReply<QDBusObjectPath> reply = *watcher;
+        if (!reply.isError()) {
+            watchSession(reply.value().path());
+        }
+    });
+}
+
+void BusSessionLock::watchSession(const QString& path)
+{
+    QDBusConnection bus = QDBusConnection::systemBus();
+    bus.connect(login, path, session, QStringLiteral("Lock"), this, SLOT(lockAsked()));
+    bus.connect(login, path, session, QStringLiteral("Unlock"), this, SLOT(unlockAsked()));
+    bus.connect(login, path, properties, QStringLiteral("PropertiesChanged"), this,
+                SLOT(sessionChanged(QString, QVariantMap)));
+    QDBusMessage question =
+        QDBusMessage::createMethodCall(login, path, properties, QStringLiteral("Get"));
+    question << session << lockedHint;
+    auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
+        watcher->deleteLater();
+        const QDBusPendingReply<QDBusVariant> reply = *watcher;
+        if (!reply.isError()) {
+            setHint(reply.value().variant().toBool());
+        }
+    });
+}
+
+void BusSessionLock::sessionChanged(const QString& interface, const QVariantMap& changed)
+{
+    const auto hint = changed.find(lockedHint);
+    if (interface == session && hint != changed.end()) {
+        setHint(hint->toBool());
+    }
+}
+
+void BusSessionLock::setHint(bool isLocked)
+{
+    if (std::exchange(m_isHinted, isLocked) && !isLocked) {
+        m_lockAsked.reset();
+    }
+    tell();
+}
+
+void BusSessionLock::lockAsked()
+{
+    m_lockAsked = m_scheduler.after(longestLocking, [this] {
+        m_lockAsked.reset();
+        tell();
+    });
+    tell();
+}
+
+// The user has proved to be there, whatever a locker has said before.
+void BusSessionLock::unlockAsked()
+{
+    m_lockAsked.reset();
+    tell();
+}
+
+void BusSessionLock::tell()
+{
+    const bool isLocked =
+        m_isHinted || m_lockAsked != nullptr || m_activeSavers.values().contains(true);
+    if (std::exchange(m_isLocked, isLocked) != isLocked && m_changeHandler) {
+        m_changeHandler();
+    }
+}
+
+} // namespace brevlin

@@ -1,0 +1,83 @@
+#include "platform/freedesktop/sway_work_area.h"
+#include "platform/freedesktop/x11_window_tree.h"
+
+#include <gtest/gtest.h>
+
+namespace brevlin {
+namespace {
+
+using Rectangle = FloatingPanelSystem::Rectangle;
+
+constexpr Rectangle screen{0, 0, 1280, 900};
+constexpr xcb_window_t panel = 7;
+
+TopLevelWindow managed(xcb_window_t id, const Rectangle& area = screen)
+{
+    return {id, true, false, area};
+}
+
+TopLevelWindow floating(xcb_window_t id, const Rectangle& area)
+{
+    return {id, false, false, area};
+}
+
+TEST(X11WindowTree, the_panel_rises_above_managed_windows_alone_and_appears_below_whatever_covers_a_screen)
+{
+    const TopLevelWindow own = floating(panel, {615, 8, 50, 50});
+    const TopLevelWindow menu = floating(3, {0, 0, 200, 300});
+    const TopLevelWindow locker = floating(4, screen);
+    const TopLevelWindow overlay{5, false, true, screen};
+    const TopLevelWindow secondScreens = floating(6, {1280, 0, 1024, 768});
+    struct Case
+    {
+        const char* what;
+        std::vector<TopLevelWindow> windows; // the lowest first
+        std::optional<xcb_window_t> above;
+        std::optional<xcb_window_t> cover;
+    };
+    const std::vector<Case> cases{
+        {"below nothing", {managed(1), own}, {}, {}},
+        {"below a window", {own, managed(1)}, 1, {}},
+        {"below several", {managed(1), own, managed(2), managed(8)}, 8, {}},
+        {"a menu stays above", {own, managed(1), menu}, 1, {}},
+        {"a menu alone", {managed(1), own, menu}, {}, {}},
+        {"a locker", {managed(1), own, locker}, {}, 4},
+        {"a locker that the panel has come above", {managed(1), locker, own}, {}, 4},
+        {"a picture behind the windows", {locker, managed(1), own}, {}, {}},
+        {"the compositor's overlay", {managed(1), own, overlay}, {}, {}},
+        {"the other screen alone", {managed(1), own, secondScreens}, {}, 6},
+        {"a desktop without windows", {own, locker}, {}, 4},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(highestManagedAbove(c.windows, panel), c.above) << c.what;
+        EXPECT_EQ(coveringWindow(c.windows, panel, {screen, secondScreens.area}), c.cover) << c.what;
+    }
+}
+
+TEST(SwayWorkArea, what_a_visible_workspace_lacks_of_its_output_is_reserved)
+{
+    using enum FloatingPanelSystem::Edge;
+    const QByteArray outputs = R"([{"name":"A","rect":{"x":0,"y":0,"width":1440,"height":900}},
+                                   {"name":"B","rect":{"x":1440,"y":100,"width":1024,"height":768}}])";
+    struct Case
+    {
+        const char* workspaces;
+        std::vector<FloatingPanelSystem::ReservedArea> areas;
+    };
+    const std::vector<Case> cases{
+        {R"([{"output":"A","visible":true,"rect":{"x":0,"y":30,"width":1440,"height":870}}])",
+         {{top, {0, 0, 1440, 30}}}},
+        {R"([{"output":"A","visible":false,"rect":{"x":0,"y":30,"width":1440,"height":870}},
+             {"output":"B","visible":true,"rect":{"x":1480,"y":100,"width":974,"height":748}}])",
+         {{left, {1440, 100, 40, 768}}, {right, {2454, 100, 10, 768}}, {bottom, {1440, 848, 1024, 20}}}},
+        {R"([{"output":"C","visible":true,"rect":{"x":0,"y":30,"width":10,"height":10}}])", {}},
+        {R"({"success":false})", {}},
+        {"", {}},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(swayReservedAreas(c.workspaces, outputs), c.areas) << c.workspaces;
+    }
+}
+
+} // namespace
+} // namespace brevlin
