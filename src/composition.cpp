@@ -26,6 +26,7 @@
 #include "ui/capsule/top_panel_controller.h"
 #include "ui/main/main_window.h"
 #include "ui/main/message_presenter.h"
+#include "ui/main/quit_sequence.h"
 #include "ui/main/settings_window.h"
 #include "ui/menu_bar/menu_bar_extra.h"
 #include "ui/style/accessibility.h"
@@ -36,6 +37,7 @@
 
 #include <QApplication>
 #include <QLocale>
+#include <QSessionManager>
 
 namespace brevlin {
 
@@ -76,6 +78,7 @@ public:
 private:
     DocumentDisk disk() { return {m_defaults, m_documents, m_scheduler, m_clock}; }
     AppModelParts modelParts(const UserFolders& folders);
+    void connectQuitting();
     void followAppearance();
     void applyAppearance();
     void showFirst();
@@ -110,6 +113,7 @@ private:
     MenuBarExtra m_menuBarExtra;
     SettingsWindow m_settingsWindow;
     MessagePresenter m_messagePresenter;
+    QuitSequence m_quitSequence;
     std::unique_ptr<DesktopNotificationCenter> m_messageCenter; // made for the first message
     TaskHandle m_firstShow;
 };
@@ -135,16 +139,14 @@ Composition::Parts::Parts(const UserFolders& folders, ApplicationInstance& insta
     , m_settingsWindow(m_model, m_windowSystem)
     , m_messagePresenter(m_model, {&m_window, &m_settingsWindow},
                          [this](const std::string& title, const std::string& text) { notify(title, text); })
+    , m_quitSequence(m_model, m_documents, m_scheduler)
 {
     followAppearance();
     m_capsule.attach(&m_model);
     m_loginItem.followProgram();
-    QObject::connect(&m_terminationSignals, &TerminationSignals::received, qApp, quitApplication);
-    QObject::connect(&m_window, &MainWindow::quitRequested, qApp, quitApplication);
+    connectQuitting();
     QObject::connect(&m_window, &MainWindow::settingsRequested, &m_settingsWindow,
                      [this] { m_settingsWindow.present(); });
-    QObject::connect(&m_settingsWindow, &SettingsWindow::quitRequested, qApp, quitApplication);
-    QObject::connect(&m_menuBarExtra, &MenuBarExtra::quitRequested, qApp, quitApplication);
     QObject::connect(&m_model, &AppModel::mainWindowActivationRequested, &m_window,
                      [this] { showWindow(m_notificationCenter.activationToken()); });
     QObject::connect(&instance, &ApplicationInstance::activationRequested, &m_window,
@@ -168,6 +170,28 @@ AppModelParts Composition::Parts::modelParts(const UserFolders& folders)
             std::make_unique<AlertSoundService>(m_soundPlayer, m_scheduler),
             std::make_unique<LaunchAtLoginService>(m_loginItem),
             timeLocale()};
+}
+
+void Composition::Parts::connectQuitting()
+{
+    const auto quit = [this] {
+        m_quitSequence.begin(QuitSequence::Origin::user);
+    };
+    QObject::connect(&m_window, &MainWindow::quitRequested, &m_quitSequence, quit);
+    QObject::connect(&m_settingsWindow, &SettingsWindow::quitRequested, &m_quitSequence, quit);
+    QObject::connect(&m_menuBarExtra, &MenuBarExtra::quitRequested, &m_quitSequence, quit);
+    QObject::connect(&m_terminationSignals, &TerminationSignals::received, &m_quitSequence,
+                     [this] { m_quitSequence.begin(QuitSequence::Origin::system); });
+    // The session manager takes the return for the answer.
+    QObject::connect(
+        qApp, &QGuiApplication::commitDataRequest, &m_quitSequence,
+        [this](QSessionManager& /*manager*/) { m_quitSequence.finishNow(); }, Qt::DirectConnection);
+    QObject::connect(&m_quitSequence, &QuitSequence::began, &m_window, [this] {
+        m_firstShow.reset();
+        m_settingsWindow.close();
+        m_window.close();
+    });
+    QObject::connect(&m_quitSequence, &QuitSequence::finished, qApp, quitApplication);
 }
 
 void Composition::Parts::followAppearance()

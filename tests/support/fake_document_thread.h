@@ -22,8 +22,10 @@ public:
     }
     bool drain(Seconds /*longest*/) override
     {
-        runAll();
-        return true;
+        if (runsAtOnce) {
+            runAll();
+        }
+        return m_jobs.empty();
     }
 
     std::size_t waitingCount() const { return m_jobs.size(); }

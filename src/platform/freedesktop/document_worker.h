@@ -13,13 +13,13 @@ namespace brevlin {
 
 /// One thread for the documents; completions run on the event loop of the thread that made it. What was
 /// posted before the destruction is done before it ends. A disk that answers nothing for longestEnd ends the
-/// process instead: it has long been said by then what could not be saved.
+/// process instead: it has been waited for, and been said what could not be saved.
 class DocumentWorker final : public QObject, public DocumentThread
 {
     Q_OBJECT
 
 public:
-    static constexpr Seconds longestEnd{10.0};
+    static constexpr Seconds longestEnd{2.0};
 
     explicit DocumentWorker(QObject* parent = nullptr);
     ~DocumentWorker() override;

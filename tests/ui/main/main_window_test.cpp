@@ -4,6 +4,7 @@
 #include "ui/main/message_dialog.h"
 #include "ui/main/message_presenter.h"
 #include "ui/main/metric_view.h"
+#include "ui/main/quit_sequence.h"
 #include "ui/main/timer_card.h"
 #include "ui/main/timer_control_row.h"
 #include "ui/main/timer_cycle_indicator.h"
@@ -14,7 +15,10 @@
 
 #include <QAccessible>
 #include <QApplication>
+#include <QDialog>
 #include <QKeyEvent>
+
+#include <algorithm>
 
 namespace brevlin {
 namespace {
@@ -227,6 +231,47 @@ TEST_F(MainWindowTest, messages_are_shown_one_after_the_other_and_told_of_while_
     accept();
     EXPECT_EQ(alert(), nullptr);
     EXPECT_EQ(m_notified.size(), 2U);
+}
+
+TEST_F(MainWindowTest, quitting_waits_for_the_disk_and_then_says_what_it_did_not_take)
+{
+    open();
+    int ends = 0;
+    {
+        QuitSequence quit(model(), documents, scheduler);
+        QObject::connect(&quit, &QuitSequence::finished, [&] { ++ends; });
+        quit.begin(QuitSequence::Origin::user);
+        EXPECT_EQ(ends, 1) << "there is nothing to wait for";
+    }
+    documents.runsAtOnce = false;
+    model().start();
+    QuitSequence slow(model(), documents, scheduler);
+    QObject::connect(&slow, &QuitSequence::finished, [&] { ++ends; });
+    slow.begin(QuitSequence::Origin::system);
+    scheduler.advance(Seconds{3});
+    EXPECT_EQ(ends, 1);
+    documents.runAll();
+    scheduler.advance(Seconds{0.1});
+    EXPECT_EQ(ends, 2);
+
+    documents.runsAtOnce = true;
+    defaults.failures.failFrom(1);
+    files.failures.failFrom(1);
+    model().endCurrentPhase();
+    QuitSequence full(model(), documents, scheduler);
+    QObject::connect(&full, &QuitSequence::finished, [&] { ++ends; });
+    full.begin(QuitSequence::Origin::user);
+    scheduler.advance(Seconds{9.9});
+    EXPECT_EQ(ends, 2);
+    scheduler.advance(Seconds{60});
+    const auto widgets = QApplication::topLevelWidgets();
+    const auto told = std::find_if(widgets.begin(), widgets.end(), [](QWidget* each) {
+        return each->windowTitle() == QStringLiteral("Not everything could be saved") && each->isVisible();
+    });
+    ASSERT_NE(told, widgets.end());
+    EXPECT_EQ(ends, 2);
+    static_cast<QDialog*>(*told)->accept();
+    EXPECT_EQ(ends, 3);
 }
 
 TEST_F(MainWindowTest, size_place_and_section_return_unless_the_screen_is_gone)
