@@ -66,21 +66,15 @@ void MessagePresenter::present()
 
 void MessagePresenter::notifyOfNewMessages()
 {
-    std::string title;
+    // All of them, because the next notification takes the place of this one.
     std::string text;
+    bool isNew = false;
     for (const AppMessage& message : m_model.appMessages()) {
-        if (!m_notified.insert(message.id).second) {
-            continue;
-        }
-        if (title.empty()) {
-            title = message.title;
-            text = message.detail;
-        } else {
-            text += "\n" + message.title + "\n" + message.detail;
-        }
+        isNew = m_notified.insert(message.id).second || isNew;
+        text += text.empty() ? message.detail : "\n" + message.title + "\n" + message.detail;
     }
-    if (!title.empty()) {
-        m_notify(title, text);
+    if (isNew) {
+        m_notify(m_model.appMessages().front().title, text);
     }
 }
 
