@@ -5,8 +5,8 @@
 #include <csignal>
 
 // other_window FILE|--full-screen|--floating
-// Another program's window: one that writes what is typed into it to the file at once, a full-screen one, or a plain
-// one above the whole screen that no window manager governs. Ends by SIGTERM.
+// Another program's window: one that writes what is typed into it to the file at once, a full-screen one, or
+// a plain one above the whole screen that no window manager governs. Ends by SIGTERM.
 int main(int argc, char* argv[])
 {
     std::signal(SIGTERM, SIG_DFL);

@@ -58,15 +58,14 @@ void BusSessionLock::watchSavers()
                                                                QStringLiteral("GetActive"));
         question.setAutoStartService(false);
         auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
-        connect(watcher, &QDBusPendingCallWatcher::finished, this,
-                [this, watcher, name = saver.service] {
-                    watcher->deleteLater();
-                    const QDBusPendingReply<bool> reply = *watcher;
-                    if (!reply.isError() && !m_activeSavers.contains(name)) {
-                        m_activeSavers.insert(name, reply.value());
-                        tell();
-                    }
-                });
+        connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, name = saver.service] {
+            watcher->deleteLater();
+            const QDBusPendingReply<bool> reply = *watcher;
+            if (!reply.isError() && !m_activeSavers.contains(name)) {
+                m_activeSavers.insert(name, reply.value());
+                tell();
+            }
+        });
     }
 }
 
@@ -86,10 +85,9 @@ void BusSessionLock::saverChanged(const QDBusMessage& message)
 // The session of this process, or, for one that a user's service manager has started, the user's display.
 void BusSessionLock::findSession()
 {
-    QDBusMessage question =
-        QDBusMessage::createMethodCall(login, QStringLiteral("/org/freedesktop/login1"),
-                                       QStringLiteral("org.freedesktop.login1.Manager"),
-                                       QStringLiteral("GetSession"));
+    QDBusMessage question = QDBusMessage::createMethodCall(login, QStringLiteral("/org/freedesktop/login1"),
+                                                           QStringLiteral("org.freedesktop.login1.Manager"),
+                                                           QStringLiteral("GetSession"));
     question << qEnvironmentVariable("XDG_SESSION_ID", QStringLiteral("auto"));
     question.setAutoStartService(false);
     auto* watcher = new QDBusPendingCallWatcher(QDBusConnection::systemBus().asyncCall(question), this);
@@ -109,8 +107,7 @@ void BusSessionLock::watchSession(const QString& path)
     bus.connect(login, path, session, QStringLiteral("Unlock"), this, SLOT(unlockAsked()));
     bus.connect(login, path, properties, QStringLiteral("PropertiesChanged"), this,
                 SLOT(sessionChanged(QString, QVariantMap)));
-    QDBusMessage question =
-        QDBusMessage::createMethodCall(login, path, properties, QStringLiteral("Get"));
+    QDBusMessage question = QDBusMessage::createMethodCall(login, path, properties, QStringLiteral("Get"));
     question << session << lockedHint;
     auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
@@ -156,8 +153,7 @@ void BusSessionLock::unlockAsked()
 
 void BusSessionLock::tell()
 {
-    const bool isLocked =
-        m_isHinted || m_lockAsked != nullptr || m_activeSavers.values().contains(true);
+    const bool isLocked = m_isHinted || m_lockAsked != nullptr || m_activeSavers.values().contains(true);
     if (std::exchange(m_isLocked, isLocked) != isLocked && m_changeHandler) {
         m_changeHandler();
     }

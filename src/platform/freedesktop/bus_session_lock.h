@@ -12,8 +12,8 @@ class QDBusMessage;
 namespace brevlin {
 
 /// Locks that speak on the bus: logind's session
-/// (https://www.freedesktop.org/software/systemd/man/latest/org.freedesktop.login1.html) and the screen savers
-/// of the desktops. Any of them that says "locked" is believed. None of them is started by asking.
+/// (https://www.freedesktop.org/software/systemd/man/latest/org.freedesktop.login1.html) and the screen
+/// savers of the desktops. Any of them that says "locked" is believed. None of them is started by asking.
 class BusSessionLock final : public QObject, public SessionLock
 {
     Q_OBJECT

@@ -11,8 +11,9 @@
 
 namespace brevlin {
 
-/// What sway's bars keep free of windows. sway tells it to nobody but those who ask on its own socket, by i3's
-/// protocol (https://i3wm.org/docs/ipc.html): an output less its workspace. Elsewhere nothing is reserved.
+/// What sway's bars keep free of windows. sway tells it to nobody but those who ask on its own socket, by
+/// i3's protocol (https://i3wm.org/docs/ipc.html): an output less its workspace. Elsewhere nothing is
+/// reserved.
 class SwayWorkArea final : public QObject
 {
     Q_OBJECT

@@ -119,8 +119,7 @@ void X11Connection::placeAbove(xcb_window_t window, xcb_window_t sibling) const
 void X11Connection::watchStructure(xcb_window_t window) const
 {
     const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
-    const auto cookie =
-        xcb_change_window_attributes_checked(m_connection, window, XCB_CW_EVENT_MASK, &mask);
+    const auto cookie = xcb_change_window_attributes_checked(m_connection, window, XCB_CW_EVENT_MASK, &mask);
     xcb_discard_reply(m_connection, cookie.sequence);
     xcb_flush(m_connection);
 }

@@ -5,11 +5,11 @@
 #include <QGuiApplication>
 #include <QScreen>
 
+#include <xcb/shape.h>
+
 #include <algorithm>
 #include <string_view>
 #include <utility>
-
-#include <xcb/shape.h>
 
 namespace brevlin {
 
@@ -225,7 +225,8 @@ void X11PanelSystem::setShape(WindowId window, const Shape& shape)
     if (!m_x11.isConnected()) {
         return;
     }
-    const auto cut = [this, window](xcb_shape_kind_t kind, const std::optional<std::vector<Rectangle>>& part) {
+    const auto cut = [this, window](xcb_shape_kind_t kind,
+                                    const std::optional<std::vector<Rectangle>>& part) {
         if (!part) {
             xcb_shape_mask(m_x11.get(), XCB_SHAPE_SO_SET, kind, nativeWindow(window), 0, 0, XCB_PIXMAP_NONE);
             return;

@@ -12,8 +12,8 @@ namespace brevlin {
 struct TopLevelWindow
 {
     xcb_window_t id = XCB_WINDOW_NONE;
-    bool isManaged = false;     ///< the window manager governs it, or one in it that it frames
-    bool isTheServers = false;  ///< the overlay that compositors draw to
+    bool isManaged = false;              ///< the window manager governs it, or one in it that it frames
+    bool isTheServers = false;           ///< the overlay that compositors draw to
     FloatingPanelSystem::Rectangle area; ///< native pixels of the desktop
 };
 

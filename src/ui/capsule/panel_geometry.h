@@ -83,7 +83,8 @@ PanelFrame placedFrame(const StablePosition& position, const CapsuleLayout& layo
                        const PanelFrame& visibleFrame);
 StablePosition stablePosition(const PanelFrame& frame, HorizontalAnchor anchor,
                               std::optional<std::uint32_t> displayID);
-/// The circle's place at the top centre of the visible frame, below the layout's margin: the same in every layout.
+/// The circle's place at the top centre of the visible frame, below the layout's margin: the same in every
+/// layout.
 StablePosition defaultPosition(const CapsuleLayout& layout, const PanelScreen& screen);
 /// Equal up to 0.75 points in every number.
 bool framesApproximatelyEqual(const PanelFrame& first, const PanelFrame& second);

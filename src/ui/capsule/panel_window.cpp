@@ -5,6 +5,7 @@
 
 #include <QCloseEvent>
 #include <QMouseEvent>
+#include <QWindow>
 
 #include <algorithm>
 #include <chrono>
@@ -18,6 +19,8 @@ using namespace std::chrono_literals;
 
 constexpr AnimationTiming motionTiming{280ms, QEasingCurve::Linear, 17};
 constexpr AnimationTiming fadeInTiming{180ms, QEasingCurve::OutQuad, 11};
+// A hand moves the pointer less far between two events, mostly.
+constexpr int sensingMargin = 60;
 constexpr AnimationTiming fadeOutTiming{160ms, QEasingCurve::InQuad, 10};
 
 QRect between(const QRect& start, const QRect& target, double share)
@@ -33,9 +36,8 @@ QRect between(const QRect& start, const QRect& target, double share)
 } // namespace
 
 PanelWindow::PanelWindow(FloatingPanelSystem& system)
-    : QWidget(nullptr,
-              Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::WindowDoesNotAcceptFocus |
-                  Qt::X11BypassWindowManagerHint)
+    : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
+                           Qt::WindowDoesNotAcceptFocus | Qt::X11BypassWindowManagerHint)
     , m_system(system)
     , m_view(new TopCapsuleView(this))
     , m_curve(QEasingCurve::BezierSpline)
@@ -81,6 +83,9 @@ bool PanelWindow::fades() const
 void PanelWindow::appear(const QRect& frame, double cornerRadius)
 {
     const WId window = winId();
+    if (!m_system.knowsPointerEverywhere()) {
+        windowHandle()->installEventFilter(this); // again changes nothing
+    }
     followSystem();
     m_isDisappearing = false;
     putAt(frame, cornerRadius);
@@ -123,9 +128,9 @@ void PanelWindow::putAt(const QRect& frame, double cornerRadius)
     endMotion();
     m_target = frame;
     m_cornerRadius = cornerRadius;
-    setGeometry(frame);
-    m_view->setGeometry(QRect(QPoint(), frame.size()));
+    m_view->setGeometry(frame.translated(-pos()));
     m_view->setContentPlace(m_view->rect());
+    fitWindow();
     updateShape();
 }
 
@@ -143,8 +148,12 @@ void PanelWindow::glideTo(const QRect& frame)
 
 // The capsule stays where it is on the desktop while its window changes around it, and is painted at once:
 // what a resize leaves behind is not worth seeing.
-void PanelWindow::setWindowArea(const QRect& area)
+void PanelWindow::fitWindow()
 {
+    QRect area = m_spansWay ? m_start | m_target : frame();
+    if (m_hasPointer && !m_system.knowsPointerEverywhere()) {
+        area.adjust(-sensingMargin, -sensingMargin, sensingMargin, sensingMargin);
+    }
     if (area == geometry()) {
         return;
     }
@@ -164,9 +173,8 @@ void PanelWindow::startMotion(const QRect& frame, double cornerRadius)
     m_motion.animateTo(1.0, motionTiming);
     // Its step is done already where nothing moves.
     if (m_motion.isRunning()) {
-        if (m_start.size() != m_target.size()) {
-            setWindowArea(m_start | m_target);
-        }
+        m_spansWay = m_start.size() != m_target.size();
+        fitWindow();
         showStep(0.0);
     }
 }
@@ -190,17 +198,18 @@ void PanelWindow::showStep(double share)
         m_view->repaint();
     }
     if (isLast) {
-        setWindowArea(m_target);
+        m_spansWay = false;
+        fitWindow();
     }
     if (next.size() != before || share <= 0.0 || isLast) {
         updateShape();
     }
 }
 
-// A capsule that fills its window takes it along, so that nothing is painted anew.
+// A capsule that keeps its size takes its window along, so that nothing is painted anew.
 void PanelWindow::placeView(const QRect& frame)
 {
-    if (frame.size() == size() && m_view->size() == size()) {
+    if (!m_spansWay && frame.size() == m_view->size()) {
         move(pos() + frame.topLeft() - this->frame().topLeft());
     } else {
         m_view->setGeometry(frame.translated(-pos()));
@@ -251,19 +260,35 @@ void PanelWindow::followSystem()
 void PanelWindow::enterEvent(QEnterEvent* event)
 {
     QWidget::enterEvent(event);
-    m_hasPointer = true;
-    if (!m_isDragging) {
-        Q_EMIT hovered(true);
-    }
+    setHasPointer(true);
 }
 
 void PanelWindow::leaveEvent(QEvent* event)
 {
     QWidget::leaveEvent(event);
-    m_hasPointer = false;
-    if (!m_isDragging) {
-        Q_EMIT hovered(false);
+    setHasPointer(false);
+}
+
+void PanelWindow::setHasPointer(bool hasPointer)
+{
+    if (std::exchange(m_hasPointer, hasPointer) != hasPointer) {
+        fitWindow();
     }
+    if (!m_isDragging) {
+        Q_EMIT hovered(hasPointer);
+    }
+}
+
+// Every movement of the pointer, whichever control it is above. One that was lost enters without an event.
+bool PanelWindow::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::MouseMove) {
+        if (!m_hasPointer) {
+            setHasPointer(true);
+        }
+        Q_EMIT pointerMoved();
+    }
+    return QWidget::eventFilter(watched, event);
 }
 
 void PanelWindow::mousePressEvent(QMouseEvent* event)

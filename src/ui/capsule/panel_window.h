@@ -15,7 +15,9 @@ namespace brevlin {
 
 /// The window that carries the capsule, governed by no window manager. At rest it is exactly as large as the
 /// capsule and lets clicks beside its round ends through; while the capsule moves it spans the way, so that
-/// nothing has to be resized with every frame. All rectangles are points of the desktop.
+/// nothing has to be resized with every frame. Where the pointer is known above windows of the X server only,
+/// it has a margin while the pointer is inside, so that the pointer is seen leaving. All rectangles are
+/// points of the desktop.
 class PanelWindow final : public QWidget
 {
     Q_OBJECT
@@ -31,8 +33,10 @@ public:
     bool covers(const QPoint& point, double distance) const;
     bool isMoving() const { return m_motion.isRunning(); }
     bool isHeld() const { return m_heldAt.has_value(); }
-    /// Whether the pointer has entered the window and not left it.
+    /// Whether the pointer has entered the capsule and not left it.
     bool hasPointer() const { return m_hasPointer; }
+    /// The pointer has gone, although no event has told so.
+    void losePointer() { setHasPointer(false); }
 
     /// Shows the window at once, fading the capsule in.
     void appear(const QRect& frame, double cornerRadius);
@@ -55,10 +59,12 @@ public:
 
 Q_SIGNALS:
     void hovered(bool isHovered);
+    void pointerMoved();
     void dragged(const QPoint& distance); ///< since the button was pressed
     void released();                      ///< after a drag
 
 protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void enterEvent(QEnterEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
@@ -69,7 +75,8 @@ protected:
 
 private:
     bool fades() const;
-    void setWindowArea(const QRect& area);
+    void setHasPointer(bool hasPointer);
+    void fitWindow();
     void startMotion(const QRect& frame, double cornerRadius);
     void endMotion();
     void showStep(double share);
@@ -84,6 +91,7 @@ private:
     QEasingCurve m_curve;
     QRect m_start;
     QRect m_target;
+    bool m_spansWay = false; // from start to target
     double m_cornerRadius = 0;
     bool m_isComposited = false;
     bool m_isBlurred = false;

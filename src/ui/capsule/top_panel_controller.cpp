@@ -17,6 +17,8 @@ namespace {
 
 constexpr Seconds positionSaveDelay{0.14};
 constexpr Seconds exitWatchInterval{0.1};
+// Where nobody tells that the pointer has gone, one that has not moved for so long has.
+constexpr Seconds lostPointerDelay{4.0};
 // The desktop tells of a new arrangement in several steps.
 constexpr Seconds screensSettleDelay{0.1};
 // Window managers move windows about when a screen comes or goes, some of them after we did.
@@ -72,6 +74,9 @@ void TopPanelController::makeWindow()
         }
     });
     connect(m_window.get(), &PanelWindow::hovered, this, &TopPanelController::setHovered);
+    connect(m_window.get(), &PanelWindow::pointerMoved, this, [this] {
+        m_lostPointerTask = m_scheduler.after(lostPointerDelay, [this] { m_window->losePointer(); });
+    });
     connect(m_window.get(), &PanelWindow::dragged, this, &TopPanelController::drag);
     connect(m_window.get(), &PanelWindow::released, this, &TopPanelController::scheduleEndOfDrag);
     watchScreens();
@@ -165,8 +170,8 @@ HorizontalAnchor TopPanelController::preferredExpansionAnchor(double width) cons
 
 bool TopPanelController::hasPointerWithin(double distance) const
 {
-    return isVisible() && (m_window->hasPointer() || (m_system.knowsPointerEverywhere() &&
-                                                      m_window->covers(QCursor::pos(), distance)));
+    return isVisible() && (m_window->hasPointer() ||
+                           (m_system.knowsPointerEverywhere() && m_window->covers(QCursor::pos(), distance)));
 }
 
 void TopPanelController::scheduleReposition()

@@ -59,6 +59,7 @@ private:
     std::unique_ptr<PanelWindow> m_window; // made when it is first shown
     TaskHandle m_repositionTask;
     TaskHandle m_exitTask;
+    TaskHandle m_lostPointerTask;
     TaskHandle m_positionSaveTask;
 };
 
