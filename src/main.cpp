@@ -27,7 +27,7 @@ int main(int argc, char** argv)
     QApplication::setQuitOnLastWindowClosed(false);
 
     const UserFolders folders = userFolders();
-    ApplicationInstance instance({folders.data, folders.preferences});
+    ApplicationInstance instance({folders.data, folders.preferences}, folders.runtime);
     switch (instance.claim()) {
     case ApplicationInstance::Claim::first:
         break;
@@ -37,6 +37,11 @@ int main(int argc, char** argv)
         showStartRefusal({"Brevlin 已在运行，但没有响应。",
                           "Brevlin is running already for this user, but it does not answer."},
                          {});
+        return 1;
+    case ApplicationInstance::Claim::failed:
+        showStartRefusal({"无法确认是否已有另一个 Brevlin 在使用同一文件夹。",
+                          "Brevlin cannot make sure that no other one works on the same folder."},
+                         instance.failure());
         return 1;
     }
 
