@@ -63,6 +63,10 @@ public:
     /// replaced. After an error the old bytes still stand; only when the very last step failed, making the
     /// new name durable, may the new ones be found. Gives the stamp of the new content.
     virtual Expected<FileStamp, FileError> write(const std::string& path, std::string_view bytes) = 0;
+    /// Writes only as long as the file is the one with this stamp (nothing: as long as there is none), looked
+    /// at right before the new bytes take its place; else that is an error (ESTALE).
+    virtual Expected<FileStamp, FileError> replace(const std::string& path, std::string_view bytes,
+                                                   const std::optional<FileStamp>& known) = 0;
     /// Renames a file within its folder. An existing target is never replaced: that is an error (EEXIST).
     virtual Expected<void, FileError> rename(const std::string& from, const std::string& to) = 0;
     /// Removes the file; no error when there is none.

@@ -3,6 +3,7 @@
 #include "storage/set_aside.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <iterator>
 #include <utility>
 
@@ -127,15 +128,20 @@ HistoryOutcome HistoryFile::flush(Patience patience)
     if (m_content.isSaved) {
         return outcome;
     }
-    auto taken = takeOver(patience);
-    if (!taken) {
-        return wait(taken.error());
+    for (;;) {
+        auto taken = takeOver(patience);
+        if (!taken) {
+            return wait(taken.error());
+        }
+        std::move(taken->begin(), taken->end(), std::back_inserter(outcome.takenOver));
+        const auto written = write();
+        if (!written) {
+            return wait(written.error());
+        }
+        if (*written) {
+            return outcome;
+        }
     }
-    outcome.takenOver = *std::move(taken);
-    if (const auto written = write(); !written) {
-        return wait(written.error());
-    }
-    return outcome;
 }
 
 HistoryFile::Records HistoryFile::records() const
@@ -264,7 +270,8 @@ HistoryFile::Records HistoryFile::takeOver(Patience patience)
     return found;
 }
 
-Expected<void, DocumentError> HistoryFile::write()
+// Gives false where somebody else has replaced the file meanwhile: it is to be looked at again.
+Expected<bool, DocumentError> HistoryFile::write()
 {
     if (m_content.isDamaged) {
         if (const auto kept = setAsideFile(m_files, m_location.path, m_clock.now()); !kept) {
@@ -273,13 +280,15 @@ Expected<void, DocumentError> HistoryFile::write()
         m_content.isDamaged = false;
         m_content.stamp.reset();
     }
-    const auto written = m_files.write(m_location.path, m_content.text.view());
+    const auto written = m_files.replace(m_location.path, m_content.text.view(), m_content.stamp);
     if (!written) {
-        return Unexpected{documentError(written.error())};
+        return written.error().code == ESTALE
+                   ? Expected<bool, DocumentError>{false}
+                   : Expected<bool, DocumentError>{Unexpected{documentError(written.error())}};
     }
     m_content.stamp = *written;
     m_content.isSaved = true;
-    return {};
+    return true;
 }
 
 } // namespace brevlin

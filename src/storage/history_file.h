@@ -95,7 +95,7 @@ private:
     Expected<void, DocumentError> remove(Uuid id);
     Expected<void, DocumentError> bring(const HistoryChange& change);
     Records takeOver(Patience patience);
-    Expected<void, DocumentError> write();
+    Expected<bool, DocumentError> write();
 
     HistoryLocation m_location;
     DurableFile& m_files;

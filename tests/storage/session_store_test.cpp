@@ -355,6 +355,15 @@ TEST_F(SessionStoreTest, what_others_have_written_into_the_file_is_kept)
     EXPECT_EQ(recordsOf(file()), store.sessions());
     EXPECT_EQ(m_changes, 1);
 
+    m_files.beforeReplacing = [&] {
+        test::FakeDocumentThread thread;
+        SessionStore other({path, {}}, {m_files, thread, m_scheduler, m_clock});
+        other.insert(session(8, 100.0));
+    };
+    store.insert(session(9, 200.0));
+    EXPECT_EQ(ids(store.sessions()), "16 14 13 15 12 19 18 ") << "at the last moment";
+    EXPECT_EQ(recordsOf(file()), store.sessions());
+
     file() = theirs.files[path];
     store.clear();
     EXPECT_TRUE(recordsOf(file()).empty());

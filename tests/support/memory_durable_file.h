@@ -11,6 +11,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace brevlin::test {
 
@@ -22,6 +23,7 @@ public:
     std::map<std::string, std::string> files;
     std::set<std::string> unreadable; ///< paths whose reading is refused (EACCES); renaming moves the mark
     mutable FailurePlan failures;
+    std::function<void()> beforeReplacing; ///< what somebody else does at the last moment, once
 
     Expected<std::optional<FileContent>, FileError> readStamped(const std::string& path) const override
     {
@@ -52,6 +54,18 @@ public:
         }
         files[path] = bytes;
         return stampOf(bytes);
+    }
+
+    Expected<FileStamp, FileError> replace(const std::string& path, std::string_view bytes,
+                                           const std::optional<FileStamp>& known) override
+    {
+        if (beforeReplacing) {
+            std::exchange(beforeReplacing, nullptr)();
+        }
+        if (const auto standing = stamp(path); *standing != known) {
+            return Unexpected{fileError("rename", ESTALE, path)};
+        }
+        return write(path, bytes);
     }
 
     Expected<void, FileError> rename(const std::string& from, const std::string& to) override

@@ -152,8 +152,27 @@ Expected<mode_t, FileError> modeFor(const FileDescriptor& folder, const std::str
     return status.st_mode & permissionBits;
 }
 
+// Whether the file still is what the caller knows; see DurableFile::replace().
+using Known = std::optional<std::optional<FileStamp>>;
+
+Expected<void, FileError> checkKnown(const FileDescriptor& folder, const std::string& path,
+                                     const Known& known)
+{
+    if (!known) {
+        return {};
+    }
+    struct stat status = {};
+    std::optional<FileStamp> stamp;
+    if (::fstatat(folder.get(), nameOf(path).c_str(), &status, 0) == 0) {
+        stamp = stampOf(status);
+    } else if (errno != ENOENT) {
+        return Unexpected{lastFileError("stat", path)};
+    }
+    return stamp == *known ? Expected<void, FileError>{} : Unexpected{fileError("rename", ESTALE, path)};
+}
+
 Expected<FileStamp, FileError> replaceFile(const FileDescriptor& folder, const std::string& path,
-                                           std::string_view bytes, mode_t mode)
+                                           std::string_view bytes, mode_t mode, const Known& known)
 {
     const std::string temporaryName = makeTemporaryName();
     FileDescriptor file =
@@ -168,6 +187,10 @@ Expected<FileStamp, FileError> replaceFile(const FileDescriptor& folder, const s
         ::unlinkat(folder.get(), temporaryName.c_str(), 0);
         return filled;
     }
+    if (const auto checked = checkKnown(folder, path, known); !checked) {
+        ::unlinkat(folder.get(), temporaryName.c_str(), 0);
+        return Unexpected{checked.error()};
+    }
     if (::renameat(folder.get(), temporaryName.c_str(), folder.get(), nameOf(path).c_str()) != 0) {
         const FileError error = lastFileError("rename", path);
         ::unlinkat(folder.get(), temporaryName.c_str(), 0);
@@ -177,6 +200,27 @@ Expected<FileStamp, FileError> replaceFile(const FileDescriptor& folder, const s
         return Unexpected{synced.error()};
     }
     return filled;
+}
+
+Expected<FileStamp, FileError> writeFile(const std::string& path, std::string_view bytes, const Known& known)
+{
+    const auto target = followLinks(path);
+    if (!target) {
+        return Unexpected{target.error()};
+    }
+    const std::string folderPath = folderOf(*target);
+    if (auto created = createFolders(folderPath); !created) {
+        return Unexpected{created.error()};
+    }
+    const FileDescriptor folder = openFile(AT_FDCWD, folderPath, O_RDONLY | O_DIRECTORY);
+    if (!folder.isOpen()) {
+        return Unexpected{lastFileError("open", folderPath)};
+    }
+    const auto mode = modeFor(folder, *target);
+    if (!mode) {
+        return Unexpected{mode.error()};
+    }
+    return replaceFile(folder, *target, bytes, *mode, known);
 }
 
 } // namespace
@@ -231,23 +275,13 @@ Expected<std::optional<FileStamp>, FileError> PosixDurableFile::stamp(const std:
 
 Expected<FileStamp, FileError> PosixDurableFile::write(const std::string& path, std::string_view bytes)
 {
-    const auto target = followLinks(path);
-    if (!target) {
-        return Unexpected{target.error()};
-    }
-    const std::string folderPath = folderOf(*target);
-    if (auto created = createFolders(folderPath); !created) {
-        return Unexpected{created.error()};
-    }
-    const FileDescriptor folder = openFile(AT_FDCWD, folderPath, O_RDONLY | O_DIRECTORY);
-    if (!folder.isOpen()) {
-        return Unexpected{lastFileError("open", folderPath)};
-    }
-    const auto mode = modeFor(folder, *target);
-    if (!mode) {
-        return Unexpected{mode.error()};
-    }
-    return replaceFile(folder, *target, bytes, *mode);
+    return writeFile(path, bytes, std::nullopt);
+}
+
+Expected<FileStamp, FileError> PosixDurableFile::replace(const std::string& path, std::string_view bytes,
+                                                         const std::optional<FileStamp>& known)
+{
+    return writeFile(path, bytes, known);
 }
 
 Expected<void, FileError> PosixDurableFile::rename(const std::string& from, const std::string& to)
