@@ -19,6 +19,7 @@
 #include "platform/freedesktop/status/desktop_status_item.h"
 #include "platform/freedesktop/system_clock.h"
 #include "platform/freedesktop/termination_signals.h"
+#include "platform/freedesktop/time_locale.h"
 #include "platform/freedesktop/x11_panel_system.h"
 #include "platform/freedesktop/x11_window_system.h"
 #include "storage/main_window_store.h"
@@ -37,7 +38,6 @@
 #include "user_folders.h"
 
 #include <QApplication>
-#include <QLocale>
 #include <QSessionManager>
 
 namespace brevlin {
@@ -47,13 +47,6 @@ namespace {
 // How long the first window waits for the desktop to say whether it is light or dark, so that it does not
 // flash.
 constexpr Seconds longestWaitForAppearance{0.15};
-
-// The locale of times of day, which is not always that of the texts.
-std::string timeLocale()
-{
-    const QLocale locale = QLocale::system();
-    return locale.language() == QLocale::C ? "en_US_POSIX" : locale.name().toStdString();
-}
 
 // QApplication::quit asks every window whether it may be closed, and the capsule says no.
 void quitApplication()

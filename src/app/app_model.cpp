@@ -25,9 +25,7 @@ bool outdatesAnnouncement(const TimerTransition& transition, const TimerSnapshot
 } // namespace
 
 AppModel::AppModel(AppModelParts parts, QObject* parent)
-    : QObject(parent)
-    , m_parts(std::move(parts))
-    , m_calendar(m_parts.clock.timeZoneIdentifier(), m_parts.userLocale)
+    : QObject(parent), m_parts(std::move(parts)), m_calendar(m_parts.clock.timeZone(), m_parts.userLocale)
 {
     restore();
     connectParts();
@@ -85,6 +83,9 @@ void AppModel::observeSystemEvents()
         refreshCalendar();
         tick();
     };
+    observer.timeZoneDidChange = [this] {
+        refreshCalendar();
+    };
     m_parts.systemEvents.setObserver(std::move(observer));
 }
 
@@ -119,8 +120,9 @@ void AppModel::tick()
     publishRemainingSeconds();
     const bool hasEnded =
         m_snapshot.runState == TimerRunState::running && m_remainingSeconds <= Seconds::zero();
-    if (hasEnded && !m_isAsleep) {
-        reconcile(false);
+    if (hasEnded) {
+        // Whoever announced the sleep may never tell of the waking.
+        reconcile(m_isAsleep);
     } else {
         alignTicker();
         m_parts.capsule.refresh();
@@ -206,7 +208,11 @@ void AppModel::publish(const TimerSnapshot& snapshot)
 
 void AppModel::publishRemainingSeconds()
 {
-    const Seconds remaining = m_snapshot.remainingSeconds(now());
+    Seconds remaining = m_snapshot.remainingSeconds(now());
+    if (m_snapshot.runState == TimerRunState::running) {
+        // A clock that was set back brings no more time than the phase has.
+        remaining = std::min(remaining, std::max(m_snapshot.plannedDuration, Seconds::zero()));
+    }
     if (std::exchange(m_remainingSeconds, remaining) != remaining) {
         Q_EMIT remainingSecondsChanged();
     }
@@ -221,8 +227,7 @@ void AppModel::publishLaunchAtLoginStatus(LaunchAtLoginStatus status)
 
 void AppModel::refreshCalendar()
 {
-    if (const std::string zone = m_parts.clock.timeZoneIdentifier();
-        zone != m_calendar.timeZoneIdentifier()) {
+    if (const TimeZone zone = m_parts.clock.timeZone(); zone != m_calendar.timeZone()) {
         m_calendar = Calendar(zone, m_parts.userLocale);
         Q_EMIT ticked();
     }

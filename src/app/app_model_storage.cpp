@@ -64,7 +64,7 @@ void AppModel::restore()
 
     const bool wasRunning = restored && restored->runState == TimerRunState::running;
     m_engine.emplace(m_preferences.timerSettings, std::move(restored),
-                     [this] { return m_parts.clock.timeZoneIdentifier(); });
+                     [this] { return m_parts.clock.timeZone()->identifier(); });
     m_snapshot = m_engine->snapshot();
     m_remainingSeconds = m_snapshot.remainingSeconds(now());
     m_launchAtLoginStatus = m_parts.launchAtLoginService->status();
@@ -126,7 +126,7 @@ void AppModel::takeTimer(const ActiveTimerPersistence::Loaded& stored)
         raise(timerStateReset, std::string{timerStateResetDetail.in(language())});
     } else if (*stored && m_snapshot == freshSnapshot(m_preferences.timerSettings)) {
         m_engine.emplace(m_preferences.timerSettings, **stored,
-                         [this] { return m_parts.clock.timeZoneIdentifier(); });
+                         [this] { return m_parts.clock.timeZone()->identifier(); });
         apply({m_engine->snapshot(), std::nullopt}, TimerSnapshot(m_snapshot), AskForPermission::no);
         reconcile((*stored)->runState == TimerRunState::running);
     } else if (*stored) {
@@ -138,7 +138,7 @@ void AppModel::takeTimer(const ActiveTimerPersistence::Loaded& stored)
 void AppModel::recordSuperseded(const TimerSnapshot& stored)
 {
     TimerEngine engine(m_preferences.timerSettings, stored,
-                       [this] { return m_parts.clock.timeZoneIdentifier(); });
+                       [this] { return m_parts.clock.timeZone()->identifier(); });
     const Instant end = m_snapshot.startedAt.value_or(now());
     TimerTransition transition = engine.reconcile(end, true);
     if (!transition.finishedSession) {

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace brevlin {
 
@@ -33,9 +34,8 @@ year_month_day clampedToMonth(year_month_day date)
 
 } // namespace
 
-Calendar::Calendar(const std::string& timeZoneIdentifier, const std::string& localeIdentifier)
-    : m_zone(std::make_shared<const TimeZoneRules>(timeZoneIdentifier))
-    , m_texts(std::make_shared<CalendarTexts>(m_zone->identifier(), localeIdentifier))
+Calendar::Calendar(TimeZone zone, const std::string& localeIdentifier)
+    : m_zone(std::move(zone)), m_texts(std::make_shared<CalendarTexts>(localeIdentifier))
 {
     UErrorCode status = U_ZERO_ERROR;
     const std::unique_ptr<icu::Calendar> conventions{
@@ -146,19 +146,14 @@ Instant Calendar::date(LocalDay day, int hour) const
     return resolve(day + hours{hour}, Seconds::zero());
 }
 
-const std::string& Calendar::timeZoneIdentifier() const
-{
-    return m_zone->identifier();
-}
-
 std::string Calendar::text(std::string_view skeleton, Instant instant) const
 {
-    return m_texts->text(skeleton, instant);
+    return m_texts->text(skeleton, instant + Seconds{m_zone->offset(instant)});
 }
 
 std::string Calendar::shortTimeText(Instant instant) const
 {
-    return m_texts->shortTimeText(instant);
+    return m_texts->shortTimeText(instant + Seconds{m_zone->offset(instant)});
 }
 
 Instant Calendar::resolve(local_seconds time, Seconds fraction) const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/instant.h"
+#include "core/time_zone_rules.h"
 
 #include <chrono>
 #include <cstdint>
@@ -11,7 +12,6 @@
 namespace brevlin {
 
 class CalendarTexts;
-class TimeZoneRules;
 
 /// A stretch of time: start inclusive, end exclusive.
 struct DateInterval
@@ -28,17 +28,15 @@ enum class CalendarUnit { day, weekOfYear, month, year };
 /// A date of the Gregorian calendar without a time or a zone.
 using LocalDay = std::chrono::local_days;
 
-/// The Gregorian calendar in one time zone with one locale's conventions, a cheap value. Zone rules and texts
-/// come from ICU, date arithmetic from the standard library. An instant belongs to the local date that a
-/// clock on the wall shows at it. Instants beyond about ten thousand years from 2001 count as that far away.
-/// For one thread.
+/// The Gregorian calendar in one time zone with one locale's conventions, a cheap value. Texts come from ICU,
+/// date arithmetic from the standard library. An instant belongs to the local date that a clock on the wall
+/// shows at it. Instants beyond about ten thousand years from 2001 count as that far away. For one thread.
 class Calendar final
 {
 public:
-    /// The zone is an IANA name (an unknown one counts as UTC), the locale an ICU identifier
-    /// (https://unicode-org.github.io/icu/userguide/locale/). The first weekday and the minimal days of a
-    /// year's first week are the locale's.
-    Calendar(const std::string& timeZoneIdentifier, const std::string& localeIdentifier);
+    /// The locale is an ICU identifier (https://unicode-org.github.io/icu/userguide/locale/). The first
+    /// weekday and the minimal days of a year's first week are the locale's.
+    Calendar(TimeZone zone, const std::string& localeIdentifier);
 
     /// The same calendar with other weeks; minimalDays is 1 to 7.
     [[nodiscard]] Calendar withWeeks(std::chrono::weekday firstWeekday, int minimalDays) const;
@@ -67,7 +65,7 @@ public:
 
     std::chrono::weekday firstWeekday() const { return m_firstWeekday; }
     int minimalDaysInFirstWeek() const { return m_minimalDays; }
-    const std::string& timeZoneIdentifier() const;
+    const TimeZone& timeZone() const { return m_zone; }
 
     /// The instant in the form that the locale gives to the skeleton, for example "yMMMMd"
     /// (https://unicode.org/reports/tr35/tr35-dates.html#availableFormats_appendItems).
@@ -78,7 +76,7 @@ public:
 private:
     Instant resolve(std::chrono::local_seconds time, Seconds fraction) const;
 
-    std::shared_ptr<const TimeZoneRules> m_zone;
+    TimeZone m_zone;
     std::shared_ptr<CalendarTexts> m_texts; // a cache of formatters
     std::chrono::weekday m_firstWeekday;
     int m_minimalDays = 1;

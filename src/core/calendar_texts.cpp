@@ -5,9 +5,8 @@
 
 namespace brevlin {
 
-CalendarTexts::CalendarTexts(const std::string& timeZoneIdentifier, const std::string& localeIdentifier)
-    : m_timeZoneIdentifier(timeZoneIdentifier)
-    , m_locale(icu::Locale::createCanonical(localeIdentifier.c_str()))
+CalendarTexts::CalendarTexts(const std::string& localeIdentifier)
+    : m_locale(icu::Locale::createCanonical(localeIdentifier.c_str()))
 {}
 
 std::string CalendarTexts::text(std::string_view skeleton, Instant instant)
@@ -25,8 +24,7 @@ std::string CalendarTexts::text(std::string_view skeleton, Instant instant)
                                                skeleton.data(), static_cast<int32_t>(skeleton.size())}),
                                            status);
             made = std::make_unique<icu::SimpleDateFormat>(pattern, m_locale, status);
-            made->adoptTimeZone(
-                icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(m_timeZoneIdentifier)));
+            made->setTimeZone(*icu::TimeZone::getGMT());
         }
         found =
             m_bySkeleton.emplace(std::string{skeleton}, U_SUCCESS(status) ? std::move(made) : nullptr).first;
@@ -39,8 +37,7 @@ std::string CalendarTexts::shortTimeText(Instant instant)
     if (!m_shortTime) {
         m_shortTime.reset(icu::DateFormat::createTimeInstance(icu::DateFormat::kShort, m_locale));
         if (m_shortTime) {
-            m_shortTime->adoptTimeZone(
-                icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(m_timeZoneIdentifier)));
+            m_shortTime->setTimeZone(*icu::TimeZone::getGMT());
         }
     }
     return format(m_shortTime.get(), instant);

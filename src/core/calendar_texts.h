@@ -13,12 +13,13 @@
 
 namespace brevlin {
 
-/// Dates as texts of one locale and time zone. Making a formatter takes ICU longer than a redraw may last, so
-/// each is made once. For one thread.
+/// Dates as texts of one locale. The instants are those of a clock that shows UTC: the zone is the caller's
+/// affair, so that texts and arithmetic cannot differ. Making a formatter takes ICU longer than a redraw may
+/// last, so each is made once. For one thread.
 class CalendarTexts final
 {
 public:
-    CalendarTexts(const std::string& timeZoneIdentifier, const std::string& localeIdentifier);
+    explicit CalendarTexts(const std::string& localeIdentifier);
 
     std::string text(std::string_view skeleton, Instant instant);
     std::string shortTimeText(Instant instant);
@@ -26,7 +27,6 @@ public:
 private:
     std::string format(const icu::DateFormat* format, Instant instant) const;
 
-    std::string m_timeZoneIdentifier;
     icu::Locale m_locale;
     std::unique_ptr<icu::DateTimePatternGenerator> m_patterns;
     std::map<std::string, std::unique_ptr<icu::DateFormat>, std::less<>> m_bySkeleton;

@@ -2,8 +2,6 @@
 
 #include "core/instant.h"
 
-#include <unicode/timezone.h>
-
 #include <chrono>
 #include <memory>
 #include <string>
@@ -11,17 +9,23 @@
 
 namespace brevlin {
 
-/// The offsets from UTC of one time zone, as ICU knows them. The changes of the years in which people use the
-/// program are read once into a table, because statistics ask for the local date of every record on every
-/// redraw.
+/// The offsets from UTC of one time zone, as a table of their changes. Statistics ask for the local date of
+/// every record on every redraw, so whoever knows the zone is asked only once.
 class TimeZoneRules final
 {
 public:
-    /// An IANA name; an unknown one counts as UTC.
-    explicit TimeZoneRules(const std::string& identifier);
-    ~TimeZoneRules();
-    TimeZoneRules(const TimeZoneRules&) = delete;
-    TimeZoneRules& operator=(const TimeZoneRules&) = delete;
+    struct Change
+    {
+        std::chrono::seconds at;     ///< Unix time
+        std::chrono::seconds offset; ///< from then on, what the wall clock is ahead of UTC
+
+        bool operator==(const Change&) const = default;
+    };
+
+    /// UTC.
+    TimeZoneRules();
+    /// The changes by time; the first offset holds before the first change, too, and the last one for ever.
+    TimeZoneRules(std::string identifier, std::vector<Change> changes);
 
     const std::string& identifier() const { return m_identifier; }
 
@@ -39,19 +43,13 @@ public:
     static std::chrono::seconds wholeUnixSeconds(Instant instant);
 
 private:
-    struct Change
-    {
-        std::chrono::seconds at; // Unix time
-        std::chrono::seconds offset;
-    };
-
     std::chrono::seconds offset(std::chrono::seconds unixSeconds) const;
-    std::chrono::seconds offsetByIcu(std::chrono::seconds unixSeconds) const;
-    void readChanges();
 
     std::string m_identifier;
-    std::unique_ptr<icu::TimeZone> m_zone;
-    std::vector<Change> m_changes; // by time; the first holds the offset at the table's begin
+    std::vector<Change> m_changes; // never empty
 };
+
+/// A time zone, cheap to copy; never null.
+using TimeZone = std::shared_ptr<const TimeZoneRules>;
 
 } // namespace brevlin

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "core/instant.h"
-
-#include <string>
+#include "core/time_zone_rules.h"
 
 namespace brevlin {
 
@@ -14,8 +13,8 @@ public:
 
     /// The wall-clock time. It may jump in either direction when the clock is set.
     virtual Instant now() const = 0;
-    /// The IANA name of the system's time zone, "UTC" where none is configured.
-    virtual std::string timeZoneIdentifier() const = 0;
+    /// The system's time zone; its identifier is an IANA name, or a rule or a fixed offset where it has none.
+    virtual TimeZone timeZone() const = 0;
 };
 
 } // namespace brevlin

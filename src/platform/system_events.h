@@ -12,8 +12,9 @@ public:
     {
         std::function<void()> willSleep;
         std::function<void()> didWake;
-        std::function<void()> didBecomeActive; ///< one of the program's windows got the keyboard
-        std::function<void()> clockDidChange;  ///< the system's time was set
+        std::function<void()> didBecomeActive;   ///< one of the program's windows got the keyboard
+        std::function<void()> clockDidChange;    ///< the system's time was set
+        std::function<void()> timeZoneDidChange; ///< the system's time zone may be another one
     };
 
     virtual ~SystemEvents() = default;

@@ -3,6 +3,7 @@
 // end and length in seconds, phase, outcome. Then the questions: zone, granularity, anchor.
 
 #include "core/statistics_calculator.h"
+#include "support/time_zones.h"
 
 #include <chrono>
 #include <cstdio>
@@ -59,7 +60,8 @@ int main()
     double anchor = 0;
     while (std::cin >> zone >> granularity >> anchor) {
         const Calendar& calendar =
-            calendars.try_emplace(zone, Calendar(zone, "en").withWeeks(std::chrono::Monday, 4)).first->second;
+            calendars.try_emplace(zone, Calendar(test::zone(zone), "en").withWeeks(std::chrono::Monday, 4))
+                .first->second;
         const Instant instant{Seconds{anchor}};
         print(StatisticsCalculator::calculatePeriod(
                   records, fromRawValue<StatisticsGranularity>(granularity).value(), instant, calendar),

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/clock.h"
+#include "support/time_zones.h"
 
 #include <string>
 #include <utility>
@@ -14,16 +15,16 @@ public:
     explicit FakeClock(Instant now = Instant{Seconds{800'000'000.0}}) : m_now(now) {}
 
     Instant now() const override { return m_now; }
-    std::string timeZoneIdentifier() const override { return m_timeZoneIdentifier; }
+    TimeZone timeZone() const override { return m_timeZone; }
 
     /// Moves the wall clock alone, as sleep or a set clock does: scheduled tasks do not come nearer.
     void jump(Seconds length) { m_now += length; }
     void setNow(Instant now) { m_now = now; }
-    void setTimeZoneIdentifier(std::string identifier) { m_timeZoneIdentifier = std::move(identifier); }
+    void setTimeZoneIdentifier(const std::string& identifier) { m_timeZone = zone(identifier); }
 
 private:
     Instant m_now;
-    std::string m_timeZoneIdentifier = "Europe/Berlin";
+    TimeZone m_timeZone = zone("Europe/Berlin");
 };
 
 } // namespace brevlin::test

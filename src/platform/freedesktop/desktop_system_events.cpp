@@ -33,6 +33,7 @@ DesktopSystemEvents::DesktopSystemEvents(QObject* parent) : QObject(parent)
     });
     watchLogind();
     watchClock();
+    watchTimeZone();
 }
 
 DesktopSystemEvents::~DesktopSystemEvents()
@@ -70,6 +71,14 @@ void DesktopSystemEvents::watchClock()
     armClockWatch();
     m_clockNotifier = std::make_unique<QSocketNotifier>(m_clockWatch, QSocketNotifier::Read);
     connect(m_clockNotifier.get(), &QSocketNotifier::activated, this, &DesktopSystemEvents::clockWatchFired);
+}
+
+// Setting the zone replaces the link /etc/localtime, which only the folder is told of.
+void DesktopSystemEvents::watchTimeZone()
+{
+    connect(&m_settingsWatcher, &QFileSystemWatcher::directoryChanged, this,
+            [this] { call(m_observer.timeZoneDidChange); });
+    m_settingsWatcher.addPath(QStringLiteral("/etc"));
 }
 
 void DesktopSystemEvents::armClockWatch() const

@@ -2,6 +2,7 @@
 
 #include "platform/system_events.h"
 
+#include <QFileSystemWatcher>
 #include <QObject>
 
 #include <memory>
@@ -12,7 +13,8 @@ namespace brevlin {
 
 /// Sleep and waking from logind
 /// (https://www.freedesktop.org/software/systemd/man/latest/org.freedesktop.login1.html), activation from the
-/// application's state, and jumps of the clock from a timerfd that the kernel cancels.
+/// application's state, jumps of the clock from a timerfd that the kernel cancels, and another time zone from
+/// the folder in which its link lies.
 class DesktopSystemEvents final : public QObject, public SystemEvents
 {
     Q_OBJECT
@@ -29,10 +31,12 @@ private Q_SLOTS:
 private:
     void watchLogind();
     void watchClock();
+    void watchTimeZone();
     void armClockWatch() const;
     void clockWatchFired() const;
 
     Observer m_observer;
+    QFileSystemWatcher m_settingsWatcher;
     int m_clockWatch = -1; // the timerfd
     std::unique_ptr<QSocketNotifier> m_clockNotifier;
 };

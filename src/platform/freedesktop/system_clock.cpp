@@ -1,6 +1,6 @@
 #include "platform/freedesktop/system_clock.h"
 
-#include <QTimeZone>
+#include "platform/freedesktop/system_time_zone.h"
 
 #include <chrono>
 
@@ -11,10 +11,14 @@ Instant SystemClock::now() const
     return instantFromUnixTime(std::chrono::system_clock::now().time_since_epoch());
 }
 
-std::string SystemClock::timeZoneIdentifier() const
+TimeZone SystemClock::timeZone() const
 {
-    const QByteArray identifier = QTimeZone::systemTimeZoneId();
-    return identifier.isEmpty() ? "UTC" : identifier.toStdString();
+    std::string source = systemTimeZoneSource();
+    if (!m_zone || source != m_zoneSource) {
+        m_zone = systemTimeZone(source);
+        m_zoneSource = std::move(source);
+    }
+    return m_zone;
 }
 
 } // namespace brevlin

@@ -1,5 +1,6 @@
 #include "app/model_fixture.h"
 #include "storage/session_archive.h"
+#include "support/time_zones.h"
 #include "ui/screens/history/history_list.h"
 
 #include <QAccessible>
@@ -12,7 +13,7 @@ namespace {
 
 using namespace std::chrono;
 
-const Calendar shanghai{"Asia/Shanghai", "en"};
+const Calendar shanghai{test::zone("Asia/Shanghai"), "en"};
 
 Instant at(int dayOfMarch, int hour, int minute = 0)
 {
@@ -48,7 +49,7 @@ TEST(HistoryDays, records_stand_under_the_day_they_ended_on_with_its_focus)
     for (const HistoryDay& day : days.days()) {
         texts.push_back(historyDateText(day, shanghai) + " | " +
                         historySummaryText(day, AppLanguage::english));
-        texts.push_back(historyDateText(day, Calendar{"Asia/Shanghai", "zh-Hans"}) + " | " +
+        texts.push_back(historyDateText(day, Calendar{test::zone("Asia/Shanghai"), "zh-Hans"}) + " | " +
                         historySummaryText(day, AppLanguage::simplifiedChinese));
     }
     EXPECT_EQ(texts, (std::vector<std::string>{"Tuesday, Mar 3, 2026 | 1 entries · 0 min focus",
@@ -59,15 +60,15 @@ TEST(HistoryDays, records_stand_under_the_day_they_ended_on_with_its_focus)
                                                "2026年3月1日星期日 | 1 条 · 专注 0 分钟"}));
     EXPECT_EQ(days.recordIndex(2), 2U);
     // In another zone the same instants fall on other days.
-    EXPECT_EQ(HistoryDays(records, Calendar{"America/New_York", "en"}).days().size(), 3U);
-    EXPECT_EQ(HistoryDays(records, Calendar{"America/New_York", "en"}).days().front().count, 3U);
+    EXPECT_EQ(HistoryDays(records, Calendar{test::zone("America/New_York"), "en"}).days().size(), 3U);
+    EXPECT_EQ(HistoryDays(records, Calendar{test::zone("America/New_York"), "en"}).days().front().count, 3U);
     EXPECT_TRUE(HistoryDays({}, shanghai).days().empty());
 }
 
 TEST(HistoryDays, a_date_that_a_zone_showed_twice_is_one_day)
 {
     // Kwajalein's clocks went back across the date line on 1969-09-30: that date began twice.
-    const Calendar kwajalein{"Pacific/Kwajalein", "en"};
+    const Calendar kwajalein{test::zone("Pacific/Kwajalein"), "en"};
     std::vector<SessionRecord> records;
     const Instant first = kwajalein.date(LocalDay{year{1969} / October / 1}, 1);
     for (int hour = 72; hour >= -24; hour -= 3) {
@@ -95,8 +96,9 @@ TEST(HistoryDays, a_row_says_what_is_known_also_of_strings_of_a_later_release)
     const auto english = historyRowTexts(record(at(2, 15, 5), 1500), shanghai, AppLanguage::english);
     EXPECT_EQ(english.timeRange, "2:40\u202fPM ～ 3:05\u202fPM");
     EXPECT_EQ(spokenHistoryRow(english).substr(0, 26), "Focus, Completed, 25 min, ");
-    const auto chinese = historyRowTexts(record(at(2, 15, 5), 1500), Calendar{"Asia/Shanghai", "zh-Hans"},
-                                         AppLanguage::simplifiedChinese);
+    const auto chinese =
+        historyRowTexts(record(at(2, 15, 5), 1500), Calendar{test::zone("Asia/Shanghai"), "zh-Hans"},
+                        AppLanguage::simplifiedChinese);
     EXPECT_EQ(chinese.timeRange, "14:40 ～ 15:05");
     EXPECT_LT(historyRowTexts(strange, shanghai, AppLanguage::english).duration.size(), 60U);
 }

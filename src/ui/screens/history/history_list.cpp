@@ -25,7 +25,7 @@ constexpr BilingualText listName{"记录", "History"};
 
 Calendar calendarOf(const AppModel& model)
 {
-    return {model.calendar().timeZoneIdentifier(), std::string{localeIdentifier(model.language())}};
+    return {model.calendar().timeZone(), std::string{localeIdentifier(model.language())}};
 }
 
 } // namespace

@@ -24,7 +24,7 @@ HistoryView::HistoryView(AppModel& model, QWidget* parent)
     connect(&model, &AppModel::sessionsChanged, this, &HistoryView::refresh);
     connect(&model, &AppModel::preferencesChanged, this, &HistoryView::refresh);
     connect(&model, &AppModel::ticked, this, [this] {
-        if (m_timeZone != m_model.calendar().timeZoneIdentifier()) {
+        if (m_timeZone != m_model.calendar().timeZone()) {
             refresh();
         }
     });
@@ -33,7 +33,7 @@ HistoryView::HistoryView(AppModel& model, QWidget* parent)
 
 void HistoryView::refresh()
 {
-    m_timeZone = m_model.calendar().timeZoneIdentifier();
+    m_timeZone = m_model.calendar().timeZone();
     m_list->refresh();
     m_emptyState->setTexts(qtText(emptyTitle.in(m_model.language())),
                            qtText(emptyDescription.in(m_model.language())));

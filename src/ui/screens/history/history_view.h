@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/time_zone_rules.h"
+
 #include <QWidget>
 
 namespace brevlin {
@@ -25,7 +27,7 @@ private:
     AppModel& m_model;
     HistoryList* m_list; // these are owned by this widget
     EmptyStateView* m_emptyState;
-    std::string m_timeZone; // that the list was made for
+    TimeZone m_timeZone; // that the list was made for
 };
 
 } // namespace brevlin

@@ -64,11 +64,11 @@ const GranularityTexts& granularityTexts(StatisticsGranularity granularity)
     return texts.at(static_cast<std::size_t>(granularity));
 }
 
-Calendar statisticsCalendar(const std::string& timeZoneIdentifier, AppLanguage language)
+Calendar statisticsCalendar(const TimeZone& zone, AppLanguage language)
 {
     // The year's first week is the one with its first Thursday, as ISO 8601 counts.
     constexpr int minimalDays = 4;
-    return Calendar(timeZoneIdentifier, std::string(localeIdentifier(language)))
+    return Calendar(zone, std::string(localeIdentifier(language)))
         .withWeeks(std::chrono::Monday, minimalDays);
 }
 

@@ -24,7 +24,7 @@ struct GranularityTexts
 const GranularityTexts& granularityTexts(StatisticsGranularity granularity);
 
 /// Dates in the language's own form and the given zone, in weeks that begin on Monday.
-Calendar statisticsCalendar(const std::string& timeZoneIdentifier, AppLanguage language);
+Calendar statisticsCalendar(const TimeZone& zone, AppLanguage language);
 
 /// Takes the calendar's locale for the form of dates.
 QString periodTitle(const PeriodStatistics& statistics, const Calendar& calendar);

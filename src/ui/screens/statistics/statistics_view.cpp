@@ -28,7 +28,7 @@ StatisticsView::StatisticsView(AppModel& model, QWidget* parent)
     , m_model(model)
     , m_anchor(model.now())
     , m_language(model.language())
-    , m_calendar(statisticsCalendar(model.calendar().timeZoneIdentifier(), m_language))
+    , m_calendar(statisticsCalendar(model.calendar().timeZone(), m_language))
     , m_bar(new PeriodBar(this))
     , m_strip(new SummaryStrip(this))
     , m_card(new ActivityCard(this))
@@ -121,7 +121,7 @@ void StatisticsView::refreshWhereStale()
         return;
     }
     if (m_isStale || m_language != m_model.language() ||
-        m_calendar.timeZoneIdentifier() != m_model.calendar().timeZoneIdentifier() ||
+        m_calendar.timeZone() != m_model.calendar().timeZone() ||
         m_calendar.startOfDay(m_model.now()) != m_startOfToday) {
         refresh();
     }
@@ -129,8 +129,8 @@ void StatisticsView::refreshWhereStale()
 
 void StatisticsView::refresh()
 {
-    const std::string& zone = m_model.calendar().timeZoneIdentifier();
-    if (m_language != m_model.language() || m_calendar.timeZoneIdentifier() != zone) {
+    const TimeZone& zone = m_model.calendar().timeZone();
+    if (m_language != m_model.language() || m_calendar.timeZone() != zone) {
         m_language = m_model.language();
         m_calendar = statisticsCalendar(zone, m_language);
     }

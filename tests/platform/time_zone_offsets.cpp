@@ -1,0 +1,24 @@
+#include "platform/freedesktop/system_time_zone.h"
+
+#include <iostream>
+#include <sstream>
+#include <string>
+
+// Reads lines "ZONE SECONDS SECONDS …" and prints "ZONE OFFSET OFFSET …", the offsets of the zone at these
+// Unix times; "system" is the system's zone, and one that nobody knows has no offsets.
+int main()
+{
+    for (std::string line; std::getline(std::cin, line);) {
+        std::istringstream words(line);
+        std::string name;
+        words >> name;
+        const brevlin::TimeZone zone = name == "system"
+                                           ? brevlin::systemTimeZone(brevlin::systemTimeZoneSource())
+                                           : brevlin::timeZoneOf(name);
+        std::cout << name;
+        for (double at = 0; zone && words >> at;) {
+            std::cout << ' ' << zone->offset(brevlin::instantFromUnixTime(brevlin::Seconds{at})).count();
+        }
+        std::cout << '\n';
+    }
+}
