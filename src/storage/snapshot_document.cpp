@@ -89,7 +89,14 @@ Expected<TimerSnapshot, DocumentError> decodeTimerSnapshot(const std::string& do
     reader.optional("sessionID", snapshot.sessionID);
     reader.optional("intention", snapshot.intention);
     reader.optional("startedAt", snapshot.startedAt);
-    reader.optional("expectedEndAt", snapshot.expectedEndAt);
+    if (snapshot.runState == TimerRunState::running) {
+        // Without its end it would end at every instant anew.
+        Instant end;
+        reader.required("expectedEndAt", end);
+        snapshot.expectedEndAt = end;
+    } else {
+        reader.optional("expectedEndAt", snapshot.expectedEndAt);
+    }
     reader.optional("pausedAt", snapshot.pausedAt);
     reader.optional("pausedRemainingSeconds", snapshot.pausedRemainingSeconds);
     reader.required("plannedDuration", snapshot.plannedDuration);

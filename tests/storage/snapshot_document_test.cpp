@@ -64,6 +64,9 @@ TEST(SnapshotDocument, every_truncation_and_every_missing_key_is_an_error)
     std::string unknownState = text;
     unknownState.replace(unknownState.find("paused"), 6, "Paused");
     EXPECT_FALSE(decodeTimerSnapshot(unknownState));
+    std::string withoutEnd = text;
+    withoutEnd.replace(withoutEnd.find("paused"), 6, "running");
+    EXPECT_FALSE(decodeTimerSnapshot(withoutEnd));
 }
 
 TEST(SnapshotDocument, no_document_can_break_the_engine)
