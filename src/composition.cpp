@@ -121,7 +121,8 @@ Composition::Parts::Parts(const UserFolders& folders, ApplicationInstance& insta
     : m_defaults(folders.preferences, m_files)
     , m_notificationCenter(std::make_unique<DBusNotificationServer>(), m_clock, m_scheduler)
     , m_soundPlayer(m_scheduler, folders.sharedData, "freedesktop")
-    , m_loginItem(folders.autostart, QCoreApplication::applicationFilePath().toStdString(), m_files)
+    , m_loginItem(folders.autostart, QCoreApplication::applicationFilePath().toStdString(), m_files,
+                  m_documents)
     , m_statusItem(m_scheduler)
     , m_panelPositionStore(disk())
     , m_panelSystem(m_scheduler)

@@ -174,6 +174,8 @@ private:
                                   const std::optional<Uuid>& sessionID);
     void publish(const TimerSnapshot& snapshot);
     void publishRemainingSeconds();
+    void finishLaunchAtLogin(bool enabled,
+                             const Expected<LaunchAtLoginStatus, LaunchAtLoginServiceError>& status);
     void publishLaunchAtLoginStatus(LaunchAtLoginStatus status);
     void commitPreferences(const AppPreferences& preferences);
     void raise(const BilingualText& messageTitle, const std::string& detail);

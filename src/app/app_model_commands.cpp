@@ -1,5 +1,7 @@
 #include "app/app_model.h"
 
+#include <QPointer>
+
 #include <algorithm>
 
 namespace brevlin {
@@ -183,17 +185,27 @@ void AppModel::clearHistory()
 
 void AppModel::setLaunchAtLogin(bool enabled)
 {
-    const auto status = m_parts.launchAtLoginService->setEnabled(enabled);
-    if (status) {
-        publishLaunchAtLoginStatus(*status);
-        const bool hasEffect =
-            *status == LaunchAtLoginStatus::enabled || *status == LaunchAtLoginStatus::requiresApproval;
-        if (enabled && !hasEffect) {
-            raise(launchAtLoginFailed, std::string{entryWithoutEffect.in(language())});
+    m_parts.launchAtLoginService->setEnabled(enabled, [self = QPointer(this), enabled](const auto& status) {
+        if (self) {
+            self->finishLaunchAtLogin(enabled, status);
         }
-    } else {
+    });
+}
+
+void AppModel::finishLaunchAtLogin(bool enabled,
+                                   const Expected<LaunchAtLoginStatus, LaunchAtLoginServiceError>& status)
+{
+    const LaunchAtLoginStatus result = status ? *status : m_launchAtLoginStatus;
+    const bool hasEffect =
+        result == LaunchAtLoginStatus::enabled || result == LaunchAtLoginStatus::requiresApproval;
+    if (!status) {
         raise(launchAtLoginFailed, status.error().errorDescription());
+    } else if (enabled && !hasEffect) {
+        raise(launchAtLoginFailed, std::string{entryWithoutEffect.in(language())});
     }
+    // Also where nothing has changed: the switch shows the wish until now.
+    m_launchAtLoginStatus = result;
+    Q_EMIT launchAtLoginStatusChanged();
 }
 
 void AppModel::openLoginItemSettings()

@@ -17,9 +17,10 @@ public:
 
     /// Read afresh at every call.
     virtual Status status() const = 0;
-    /// The error is the system's description.
-    virtual Expected<void, std::string> registerItem() = 0;
-    virtual Expected<void, std::string> unregisterItem() = 0;
+    /// Told on the main thread, at once or later; the error is the system's description.
+    using Completion = std::function<void(const Expected<void, std::string>&)>;
+    virtual void registerItem(Completion completion) = 0;
+    virtual void unregisterItem(Completion completion) = 0;
     /// Opens the page of the desktop's settings where the user manages such entries.
     virtual void openSettings() = 0;
     /// Called on the main thread when the status may have changed from outside.

@@ -8,7 +8,9 @@ std::string LaunchAtLoginServiceError::errorDescription() const
     return "无法" + verb + "登录时启动：" + underlyingDescription;
 }
 
-LaunchAtLoginService::LaunchAtLoginService(LoginItem& item) : m_item(item) {}
+LaunchAtLoginService::LaunchAtLoginService(LoginItem& item)
+    : m_item(item), m_self(std::make_shared<LaunchAtLoginService*>(this))
+{}
 
 LaunchAtLoginStatus LaunchAtLoginService::status() const
 {
@@ -25,23 +27,35 @@ LaunchAtLoginStatus LaunchAtLoginService::status() const
     return LaunchAtLoginStatus::unavailable;
 }
 
-Expected<LaunchAtLoginStatus, LaunchAtLoginServiceError> LaunchAtLoginService::setEnabled(bool enabled)
+void LaunchAtLoginService::setEnabled(bool enabled, Completion completion)
 {
     using Status = LoginItem::Status;
     const Status before = m_item.status();
     const bool needsChange = enabled ? before == Status::notRegistered || before == Status::notFound
                                      : before != Status::notRegistered;
-    if (needsChange) {
-        const auto changed = enabled ? m_item.registerItem() : m_item.unregisterItem();
-        if (!changed) {
-            using Operation = LaunchAtLoginServiceError::Operation;
-            m_lastError =
-                LaunchAtLoginServiceError{enabled ? Operation::enable : Operation::disable, changed.error()};
-            return Unexpected{*m_lastError};
+    auto finish = [self = std::weak_ptr(m_self), enabled,
+                   completion = std::move(completion)](const Expected<void, std::string>& changed) {
+        const auto service = self.lock();
+        if (!service) {
+            return;
         }
+        if (changed) {
+            (*service)->m_lastError.reset();
+            completion((*service)->status());
+            return;
+        }
+        using Operation = LaunchAtLoginServiceError::Operation;
+        (*service)->m_lastError =
+            LaunchAtLoginServiceError{enabled ? Operation::enable : Operation::disable, changed.error()};
+        completion(Unexpected{*(*service)->m_lastError});
+    };
+    if (!needsChange) {
+        finish({});
+    } else if (enabled) {
+        m_item.registerItem(std::move(finish));
+    } else {
+        m_item.unregisterItem(std::move(finish));
     }
-    m_lastError.reset();
-    return status();
 }
 
 } // namespace brevlin

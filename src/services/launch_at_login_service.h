@@ -4,6 +4,7 @@
 #include "platform/login_item.h"
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -34,8 +35,9 @@ public:
 
     /// Read afresh at every call.
     LaunchAtLoginStatus status() const;
-    /// Gives the status read after the change: registering may leave the item waiting for approval.
-    Expected<LaunchAtLoginStatus, LaunchAtLoginServiceError> setEnabled(bool enabled);
+    /// Tells the status read after the change: registering may leave the item waiting for approval.
+    using Completion = std::function<void(const Expected<LaunchAtLoginStatus, LaunchAtLoginServiceError>&)>;
+    void setEnabled(bool enabled, Completion completion);
     /// The failure of the latest setEnabled().
     const std::optional<LaunchAtLoginServiceError>& lastError() const { return m_lastError; }
     void openSettings() { m_item.openSettings(); }
@@ -44,6 +46,7 @@ public:
 
 private:
     LoginItem& m_item;
+    std::shared_ptr<LaunchAtLoginService*> m_self; // seen by completions as long as this lives
     std::optional<LaunchAtLoginServiceError> m_lastError;
 };
 

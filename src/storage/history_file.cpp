@@ -128,13 +128,15 @@ HistoryOutcome HistoryFile::flush(Patience patience)
     if (m_content.isSaved) {
         return outcome;
     }
-    for (;;) {
+    // A file system may give other stamps at each look; then the last look has to do.
+    constexpr int mostLooks = 4;
+    for (int look = 1;; ++look) {
         auto taken = takeOver(patience);
         if (!taken) {
             return wait(taken.error());
         }
         std::move(taken->begin(), taken->end(), std::back_inserter(outcome.takenOver));
-        const auto written = write();
+        const auto written = write(look < mostLooks ? Overwrite::whatIsKnown : Overwrite::anything);
         if (!written) {
             return wait(written.error());
         }
@@ -271,7 +273,7 @@ HistoryFile::Records HistoryFile::takeOver(Patience patience)
 }
 
 // Gives false where somebody else has replaced the file meanwhile: it is to be looked at again.
-Expected<bool, DocumentError> HistoryFile::write()
+Expected<bool, DocumentError> HistoryFile::write(Overwrite overwrite)
 {
     if (m_content.isDamaged) {
         if (const auto kept = setAsideFile(m_files, m_location.path, m_clock.now()); !kept) {
@@ -280,7 +282,9 @@ Expected<bool, DocumentError> HistoryFile::write()
         m_content.isDamaged = false;
         m_content.stamp.reset();
     }
-    const auto written = m_files.replace(m_location.path, m_content.text.view(), m_content.stamp);
+    const auto written = overwrite == Overwrite::anything
+                             ? m_files.write(m_location.path, m_content.text.view())
+                             : m_files.replace(m_location.path, m_content.text.view(), m_content.stamp);
     if (!written) {
         return written.error().code == ESTALE
                    ? Expected<bool, DocumentError>{false}

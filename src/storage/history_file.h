@@ -95,7 +95,8 @@ private:
     Expected<void, DocumentError> remove(Uuid id);
     Expected<void, DocumentError> bring(const HistoryChange& change);
     Records takeOver(Patience patience);
-    Expected<bool, DocumentError> write();
+    enum class Overwrite { whatIsKnown, anything };
+    Expected<bool, DocumentError> write(Overwrite overwrite);
 
     HistoryLocation m_location;
     DurableFile& m_files;

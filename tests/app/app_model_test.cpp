@@ -164,6 +164,24 @@ TEST_F(AppModelTest, what_cannot_be_saved_is_told_of_one_by_one_and_tried_again)
     EXPECT_EQ(model().sessions().size(), 1U);
 }
 
+TEST_F(AppModelTest, a_record_reaches_the_disk_before_the_timer_that_has_moved_on)
+{
+    launchAndStart();
+    documents.runsAtOnce = false;
+    const auto timerBefore = defaults.values;
+    scheduler.advance(Seconds{1500});
+    EXPECT_EQ(runState(), ringing) << "commands and ends wait for no disk";
+    EXPECT_EQ(model().unsaved().size(), 2U);
+    EXPECT_TRUE(files.files.empty());
+    while (files.files.empty()) {
+        EXPECT_EQ(defaults.values, timerBefore);
+        documents.runOne();
+    }
+    documents.runAll();
+    EXPECT_NE(defaults.values, timerBefore);
+    EXPECT_EQ(model().unsaved(), Log{});
+}
+
 TEST_F(AppModelTest, quitting_tries_again)
 {
     launchAndStart();

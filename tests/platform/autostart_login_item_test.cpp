@@ -1,5 +1,6 @@
 #include "platform/freedesktop/login/autostart_entry.h"
 #include "platform/freedesktop/login/autostart_login_item.h"
+#include "support/fake_document_thread.h"
 #include "support/memory_durable_file.h"
 #include "support/temporary_folder.h"
 
@@ -11,6 +12,7 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 
 namespace brevlin {
 namespace {
@@ -56,7 +58,15 @@ TEST(AutostartEntry, starts_a_program_of_any_name)
 class AutostartLoginItemTest : public ::testing::Test
 {
 protected:
+    static bool changes(const std::function<void(const LoginItem::Completion&)>& change)
+    {
+        bool hasChanged = false;
+        change([&](const Expected<void, std::string>& changed) { hasChanged = static_cast<bool>(changed); });
+        return hasChanged;
+    }
+
     test::MemoryDurableFile files;
+    test::FakeDocumentThread thread;
     test::TemporaryFolder folder;
     std::string autostart = folder.path() + "/autostart";
     std::string entry = autostart + "/com.quillmark.Brevlin.desktop";
@@ -64,33 +74,33 @@ protected:
 
 TEST_F(AutostartLoginItemTest, maps_what_lies_in_the_folder_to_the_four_states)
 {
-    AutostartLoginItem item(autostart, "/bin/sh", files);
+    AutostartLoginItem item(autostart, "/bin/sh", files, thread);
     EXPECT_EQ(item.status(), Status::notRegistered);
-    ASSERT_TRUE(item.registerItem());
+    ASSERT_TRUE(changes([&](const auto& done) { item.registerItem(done); }));
     EXPECT_EQ(item.status(), Status::enabled);
     files.files[entry] += "Hidden=true\n";
     EXPECT_EQ(item.status(), Status::requiresApproval);
-    ASSERT_TRUE(item.unregisterItem());
+    ASSERT_TRUE(changes([&](const auto& done) { item.unregisterItem(done); }));
     EXPECT_EQ(item.status(), Status::notRegistered);
-    EXPECT_EQ(AutostartLoginItem(autostart, "/no/such/program", files).status(), Status::notFound);
+    EXPECT_EQ(AutostartLoginItem(autostart, "/no/such/program", files, thread).status(), Status::notFound);
     files.failures.failFrom(1);
-    EXPECT_FALSE(item.registerItem());
+    EXPECT_FALSE(changes([&](const auto& done) { item.registerItem(done); }));
 }
 
 TEST_F(AutostartLoginItemTest,
        an_entry_names_what_was_registered_until_that_is_gone_and_one_switched_off_stays)
 {
-    AutostartLoginItem registered(autostart, "/bin/ls", files);
-    ASSERT_TRUE(registered.registerItem());
-    AutostartLoginItem after(autostart, "/bin/sh", files);
+    AutostartLoginItem registered(autostart, "/bin/ls", files, thread);
+    registered.registerItem([](const auto&) {});
+    AutostartLoginItem after(autostart, "/bin/sh", files, thread);
     after.followProgram();
     EXPECT_EQ(parseAutostartEntry(files.files[entry])->command, "\"/bin/ls\"")
         << "a copy elsewhere was started";
-    AutostartLoginItem before(autostart, "/old/place", files);
-    ASSERT_TRUE(before.registerItem());
+    AutostartLoginItem before(autostart, "/old/place", files, thread);
+    before.registerItem([](const auto&) {});
     after.followProgram();
     EXPECT_EQ(parseAutostartEntry(files.files[entry])->command, "\"/bin/sh\"");
-    ASSERT_TRUE(before.registerItem());
+    before.registerItem([](const auto&) {});
     files.files[entry] += "Hidden=true\n";
     const std::string switchedOff = files.files[entry];
     after.followProgram();
@@ -99,7 +109,7 @@ TEST_F(AutostartLoginItemTest,
 
 TEST_F(AutostartLoginItemTest, hears_of_changes_by_others_also_before_the_folder_exists)
 {
-    AutostartLoginItem item(autostart, "/bin/sh", files);
+    AutostartLoginItem item(autostart, "/bin/sh", files, thread);
     int changes = 0;
     QEventLoop loop;
     item.setChangeHandler([&] {

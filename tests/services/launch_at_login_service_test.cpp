@@ -9,6 +9,13 @@ namespace {
 using Item = LoginItem::Status;
 using Status = LaunchAtLoginStatus;
 
+Expected<Status, LaunchAtLoginServiceError> setEnabled(LaunchAtLoginService& service, bool enabled)
+{
+    Expected<Status, LaunchAtLoginServiceError> result = Status::unavailable;
+    service.setEnabled(enabled, [&](const auto& status) { result = status; });
+    return result;
+}
+
 TEST(LaunchAtLoginService, changes_the_item_only_where_that_is_needed)
 {
     struct Case
@@ -28,7 +35,7 @@ TEST(LaunchAtLoginService, changes_the_item_only_where_that_is_needed)
         test::FakeLoginItem item;
         item.current = c.before;
         LaunchAtLoginService service(item);
-        EXPECT_TRUE(service.setEnabled(c.enable));
+        EXPECT_TRUE(setEnabled(service, c.enable));
         EXPECT_EQ(item.changes, c.changes) << static_cast<int>(c.before) << c.enable;
     }
 }
@@ -38,8 +45,8 @@ TEST(LaunchAtLoginService, tells_the_status_after_the_change)
     test::FakeLoginItem item;
     item.afterRegistering = Item::requiresApproval;
     LaunchAtLoginService service(item);
-    EXPECT_EQ(*service.setEnabled(true), Status::requiresApproval);
-    EXPECT_EQ(*service.setEnabled(false), Status::disabled);
+    EXPECT_EQ(*setEnabled(service, true), Status::requiresApproval);
+    EXPECT_EQ(*setEnabled(service, false), Status::disabled);
 }
 
 TEST(LaunchAtLoginService, keeps_a_failure_until_the_next_success)
@@ -47,12 +54,12 @@ TEST(LaunchAtLoginService, keeps_a_failure_until_the_next_success)
     test::FakeLoginItem item;
     item.failure = "Permission denied";
     LaunchAtLoginService service(item);
-    EXPECT_FALSE(service.setEnabled(true));
+    EXPECT_FALSE(setEnabled(service, true));
     EXPECT_EQ(service.lastError()->errorDescription(), "无法开启登录时启动：Permission denied");
     item.current = Item::enabled;
-    EXPECT_FALSE(service.setEnabled(false));
+    EXPECT_FALSE(setEnabled(service, false));
     EXPECT_EQ(service.lastError()->errorDescription(), "无法关闭登录时启动：Permission denied");
-    EXPECT_TRUE(service.setEnabled(true));
+    EXPECT_TRUE(setEnabled(service, true));
     EXPECT_FALSE(service.lastError());
 }
 

@@ -143,8 +143,8 @@ public:
     int changes = 0;
 
     Status status() const override { return current; }
-    Expected<void, std::string> registerItem() override { return change(afterRegistering); }
-    Expected<void, std::string> unregisterItem() override { return change(Status::notRegistered); }
+    void registerItem(Completion completion) override { completion(change(afterRegistering)); }
+    void unregisterItem(Completion completion) override { completion(change(Status::notRegistered)); }
     void openSettings() override { ++openedSettings; }
     void setChangeHandler(std::function<void()> handler) override { changed = std::move(handler); }
 

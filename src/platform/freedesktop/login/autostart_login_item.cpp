@@ -4,6 +4,7 @@
 
 #include <QDesktopServices>
 #include <QFile>
+#include <QPointer>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QUrl>
@@ -60,8 +61,12 @@ std::filesystem::path existingAncestor(std::filesystem::path path)
 } // namespace
 
 AutostartLoginItem::AutostartLoginItem(std::string folder, std::string programPath, DurableFile& files,
-                                       QObject* parent)
-    : QObject(parent), m_folder(std::move(folder)), m_programPath(std::move(programPath)), m_files(files)
+                                       DocumentThread& documents, QObject* parent)
+    : QObject(parent)
+    , m_folder(std::move(folder))
+    , m_programPath(std::move(programPath))
+    , m_files(files)
+    , m_documents(documents)
 {
     connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this, [this] {
         watch();
@@ -113,35 +118,56 @@ LoginItem::Status AutostartLoginItem::status() const
     return entry->isEnabled ? Status::enabled : Status::requiresApproval;
 }
 
-Expected<void, std::string> AutostartLoginItem::registerItem()
+void AutostartLoginItem::registerItem(Completion completion)
 {
-    if (const auto written = m_files.write(entryPath(), makeAutostartEntry(m_programPath)); !written) {
-        return Unexpected{written.error().description};
-    }
-    watch();
-    return {};
+    change(
+        [&files = m_files, path = entryPath(), program = m_programPath]() -> Expected<void, std::string> {
+            if (const auto written = files.write(path, makeAutostartEntry(program)); !written) {
+                return Unexpected{written.error().description};
+            }
+            return {};
+        },
+        std::move(completion));
 }
 
-Expected<void, std::string> AutostartLoginItem::unregisterItem()
+void AutostartLoginItem::unregisterItem(Completion completion)
 {
-    if (const auto removed = m_files.remove(entryPath()); !removed) {
-        return Unexpected{removed.error().description};
-    }
-    return {};
+    change(
+        [&files = m_files, path = entryPath()]() -> Expected<void, std::string> {
+            if (const auto removed = files.remove(path); !removed) {
+                return Unexpected{removed.error().description};
+            }
+            return {};
+        },
+        std::move(completion));
+}
+
+void AutostartLoginItem::change(std::function<Expected<void, std::string>()> write, Completion completion)
+{
+    m_documents.post([self = QPointer(this), write = std::move(write),
+                      completion = std::move(completion)]() -> DocumentThread::Completion {
+        return [self, completion, written = write()] {
+            if (self) {
+                self->watch();
+                completion(written);
+            }
+        };
+    });
 }
 
 void AutostartLoginItem::followProgram()
 {
-    const auto document = m_files.read(entryPath());
-    if (!document || !document->has_value()) {
-        return;
-    }
-    const auto entry = parseAutostartEntry(**document);
-    if (entry && entry->isEnabled && !canStart(execProgram(entry->command))) {
-        // Should this fail, the entry stays as it is and the next start tries again.
-        [[maybe_unused]] const auto written =
-            m_files.write(entryPath(), withCommand(**document, execValue(m_programPath)));
-    }
+    m_documents.post([&files = m_files, path = entryPath(),
+                      program = m_programPath]() -> DocumentThread::Completion {
+        const auto document = files.read(path);
+        const auto entry = document && document->has_value() ? parseAutostartEntry(**document) : std::nullopt;
+        if (entry && entry->isEnabled && !canStart(execProgram(entry->command))) {
+            // Should this fail, the entry stays as it is and the next start tries again.
+            [[maybe_unused]] const auto written =
+                files.write(path, withCommand(**document, execValue(program)));
+        }
+        return {};
+    });
 }
 
 void AutostartLoginItem::openSettings()

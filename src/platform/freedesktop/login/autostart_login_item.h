@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/document_thread.h"
 #include "platform/durable_file.h"
 #include "platform/login_item.h"
 
@@ -18,12 +19,13 @@ class AutostartLoginItem final : public QObject, public LoginItem
 
 public:
     /// The folder need not exist: registering creates it. The program's path is what the entry starts.
+    /// What is written is written on the documents' thread.
     AutostartLoginItem(std::string folder, std::string programPath, DurableFile& files,
-                       QObject* parent = nullptr);
+                       DocumentThread& documents, QObject* parent = nullptr);
 
     Status status() const override;
-    Expected<void, std::string> registerItem() override;
-    Expected<void, std::string> unregisterItem() override;
+    void registerItem(Completion completion) override;
+    void unregisterItem(Completion completion) override;
     void openSettings() override;
     void setChangeHandler(std::function<void()> handler) override;
 
@@ -34,11 +36,13 @@ public:
 private:
     std::string entryPath() const;
     bool canRegister() const;
+    void change(std::function<Expected<void, std::string>()> write, Completion completion);
     void watch();
 
     std::string m_folder;
     std::string m_programPath;
     DurableFile& m_files;
+    DocumentThread& m_documents;
     QFileSystemWatcher m_watcher;
     std::function<void()> m_changeHandler;
 };

@@ -68,10 +68,7 @@ void AppearanceSection::addSwitches()
     m_launchRow = addRow();
     m_launch = new SwitchControl;
     m_launchRow->addControl(m_launch, SwitchControl::bleed);
-    connect(m_launch, &QAbstractButton::clicked, this, [this](bool isOn) {
-        m_model.setLaunchAtLogin(isOn);
-        refresh(); // the change may have been refused
-    });
+    connect(m_launch, &QAbstractButton::clicked, &m_model, &AppModel::setLaunchAtLogin);
 
     m_approvalRow = addRow();
     m_openSettings = new LinkButton;
