@@ -69,7 +69,12 @@ class Composition::Parts final
 {
 public:
     Parts(const UserFolders& folders, ApplicationInstance& instance);
-    ~Parts() { m_capsule.attach(nullptr); }
+    ~Parts()
+    {
+        m_notificationCenter.setBannerPlaceHandler({});
+        m_notificationCenter.setBannerObstacle({});
+        m_capsule.attach(nullptr);
+    }
     Parts(const Parts&) = delete;
     Parts& operator=(const Parts&) = delete;
 
@@ -134,6 +139,11 @@ Composition::Parts::Parts(const UserFolders& folders, ApplicationInstance& insta
     followAppearance();
     m_capsule.attach(&m_model);
     m_loginItem.followProgram();
+    m_notificationCenter.setBannerPlaceHandler(
+        [this](const std::optional<BannerPlace>& place) { m_panelController.setBannerPlace(place); });
+    m_notificationCenter.setBannerObstacle([this](const BannerPlace& place) {
+        return m_model.isEndPresented() && m_panelController.meetsBanners(place);
+    });
     QObject::connect(&m_terminationSignals, &TerminationSignals::received, qApp, quitApplication);
     QObject::connect(&m_window, &MainWindow::quitRequested, qApp, quitApplication);
     QObject::connect(&m_window, &MainWindow::settingsRequested, &m_settingsWindow,
