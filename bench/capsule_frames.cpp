@@ -4,7 +4,7 @@
 
 #include "platform/freedesktop/qt_task_scheduler.h"
 #include "platform/freedesktop/x11_panel_system.h"
-#include "support/memory_user_defaults.h"
+#include "support/fake_disk.h"
 #include "ui/capsule/top_panel_controller.h"
 #include "ui/style/brevlin_style.h"
 #include "ui/style/theme.h"
@@ -97,8 +97,8 @@ int main(int argc, char** argv)
     QApplication::setPalette(Theme::palette(ColorScheme::light));
     X11PanelSystem system;
     QtTaskScheduler scheduler;
-    test::MemoryUserDefaults defaults;
-    TopPanelPositionStore store(defaults);
+    test::FakeDisk disk;
+    TopPanelPositionStore store(disk);
     TopPanelController panel(system, scheduler, store);
     const auto circle = CapsuleLayouts::capsule(CapsuleLayouts::circleDiameter, HorizontalAnchor::leading);
     const auto wide = CapsuleLayouts::capsule(CapsuleLayouts::expandedTimerWidth, HorizontalAnchor::leading);

@@ -3,6 +3,7 @@
 #include "app/app_model.h"
 #include "storage/session_archive.h"
 #include "support/fake_desktop.h"
+#include "support/fake_document_thread.h"
 #include "support/fake_task_scheduler.h"
 #include "support/memory_durable_file.h"
 #include "support/memory_user_defaults.h"
@@ -53,12 +54,14 @@ public:
     LongHistory()
     {
         SessionArchiveText text;
-        m_files.files[path] = *text.encode(longHistory(m_clock.now()));
+        [[maybe_unused]] const auto encoded = text.encode(longHistory(m_clock.now()));
+        m_files.files[path] = text.view();
+        const DocumentDisk disk{m_defaults, m_documents, m_scheduler, m_clock};
         m_model = std::make_unique<AppModel>(AppModelParts{
-            m_clock, m_scheduler, m_events, m_capsule,
-            std::make_unique<PreferencesStore>(m_defaults, m_clock),
-            std::make_unique<ActiveTimerPersistence>(m_defaults, m_clock),
-            std::make_unique<SessionStore>(HistoryLocation{path, std::nullopt}, m_files, m_clock),
+            m_clock, m_scheduler, m_events, m_capsule, std::make_unique<PreferencesStore>(disk),
+            std::make_unique<ActiveTimerPersistence>(disk),
+            std::make_unique<SessionStore>(HistoryLocation{path, std::nullopt},
+                                           HistoryDisk{m_files, m_documents, m_scheduler, m_clock}),
             std::make_unique<NotificationService>(m_center),
             std::make_unique<AlertSoundService>(m_player, m_scheduler),
             std::make_unique<LaunchAtLoginService>(m_loginItem), "de_DE"});
@@ -71,6 +74,7 @@ private:
 
     test::FakeClock m_clock;
     test::FakeTaskScheduler m_scheduler{m_clock};
+    test::FakeDocumentThread m_documents;
     test::FakeSystemEvents m_events;
     test::MemoryUserDefaults m_defaults;
     test::MemoryDurableFile m_files;

@@ -7,6 +7,7 @@
 #include "platform/freedesktop/bus_session_lock.h"
 #include "platform/freedesktop/dbus_notification_server.h"
 #include "platform/freedesktop/desktop_system_events.h"
+#include "platform/freedesktop/document_worker.h"
 #include "platform/freedesktop/files/file_user_defaults.h"
 #include "platform/freedesktop/files/leftovers.h"
 #include "platform/freedesktop/files/posix_durable_file.h"
@@ -24,6 +25,8 @@
 #include "storage/top_panel_position.h"
 #include "ui/capsule/top_panel_controller.h"
 #include "ui/main/main_window.h"
+#include "ui/main/message_presenter.h"
+#include "ui/main/quit_sequence.h"
 #include "ui/main/settings_window.h"
 #include "ui/menu_bar/menu_bar_extra.h"
 #include "ui/style/accessibility.h"
@@ -35,6 +38,7 @@
 
 #include <QApplication>
 #include <QLocale>
+#include <QSessionManager>
 
 namespace brevlin {
 
@@ -79,17 +83,21 @@ public:
     Parts& operator=(const Parts&) = delete;
 
 private:
+    DocumentDisk disk() { return {m_defaults, m_documents, m_scheduler, m_clock}; }
     AppModelParts modelParts(const UserFolders& folders);
+    void connectQuitting();
     void followAppearance();
     void applyAppearance();
     void showFirst();
     void showWindow(const std::string& activationToken);
+    void notify(const std::string& title, const std::string& text);
 
     // What the model and the window borrow stands before them.
     PosixDurableFile m_files;
     FileUserDefaults m_defaults;
     SystemClock m_clock;
     QtTaskScheduler m_scheduler;
+    DocumentWorker m_documents;
     DesktopSystemEvents m_systemEvents;
     PortalDesktopSettings m_desktopSettings;
     DesktopNotificationCenter m_notificationCenter;
@@ -111,6 +119,9 @@ private:
     MainWindow m_window;
     MenuBarExtra m_menuBarExtra;
     SettingsWindow m_settingsWindow;
+    MessagePresenter m_messagePresenter;
+    QuitSequence m_quitSequence;
+    std::unique_ptr<DesktopNotificationCenter> m_messageCenter; // made for the first message
     TaskHandle m_firstShow;
 };
 
@@ -120,20 +131,23 @@ Composition::Parts::Parts(const UserFolders& folders, ApplicationInstance& insta
     , m_soundPlayer(m_scheduler, folders.sharedData, "freedesktop")
     , m_loginItem(folders.autostart, QCoreApplication::applicationFilePath().toStdString(), m_files)
     , m_statusItem(m_scheduler)
-    , m_panelPositionStore(m_defaults)
+    , m_panelPositionStore(disk())
     , m_panelSystem(m_scheduler)
     , m_sessionLock(m_scheduler)
     , m_panelController(m_panelSystem, m_sessionLock, m_scheduler, m_panelPositionStore)
     , m_capsule(m_panelController, m_scheduler)
     , m_style(new BrevlinStyle)
     , m_desktopScheme(Theme::of(QApplication::palette()).scheme())
-    , m_windowStore(m_defaults)
+    , m_windowStore(disk())
     , m_model(modelParts(folders))
     , m_selection(m_windowStore)
     , m_window((QApplication::setStyle(m_style), m_model), m_selection, m_windowStore, m_windowSystem,
                m_panelSystem)
     , m_menuBarExtra(m_model, m_selection, m_statusItem, m_windowSystem, m_panelSystem)
     , m_settingsWindow(m_model, m_windowSystem)
+    , m_messagePresenter(m_model, {&m_window, &m_settingsWindow},
+                         [this](const std::string& title, const std::string& text) { notify(title, text); })
+    , m_quitSequence(m_model, m_documents, m_scheduler)
 {
     QApplication::setWindowIcon(applicationIcon());
     followAppearance();
@@ -144,12 +158,9 @@ Composition::Parts::Parts(const UserFolders& folders, ApplicationInstance& insta
     m_notificationCenter.setBannerObstacle([this](const BannerPlace& place) {
         return m_model.isEndPresented() && m_panelController.meetsBanners(place);
     });
-    QObject::connect(&m_terminationSignals, &TerminationSignals::received, qApp, quitApplication);
-    QObject::connect(&m_window, &MainWindow::quitRequested, qApp, quitApplication);
+    connectQuitting();
     QObject::connect(&m_window, &MainWindow::settingsRequested, &m_settingsWindow,
                      [this] { m_settingsWindow.present(); });
-    QObject::connect(&m_settingsWindow, &SettingsWindow::quitRequested, qApp, quitApplication);
-    QObject::connect(&m_menuBarExtra, &MenuBarExtra::quitRequested, qApp, quitApplication);
     QObject::connect(&m_model, &AppModel::mainWindowActivationRequested, &m_window,
                      [this] { showWindow(m_notificationCenter.activationToken()); });
     QObject::connect(&instance, &ApplicationInstance::activationRequested, &m_window,
@@ -161,18 +172,40 @@ AppModelParts Composition::Parts::modelParts(const UserFolders& folders)
 {
     removeLeftovers(folders.data);
     removeLeftovers(folders.preferences);
-    return {
-        m_clock,
-        m_scheduler,
-        m_systemEvents,
-        m_capsule,
-        std::make_unique<PreferencesStore>(m_defaults, m_clock),
-        std::make_unique<ActiveTimerPersistence>(m_defaults, m_clock),
-        std::make_unique<SessionStore>(defaultHistoryLocation(folders.applicationSupport), m_files, m_clock),
-        std::make_unique<NotificationService>(m_notificationCenter),
-        std::make_unique<AlertSoundService>(m_soundPlayer, m_scheduler),
-        std::make_unique<LaunchAtLoginService>(m_loginItem),
-        timeLocale()};
+    return {m_clock,
+            m_scheduler,
+            m_systemEvents,
+            m_capsule,
+            std::make_unique<PreferencesStore>(disk()),
+            std::make_unique<ActiveTimerPersistence>(disk()),
+            std::make_unique<SessionStore>(defaultHistoryLocation(folders.applicationSupport),
+                                           HistoryDisk{m_files, m_documents, m_scheduler, m_clock}),
+            std::make_unique<NotificationService>(m_notificationCenter),
+            std::make_unique<AlertSoundService>(m_soundPlayer, m_scheduler),
+            std::make_unique<LaunchAtLoginService>(m_loginItem),
+            timeLocale()};
+}
+
+void Composition::Parts::connectQuitting()
+{
+    const auto quit = [this] {
+        m_quitSequence.begin(QuitSequence::Origin::user);
+    };
+    QObject::connect(&m_window, &MainWindow::quitRequested, &m_quitSequence, quit);
+    QObject::connect(&m_settingsWindow, &SettingsWindow::quitRequested, &m_quitSequence, quit);
+    QObject::connect(&m_menuBarExtra, &MenuBarExtra::quitRequested, &m_quitSequence, quit);
+    QObject::connect(&m_terminationSignals, &TerminationSignals::received, &m_quitSequence,
+                     [this] { m_quitSequence.begin(QuitSequence::Origin::system); });
+    // The session manager takes the return for the answer.
+    QObject::connect(
+        qApp, &QGuiApplication::commitDataRequest, &m_quitSequence,
+        [this](QSessionManager& /*manager*/) { m_quitSequence.finishNow(); }, Qt::DirectConnection);
+    QObject::connect(&m_quitSequence, &QuitSequence::began, &m_window, [this] {
+        m_firstShow.reset();
+        m_settingsWindow.close();
+        m_window.close();
+    });
+    QObject::connect(&m_quitSequence, &QuitSequence::finished, qApp, quitApplication);
 }
 
 void Composition::Parts::followAppearance()
@@ -199,12 +232,37 @@ void Composition::Parts::showFirst()
 {
     m_firstShow.reset();
     m_window.show();
+    m_messagePresenter.start();
 }
 
 void Composition::Parts::showWindow(const std::string& activationToken)
 {
     m_firstShow.reset();
     m_window.present(activationToken);
+    m_messagePresenter.start();
+    if (m_messageCenter) {
+        m_messageCenter->removeAllDelivered();
+    }
+}
+
+// Beside the announcements of the timer, so that neither takes the other's place on the screen.
+void Composition::Parts::notify(const std::string& title, const std::string& text)
+{
+    if (!m_messageCenter) {
+        m_messageCenter = std::make_unique<DesktopNotificationCenter>(
+            std::make_unique<DBusNotificationServer>(), m_clock, m_scheduler);
+        m_messageCenter->setResponseHandler([this](const NotificationResponse& response) {
+            if (response.actionIdentifier == defaultNotificationActionIdentifier) {
+                showWindow(m_messageCenter->activationToken());
+            }
+        });
+    }
+    NotificationRequest request;
+    request.identifier = "brevlin.message";
+    request.title = title;
+    request.body = text;
+    request.requestedAt = m_clock.now();
+    m_messageCenter->add(request, [](const Expected<void, std::string>& /*shown*/) {});
 }
 
 Composition::Composition(const UserFolders& folders, ApplicationInstance& instance)

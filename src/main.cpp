@@ -1,5 +1,6 @@
 #include "composition.h"
 #include "platform/freedesktop/application_instance.h"
+#include "start_refusal.h"
 #include "ui/style/accessibility.h"
 #include "ui/style/typography.h"
 #include "user_folders.h"
@@ -7,7 +8,6 @@
 #include <QApplication>
 
 #include <csignal>
-#include <cstdio>
 
 using namespace brevlin;
 
@@ -28,16 +28,21 @@ int main(int argc, char** argv)
     QApplication::setQuitOnLastWindowClosed(false);
 
     const UserFolders folders = userFolders();
-    ApplicationInstance instance({folders.data, folders.preferences});
+    ApplicationInstance instance({folders.data, folders.preferences}, folders.runtime);
     switch (instance.claim(token)) {
     case ApplicationInstance::Claim::first:
         break;
     case ApplicationInstance::Claim::activated:
         return 0;
     case ApplicationInstance::Claim::unreachable:
-        std::fputs("Brevlin is running already for this user, but it does not answer.\n"
-                   "Brevlin 已在运行，但没有响应。\n",
-                   stderr);
+        showStartRefusal({"Brevlin 已在运行，但没有响应。",
+                          "Brevlin is running already for this user, but it does not answer."},
+                         {});
+        return 1;
+    case ApplicationInstance::Claim::failed:
+        showStartRefusal({"无法确认是否已有另一个 Brevlin 在使用同一文件夹。",
+                          "Brevlin cannot make sure that no other one works on the same folder."},
+                         instance.failure());
         return 1;
     }
 

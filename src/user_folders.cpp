@@ -1,5 +1,6 @@
 #include "user_folders.h"
 
+#include "platform/freedesktop/files/private_folder.h"
 #include "platform/freedesktop/files/xdg_folders.h"
 
 #include <cstdlib>
@@ -44,8 +45,12 @@ UserFolders userFolders()
         environment.temporaryFolder = temporary.string();
     }
     const XdgFolders folders = xdgFolders(environment);
-    return {folders.data, folders.data + "/Brevlin", folders.config + "/Brevlin",
-            folders.config + "/autostart", sharedDataFolders(folders.data)};
+    return {folders.data,
+            folders.data + "/Brevlin",
+            folders.config + "/Brevlin",
+            folders.config + "/autostart",
+            runtimeFolder(environmentValue("XDG_RUNTIME_DIR"), environment.temporaryFolder),
+            sharedDataFolders(folders.data)};
 }
 
 } // namespace brevlin

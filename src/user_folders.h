@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,7 @@ struct UserFolders
     std::string data;                    ///< ours in it
     std::string preferences;             ///< ours in the base folder for settings
     std::string autostart;               ///< entries of what the desktop starts at login
+    std::optional<std::string> runtime;  ///< for sockets; nothing where there is no safe place
     std::vector<std::string> sharedData; ///< base folders for data, by precedence
 };
 

@@ -12,6 +12,8 @@ struct AppMessage
     Uuid id; ///< new for every message
     std::string title;
     std::string detail;
+
+    bool operator==(const AppMessage&) const = default;
 };
 
 } // namespace brevlin

@@ -8,14 +8,6 @@ namespace brevlin {
 
 namespace {
 
-constexpr BilingualText timerStateReset{"计时状态已重置", "Timer state reset"};
-constexpr BilingualText timerStateResetDetail{
-    "上次保存的计时状态无法读取，已安全恢复为默认状态。",
-    "The previous timer state could not be read and was safely reset."};
-constexpr BilingualText historyUnreadable{"本地记录读取失败", "Failed to load local history"};
-constexpr BilingualText recordNotSaved{"记录保存失败", "Failed to save record"};
-constexpr BilingualText timerStateNotSaved{"计时状态保存失败", "Failed to save timer state"};
-
 constexpr const char* completionSoundName = "Glass";
 constexpr Seconds tickInterval{1.0};
 
@@ -45,42 +37,12 @@ AppModel::AppModel(AppModelParts parts, QObject* parent)
 
 AppModel::~AppModel()
 {
-    if (!m_arePreferencesSaved) {
-        savePreferences();
-    }
+    retryWrites();
     m_parts.systemEvents.setObserver({});
     m_parts.notificationService->setActionHandler({});
     m_parts.notificationService->setAuthorizationChangeHandler({});
     m_parts.soundService->setPlaybackStateHandler({});
     m_parts.launchAtLoginService->setChangeHandler({});
-}
-
-void AppModel::restore()
-{
-    m_preferences = m_parts.preferencesStore->load();
-
-    std::optional<TimerSnapshot> restored;
-    auto stored = m_parts.activeTimerPersistence->load();
-    if (stored) {
-        restored = *stored;
-    } else {
-        // Keeps what could not be read under another name; should that fail, the next save tries again.
-        [[maybe_unused]] const auto cleared = m_parts.activeTimerPersistence->clear();
-        raise(timerStateReset, std::string{timerStateResetDetail.in(language())});
-    }
-    if (const auto& error = m_parts.sessionStore->lastError(); error && !m_appMessage) {
-        raise(historyUnreadable, error->errorDescription());
-    }
-    m_parts.notificationService->setLanguage(language());
-
-    const bool wasRunning = restored && restored->runState == TimerRunState::running;
-    m_engine.emplace(m_preferences.timerSettings, std::move(restored),
-                     [this] { return m_parts.clock.timeZoneIdentifier(); });
-    m_snapshot = m_engine->snapshot();
-    m_remainingSeconds = m_snapshot.remainingSeconds(now());
-    m_launchAtLoginStatus = m_parts.launchAtLoginService->status();
-    m_startUpTask = m_parts.scheduler.after(
-        Seconds::zero(), [this, wasRunning] { refreshSystemStateAndReconcile(wasRunning); });
 }
 
 void AppModel::connectParts()
@@ -105,16 +67,18 @@ void AppModel::observeSystemEvents()
     SystemEvents::Observer observer;
     observer.willSleep = [this] {
         m_isAsleep = true;
-        save(m_snapshot); // nothing waits to be written, unless an earlier write failed
+        retryWrites();
     };
     observer.didWake = [this] {
         m_isAsleep = false;
         refreshCalendar();
+        retryWrites();
         reconcile(true);
         tick();
     };
     observer.didBecomeActive = [this] {
         refreshCalendar();
+        retryWrites();
         reconcile(m_isAsleep);
     };
     observer.clockDidChange = [this] {
@@ -203,35 +167,11 @@ void AppModel::apply(const TimerTransition& transition, const TimerSnapshot& pre
     m_parts.capsule.refresh();
 }
 
-void AppModel::save(const TimerSnapshot& snapshot)
-{
-    // Every activation of a window reconciles; what is on the disk already is not written again.
-    if (m_savedSnapshot == snapshot) {
-        return;
-    }
-    if (const auto saved = m_parts.activeTimerPersistence->save(snapshot)) {
-        m_savedSnapshot = snapshot;
-    } else {
-        m_savedSnapshot.reset();
-        raise(timerStateNotSaved, saved.error().description);
-    }
-}
-
 void AppModel::run(const std::function<TimerTransition(TimerEngine&, Instant)>& operation,
                    AskForPermission permission)
 {
     const TimerSnapshot previous = m_snapshot;
     apply(operation(*m_engine, now()), previous, permission);
-}
-
-void AppModel::recordFinishedSession(const FinishedSession& finished)
-{
-    const bool inserted = m_parts.sessionStore->insert(finished).has_value();
-    const auto& error = m_parts.sessionStore->lastError();
-    if (!inserted && error) {
-        raise(recordNotSaved, error->errorDescription());
-    }
-    Q_EMIT sessionsChanged();
 }
 
 void AppModel::announce(const FinishedSession& finished)
@@ -276,20 +216,6 @@ void AppModel::publishLaunchAtLoginStatus(LaunchAtLoginStatus status)
 {
     if (std::exchange(m_launchAtLoginStatus, status) != status) {
         Q_EMIT launchAtLoginStatusChanged();
-    }
-}
-
-void AppModel::raise(const BilingualText& messageTitle, const std::string& detail)
-{
-    m_appMessage = AppMessage{Uuid::random(), std::string{messageTitle.in(language())}, detail};
-    Q_EMIT appMessageChanged();
-}
-
-void AppModel::clearAppMessage()
-{
-    if (m_appMessage) {
-        m_appMessage.reset();
-        Q_EMIT appMessageChanged();
     }
 }
 

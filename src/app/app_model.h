@@ -17,6 +17,7 @@
 
 #include <QObject>
 
+#include <deque>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -64,7 +65,12 @@ public:
     const NotificationAuthorizationSnapshot& notificationAuthorization() const { return m_authorization; }
     LaunchAtLoginStatus launchAtLoginStatus() const { return m_launchAtLoginStatus; }
     bool isAlertSoundPlaying() const { return m_isAlertSoundPlaying; }
-    const std::optional<AppMessage>& appMessage() const { return m_appMessage; }
+    /// What the user is to be told now; more may wait behind it.
+    std::optional<AppMessage> appMessage() const
+    {
+        return m_messages.empty() ? std::nullopt : std::optional{m_messages.front()};
+    }
+    const std::deque<AppMessage>& appMessages() const { return m_messages; }
 
     // Display values, from the published state
     double progress() const;
@@ -115,7 +121,14 @@ public:
     /// Shows the desktop's own list of what starts at login.
     void openLoginItemSettings();
     void activateMainWindow();
+    /// The user has read the message; the next one takes its place.
     void clearAppMessage();
+
+    // What is to be on the disk
+    /// Tries now to write what the disk has not taken yet. At the end there is nothing left to wait for.
+    void retryWrites(HistoryFile::Patience patience = HistoryFile::Patience::waits);
+    /// What is in memory alone, in the user's language; empty when everything is on the disk.
+    std::vector<std::string> unsaved() const;
 
 Q_SIGNALS:
     void snapshotChanged();
@@ -125,6 +138,7 @@ Q_SIGNALS:
     void notificationAuthorizationChanged();
     void launchAtLoginStatusChanged();
     void alertSoundPlayingChanged();
+    /// Another message is to be told now, or one more waits.
     void appMessageChanged();
     /// A second has passed, or the clock was set.
     void ticked();
@@ -134,6 +148,12 @@ private:
     enum class AskForPermission { no, yes };
 
     void restore();
+    std::optional<TimerSnapshot> restoreTimer();
+    void connectStores();
+    void takePreferences(const AppPreferences& stored);
+    void takeTimer(const ActiveTimerPersistence::Loaded& stored);
+    void recordSuperseded(const TimerSnapshot& stored);
+    void tellOfHistory(const SessionStoreError& error);
     void connectParts();
     void observeSystemEvents();
     void startTicker();
@@ -156,7 +176,6 @@ private:
     void publishRemainingSeconds();
     void publishLaunchAtLoginStatus(LaunchAtLoginStatus status);
     void commitPreferences(const AppPreferences& preferences);
-    void savePreferences();
     void raise(const BilingualText& messageTitle, const std::string& detail);
     void refreshCalendar();
     /// The shape of every timer command: one engine operation at this instant, then its transition takes
@@ -166,16 +185,16 @@ private:
 
     AppModelParts m_parts;
     AppPreferences m_preferences;
-    bool m_arePreferencesSaved = true;
+    AppPreferences m_startPreferences;   // what m_preferences started from
     std::optional<TimerEngine> m_engine; // made once the stored state is known, then never absent
     TimerSnapshot m_snapshot;
-    std::optional<TimerSnapshot> m_savedSnapshot; // what is on the disk
+    std::optional<TimerSnapshot> m_savedSnapshot; // what the disk has or will get
     Seconds m_remainingSeconds{0.0};
     NotificationAuthorizationSnapshot m_authorization;
     LaunchAtLoginStatus m_launchAtLoginStatus = LaunchAtLoginStatus::unavailable;
     bool m_isAlertSoundPlaying = false;
     bool m_isAsleep = false; // from the announcement of sleep to the waking
-    std::optional<AppMessage> m_appMessage;
+    std::deque<AppMessage> m_messages;
     Calendar m_calendar;
     TaskHandle m_ticker;
     TaskHandle m_startUpTask;

@@ -6,9 +6,9 @@ namespace brevlin {
 
 namespace {
 
-constexpr BilingualText recordNotDeleted{"无法删除记录", "Unable to delete record"};
-constexpr BilingualText historyNotCleared{"无法清空记录", "Unable to clear history"};
 constexpr BilingualText launchAtLoginFailed{"登录启动设置失败", "Launch at login failed"};
+constexpr BilingualText entryWithoutEffect{"登录启动项已写入，但系统没有采用。",
+                                           "The entry was written, but the desktop does not take it."};
 
 constexpr Seconds addedTime{300.0};
 constexpr std::int64_t longestMinutes = 180;
@@ -171,20 +171,14 @@ void AppModel::restoreDefaultPreferences()
 
 void AppModel::deleteSession(const SessionRecord& record)
 {
-    if (m_parts.sessionStore->remove(record)) {
-        Q_EMIT sessionsChanged();
-    } else if (const auto& error = m_parts.sessionStore->lastError()) {
-        raise(recordNotDeleted, error->errorDescription());
-    }
+    m_parts.sessionStore->remove(record);
+    Q_EMIT sessionsChanged();
 }
 
 void AppModel::clearHistory()
 {
-    if (m_parts.sessionStore->clear()) {
-        Q_EMIT sessionsChanged();
-    } else if (const auto& error = m_parts.sessionStore->lastError()) {
-        raise(historyNotCleared, error->errorDescription());
-    }
+    m_parts.sessionStore->clear();
+    Q_EMIT sessionsChanged();
 }
 
 void AppModel::setLaunchAtLogin(bool enabled)
@@ -192,6 +186,11 @@ void AppModel::setLaunchAtLogin(bool enabled)
     const auto status = m_parts.launchAtLoginService->setEnabled(enabled);
     if (status) {
         publishLaunchAtLoginStatus(*status);
+        const bool hasEffect =
+            *status == LaunchAtLoginStatus::enabled || *status == LaunchAtLoginStatus::requiresApproval;
+        if (enabled && !hasEffect) {
+            raise(launchAtLoginFailed, std::string{entryWithoutEffect.in(language())});
+        }
     } else {
         raise(launchAtLoginFailed, status.error().errorDescription());
     }
@@ -211,17 +210,12 @@ void AppModel::commitPreferences(const AppPreferences& preferences)
 {
     const bool changed = m_preferences != preferences;
     m_preferences = preferences;
-    savePreferences();
+    // Preferences that cannot be expressed hold for this run.
+    [[maybe_unused]] const auto saved = m_parts.preferencesStore->save(preferences);
+    retryWrites();
     if (changed) {
         Q_EMIT preferencesChanged();
     }
-}
-
-void AppModel::savePreferences()
-{
-    // A failure changes nothing for this run: the next change writes the whole value again, and quitting
-    // does.
-    m_arePreferencesSaved = static_cast<bool>(m_parts.preferencesStore->save(m_preferences));
 }
 
 } // namespace brevlin

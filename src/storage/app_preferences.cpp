@@ -53,6 +53,33 @@ std::string_view title(TopTimerAppearance appearance, AppLanguage language)
     return texts.at(static_cast<std::size_t>(appearance)).in(language);
 }
 
+AppPreferences joined(const AppPreferences& stored, const AppPreferences& start,
+                      const AppPreferences& current)
+{
+    const auto choose = [](const auto& was, const auto& is, auto& chosen) {
+        if (was != is) {
+            chosen = is;
+        }
+    };
+    AppPreferences result = stored;
+    const TimerSettings& was = start.timerSettings;
+    const TimerSettings& is = current.timerSettings;
+    TimerSettings& chosen = result.timerSettings;
+    choose(was.focusDuration, is.focusDuration, chosen.focusDuration);
+    choose(was.shortBreakDuration, is.shortBreakDuration, chosen.shortBreakDuration);
+    choose(was.longBreakDuration, is.longBreakDuration, chosen.longBreakDuration);
+    choose(was.focusSessionsPerLongBreak, is.focusSessionsPerLongBreak, chosen.focusSessionsPerLongBreak);
+    choose(was.autoStartBreaks, is.autoStartBreaks, chosen.autoStartBreaks);
+    choose(was.autoStartFocus, is.autoStartFocus, chosen.autoStartFocus);
+    choose(was.alertIntensity, is.alertIntensity, chosen.alertIntensity);
+    choose(start.showTopCapsuleWhileRunning, current.showTopCapsuleWhileRunning,
+           result.showTopCapsuleWhileRunning);
+    choose(start.playCompletionSound, current.playCompletionSound, result.playCompletionSound);
+    choose(start.topTimerAppearance, current.topTimerAppearance, result.topTimerAppearance);
+    choose(start.appLanguage, current.appLanguage, result.appLanguage);
+    return result;
+}
+
 Expected<std::string, DocumentError> encode(const AppPreferences& preferences)
 {
     JsonWriter writer;

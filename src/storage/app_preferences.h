@@ -40,6 +40,11 @@ struct AppPreferences
     bool operator==(const AppPreferences&) const = default;
 };
 
+/// The stored choices with those on top that were made since: where the current value differs from the one
+/// it started from.
+AppPreferences joined(const AppPreferences& stored, const AppPreferences& start,
+                      const AppPreferences& current);
+
 Expected<std::string, DocumentError> encode(const AppPreferences& preferences);
 /// A key may be missing or null, then its default applies; any invalid value makes the document unreadable.
 /// The timer settings are sanitized.

@@ -4,7 +4,7 @@ namespace brevlin {
 
 DocumentError documentError(const FileError& error)
 {
-    return {error.description + " (" + error.operation + ")"};
+    return {error.description + " (" + error.operation + ")", false};
 }
 
 } // namespace brevlin

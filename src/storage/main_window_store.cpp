@@ -10,9 +10,9 @@ namespace brevlin {
 
 namespace {
 
-std::optional<JsonDocument> load(const UserDefaults& defaults, std::string_view key)
+std::optional<JsonDocument> load(KeptDocument& kept)
 {
-    const auto document = defaults.value(std::string(key));
+    const auto document = kept.read();
     if (!document || !*document) {
         return std::nullopt;
     }
@@ -20,15 +20,13 @@ std::optional<JsonDocument> load(const UserDefaults& defaults, std::string_view 
     return json ? std::optional{*std::move(json)} : std::nullopt;
 }
 
-Expected<void, DocumentError> save(UserDefaults& defaults, std::string_view key, JsonWriter writer)
+Expected<void, DocumentError> save(KeptDocument& kept, JsonWriter writer)
 {
-    const auto document = std::move(writer).finish();
+    auto document = std::move(writer).finish();
     if (!document) {
         return Unexpected{document.error()};
     }
-    if (const auto written = defaults.setValue(std::string(key), *document); !written) {
-        return Unexpected{documentError(written.error())};
-    }
+    kept.write(*std::move(document));
     return {};
 }
 
@@ -65,11 +63,13 @@ std::optional<WindowPlace> readPlace(JsonObjectReader& reader)
 
 } // namespace
 
-MainWindowStore::MainWindowStore(UserDefaults& defaults) : m_defaults(defaults) {}
+MainWindowStore::MainWindowStore(const DocumentDisk& disk)
+    : m_section(disk, std::string(sectionKey)), m_geometry(disk, std::string(geometryKey))
+{}
 
-std::optional<std::string> MainWindowStore::section() const
+std::optional<std::string> MainWindowStore::section()
 {
-    const auto json = load(m_defaults, sectionKey);
+    const auto json = load(m_section);
     std::string result;
     return json && read(json->root(), result) ? std::optional{result} : std::nullopt;
 }
@@ -78,12 +78,12 @@ Expected<void, DocumentError> MainWindowStore::saveSection(std::string_view rawV
 {
     JsonWriter writer;
     writer.value(rawValue);
-    return save(m_defaults, sectionKey, std::move(writer));
+    return save(m_section, std::move(writer));
 }
 
-std::optional<WindowGeometry> MainWindowStore::geometry() const
+std::optional<WindowGeometry> MainWindowStore::geometry()
 {
-    const auto json = load(m_defaults, geometryKey);
+    const auto json = load(m_geometry);
     if (!json) {
         return std::nullopt;
     }
@@ -108,7 +108,7 @@ Expected<void, DocumentError> MainWindowStore::saveGeometry(const WindowGeometry
     writer.field("height", std::int64_t{geometry.height});
     writer.field("maximized", geometry.maximized);
     writer.endObject();
-    return save(m_defaults, geometryKey, std::move(writer));
+    return save(m_geometry, std::move(writer));
 }
 
 } // namespace brevlin

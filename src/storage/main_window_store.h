@@ -1,8 +1,7 @@
 #pragma once
 
 #include "core/expected.h"
-#include "platform/user_defaults.h"
-#include "storage/document_error.h"
+#include "storage/kept_document.h"
 
 #include <optional>
 #include <string>
@@ -30,24 +29,26 @@ struct WindowGeometry
     bool operator==(const WindowGeometry&) const = default;
 };
 
-/// Remembers the look of the main window. These are conveniences: what cannot be read counts as absent.
+/// Remembers the look of the main window. These are conveniences: what cannot be read counts as absent. What
+/// is saved is written as soon as the disk takes it; an error means that it cannot be expressed.
 class MainWindowStore final
 {
 public:
     static constexpr std::string_view sectionKey = "com.quillmark.brevlin.mainSection";
     static constexpr std::string_view geometryKey = "com.quillmark.brevlin.mainWindow";
 
-    explicit MainWindowStore(UserDefaults& defaults);
+    explicit MainWindowStore(const DocumentDisk& disk);
 
     /// The raw string of the section that was selected last.
-    std::optional<std::string> section() const;
+    std::optional<std::string> section();
     Expected<void, DocumentError> saveSection(std::string_view rawValue);
     /// Width and height are greater than 0, and no number is beyond 100,000 on either side of 0.
-    std::optional<WindowGeometry> geometry() const;
+    std::optional<WindowGeometry> geometry();
     Expected<void, DocumentError> saveGeometry(const WindowGeometry& geometry);
 
 private:
-    UserDefaults& m_defaults;
+    KeptDocument m_section;
+    KeptDocument m_geometry;
 };
 
 } // namespace brevlin

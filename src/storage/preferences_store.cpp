@@ -1,65 +1,54 @@
 #include "storage/preferences_store.h"
 
-#include "storage/set_aside.h"
-
-#include <string>
+#include <utility>
 
 namespace brevlin {
 
-PreferencesStore::PreferencesStore(UserDefaults& defaults, const Clock& clock)
-    : m_defaults(defaults), m_clock(clock)
+PreferencesStore::PreferencesStore(const DocumentDisk& disk)
+    : m_document(disk, std::string(key), std::string(legacyKey))
 {}
 
 AppPreferences PreferencesStore::load()
 {
-    const auto document = m_defaults.value(std::string(key));
-    if (document && !*document) {
-        m_isUnreadable = false;
-        return loadLegacy();
+    const auto document = m_document.read();
+    if (!document) {
+        m_readError = document.error();
+        return {};
     }
-    if (document) {
-        if (const auto preferences = decodeAppPreferences(**document)) {
-            m_isUnreadable = false;
-            return *preferences;
-        }
-    }
-    m_isUnreadable = true;
-    return {};
+    return decode(*document);
 }
 
-AppPreferences PreferencesStore::loadLegacy()
+AppPreferences PreferencesStore::decode(const std::optional<std::string>& document)
 {
-    const auto document = m_defaults.value(std::string(legacyKey));
-    if (!document || !*document) {
+    m_readError.reset();
+    if (!document) {
         return {};
     }
-    const auto preferences = decodeAppPreferences(**document);
+    const auto preferences = decodeAppPreferences(*document);
     if (!preferences) {
+        m_document.setDamaged();
         return {};
     }
-    // A document that could not be moved is read again at the next start. One that could not be removed is no
-    // longer looked at.
-    if (save(*preferences)) {
-        (void)m_defaults.remove(std::string(legacyKey));
+    if (m_document.isUnderLegacyKey()) {
+        [[maybe_unused]] const auto moved = save(*preferences);
     }
     return *preferences;
 }
 
+void PreferencesStore::setWasReadObserver(std::function<void(const AppPreferences&)> observer)
+{
+    m_document.setObserver({[this, observer = std::move(observer)](
+                                const std::optional<std::string>& document) { observer(decode(document)); },
+                            {}});
+}
+
 Expected<void, DocumentError> PreferencesStore::save(const AppPreferences& preferences)
 {
-    const auto document = encode(preferences);
+    auto document = encode(preferences);
     if (!document) {
         return Unexpected{document.error()};
     }
-    if (m_isUnreadable) {
-        if (const auto kept = setAsideValue(m_defaults, std::string(key), m_clock.now()); !kept) {
-            return Unexpected{documentError(kept.error())};
-        }
-        m_isUnreadable = false;
-    }
-    if (const auto written = m_defaults.setValue(std::string(key), *document); !written) {
-        return Unexpected{documentError(written.error())};
-    }
+    m_document.write(*std::move(document));
     return {};
 }
 

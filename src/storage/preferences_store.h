@@ -1,17 +1,17 @@
 #pragma once
 
 #include "core/expected.h"
-#include "platform/clock.h"
-#include "platform/user_defaults.h"
 #include "storage/app_preferences.h"
-#include "storage/document_error.h"
+#include "storage/kept_document.h"
 
+#include <functional>
+#include <optional>
+#include <string>
 #include <string_view>
 
 namespace brevlin {
 
-/// Keeps the preferences in the user defaults. Preferences that could not be read are set aside before the
-/// first save replaces them.
+/// Keeps the preferences in the user defaults.
 class PreferencesStore final
 {
 public:
@@ -19,21 +19,28 @@ public:
     /// Where the first release kept them, under its former name.
     static constexpr std::string_view legacyKey = "Kestrove.preferences.v1";
 
-    /// The clock names what is set aside.
-    PreferencesStore(UserDefaults& defaults, const Clock& clock);
+    explicit PreferencesStore(const DocumentDisk& disk);
 
     /// The stored preferences, or the defaults where there are none or none that can be read. Moves a
     /// document under the legacy key to the current one.
     AppPreferences load();
-    /// After a failure the old document still stands.
+    /// Why load() could not read what is stored, if so. It is then read again, and what is saved meanwhile
+    /// waits.
+    const std::optional<DocumentError>& readError() const { return m_readError; }
+    /// Told once of the stored preferences when they could be read after all. Changes that were made since
+    /// load() are the observer's to keep.
+    void setWasReadObserver(std::function<void(const AppPreferences&)> observer);
+    /// An error means that the preferences cannot be expressed. Otherwise they are written as soon as the
+    /// disk takes them.
     Expected<void, DocumentError> save(const AppPreferences& preferences);
+    void retry() { m_document.retry(); }
+    bool isSaved() const { return m_document.isSaved(); }
 
 private:
-    AppPreferences loadLegacy();
+    AppPreferences decode(const std::optional<std::string>& document);
 
-    UserDefaults& m_defaults;
-    const Clock& m_clock;
-    bool m_isUnreadable = false;
+    KeptDocument m_document;
+    std::optional<DocumentError> m_readError;
 };
 
 } // namespace brevlin

@@ -167,17 +167,27 @@ void write(JsonWriter& writer, const SessionRecord& record)
 
 } // namespace
 
-Expected<std::string_view, DocumentError>
-SessionArchiveText::encode(const std::vector<SessionRecord>& sessions)
+SessionArchiveText::SessionArchiveText()
+{
+    [[maybe_unused]] const auto encoded = encode({});
+}
+
+void SessionArchiveText::adopt(std::string document)
+{
+    m_buffer = std::move(document);
+    m_begin = 0;
+    m_canGrow = false;
+}
+
+Expected<void, DocumentError> SessionArchiveText::encode(const std::vector<SessionRecord>& sessions)
 {
     // Room for the records of a few months; a short history does not need it.
     constexpr std::size_t mostRoom = std::size_t{1} << 18;
     constexpr std::size_t frame = 64;
     constexpr std::size_t usualRecord = 512;
     const std::size_t expectedSize = frame + sessions.size() * usualRecord;
-    m_begin = std::min(expectedSize, mostRoom);
-    forget();
-    JsonWriter writer(expectedSize, m_begin);
+    const std::size_t begin = std::min(expectedSize, mostRoom);
+    JsonWriter writer(expectedSize, begin);
     writer.beginObject();
     writer.key("sessions");
     writer.beginArray();
@@ -192,32 +202,29 @@ SessionArchiveText::encode(const std::vector<SessionRecord>& sessions)
         return Unexpected{text.error()};
     }
     m_buffer = *std::move(text);
-    return std::string_view(m_buffer).substr(m_begin);
+    m_begin = begin;
+    m_canGrow = !sessions.empty();
+    return {};
 }
 
-Expected<std::string_view, DocumentError>
-SessionArchiveText::encodeWithNewFirst(const std::vector<SessionRecord>& sessions)
+Expected<bool, DocumentError> SessionArchiveText::prepend(const SessionRecord& record)
 {
-    if (m_buffer.empty() || sessions.size() < 2) {
-        return encode(sessions);
-    }
     JsonWriter writer;
-    write(writer, sessions.front());
-    const auto record = std::move(writer).finish();
-    if (!record) {
-        forget();
-        return Unexpected{record.error()};
+    write(writer, record);
+    const auto written = std::move(writer).finish();
+    if (!written) {
+        return Unexpected{written.error()};
     }
     // The opening moves to the front, and the record with its comma takes its place.
-    const std::size_t growth = record->size() + 1;
-    if (growth > m_begin) {
-        return encode(sessions);
+    const std::size_t growth = written->size() + 1;
+    if (!m_canGrow || growth > m_begin) {
+        return false;
     }
     m_begin -= growth;
     char* at = std::copy(opening.begin(), opening.end(), m_buffer.data() + m_begin);
-    at = std::copy(record->begin(), record->end(), at);
+    at = std::copy(written->begin(), written->end(), at);
     *at = ',';
-    return std::string_view(m_buffer).substr(m_begin);
+    return true;
 }
 
 Expected<std::vector<SessionRecord>, DocumentError> decodeSessionArchive(const std::string& document)

@@ -17,20 +17,24 @@ inline constexpr std::int64_t sessionArchiveVersion = 1;
 
 /// The history file: {"sessions":[…],"version":1}, in one line, every object with its keys sorted. The text
 /// is kept between two writes: nearly every change adds one record in front, and writing the numbers of all
-/// the others again would cost more than the disk does.
+/// the others again would cost more than the disk does. A failed change leaves the text as it was.
 class SessionArchiveText final
 {
 public:
-    /// The text of these records; the view holds until the next call.
-    Expected<std::string_view, DocumentError> encode(const std::vector<SessionRecord>& sessions);
-    /// The same for the records of the last successful encoding with one new record in front of them.
-    Expected<std::string_view, DocumentError> encodeWithNewFirst(const std::vector<SessionRecord>& sessions);
-    /// To be called when what was encoded last does not hold.
-    void forget() { m_buffer.clear(); }
+    /// The text of an empty history.
+    SessionArchiveText();
+
+    std::string_view view() const { return std::string_view(m_buffer).substr(m_begin); }
+    /// Takes the text of a file that decodes. It may be written in any way.
+    void adopt(std::string document);
+    Expected<void, DocumentError> encode(const std::vector<SessionRecord>& sessions);
+    /// Puts the record in front of all others; false when there is no room and encode() has to do it.
+    Expected<bool, DocumentError> prepend(const SessionRecord& record);
 
 private:
-    std::string m_buffer; // the text behind unused room; empty when there is none
+    std::string m_buffer; // the text behind unused room
     std::size_t m_begin = 0;
+    bool m_canGrow = false; // written by us, and not empty
 };
 
 /// The records of a history file, latest end first, those of the same instant as they stand in the file. All

@@ -1,7 +1,5 @@
 #include "storage/session_store.h"
 
-#include "storage/set_aside.h"
-
 #include <algorithm>
 #include <utility>
 
@@ -10,180 +8,252 @@ namespace brevlin {
 namespace {
 
 using Operation = SessionStoreError::Operation;
-
-constexpr std::string_view fileName = "sessions-v1.json";
-
-std::string promiseToKeep(const std::string& path)
-{
-    return "。文件“" + path + "”会原样保留：下次保存前将改名为“sessions-v1.unreadable-（UTC 时间）.json”。";
-}
+using Result = HistoryOutcome::Result;
 
 } // namespace
 
-HistoryLocation defaultHistoryLocation(const std::string& dataFolder)
-{
-    return {dataFolder + "/Brevlin/" + std::string(fileName),
-            dataFolder + "/Kestrove/" + std::string(fileName)};
-}
-
-SessionStore::SessionStore(HistoryLocation location, DurableFile& files, const Clock& clock, bool fetchOnInit)
-    : m_location(std::move(location)), m_files(files), m_clock(clock)
+SessionStore::SessionStore(HistoryLocation location, const HistoryDisk& disk, bool fetchOnInit)
+    : m_thread(disk.thread)
+    , m_file(std::make_shared<HistoryFile>(std::move(location), disk.files, disk.clock))
+    , m_self(std::make_shared<SessionStore*>(this))
+    , m_retryTimer(disk.scheduler, [this] { retry(); })
 {
     if (fetchOnInit) {
-        migrateLegacyArchiveIfNeeded();
         refresh();
     }
 }
 
-void SessionStore::migrateLegacyArchiveIfNeeded()
+// What failed before anybody listened is told now.
+void SessionStore::setObserver(Observer observer)
 {
-    if (!m_location.legacyPath || m_files.exists(m_location.path)) {
-        return;
+    m_observer = std::move(observer);
+    if (m_lastError && m_observer.failed) {
+        m_observer.failed(*m_lastError);
     }
-    const auto legacy = m_files.read(*m_location.legacyPath);
-    if (!legacy) {
-        fail(Operation::fetch, documentError(legacy.error()).description);
-    } else if (*legacy) {
-        if (const auto copied = m_files.write(m_location.path, **legacy); !copied) {
-            fail(Operation::fetch, documentError(copied.error()).description);
-        }
-    }
+}
+
+std::size_t SessionStore::unsavedCount() const
+{
+    return static_cast<std::size_t>(
+        std::count_if(m_unsaved.begin(), m_unsaved.end(),
+                      [](const Unsaved& unsaved) { return unsaved.operation == Operation::insert; }));
 }
 
 void SessionStore::refresh()
 {
-    auto sessions = readArchive();
-    if (sessions) {
-        m_sessions = *std::move(sessions);
-        m_text.forget();
-        m_lastError.reset();
-    } else {
-        fail(Operation::fetch, sessions.error().description);
-    }
+    ++m_jobs;
+    m_thread.post([file = m_file, self = std::weak_ptr(m_self)]() -> DocumentThread::Completion {
+        // Shared, because a function has to be copyable.
+        auto loaded = std::make_shared<Expected<std::vector<SessionRecord>, DocumentError>>(file->load());
+        return [self, loaded] {
+            if (const auto store = self.lock()) {
+                (*store)->finishLoad(std::move(*loaded));
+            }
+        };
+    });
 }
 
-Expected<std::vector<SessionRecord>, DocumentError> SessionStore::readArchive()
+void SessionStore::finishLoad(Expected<std::vector<SessionRecord>, DocumentError> loaded)
 {
-    const std::string* path = &m_location.path;
-    auto document = m_files.read(*path);
-    if (document && !*document && m_location.legacyPath) {
-        path = &*m_location.legacyPath;
-        document = m_files.read(*path);
+    --m_jobs;
+    if (!loaded && !loaded.error().isAboutContent) {
+        fail(Operation::fetch, loaded.error(), !std::exchange(m_toldOfFetch, true));
+        m_retryTimer.failed();
+        return;
     }
-    m_fileIsUnreadable = false;
-    if (document && !*document) {
-        return std::vector<SessionRecord>{};
+    m_retryTimer.succeeded();
+    m_isLoaded = true;
+    if (!loaded) {
+        fail(Operation::fetch, loaded.error(), true);
+    } else {
+        m_lastError.reset();
+        m_sessions = *std::move(loaded);
+        joinUnsaved();
+        recordsChanged();
     }
-    auto sessions = document ? decodeSessionArchive(**document)
-                             : Expected<std::vector<SessionRecord>, DocumentError>{
-                                   Unexpected{documentError(document.error())}};
-    if (sessions) {
-        return sessions;
-    }
-    std::string description = sessions.error().description;
-    // Nothing is ever written to the legacy path, so what stands there needs no promise.
-    if (path == &m_location.path) {
-        m_fileIsUnreadable = true;
-        description += promiseToKeep(*path);
-    }
-    return Unexpected{DocumentError{std::move(description)}};
+    retry();
 }
 
-std::optional<SessionRecord> SessionStore::insert(const FinishedSession& finishedSession)
+void SessionStore::joinUnsaved()
+{
+    for (const Unsaved& unsaved : m_unsaved) {
+        for (const SessionRecord& record : unsaved.records) {
+            std::vector<SessionRecord> replaced;
+            takeRecords(record.id, replaced);
+            if (unsaved.operation == Operation::insert) {
+                place(record);
+            }
+        }
+    }
+}
+
+SessionRecord SessionStore::insert(const FinishedSession& finishedSession)
 {
     SessionRecord record(finishedSession);
-    std::vector<TakenRecord> replaced = takeRecords(record.id);
-    // Where appending and stable sorting would put it: behind the records of the same instant.
-    const auto place = std::upper_bound(m_sessions.begin(), m_sessions.end(), record, endedLater);
-    const auto inserted = m_sessions.insert(place, record);
-    const auto offset = inserted - m_sessions.begin();
-    const bool isFirst = offset == 0 && replaced.empty();
-    if (!save(Operation::insert, isFirst ? Change::newFirst : Change::any)) {
-        m_sessions.erase(m_sessions.begin() + offset);
-        putBack(std::move(replaced));
-        return std::nullopt;
-    }
+    std::vector<SessionRecord> replaced;
+    takeRecords(record.id, replaced);
+    place(record);
+    postChange(record, Operation::insert, {record});
     return record;
 }
 
-bool SessionStore::remove(const SessionRecord& record)
+void SessionStore::remove(const SessionRecord& record)
 {
-    std::vector<TakenRecord> taken = takeRecords(record.id);
-    if (!save(Operation::delete_, Change::any)) {
-        putBack(std::move(taken));
-        return false;
-    }
-    return true;
+    const Uuid id = record.id; // the record may be one in the list
+    std::vector<SessionRecord> taken;
+    takeRecords(id, taken);
+    postChange(RemoveRecord{id}, Operation::delete_, std::move(taken));
 }
 
-bool SessionStore::clear()
+void SessionStore::clear()
 {
-    std::vector<SessionRecord> kept = std::exchange(m_sessions, {});
-    if (!save(Operation::clear, Change::any)) {
-        m_sessions = std::move(kept);
-        return false;
+    if (!m_isLoaded) {
+        fail(Operation::clear,
+             m_lastError ? DocumentError{m_lastError->underlyingDescription} : DocumentError{}, true);
+        return;
     }
-    return true;
+    postChange(ClearRecords{}, Operation::clear, std::exchange(m_sessions, {}));
 }
 
-bool SessionStore::save(Operation operation, Change change)
+void SessionStore::postChange(HistoryChange change, Operation operation, std::vector<SessionRecord> records)
 {
-    const auto saved = saveArchive(change);
-    if (!saved) {
-        m_text.forget();
-        fail(operation, saved.error().description);
-        return false;
-    }
-    m_lastError.reset();
-    return true;
+    const std::uint64_t number = ++m_number;
+    m_unsaved.push_back({number, operation, std::move(records)});
+    ++m_jobs;
+    m_thread.post([file = m_file, self = std::weak_ptr(m_self), change = std::move(change),
+                   number]() -> DocumentThread::Completion {
+        return [self, number, outcome = file->apply(change)] {
+            if (const auto store = self.lock()) {
+                (*store)->finishChange(number, outcome);
+            }
+        };
+    });
 }
 
-Expected<void, DocumentError> SessionStore::saveArchive(Change change)
+void SessionStore::retry(HistoryFile::Patience patience)
 {
-    const auto document =
-        change == Change::newFirst ? m_text.encodeWithNewFirst(m_sessions) : m_text.encode(m_sessions);
-    if (!document) {
-        return Unexpected{document.error()};
+    if (m_jobs > 0) {
+        return;
     }
-    if (m_fileIsUnreadable) {
-        if (const auto kept = setAsideFile(m_files, m_location.path, m_clock.now()); !kept) {
-            return Unexpected{documentError(kept.error())};
-        }
-        m_fileIsUnreadable = false;
+    if (!m_isLoaded) {
+        refresh();
+    } else if (!m_unsaved.empty()) {
+        ++m_jobs;
+        m_thread.post([file = m_file, self = std::weak_ptr(m_self), patience,
+                       number = m_number]() -> DocumentThread::Completion {
+            return [self, number, outcome = file->flush(patience)] {
+                if (const auto store = self.lock()) {
+                    (*store)->finishRetry(number, outcome);
+                }
+            };
+        });
     }
-    if (const auto written = m_files.write(m_location.path, *document); !written) {
-        return Unexpected{documentError(written.error())};
-    }
-    return {};
 }
 
-void SessionStore::fail(Operation operation, std::string description)
+void SessionStore::finishChange(std::uint64_t number, HistoryOutcome outcome)
 {
-    m_lastError = SessionStoreError{Uuid::random(), operation, std::move(description)};
+    --m_jobs;
+    const auto unsaved = std::find_if(m_unsaved.begin(), m_unsaved.end(),
+                                      [number](const Unsaved& u) { return u.number == number; });
+    const Operation operation = unsaved->operation;
+    if (outcome.result == Result::refused) {
+        takeBack(number);
+    }
+    settle(number, outcome);
+    if (outcome.error) {
+        // A file that is being copied is soon a whole one.
+        const bool isInTheWay = outcome.result == Result::waits && outcome.error->isAboutContent;
+        fail(operation, *outcome.error, !isInTheWay);
+    }
 }
 
-// The id comes by value: it may be that of a record in the list. Records are taken out one by one, so that
-// they can be put back: copying a history of years for the rare failure would cost more than the change
-// itself.
-std::vector<SessionStore::TakenRecord> SessionStore::takeRecords(Uuid id)
+void SessionStore::finishRetry(std::uint64_t number, HistoryOutcome outcome)
 {
-    std::vector<TakenRecord> taken;
-    for (std::size_t index = m_sessions.size(); index-- > 0;) {
+    --m_jobs;
+    settle(number, outcome);
+    if (outcome.error) {
+        constexpr int mostSilentAttempts = 4;
+        const bool isInTheWay = outcome.error->isAboutContent;
+        fail(Operation::insert, *outcome.error, isInTheWay && ++m_attemptsInTheWay == mostSilentAttempts);
+    }
+}
+
+// The changes up to this one are on the disk, or are still to be written.
+void SessionStore::settle(std::uint64_t number, HistoryOutcome& outcome)
+{
+    if (outcome.result == Result::saved) {
+        std::erase_if(m_unsaved, [number](const Unsaved& unsaved) { return unsaved.number <= number; });
+        m_lastError.reset();
+        m_attemptsInTheWay = 0;
+        m_retryTimer.succeeded();
+    } else if (!m_unsaved.empty() && m_isLoaded) {
+        m_retryTimer.failed();
+    }
+    if (!outcome.takenOver.empty()) {
+        placeAll(std::move(outcome.takenOver));
+        recordsChanged();
+    }
+}
+
+void SessionStore::takeBack(std::uint64_t number)
+{
+    const auto unsaved = std::find_if(m_unsaved.begin(), m_unsaved.end(),
+                                      [number](const Unsaved& u) { return u.number == number; });
+    std::vector<SessionRecord> records = std::move(unsaved->records);
+    const bool wasInserted = unsaved->operation == Operation::insert;
+    m_unsaved.erase(unsaved);
+    if (wasInserted) {
+        std::vector<SessionRecord> taken;
+        takeRecords(records.front().id, taken);
+    } else {
+        placeAll(std::move(records));
+    }
+    recordsChanged();
+}
+
+void SessionStore::fail(Operation operation, const DocumentError& error, bool tells)
+{
+    m_lastError = SessionStoreError{Uuid::random(), operation, error.description};
+    if (tells && m_observer.failed) {
+        m_observer.failed(*m_lastError);
+    }
+}
+
+// Keeps the order of the others.
+void SessionStore::takeRecords(Uuid id, std::vector<SessionRecord>& taken)
+{
+    for (std::size_t index = 0; index < m_sessions.size();) {
         if (m_sessions[index].id == id) {
-            taken.push_back({index, std::move(m_sessions[index])});
+            taken.push_back(std::move(m_sessions[index]));
             m_sessions.erase(m_sessions.begin() + static_cast<std::ptrdiff_t>(index));
+        } else {
+            ++index;
         }
     }
-    return taken;
 }
 
-// In the opposite order of taking: each index is then what it was.
-void SessionStore::putBack(std::vector<TakenRecord> taken)
+// Where appending and stable sorting would put it: behind the records of the same instant.
+void SessionStore::place(SessionRecord record)
 {
-    while (!taken.empty()) {
-        m_sessions.insert(m_sessions.begin() + static_cast<std::ptrdiff_t>(taken.back().index),
-                          std::move(taken.back().record));
-        taken.pop_back();
+    const auto position = std::upper_bound(m_sessions.begin(), m_sessions.end(), record, endedLater);
+    m_sessions.insert(position, std::move(record));
+}
+
+void SessionStore::placeAll(std::vector<SessionRecord> records)
+{
+    if (records.size() == 1) {
+        place(std::move(records.front()));
+        return;
+    }
+    m_sessions.insert(m_sessions.end(), std::make_move_iterator(records.begin()),
+                      std::make_move_iterator(records.end()));
+    std::stable_sort(m_sessions.begin(), m_sessions.end(), endedLater);
+}
+
+void SessionStore::recordsChanged() const
+{
+    if (m_observer.recordsChanged) {
+        m_observer.recordsChanged();
     }
 }
 

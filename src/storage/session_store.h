@@ -3,79 +3,110 @@
 #include "core/expected.h"
 #include "core/finished_session.h"
 #include "core/session_record.h"
-#include "platform/clock.h"
-#include "platform/durable_file.h"
-#include "storage/document_error.h"
-#include "storage/session_archive.h"
+#include "platform/document_thread.h"
+#include "storage/history_file.h"
+#include "storage/retry_timer.h"
 #include "storage/session_store_error.h"
 
-#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace brevlin {
 
-/// Where the history is kept. Paths are absolute.
-struct HistoryLocation
+/// What the history needs in order to be kept; everything outlives the store. The clock names what is set
+/// aside.
+struct HistoryDisk
 {
-    std::string path;
-    /// The history of the first release, which is copied once; only for the standard location.
-    std::optional<std::string> legacyPath;
+    DurableFile& files;
+    DocumentThread& thread;
+    TaskScheduler& scheduler;
+    const Clock& clock;
 };
 
-/// The standard location below the user's folder for application data ($XDG_DATA_HOME).
-HistoryLocation defaultHistoryLocation(const std::string& dataFolder);
-
-/// The history: all records in memory, and in one file that is written in full by every change. The records
-/// are always sorted by endedAt, latest first, stable. A change that could not be saved is taken back, and
-/// one that was acknowledged survives a power cut. A history that could not be read is set aside before the
-/// first change replaces it.
+/// The history: all records in memory, sorted by endedAt, latest first, stable, and the same in one file. A
+/// change takes effect at once and is written beside the main thread. A record that the disk refuses stays
+/// and is tried again; a removal is taken back. As long as the file could not be read, nothing is written
+/// over it: new records wait, and join the others once it could.
 class SessionStore final
 {
 public:
-    /// Reads the history unless told otherwise; lastError() tells of a failure. The clock names what is set
-    /// aside.
-    SessionStore(HistoryLocation location, DurableFile& files, const Clock& clock, bool fetchOnInit = true);
+    struct Observer
+    {
+        /// The records are other ones than the last command left: loaded, taken over from the file, put back.
+        std::function<void()> recordsChanged;
+        /// An operation failed for the first time; that it is tried again and fails again is not told.
+        std::function<void(const SessionStoreError&)> failed;
+    };
+
+    /// Reads the history unless told otherwise.
+    SessionStore(HistoryLocation location, const HistoryDisk& disk, bool fetchOnInit = true);
+    SessionStore(const SessionStore&) = delete;
+    SessionStore& operator=(const SessionStore&) = delete;
+
+    void setObserver(Observer observer);
 
     const std::vector<SessionRecord>& sessions() const { return m_sessions; }
-    /// The failure of the most recent operation; nothing after a success.
+    /// The failure of the latest operation that is known; nothing after a success.
     const std::optional<SessionStoreError>& lastError() const { return m_lastError; }
+    const std::string& path() const { return m_file->path(); }
+    bool isLoaded() const { return m_isLoaded; }
+    /// Whether every change is on the disk.
+    bool isSaved() const { return m_unsaved.empty(); }
+    /// Records that are in memory alone.
+    std::size_t unsavedCount() const;
 
     /// Reads the file again; a failure leaves the records as they are.
     void refresh();
-    /// Records the phase, in place of any record with the same id. Gives nothing when it could not be saved.
-    std::optional<SessionRecord> insert(const FinishedSession& finishedSession);
-    /// Removes every record with this record's id; false when the change could not be saved.
-    bool remove(const SessionRecord& record);
-    /// Removes all records; false when the change could not be saved.
-    bool clear();
+    /// Records the phase, in place of any record with the same id.
+    SessionRecord insert(const FinishedSession& finishedSession);
+    /// Removes every record with this record's id.
+    void remove(const SessionRecord& record);
+    /// Removes all records; refused as long as the file could not be read.
+    void clear();
+    /// Tries now what is still to be done, if anything. At the end of the process nothing is left to wait
+    /// for.
+    void retry(HistoryFile::Patience patience = HistoryFile::Patience::waits);
 
 private:
-    enum class Change { newFirst, any };
-
-    struct TakenRecord
+    // A change that is not known to be on the disk.
+    struct Unsaved
     {
-        std::size_t index;
-        SessionRecord record;
+        std::uint64_t number;
+        SessionStoreError::Operation operation;
+        std::vector<SessionRecord> records; // the inserted one, or those that were removed
     };
 
-    void migrateLegacyArchiveIfNeeded();
-    Expected<std::vector<SessionRecord>, DocumentError> readArchive();
-    Expected<void, DocumentError> saveArchive(Change change);
-    bool save(SessionStoreError::Operation operation, Change change);
-    void fail(SessionStoreError::Operation operation, std::string description);
-    std::vector<TakenRecord> takeRecords(Uuid id);
-    void putBack(std::vector<TakenRecord> taken);
+    void finishLoad(Expected<std::vector<SessionRecord>, DocumentError> loaded);
+    void joinUnsaved();
+    void postChange(HistoryChange change, SessionStoreError::Operation operation,
+                    std::vector<SessionRecord> records);
+    void finishChange(std::uint64_t number, HistoryOutcome outcome);
+    void finishRetry(std::uint64_t number, HistoryOutcome outcome);
+    void settle(std::uint64_t number, HistoryOutcome& outcome);
+    void takeBack(std::uint64_t number);
+    void fail(SessionStoreError::Operation operation, const DocumentError& error, bool tells);
+    void takeRecords(Uuid id, std::vector<SessionRecord>& taken);
+    void place(SessionRecord record);
+    void placeAll(std::vector<SessionRecord> records);
+    void recordsChanged() const;
 
-    HistoryLocation m_location;
-    DurableFile& m_files;
-    const Clock& m_clock;
+    DocumentThread& m_thread;
+    std::shared_ptr<HistoryFile> m_file;   // for the jobs alone
+    std::shared_ptr<SessionStore*> m_self; // seen by completions as long as this lives
+    RetryTimer m_retryTimer;
+    Observer m_observer;
     std::vector<SessionRecord> m_sessions;
-    SessionArchiveText m_text; // of m_sessions as they were saved last
+    std::vector<Unsaved> m_unsaved;
+    std::uint64_t m_number = 0; // of the latest change
     std::optional<SessionStoreError> m_lastError;
-    bool m_fileIsUnreadable = false;
+    bool m_isLoaded = false;
+    bool m_toldOfFetch = false;
+    int m_attemptsInTheWay = 0; // of writing while a file that does not decode stands in the place
+    int m_jobs = 0;
 };
 
 } // namespace brevlin

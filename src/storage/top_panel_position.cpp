@@ -44,21 +44,18 @@ Expected<SavedPosition, DocumentError> decodeSavedPosition(const std::string& do
     return reader.finish(result);
 }
 
-TopPanelPositionStore::TopPanelPositionStore(UserDefaults& defaults) : m_defaults(defaults) {}
+TopPanelPositionStore::TopPanelPositionStore(const DocumentDisk& disk)
+    : m_document(disk, std::string{key}, std::string{legacyKey})
+{}
 
 std::optional<SavedPosition> TopPanelPositionStore::load()
 {
-    const std::string currentKey{key};
-    auto document = m_defaults.value(currentKey);
-    if (document && !*document) {
-        document = m_defaults.value(std::string{legacyKey});
-        // Should either step fail, the document stays where it was and the next start tries again.
-        if (document && *document && m_defaults.setValue(currentKey, **document)) {
-            [[maybe_unused]] const auto removed = m_defaults.remove(std::string{legacyKey});
-        }
-    }
+    const auto document = m_document.read();
     if (!document || !*document) {
         return std::nullopt;
+    }
+    if (m_document.isUnderLegacyKey()) {
+        m_document.write(**document);
     }
     const auto position = decodeSavedPosition(**document);
     return position ? std::optional{*position} : std::nullopt;
@@ -66,13 +63,11 @@ std::optional<SavedPosition> TopPanelPositionStore::load()
 
 Expected<void, DocumentError> TopPanelPositionStore::save(const SavedPosition& position)
 {
-    const auto document = encode(position);
+    auto document = encode(position);
     if (!document) {
         return Unexpected{document.error()};
     }
-    if (const auto written = m_defaults.setValue(std::string{key}, *document); !written) {
-        return Unexpected{documentError(written.error())};
-    }
+    m_document.write(*std::move(document));
     return {};
 }
 

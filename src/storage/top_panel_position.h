@@ -2,8 +2,7 @@
 
 #include "core/expected.h"
 #include "core/raw_value.h"
-#include "platform/user_defaults.h"
-#include "storage/document_error.h"
+#include "storage/kept_document.h"
 
 #include <array>
 #include <cstdint>
@@ -53,14 +52,16 @@ public:
     /// Where the first release kept it, under its former name.
     static constexpr std::string_view legacyKey = "Kestrove.topPanel.position.v1";
 
-    explicit TopPanelPositionStore(UserDefaults& defaults);
+    explicit TopPanelPositionStore(const DocumentDisk& disk);
 
     /// Moves a document under the legacy key to the current one.
     std::optional<SavedPosition> load();
+    /// An error means that the position cannot be expressed. Otherwise it is written as soon as the disk
+    /// takes it.
     Expected<void, DocumentError> save(const SavedPosition& position);
 
 private:
-    UserDefaults& m_defaults;
+    KeptDocument m_document;
 };
 
 } // namespace brevlin

@@ -9,7 +9,7 @@ using Log = std::vector<std::string>;
 class CommandsTest : public test::ModelTest
 {
 protected:
-    TimerSettings storedSettings() { return PreferencesStore(defaults, clock).load().timerSettings; }
+    TimerSettings storedSettings() { return PreferencesStore(disk()).load().timerSettings; }
     void ring()
     {
         launchAndStart();
@@ -148,6 +148,7 @@ TEST_F(CommandsTest, history_commands_change_the_file_or_nothing)
     const SessionRecord latest = model().sessions().front();
     model().deleteSession(latest);
     EXPECT_EQ(messageTitle(), "Unable to delete record");
+    model().clearAppMessage();
     model().clearHistory();
     EXPECT_EQ(messageTitle(), "Unable to clear history");
     EXPECT_EQ(model().sessions().size(), 2U);

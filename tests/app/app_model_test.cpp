@@ -126,29 +126,110 @@ TEST_F(AppModelTest, an_unreadable_history_is_told_of_in_the_stored_language)
     files.files["/data/sessions-v1.json"] = "{";
     launch();
     EXPECT_EQ(messageTitle(), "Failed to load local history");
+    EXPECT_NE(model().appMessage()->detail.find("“/data/sessions-v1.json” is kept as it is"),
+              std::string::npos);
     storePreferences([](AppPreferences& p) { p.appLanguage = AppLanguage::simplifiedChinese; });
     launch();
     EXPECT_EQ(messageTitle(), "本地记录读取失败");
     EXPECT_TRUE(model().appMessage()->detail.starts_with("无法读取专注记录："));
+    EXPECT_NE(model().appMessage()->detail.find("“/data/sessions-v1.json”会原样保留"), std::string::npos);
 }
 
-TEST_F(AppModelTest, what_cannot_be_saved_is_told_of_and_the_timer_goes_on)
+TEST_F(AppModelTest, what_cannot_be_saved_is_told_of_one_by_one_and_tried_again)
 {
     launchAndStart();
     files.failures.failFrom(1);
-    scheduler.advance(Seconds{1500});
-    EXPECT_EQ(messageTitle(), "Failed to save record");
-    EXPECT_EQ(runState(), ringing);
-    files.failures.failNothing();
     defaults.failures.failFrom(1);
+    scheduler.advance(Seconds{1500});
+    EXPECT_EQ(runState(), ringing);
+    EXPECT_EQ(model().sessions().size(), 1U) << "it is in the history all the same";
     model().advance();
-    EXPECT_EQ(messageTitle(), "Failed to save timer state");
     EXPECT_EQ(runState(), running);
+    EXPECT_EQ(model().unsaved(), (Log{"history (records: 1)", "timer state"}));
+    EXPECT_EQ(messageTitle(), "Failed to save record");
+    model().clearAppMessage();
+    EXPECT_EQ(messageTitle(), "Failed to save timer state") << "it did not take the other one's place";
+    model().clearAppMessage();
+    EXPECT_EQ(messageTitle(), "") << "the same failure does not queue up twice";
+    events.observer.didBecomeActive();
+    events.observer.didWake();
+    EXPECT_EQ(messageTitle(), "") << "what is tried again in vain is not told again";
+    files.failures.failNothing();
     defaults.failures.failNothing();
     events.observer.didBecomeActive();
+    EXPECT_EQ(model().unsaved(), Log{});
     const TimerSnapshot snapshot = model().snapshot();
     launch();
-    EXPECT_EQ(model().snapshot(), snapshot) << "the next reconciliation saves what could not be saved";
+    EXPECT_EQ(model().snapshot(), snapshot);
+    EXPECT_EQ(model().sessions().size(), 1U);
+}
+
+TEST_F(AppModelTest, quitting_tries_again)
+{
+    launchAndStart();
+    defaults.failures.failFrom(1);
+    model().pause();
+    const TimerSnapshot paused = model().snapshot();
+    defaults.failures.failNothing();
+    launch();
+    EXPECT_EQ(model().snapshot(), paused);
+}
+
+TEST_F(AppModelTest, timer_history_and_preferences_that_could_not_be_read_are_all_told_and_come_back)
+{
+    const Instant end = *launchAndStart().snapshot().expectedEndAt;
+    scheduler.advance(Seconds{100});
+    model().endCurrentPhase();
+    model().advance();
+    storePreferences([](AppPreferences& p) { p.topTimerAppearance = TopTimerAppearance::light; });
+    modelOrNone.reset();
+    const auto values = defaults.values;
+    defaults.unreadable = {"Brevlin.activeTimerSnapshot.v1", "Brevlin.preferences.v1"};
+    files.unreadable = {"/data/sessions-v1.json"};
+    launch();
+    std::vector<std::string> titles;
+    for (; model().appMessage(); model().clearAppMessage()) {
+        titles.push_back(messageTitle());
+    }
+    EXPECT_EQ(titles,
+              (Log{"偏好设置读取失败 · Failed to load preferences", "计时状态读取失败", "本地记录读取失败"}));
+    EXPECT_EQ(runState(), idle);
+    model().setPlayCompletionSound(false);
+    events.observer.didBecomeActive();
+    EXPECT_EQ(defaults.values, values) << "nothing is written over what could not be read";
+    EXPECT_EQ(messageTitle(), "") << "told once";
+
+    defaults.unreadable.clear();
+    files.unreadable.clear();
+    clock.setNow(end + Seconds{1000});
+    events.observer.didBecomeActive();
+    EXPECT_EQ(model().language(), AppLanguage::english);
+    EXPECT_EQ(model().preferences().topTimerAppearance, TopTimerAppearance::light);
+    EXPECT_FALSE(model().preferences().playCompletionSound) << "the choice made meanwhile";
+    EXPECT_EQ(runState(), ringing);
+    ASSERT_EQ(model().sessions().size(), 2U);
+    EXPECT_EQ(model().sessions().front().outcome(), SessionOutcome::completedWhileAway);
+    EXPECT_EQ(model().unsaved(), Log{});
+    EXPECT_EQ(defaults.values.size(), 2U) << "nothing was set aside";
+}
+
+TEST_F(AppModelTest, a_phase_that_was_superseded_before_it_could_be_read_becomes_a_record)
+{
+    const Instant start = clock.now();
+    launchAndStart();
+    scheduler.advance(Seconds{600});
+    defaults.unreadable = {"Brevlin.activeTimerSnapshot.v1"};
+    launchAndStart();
+    const TimerSnapshot running = model().snapshot();
+    scheduler.advance(Seconds{60});
+    defaults.unreadable.clear();
+    events.observer.didBecomeActive();
+    EXPECT_EQ(model().snapshot(), running);
+    ASSERT_EQ(model().sessions().size(), 1U);
+    EXPECT_EQ(model().sessions().front().outcome(), SessionOutcome::endedEarly);
+    EXPECT_EQ(model().sessions().front().endedAt, start + Seconds{600});
+    launch();
+    EXPECT_EQ(model().snapshot(), running);
 }
 
 TEST_F(AppModelTest, waking_and_activation_complete_what_ended_meanwhile)

@@ -54,7 +54,7 @@ class DisplayValuesTest : public test::ModelTest
 protected:
     void restore(const TimerSnapshot& snapshot)
     {
-        ASSERT_TRUE(ActiveTimerPersistence(defaults, clock).save(snapshot));
+        ASSERT_TRUE(ActiveTimerPersistence(disk()).save(snapshot));
         launch();
     }
     void record(TimerPhase phase, double seconds, SessionOutcome outcome)
@@ -65,8 +65,8 @@ protected:
         session.outcome = outcome;
         session.effectiveDuration = Seconds{seconds};
         session.endedAt = clock.now() + Seconds{static_cast<double>(m_recorded++)};
-        SessionStore store({"/data/sessions-v1.json", std::nullopt}, files, clock);
-        ASSERT_TRUE(store.insert(session));
+        SessionStore store({"/data/sessions-v1.json", std::nullopt}, historyDisk());
+        store.insert(session);
     }
 
 private:
@@ -128,7 +128,7 @@ TEST_F(DisplayValuesTest, the_cycle_counts_focus_since_the_last_completed_long_b
 
 TEST_F(DisplayValuesTest, the_section_is_remembered_and_an_unknown_one_forgotten)
 {
-    MainWindowStore store(defaults);
+    MainWindowStore store(disk());
     int changes = 0;
     {
         SectionSelection selection(store);

@@ -2,6 +2,7 @@
 
 #include "app/app_model.h"
 #include "support/fake_desktop.h"
+#include "support/fake_document_thread.h"
 #include "support/fake_task_scheduler.h"
 #include "support/memory_durable_file.h"
 #include "support/memory_user_defaults.h"
@@ -48,7 +49,7 @@ protected:
     template <typename Change>
     void storePreferences(Change change)
     {
-        PreferencesStore store(defaults, clock);
+        PreferencesStore store(disk());
         AppPreferences preferences = store.load();
         change(preferences);
         ASSERT_TRUE(store.save(preferences));
@@ -60,10 +61,10 @@ protected:
                 scheduler,
                 events,
                 topCapsule,
-                std::make_unique<PreferencesStore>(defaults, clock),
-                std::make_unique<ActiveTimerPersistence>(defaults, clock),
-                std::make_unique<SessionStore>(HistoryLocation{"/data/sessions-v1.json", std::nullopt}, files,
-                                               clock),
+                std::make_unique<PreferencesStore>(disk()),
+                std::make_unique<ActiveTimerPersistence>(disk()),
+                std::make_unique<SessionStore>(HistoryLocation{"/data/sessions-v1.json", std::nullopt},
+                                               historyDisk()),
                 std::make_unique<NotificationService>(center),
                 std::make_unique<AlertSoundService>(player, scheduler),
                 std::make_unique<LaunchAtLoginService>(loginItem),
@@ -88,11 +89,14 @@ protected:
         return model();
     }
 
+    DocumentDisk disk() { return {defaults, documents, scheduler, clock}; }
+    HistoryDisk historyDisk() { return {files, documents, scheduler, clock}; }
     TimerRunState runState() { return model().snapshot().runState; }
     std::string messageTitle() { return model().appMessage() ? model().appMessage()->title : ""; }
 
     FakeClock clock;
     FakeTaskScheduler scheduler{clock};
+    FakeDocumentThread documents;
     FakeSystemEvents events;
     RecordingCapsule capsule;
     MemoryUserDefaults defaults;

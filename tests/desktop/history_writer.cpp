@@ -4,7 +4,8 @@
 #include "platform/freedesktop/files/leftovers.h"
 #include "platform/freedesktop/files/posix_durable_file.h"
 #include "storage/session_store.h"
-#include "support/fake_clock.h"
+#include "support/fake_document_thread.h"
+#include "support/fake_task_scheduler.h"
 
 #include <unistd.h>
 
@@ -23,16 +24,19 @@ int main(int argumentCount, char** arguments)
     const std::string path = arguments[1];
     removeLeftovers(std::filesystem::path(path).parent_path().string());
     PosixDurableFile files;
-    const test::FakeClock clock;
-    SessionStore store({path, {}}, files, clock);
+    test::FakeClock clock;
+    test::FakeTaskScheduler scheduler{clock};
+    test::FakeDocumentThread thread;
+    SessionStore store({path, {}}, {files, thread, scheduler, clock});
     for (double second = 0.0; !store.lastError(); second += 1.0) {
         FinishedSession session;
         session.id = Uuid::random();
         session.startedAt = Instant{Seconds{8e8 + second}};
         session.endedAt = session.startedAt + Seconds{1500.0};
         session.scheduledEndAt = session.endedAt;
-        if (const auto record = store.insert(session)) {
-            const std::string line = record->id.text() + '\n';
+        store.insert(session);
+        if (store.isSaved()) {
+            const std::string line = session.id.text() + '\n';
             if (write(STDOUT_FILENO, line.data(), line.size()) != static_cast<ssize_t>(line.size())) {
                 return 1;
             }

@@ -1,5 +1,9 @@
 """One process for a user, however often the program is started."""
 
+import fcntl
+import os
+import shutil
+
 from harness import DesktopTest, holds_for, main, wait_for
 
 BUS_NAME = "com.quillmark.Brevlin"
@@ -72,11 +76,41 @@ class OneInstance(OneInstanceTest):
         self.assert_is_in_front(first, window)
 
 
+    def test_data_and_configuration_may_lie_in_one_folder(self):
+        self.desktop.environment["XDG_CONFIG_HOME"] = str(self.desktop.home / ".local" / "share")
+        first, window = self.start_and_wait()
+        self.desktop.cover()
+        self.start_again()
+        self.assert_is_in_front(first, window)
+
+    def test_a_refusal_to_start_is_shown(self):
+        """The folder is locked by a process that is none of ours."""
+        self.desktop.data.mkdir(parents=True)
+        descriptor = os.open(self.desktop.data, os.O_RDONLY)
+        self.addCleanup(os.close, descriptor)
+        fcntl.flock(descriptor, fcntl.LOCK_EX)
+        program = self.desktop.start_program()
+        self.desktop.wait_for_window("Brevlin 无法启动 · Brevlin cannot start")
+        self.desktop.keep_picture("refusal")
+        self.desktop.press("Return")
+        self.assertEqual(program.wait(timeout=5), 1)
+
+
 class OneInstanceWithoutBus(OneInstanceTest):
     has_session_bus = False
 
     def test_without_a_bus_a_second_start_shows_the_first_ones_window(self):
         self.assert_second_start_shows_the_window()
+
+    def test_without_a_bus_folders_that_were_deleted_are_made_anew_and_still_have_one_owner(self):
+        first, window = self.start_and_wait()
+        shutil.rmtree(self.desktop.config)
+        shutil.rmtree(self.desktop.data)
+        self.desktop.cover()
+        self.start_again()
+        self.assert_is_in_front(first, window)
+        self.desktop.press("space")
+        self.desktop.wait_for_state("running")
 
     def test_without_a_bus_a_killed_program_leaves_no_lock_behind(self):
         first, _ = self.start_and_wait()

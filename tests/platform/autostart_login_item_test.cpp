@@ -42,6 +42,10 @@ TEST(AutostartEntry, starts_a_program_of_any_name)
 {
     EXPECT_EQ(execValue("/usr/bin/brevlin"), "\"/usr/bin/brevlin\"");
     EXPECT_EQ(execValue("/home/a b/50% \"$x\"`\\brevlin"), R"("/home/a b/50%% \\"\\$x\\"\\`\\\\brevlin")");
+    for (const std::string program : {"/usr/bin/brevlin", "/home/a b/50% \"$x\"`\\brevlin", "brevlin"}) {
+        EXPECT_EQ(execProgram(execValue(program)), program);
+    }
+    EXPECT_EQ(execProgram("brevlin --hidden"), "brevlin");
     const std::string entry = makeAutostartEntry("/opt/brevlin");
     EXPECT_EQ(parseAutostartEntry(entry)->command, "\"/opt/brevlin\"");
     EXPECT_TRUE(parseAutostartEntry(entry)->isEnabled);
@@ -73,11 +77,17 @@ TEST_F(AutostartLoginItemTest, maps_what_lies_in_the_folder_to_the_four_states)
     EXPECT_FALSE(item.registerItem());
 }
 
-TEST_F(AutostartLoginItemTest, an_entry_in_effect_follows_the_program_and_one_switched_off_stays)
+TEST_F(AutostartLoginItemTest,
+       an_entry_names_what_was_registered_until_that_is_gone_and_one_switched_off_stays)
 {
+    AutostartLoginItem registered(autostart, "/bin/ls", files);
+    ASSERT_TRUE(registered.registerItem());
+    AutostartLoginItem after(autostart, "/bin/sh", files);
+    after.followProgram();
+    EXPECT_EQ(parseAutostartEntry(files.files[entry])->command, "\"/bin/ls\"")
+        << "a copy elsewhere was started";
     AutostartLoginItem before(autostart, "/old/place", files);
     ASSERT_TRUE(before.registerItem());
-    AutostartLoginItem after(autostart, "/bin/sh", files);
     after.followProgram();
     EXPECT_EQ(parseAutostartEntry(files.files[entry])->command, "\"/bin/sh\"");
     ASSERT_TRUE(before.registerItem());

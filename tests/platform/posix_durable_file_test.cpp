@@ -63,6 +63,22 @@ TEST_F(PosixDurableFileTest, an_existing_file_keeps_its_mode)
     EXPECT_EQ(*m_files.read(path), "new");
 }
 
+TEST_F(PosixDurableFileTest, replaces_only_the_content_that_the_caller_knows)
+{
+    const std::string path = m_folder.path("file");
+    const auto first = m_files.replace(path, "first", std::nullopt);
+    ASSERT_TRUE(first);
+    EXPECT_EQ(m_files.replace(path, "blind", std::nullopt).error().code, ESTALE);
+    const auto second = m_files.replace(path, "second", *first);
+    ASSERT_TRUE(second);
+    EXPECT_EQ(**m_files.stamp(path), *second);
+    EXPECT_EQ((*m_files.readStamped(path))->stamp, *second);
+    put(path, "theirs");
+    EXPECT_EQ(m_files.replace(path, "late", *second).error().code, ESTALE);
+    EXPECT_EQ(*m_files.read(path), "theirs");
+    EXPECT_EQ(entryCount(m_folder.path()), 1U) << "the temporary file is gone";
+}
+
 TEST_F(PosixDurableFileTest, a_symbolic_link_is_followed_and_stays)
 {
     fs::create_directory(m_folder.path("elsewhere"));

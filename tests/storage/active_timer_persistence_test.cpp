@@ -1,8 +1,7 @@
 #include "core/timer_engine.h"
 #include "storage/active_timer_persistence.h"
 #include "storage/snapshot_document.h"
-#include "support/fake_clock.h"
-#include "support/memory_user_defaults.h"
+#include "support/fake_disk.h"
 
 #include <gtest/gtest.h>
 
@@ -19,9 +18,9 @@ class ActiveTimerPersistenceTest : public testing::Test
 protected:
     TimerSnapshot m_snapshot = freshSnapshot({});
     std::string m_document = *encode(m_snapshot);
-    test::MemoryUserDefaults m_defaults;
-    test::FakeClock m_clock{instantFromUnixTime(Seconds{0.0})};
-    ActiveTimerPersistence m_persistence{m_defaults, m_clock};
+    test::FakeDisk m_disk{test::FakeClock{instantFromUnixTime(Seconds{0.0})}};
+    test::MemoryUserDefaults& m_defaults = m_disk.defaults;
+    ActiveTimerPersistence m_persistence{m_disk};
 };
 
 TEST_F(ActiveTimerPersistenceTest, nothing_stored_gives_nothing_and_writes_nothing)
@@ -37,7 +36,7 @@ TEST_F(ActiveTimerPersistenceTest, the_latest_snapshot_comes_back)
     ASSERT_TRUE(m_persistence.save({}));
     ASSERT_TRUE(m_persistence.save(m_snapshot));
     EXPECT_EQ(**m_persistence.load(), m_snapshot);
-    ASSERT_TRUE(m_persistence.clear());
+    m_persistence.clear();
     EXPECT_TRUE(m_defaults.values.empty());
 }
 
@@ -62,7 +61,7 @@ TEST_F(ActiveTimerPersistenceTest, the_current_key_wins_and_clear_removes_both)
     m_defaults.values = {{key, m_document}, {legacyKey, "{"}};
     EXPECT_EQ(**m_persistence.load(), m_snapshot);
     EXPECT_EQ(m_defaults.values.size(), 2U);
-    ASSERT_TRUE(m_persistence.clear());
+    m_persistence.clear();
     EXPECT_TRUE(m_defaults.values.empty());
 }
 
@@ -73,27 +72,32 @@ TEST_F(ActiveTimerPersistenceTest, an_unreadable_snapshot_is_kept_under_another_
         m_defaults.values = {{stored, "{"}, {stored + mark, "taken"}};
         EXPECT_FALSE(m_persistence.load());
         EXPECT_EQ(m_defaults.values[stored], "{");
-        ASSERT_TRUE(m_persistence.clear());
+        m_persistence.clear();
         EXPECT_EQ(m_defaults.values, (std::map<std::string, std::string>{{stored + mark, "taken"},
                                                                          {stored + mark + "-2", "{"}}));
     }
 }
 
-TEST_F(ActiveTimerPersistenceTest, a_failed_set_aside_fails_the_save)
+TEST_F(ActiveTimerPersistenceTest, nothing_is_written_before_the_unreadable_snapshot_could_be_kept)
 {
     m_defaults.values = {{key, "{"}};
     EXPECT_FALSE(m_persistence.load());
     m_defaults.failures.failFrom(1);
-    EXPECT_FALSE(m_persistence.save(m_snapshot));
-    EXPECT_FALSE(m_persistence.clear());
+    ASSERT_TRUE(m_persistence.save(m_snapshot));
+    EXPECT_FALSE(m_persistence.isSaved());
     EXPECT_EQ(m_defaults.values[key], "{");
+    m_defaults.failures.failNothing();
+    m_persistence.retry();
+    EXPECT_TRUE(m_persistence.isSaved());
+    EXPECT_EQ(m_defaults.values[key], m_document);
+    EXPECT_EQ(m_defaults.values[key + ".unreadable-19700101T000000Z"], "{");
 }
 
 TEST_F(ActiveTimerPersistenceTest, another_key_never_touches_the_legacy_one)
 {
     m_defaults.values = {{legacyKey, m_document}, {"other", m_document}};
-    ActiveTimerPersistence other(m_defaults, m_clock, "other");
-    ASSERT_TRUE(other.clear());
+    ActiveTimerPersistence other(m_disk, "other");
+    other.clear();
     EXPECT_EQ(*other.load(), std::nullopt);
     EXPECT_EQ(m_defaults.values.size(), 1U);
 }

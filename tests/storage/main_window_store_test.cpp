@@ -1,5 +1,5 @@
 #include "storage/main_window_store.h"
-#include "support/memory_user_defaults.h"
+#include "support/fake_disk.h"
 
 #include <gtest/gtest.h>
 
@@ -8,8 +8,9 @@ namespace {
 
 TEST(MainWindowStore, remembers_the_section_as_a_json_string)
 {
-    test::MemoryUserDefaults defaults;
-    MainWindowStore store(defaults);
+    test::FakeDisk disk;
+    auto& defaults = disk.defaults;
+    MainWindowStore store(disk);
     EXPECT_EQ(store.section(), std::nullopt);
     ASSERT_TRUE(store.saveSection("history"));
     EXPECT_EQ(defaults.values["com.quillmark.brevlin.mainSection"], "\"history\"");
@@ -20,8 +21,9 @@ TEST(MainWindowStore, remembers_the_section_as_a_json_string)
 
 TEST(MainWindowStore, gives_no_geometry_that_makes_no_sense)
 {
-    test::MemoryUserDefaults defaults;
-    MainWindowStore store(defaults);
+    test::FakeDisk disk;
+    auto& defaults = disk.defaults;
+    MainWindowStore store(disk);
     const WindowGeometry geometry{WindowPlace{-40, 20}, 920, 650, true};
     ASSERT_TRUE(store.saveGeometry(geometry));
     std::string& stored = defaults.values["com.quillmark.brevlin.mainWindow"];

@@ -1,6 +1,5 @@
 #include "storage/preferences_store.h"
-#include "support/fake_clock.h"
-#include "support/memory_user_defaults.h"
+#include "support/fake_disk.h"
 
 #include <gtest/gtest.h>
 
@@ -18,9 +17,10 @@ const std::string full =
 class PreferencesStoreTest : public testing::Test
 {
 protected:
-    test::MemoryUserDefaults m_defaults;
-    test::FakeClock m_clock{instantFromUnixTime(Seconds{1'769'903'999.9})}; // 2026-01-31 23:59:59.9 UTC
-    PreferencesStore m_store{m_defaults, m_clock};
+    test::FakeDisk m_disk{
+        test::FakeClock{instantFromUnixTime(Seconds{1'769'903'999.9})}}; // 2026-01-31 23:59:59.9 UTC
+    test::MemoryUserDefaults& m_defaults = m_disk.defaults;
+    PreferencesStore m_store{m_disk};
 };
 
 TEST_F(PreferencesStoreTest, the_first_start_gives_the_defaults_and_writes_nothing)
@@ -67,16 +67,38 @@ TEST_F(PreferencesStoreTest, one_bad_value_gives_all_defaults_and_the_document_i
     }
 }
 
-TEST_F(PreferencesStoreTest, nothing_is_written_while_the_unreadable_document_cannot_be_kept)
+TEST_F(PreferencesStoreTest, nothing_is_written_over_what_could_not_be_read)
 {
+    m_defaults.values[key] = R"({"appLanguage":"english"})";
     m_defaults.unreadable = {key};
     EXPECT_EQ(m_store.load(), AppPreferences{});
-    m_defaults.failures.failOperation(1);
-    EXPECT_FALSE(m_store.save({}));
-    EXPECT_TRUE(m_defaults.unreadable.contains(key));
+    ASSERT_TRUE(m_store.readError());
+    std::optional<AppPreferences> read;
+    m_store.setWasReadObserver([&](const AppPreferences& preferences) { read = preferences; });
     ASSERT_TRUE(m_store.save({}));
-    EXPECT_TRUE(m_defaults.unreadable.contains(key + ".unreadable-20260131T235959Z"));
-    EXPECT_EQ(m_defaults.values[key], full);
+    m_disk.scheduler.advance(Seconds{600});
+    EXPECT_EQ(read, std::nullopt);
+    EXPECT_FALSE(m_store.isSaved());
+    m_defaults.unreadable.clear();
+    m_disk.scheduler.advance(RetryTimer::longestDelay);
+    EXPECT_EQ(read->appLanguage, AppLanguage::english);
+    EXPECT_TRUE(m_store.isSaved());
+    EXPECT_EQ(m_defaults.values, (std::map<std::string, std::string>{{key, full}})) << "nothing is set aside";
+}
+
+TEST_F(PreferencesStoreTest, what_was_changed_meanwhile_is_put_on_top_of_what_could_be_read_late)
+{
+    AppPreferences stored;
+    stored.appLanguage = AppLanguage::english;
+    stored.timerSettings.focusDuration = Seconds{3000};
+    stored.timerSettings.longBreakDuration = Seconds{1200};
+    AppPreferences current;
+    current.timerSettings.focusDuration = Seconds{2400};
+    current.playCompletionSound = false;
+    AppPreferences expected = stored;
+    expected.timerSettings.focusDuration = Seconds{2400};
+    expected.playCompletionSound = false;
+    EXPECT_EQ(joined(stored, {}, current), expected);
 }
 
 TEST_F(PreferencesStoreTest, a_legacy_document_moves_to_the_current_key)

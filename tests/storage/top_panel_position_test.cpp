@@ -1,5 +1,5 @@
 #include "storage/top_panel_position.h"
-#include "support/memory_user_defaults.h"
+#include "support/fake_disk.h"
 
 #include <gtest/gtest.h>
 
@@ -11,8 +11,9 @@ constexpr const char* legacyKey = "Kestrove.topPanel.position.v1";
 
 TEST(TopPanelPositionStore, writes_and_reads_the_documented_form)
 {
-    test::MemoryUserDefaults defaults;
-    TopPanelPositionStore store(defaults);
+    test::FakeDisk disk;
+    auto& defaults = disk.defaults;
+    TopPanelPositionStore store(disk);
     EXPECT_EQ(store.load(), std::nullopt);
     const SavedPosition position{4'294'967'295U, 0.5, 0.25, 5, HorizontalAnchor::center};
     ASSERT_TRUE(store.save(position));
@@ -30,19 +31,21 @@ TEST(TopPanelPositionStore, what_cannot_be_read_counts_as_absent_and_stays)
                                  R"({"displayID":-1,"xFraction":1,"yFraction":0})",
                                  R"({"displayID":4294967296,"xFraction":1,"yFraction":0})",
                                  R"({"xFraction":1,"yFraction":0,"horizontalAnchor":"middle"})"}) {
-        test::MemoryUserDefaults defaults;
+        test::FakeDisk disk;
+        auto& defaults = disk.defaults;
         defaults.values[key] = document;
-        EXPECT_EQ(TopPanelPositionStore(defaults).load(), std::nullopt) << document;
+        EXPECT_EQ(TopPanelPositionStore(disk).load(), std::nullopt) << document;
         EXPECT_EQ(defaults.values[key], document);
     }
 }
 
 TEST(TopPanelPositionStore, a_document_of_the_former_name_is_moved_once)
 {
-    test::MemoryUserDefaults defaults;
+    test::FakeDisk disk;
+    auto& defaults = disk.defaults;
     const std::string document = R"({"xFraction":0.5,"yFraction":1,"version":3})";
     defaults.values[legacyKey] = document;
-    EXPECT_EQ(TopPanelPositionStore(defaults).load()->version, 3);
+    EXPECT_EQ(TopPanelPositionStore(disk).load()->version, 3);
     EXPECT_EQ(defaults.values[key], document);
     EXPECT_FALSE(defaults.values.contains(legacyKey));
 }

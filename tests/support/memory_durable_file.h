@@ -4,11 +4,14 @@
 #include "support/failure_plan.h"
 
 #include <cerrno>
+#include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace brevlin::test {
 
@@ -20,8 +23,9 @@ public:
     std::map<std::string, std::string> files;
     std::set<std::string> unreadable; ///< paths whose reading is refused (EACCES); renaming moves the mark
     mutable FailurePlan failures;
+    std::function<void()> beforeReplacing; ///< what somebody else does at the last moment, once
 
-    Expected<std::optional<std::string>, FileError> read(const std::string& path) const override
+    Expected<std::optional<FileContent>, FileError> readStamped(const std::string& path) const override
     {
         if (const auto error = failures.next("read", path)) {
             return Unexpected{*error};
@@ -30,16 +34,38 @@ public:
             return Unexpected{fileError("open", EACCES, path)};
         }
         const auto file = files.find(path);
-        return file == files.end() ? std::nullopt : std::optional{file->second};
+        return file == files.end() ? std::nullopt
+                                   : std::optional{FileContent{file->second, stampOf(file->second)}};
     }
 
-    Expected<void, FileError> write(const std::string& path, std::string_view bytes) override
+    Expected<std::optional<FileStamp>, FileError> stamp(const std::string& path) const override
+    {
+        if (unreadable.contains(path)) {
+            return std::optional{FileStamp{}};
+        }
+        const auto file = files.find(path);
+        return file == files.end() ? std::nullopt : std::optional{stampOf(file->second)};
+    }
+
+    Expected<FileStamp, FileError> write(const std::string& path, std::string_view bytes) override
     {
         if (const auto error = failures.next("write", path)) {
             return Unexpected{*error};
         }
         files[path] = bytes;
-        return {};
+        return stampOf(bytes);
+    }
+
+    Expected<FileStamp, FileError> replace(const std::string& path, std::string_view bytes,
+                                           const std::optional<FileStamp>& known) override
+    {
+        if (beforeReplacing) {
+            std::exchange(beforeReplacing, nullptr)();
+        }
+        if (const auto standing = stamp(path); *standing != known) {
+            return Unexpected{fileError("rename", ESTALE, path)};
+        }
+        return write(path, bytes);
     }
 
     Expected<void, FileError> rename(const std::string& from, const std::string& to) override
@@ -76,6 +102,12 @@ public:
     bool exists(const std::string& path) const override
     {
         return files.contains(path) || unreadable.contains(path);
+    }
+
+private:
+    static FileStamp stampOf(std::string_view bytes)
+    {
+        return {1, std::hash<std::string_view>{}(bytes), static_cast<std::int64_t>(bytes.size()), 0};
     }
 };
 

@@ -8,7 +8,6 @@
 #include <QDBusMessage>
 #include <QLocalServer>
 #include <QLocalSocket>
-#include <QStandardPaths>
 #include <QThread>
 
 #include <fcntl.h>
@@ -16,6 +15,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cerrno>
 #include <filesystem>
 #include <system_error>
 #include <utility>
@@ -40,6 +41,19 @@ void createFolder(const std::string& path)
     mkdir(path.c_str(), S_IRWXU);
 }
 
+// Where everybody may write, somebody else may have put a folder or a link in the way.
+bool isInStrangersHands(const std::string& path, const struct stat& folder)
+{
+    const std::string parent = std::filesystem::path{path}.parent_path().string();
+    struct stat status = {};
+    if (stat(parent.c_str(), &status) != 0 || (status.st_mode & S_IWOTH) == 0) {
+        return false;
+    }
+    const bool isLink = lstat(path.c_str(), &status) != 0 || S_ISLNK(status.st_mode);
+    constexpr mode_t others = S_IRWXG | S_IRWXO;
+    return isLink || folder.st_uid != geteuid() || (folder.st_mode & others) != 0;
+}
+
 } // namespace
 
 QString launchToken()
@@ -48,8 +62,9 @@ QString launchToken()
     return token.isEmpty() ? qEnvironmentVariable("XDG_ACTIVATION_TOKEN") : token;
 }
 
-ApplicationInstance::ApplicationInstance(std::vector<std::string> folders, QObject* parent)
-    : QObject(parent), m_folders(std::move(folders))
+ApplicationInstance::ApplicationInstance(std::vector<std::string> folders,
+                                         std::optional<std::string> runtimeFolder, QObject* parent)
+    : QObject(parent), m_folders(std::move(folders)), m_runtimeFolder(std::move(runtimeFolder))
 {}
 
 ApplicationInstance::~ApplicationInstance()
@@ -61,10 +76,18 @@ ApplicationInstance::~ApplicationInstance()
 
 ApplicationInstance::Claim ApplicationInstance::claim(const QString& token)
 {
-    if (lockFolders()) {
+    switch (lockFolders()) {
+    case Lock::failed:
+        return Claim::failed;
+    case Lock::taken:
+        if (activateThroughSocket(token)) {
+            return Claim::activated;
+        }
         serveBus();
         serveSocket();
         return Claim::first;
+    case Lock::held:
+        break;
     }
     // The other process may hold the lock and not answer yet.
     for (int attempt = 0; attempt < attempts; ++attempt) {
@@ -76,21 +99,53 @@ ApplicationInstance::Claim ApplicationInstance::claim(const QString& token)
     return Claim::unreachable;
 }
 
-bool ApplicationInstance::lockFolders()
+ApplicationInstance::Lock ApplicationInstance::lockFolders()
 {
+    Lock result = Lock::taken;
     for (const std::string& folder : m_folders) {
-        createFolder(folder);
-        const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-        if (descriptor < 0) {
-            continue;
-        }
-        m_locks.push_back(descriptor);
-        // The kernel lets go of it however the process ends.
-        if (flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
-            return false;
+        if (result == Lock::taken) {
+            result = lockFolder(folder);
         }
     }
-    return true;
+    return result;
+}
+
+ApplicationInstance::Lock ApplicationInstance::lockFolder(const std::string& folder)
+{
+    createFolder(folder);
+    const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0) {
+        return Lock::taken; // nobody can write there
+    }
+    m_locks.push_back(descriptor);
+    struct stat status = {};
+    fstat(descriptor, &status);
+    if (isInStrangersHands(folder, status)) {
+        m_failure = folder + ": " + std::generic_category().message(EPERM);
+        return Lock::failed;
+    }
+    // Two descriptors of one folder would shut each other out.
+    const bool isLocked = std::any_of(m_locks.begin(), m_locks.end() - 1, [&](int other) {
+        struct stat otherStatus = {};
+        fstat(other, &otherStatus);
+        return otherStatus.st_dev == status.st_dev && otherStatus.st_ino == status.st_ino;
+    });
+    if (isLocked) {
+        return Lock::taken;
+    }
+    // The kernel lets go of it however the process ends.
+    int locked = 0;
+    do {
+        locked = flock(descriptor, LOCK_EX | LOCK_NB);
+    } while (locked != 0 && errno == EINTR);
+    if (locked == 0) {
+        return Lock::taken;
+    }
+    if (errno == EWOULDBLOCK) {
+        return Lock::held;
+    }
+    m_failure = folder + ": " + std::generic_category().message(errno) + " (flock)";
+    return Lock::failed;
 }
 
 void ApplicationInstance::serveBus()
@@ -126,6 +181,9 @@ bool ApplicationInstance::activateThroughBus(const QString& token) const
 
 void ApplicationInstance::serveSocket()
 {
+    if (!m_runtimeFolder) {
+        return;
+    }
     m_server = std::make_unique<QLocalServer>();
     m_server->setSocketOptions(QLocalServer::UserAccessOption);
     connect(m_server.get(), &QLocalServer::newConnection, this, [this] {
@@ -148,6 +206,9 @@ void ApplicationInstance::serveSocket()
 
 bool ApplicationInstance::activateThroughSocket(const QString& token) const
 {
+    if (!m_runtimeFolder) {
+        return false;
+    }
     QLocalSocket socket;
     socket.connectToServer(socketPath());
     if (!socket.waitForConnected(answerTimeout)) {
@@ -165,7 +226,7 @@ QString ApplicationInstance::socketPath() const
         hash.addData(QByteArray::fromStdString(folder + '\n'));
     }
     const QString name = QStringLiteral("brevlin-") + QString::fromLatin1(hash.result().toHex().left(16));
-    return QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation) + QLatin1Char('/') + name;
+    return QString::fromStdString(*m_runtimeFolder) + QLatin1Char('/') + name;
 }
 
 } // namespace brevlin

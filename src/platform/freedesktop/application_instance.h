@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,31 +15,40 @@ namespace brevlin {
 class ActivationService;
 
 /// Makes sure that one process alone works on the user's files, and lets a second start reach it. The lock on
-/// the folders decides; the D-Bus name and, where there is no bus, a local socket only carry the activation.
+/// the folders decides; the D-Bus name and, where there is no bus, a local socket carry the activation. The
+/// socket also finds a process whose folders were deleted and made anew, so that its locks are gone.
 class ApplicationInstance final : public QObject
 {
     Q_OBJECT
 
 public:
     enum class Claim {
-        first,      ///< this process owns the files
-        activated,  ///< another one does and was brought to the front
-        unreachable ///< another one does, but nothing answered
+        first,       ///< this process owns the files
+        activated,   ///< another one does and was brought to the front
+        unreachable, ///< another one does, but nothing answered
+        failed       ///< nobody can tell; failure() says why
     };
 
-    /// The folders that must not be written by two processes; they are created when they are missing.
-    explicit ApplicationInstance(std::vector<std::string> folders, QObject* parent = nullptr);
+    /// The folders that must not be written by two processes; they are created when they are missing. The
+    /// socket lies in the runtime folder; where there is none, only the bus reaches this process.
+    ApplicationInstance(std::vector<std::string> folders, std::optional<std::string> runtimeFolder,
+                        QObject* parent = nullptr);
     ~ApplicationInstance() override;
 
     /// The token is what the desktop gave to the start of this process; see launchToken.
     Claim claim(const QString& token);
+    /// In the system's words.
+    const std::string& failure() const { return m_failure; }
 
 Q_SIGNALS:
     /// A second start, or the desktop, asks for the window, with the user's activation token if there is one.
     void activationRequested(const QString& token);
 
 private:
-    bool lockFolders();
+    enum class Lock { taken, held, failed };
+
+    Lock lockFolders();
+    Lock lockFolder(const std::string& folder);
     void serveBus();
     void serveSocket();
     bool activateThroughBus(const QString& token) const;
@@ -46,7 +56,9 @@ private:
     QString socketPath() const;
 
     std::vector<std::string> m_folders;
+    std::optional<std::string> m_runtimeFolder;
     std::vector<int> m_locks; // descriptors of the locked folders
+    std::string m_failure;
     std::unique_ptr<ActivationService> m_service;
     std::unique_ptr<QLocalServer> m_server;
 };

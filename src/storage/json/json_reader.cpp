@@ -21,7 +21,7 @@ Expected<JsonDocument, DocumentError> JsonDocument::parse(const std::string& tex
         error = document.m_parser->parse(content.data(), content.size(), copies).get(document.m_root);
     }
     if (error != simdjson::SUCCESS) {
-        return Unexpected{DocumentError{simdjson::error_message(error)}};
+        return Unexpected{DocumentError{simdjson::error_message(error), error != simdjson::MEMALLOC}};
     }
     return document;
 }

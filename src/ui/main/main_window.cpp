@@ -55,7 +55,6 @@ MainWindow::MainWindow(AppModel& model, SectionSelection& selection, MainWindowS
         m_rootView->setGeometry(rect().marginsRemoved(m_frame->margins()));
         m_rootView->setCornerRadius(m_frame->hasShadow() ? WindowFrame::cornerRadius : 0.0);
     });
-    connect(&model, &AppModel::appMessageChanged, this, &MainWindow::showMessage);
     connectTopBar();
     addShortcuts();
     m_frame->refresh();
@@ -101,7 +100,8 @@ void MainWindow::present(const std::string& activationToken)
     show();
     raise();
     // An alert in front of the window is what the keyboard has to go to.
-    const QWidget* front = m_messageDialog ? static_cast<QWidget*>(m_messageDialog) : this;
+    const QWidget* alert = findChild<MessageDialog*>();
+    const QWidget* front = alert != nullptr ? alert : this;
     m_windowSystem.activate(front->winId(), activationToken);
 }
 
@@ -136,24 +136,6 @@ void MainWindow::showWindowMenu(const QPoint& globalPosition)
     add(closeText, &QWidget::close);
     add(quitText, &MainWindow::quitRequested);
     menu->popup(globalPosition);
-}
-
-void MainWindow::showMessage()
-{
-    const auto& message = m_model.appMessage();
-    if (m_messageDialog && (!message || message->id != m_messageDialog->messageID())) {
-        // Without clearing the message: a newer one takes its place.
-        disconnect(m_messageDialog, &QDialog::finished, nullptr, nullptr);
-        m_messageDialog->close();
-        m_messageDialog.clear();
-    }
-    if (!message || m_messageDialog || !isVisible()) {
-        return;
-    }
-    m_messageDialog = new MessageDialog(*message, m_model.language(), this);
-    connect(m_messageDialog, &QDialog::finished, &m_model, &AppModel::clearAppMessage);
-    connect(m_messageDialog, &QDialog::finished, this, [this] { m_messageDialog.clear(); });
-    m_messageDialog->show();
 }
 
 void MainWindow::restoreGeometry()
@@ -288,8 +270,6 @@ void MainWindow::showEvent(QShowEvent* event)
     QWidget::showEvent(event);
     m_isPlaced = true;
     m_frame->refresh();
-    // Once the window stands and has the keyboard, so that the alert takes it from there.
-    QMetaObject::invokeMethod(this, &MainWindow::showMessage, Qt::QueuedConnection);
 }
 
 void MainWindow::paintEvent(QPaintEvent* event)

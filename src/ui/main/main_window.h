@@ -3,7 +3,6 @@
 #include "app/app_section.h"
 #include "storage/main_window_store.h"
 
-#include <QPointer>
 #include <QWidget>
 
 #include <string>
@@ -13,13 +12,12 @@ namespace brevlin {
 
 class AppModel;
 class FloatingPanelSystem;
-class MessageDialog;
 class RootView;
 class WindowFrame;
 class WindowSystem;
 
-/// The main window. It draws its own title bar and border; closing it hides it and the timer lives on. Shows
-/// the model's message as a modal alert, and remembers its size and place.
+/// The main window. It draws its own title bar and border; closing it hides it and the timer lives on.
+/// Remembers its size and place.
 class MainWindow final : public QWidget
 {
     Q_OBJECT
@@ -57,7 +55,6 @@ private:
     void toggleMaximized();
     void toggleFullScreen();
     void showWindowMenu(const QPoint& globalPosition);
-    void showMessage();
 
     AppModel& m_model;
     MainWindowStore& m_store;
@@ -65,7 +62,6 @@ private:
     const FloatingPanelSystem& m_panels;
     RootView* m_rootView; // these are owned by this widget
     WindowFrame* m_frame;
-    QPointer<MessageDialog> m_messageDialog;
     WindowGeometry m_normalGeometry; // of the content, without the margin for the shadow
     WindowGeometry m_savedGeometry;
     int m_saveTimer = 0;

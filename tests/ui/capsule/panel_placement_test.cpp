@@ -1,4 +1,4 @@
-#include "support/memory_user_defaults.h"
+#include "support/fake_disk.h"
 #include "ui/capsule/panel_placement.h"
 #include "ui/capsule/panel_screens.h"
 #include "ui/capsule/panel_shape.h"
@@ -17,8 +17,8 @@ const PanelScreen right{9, {1280, 100, 1024, 768}, {1280, 100, 1024, 768}};
 
 struct Placed
 {
-    test::MemoryUserDefaults defaults;
-    TopPanelPositionStore store{defaults};
+    test::FakeDisk disk;
+    TopPanelPositionStore store{disk};
     PanelPlacement placement{store};
 
     Placed() { placement.setScreens({{left, right}, 0}); }

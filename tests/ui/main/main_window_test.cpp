@@ -2,7 +2,9 @@
 #include "support/plain_desktop.h"
 #include "ui/main/main_window.h"
 #include "ui/main/message_dialog.h"
+#include "ui/main/message_presenter.h"
 #include "ui/main/metric_view.h"
+#include "ui/main/quit_sequence.h"
 #include "ui/main/timer_card.h"
 #include "ui/main/timer_control_row.h"
 #include "ui/main/timer_cycle_indicator.h"
@@ -13,9 +15,12 @@
 
 #include <QAccessible>
 #include <QApplication>
+#include <QDialog>
 #include <QKeyEvent>
 #include <QScreen>
 #include <QScrollArea>
+
+#include <algorithm>
 
 namespace brevlin {
 namespace {
@@ -25,11 +30,18 @@ class MainWindowTest : public test::ModelTest
 protected:
     MainWindow& open()
     {
+        m_presenter.reset();
         m_window.reset();
         launch();
         m_selection = std::make_unique<SectionSelection>(m_store);
         m_window = std::make_unique<MainWindow>(model(), *m_selection, m_store, m_windowSystem, m_panels);
+        m_presenter =
+            std::make_unique<MessagePresenter>(model(), std::vector<QWidget*>{m_window.get()},
+                                               [this](const std::string& title, const std::string& text) {
+                                                   m_notified.push_back(title + ": " + text);
+                                               });
         m_window->present({});
+        m_presenter->start();
         QApplication::processEvents();
         return *m_window;
     }
@@ -62,11 +74,13 @@ protected:
         return element->text(QAccessible::Name).toStdString();
     }
 
-    MainWindowStore m_store{defaults};
+    MainWindowStore m_store{disk()};
     test::PlainWindowSystem m_windowSystem;
     test::NoPanels m_panels;
     std::unique_ptr<SectionSelection> m_selection;
     std::unique_ptr<MainWindow> m_window;
+    std::unique_ptr<MessagePresenter> m_presenter;
+    std::vector<std::string> m_notified;
 };
 
 TEST_F(MainWindowTest, the_controls_are_those_of_the_state_in_both_languages)
@@ -176,30 +190,84 @@ TEST_F(MainWindowTest, nothing_overlaps_in_the_smallest_window)
     }
 }
 
-TEST_F(MainWindowTest, an_alert_shows_each_message_once_and_a_newer_one_takes_its_place)
+TEST_F(MainWindowTest, messages_are_shown_one_after_the_other_and_told_of_while_the_window_is_closed)
 {
     defaults.values["Brevlin.activeTimerSnapshot.v1"] = "{";
     open();
     const auto alert = [this] {
         return window().findChild<MessageDialog*>();
     };
+    const auto accept = [&] {
+        alert()->accept();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    };
     ASSERT_NE(alert(), nullptr);
-    EXPECT_EQ(alert()->windowTitle(), QStringLiteral("Timer state reset"));
     files.failures.failFrom(1);
     model().clearHistory();
-    QApplication::processEvents();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(alert()->windowTitle(), QStringLiteral("Timer state reset"));
+    accept();
     ASSERT_NE(alert(), nullptr);
     EXPECT_EQ(alert()->windowTitle(), QStringLiteral("Unable to clear history"));
-    ASSERT_TRUE(model().appMessage());
-    alert()->accept();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    EXPECT_FALSE(model().appMessage());
+    accept();
     EXPECT_EQ(alert(), nullptr);
+    EXPECT_TRUE(m_notified.empty());
+
     window().close();
+    model().clearHistory();
+    loginItem.failure = "no room";
+    model().setLaunchAtLogin(true);
+    ASSERT_EQ(m_notified.size(), 2U);
+    EXPECT_TRUE(m_notified[0].starts_with("Unable to clear history: "));
+    EXPECT_EQ(m_notified[1], m_notified[0] + "\nLaunch at login failed\n无法开启登录时启动：no room");
     window().present({});
     QApplication::processEvents();
+    ASSERT_NE(alert(), nullptr);
+    EXPECT_EQ(alert()->windowTitle(), QStringLiteral("Unable to clear history"));
+    accept();
+    accept();
     EXPECT_EQ(alert(), nullptr);
+    EXPECT_EQ(m_notified.size(), 2U);
+}
+
+TEST_F(MainWindowTest, quitting_waits_for_the_disk_and_then_says_what_it_did_not_take)
+{
+    open();
+    int ends = 0;
+    {
+        QuitSequence quit(model(), documents, scheduler);
+        QObject::connect(&quit, &QuitSequence::finished, [&] { ++ends; });
+        quit.begin(QuitSequence::Origin::user);
+        EXPECT_EQ(ends, 1) << "there is nothing to wait for";
+    }
+    documents.runsAtOnce = false;
+    model().start();
+    QuitSequence slow(model(), documents, scheduler);
+    QObject::connect(&slow, &QuitSequence::finished, [&] { ++ends; });
+    slow.begin(QuitSequence::Origin::system);
+    scheduler.advance(Seconds{3});
+    EXPECT_EQ(ends, 1);
+    documents.runAll();
+    scheduler.advance(Seconds{0.1});
+    EXPECT_EQ(ends, 2);
+
+    documents.runsAtOnce = true;
+    defaults.failures.failFrom(1);
+    files.failures.failFrom(1);
+    model().endCurrentPhase();
+    QuitSequence full(model(), documents, scheduler);
+    QObject::connect(&full, &QuitSequence::finished, [&] { ++ends; });
+    full.begin(QuitSequence::Origin::user);
+    scheduler.advance(Seconds{9.9});
+    EXPECT_EQ(ends, 2);
+    scheduler.advance(Seconds{60});
+    const auto widgets = QApplication::topLevelWidgets();
+    const auto told = std::find_if(widgets.begin(), widgets.end(), [](QWidget* each) {
+        return each->windowTitle() == QStringLiteral("Not everything could be saved") && each->isVisible();
+    });
+    ASSERT_NE(told, widgets.end());
+    EXPECT_EQ(ends, 2);
+    static_cast<QDialog*>(*told)->accept();
+    EXPECT_EQ(ends, 3);
 }
 
 TEST_F(MainWindowTest, size_place_and_section_return_and_a_window_that_nobody_moved_is_centred)

@@ -36,7 +36,7 @@ protected:
 private:
     test::PlainWindowSystem m_windowSystem;
     test::NoPanels m_panels;
-    MainWindowStore m_store{defaults};
+    MainWindowStore m_store{disk()};
     SectionSelection m_selection{m_store};
     std::unique_ptr<MenuBarExtra> m_extra;
 };

@@ -111,7 +111,8 @@ protected:
             records.push_back(record(clock.now() - Seconds{3600.0 * (index + 1)}, 1500));
         }
         SessionArchiveText text;
-        files.files["/data/sessions-v1.json"] = *text.encode(records);
+        EXPECT_TRUE(text.encode(records));
+        files.files["/data/sessions-v1.json"] = text.view();
         launch();
         m_list = std::make_unique<HistoryList>(model());
         m_list->resize(800, 500);

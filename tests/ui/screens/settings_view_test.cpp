@@ -54,7 +54,7 @@ protected:
         QApplication::sendEvent(&widget, &event);
     }
     /// What a restart would find.
-    AppPreferences stored() { return PreferencesStore(defaults, clock).load(); }
+    AppPreferences stored() { return PreferencesStore(disk()).load(); }
 
     std::unique_ptr<AppSettingsView> view;
 };

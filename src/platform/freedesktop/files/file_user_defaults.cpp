@@ -17,7 +17,8 @@ Expected<std::optional<std::string>, FileError> FileUserDefaults::value(const st
 
 Expected<void, FileError> FileUserDefaults::setValue(const std::string& key, std::string_view bytes)
 {
-    return m_files.write(path(key), bytes);
+    const auto written = m_files.write(path(key), bytes);
+    return written ? Expected<void, FileError>{} : Unexpected{written.error()};
 }
 
 Expected<void, FileError> FileUserDefaults::remove(const std::string& key)

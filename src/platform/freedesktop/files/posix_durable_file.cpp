@@ -103,12 +103,19 @@ Expected<void, FileError> writeAll(const FileDescriptor& file, std::string_view 
     return {};
 }
 
+FileStamp stampOf(const struct stat& status)
+{
+    constexpr std::int64_t nanoseconds = 1'000'000'000;
+    return {status.st_dev, status.st_ino, status.st_size,
+            status.st_mtim.tv_sec * nanoseconds + status.st_mtim.tv_nsec};
+}
+
 // Everything up to the close: afterwards the bytes are on the disk, under the temporary name.
-Expected<void, FileError> fillFile(FileDescriptor file, std::string_view bytes, mode_t mode,
-                                   const std::string& path)
+Expected<FileStamp, FileError> fillFile(FileDescriptor file, std::string_view bytes, mode_t mode,
+                                        const std::string& path)
 {
     if (auto written = writeAll(file, bytes, path); !written) {
-        return written;
+        return Unexpected{written.error()};
     }
     if (::fchmod(file.get(), mode) != 0) {
         return Unexpected{lastFileError("fchmod", path)};
@@ -120,10 +127,15 @@ Expected<void, FileError> fillFile(FileDescriptor file, std::string_view bytes, 
     if (result != 0) {
         return Unexpected{lastFileError("fsync", path)};
     }
+    // Before the renaming: whoever replaces the file afterwards is not taken for us.
+    struct stat status = {};
+    if (::fstat(file.get(), &status) != 0) {
+        return Unexpected{lastFileError("stat", path)};
+    }
     if (file.close() != 0) {
         return Unexpected{lastFileError("close", path)};
     }
-    return {};
+    return stampOf(status);
 }
 
 // The mode that the new content takes over.
@@ -140,8 +152,27 @@ Expected<mode_t, FileError> modeFor(const FileDescriptor& folder, const std::str
     return status.st_mode & permissionBits;
 }
 
-Expected<void, FileError> replaceFile(const FileDescriptor& folder, const std::string& path,
-                                      std::string_view bytes, mode_t mode)
+// Whether the file still is what the caller knows; see DurableFile::replace().
+using Known = std::optional<std::optional<FileStamp>>;
+
+Expected<void, FileError> checkKnown(const FileDescriptor& folder, const std::string& path,
+                                     const Known& known)
+{
+    if (!known) {
+        return {};
+    }
+    struct stat status = {};
+    std::optional<FileStamp> stamp;
+    if (::fstatat(folder.get(), nameOf(path).c_str(), &status, 0) == 0) {
+        stamp = stampOf(status);
+    } else if (errno != ENOENT) {
+        return Unexpected{lastFileError("stat", path)};
+    }
+    return stamp == *known ? Expected<void, FileError>{} : Unexpected{fileError("rename", ESTALE, path)};
+}
+
+Expected<FileStamp, FileError> replaceFile(const FileDescriptor& folder, const std::string& path,
+                                           std::string_view bytes, mode_t mode, const Known& known)
 {
     const std::string temporaryName = makeTemporaryName();
     FileDescriptor file =
@@ -156,23 +187,51 @@ Expected<void, FileError> replaceFile(const FileDescriptor& folder, const std::s
         ::unlinkat(folder.get(), temporaryName.c_str(), 0);
         return filled;
     }
+    if (const auto checked = checkKnown(folder, path, known); !checked) {
+        ::unlinkat(folder.get(), temporaryName.c_str(), 0);
+        return Unexpected{checked.error()};
+    }
     if (::renameat(folder.get(), temporaryName.c_str(), folder.get(), nameOf(path).c_str()) != 0) {
         const FileError error = lastFileError("rename", path);
         ::unlinkat(folder.get(), temporaryName.c_str(), 0);
         return Unexpected{error};
     }
-    return syncFolder(folder, folderOf(path));
+    if (const auto synced = syncFolder(folder, folderOf(path)); !synced) {
+        return Unexpected{synced.error()};
+    }
+    return filled;
+}
+
+Expected<FileStamp, FileError> writeFile(const std::string& path, std::string_view bytes, const Known& known)
+{
+    const auto target = followLinks(path);
+    if (!target) {
+        return Unexpected{target.error()};
+    }
+    const std::string folderPath = folderOf(*target);
+    if (auto created = createFolders(folderPath); !created) {
+        return Unexpected{created.error()};
+    }
+    const FileDescriptor folder = openFile(AT_FDCWD, folderPath, O_RDONLY | O_DIRECTORY);
+    if (!folder.isOpen()) {
+        return Unexpected{lastFileError("open", folderPath)};
+    }
+    const auto mode = modeFor(folder, *target);
+    if (!mode) {
+        return Unexpected{mode.error()};
+    }
+    return replaceFile(folder, *target, bytes, *mode, known);
 }
 
 } // namespace
 
-Expected<std::optional<std::string>, FileError> PosixDurableFile::read(const std::string& path) const
+Expected<std::optional<FileContent>, FileError> PosixDurableFile::readStamped(const std::string& path) const
 {
     // O_NONBLOCK: a pipe in the file's place must not hold up the start.
     const FileDescriptor file = openFile(AT_FDCWD, path, O_RDONLY | O_NONBLOCK | O_NOCTTY);
     if (!file.isOpen()) {
         if (errno == ENOENT) {
-            return std::optional<std::string>{};
+            return std::optional<FileContent>{};
         }
         return Unexpected{lastFileError("open", path)};
     }
@@ -201,28 +260,28 @@ Expected<std::optional<std::string>, FileError> PosixDurableFile::read(const std
         length += count > 0 ? static_cast<std::size_t>(count) : 0;
     }
     bytes.resize(length);
-    return std::optional{std::move(bytes)};
+    return std::optional{FileContent{std::move(bytes), stampOf(status)}};
 }
 
-Expected<void, FileError> PosixDurableFile::write(const std::string& path, std::string_view bytes)
+Expected<std::optional<FileStamp>, FileError> PosixDurableFile::stamp(const std::string& path) const
 {
-    const auto target = followLinks(path);
-    if (!target) {
-        return Unexpected{target.error()};
+    struct stat status = {};
+    if (::stat(path.c_str(), &status) == 0) {
+        return std::optional{stampOf(status)};
     }
-    const std::string folderPath = folderOf(*target);
-    if (auto created = createFolders(folderPath); !created) {
-        return created;
-    }
-    const FileDescriptor folder = openFile(AT_FDCWD, folderPath, O_RDONLY | O_DIRECTORY);
-    if (!folder.isOpen()) {
-        return Unexpected{lastFileError("open", folderPath)};
-    }
-    const auto mode = modeFor(folder, *target);
-    if (!mode) {
-        return Unexpected{mode.error()};
-    }
-    return replaceFile(folder, *target, bytes, *mode);
+    return errno == ENOENT ? Expected<std::optional<FileStamp>, FileError>{std::nullopt}
+                           : Unexpected{lastFileError("stat", path)};
+}
+
+Expected<FileStamp, FileError> PosixDurableFile::write(const std::string& path, std::string_view bytes)
+{
+    return writeFile(path, bytes, std::nullopt);
+}
+
+Expected<FileStamp, FileError> PosixDurableFile::replace(const std::string& path, std::string_view bytes,
+                                                         const std::optional<FileStamp>& known)
+{
+    return writeFile(path, bytes, known);
 }
 
 Expected<void, FileError> PosixDurableFile::rename(const std::string& from, const std::string& to)

@@ -83,6 +83,35 @@ std::string execValue(std::string_view programPath)
     return escaped;
 }
 
+std::string execProgram(std::string_view exec)
+{
+    // The layers of execValue() in the opposite order.
+    std::string unescaped;
+    for (std::size_t at = 0; at < exec.size(); ++at) {
+        const bool isEscaped = exec[at] == '\\' && at + 1 < exec.size();
+        if (isEscaped) {
+            ++at;
+        }
+        unescaped += isEscaped && exec[at] == 's' ? ' ' : exec[at];
+    }
+    std::string program;
+    bool isQuoted = false;
+    for (std::size_t at = 0; at < unescaped.size(); ++at) {
+        const char character = unescaped[at];
+        const bool hasNext = at + 1 < unescaped.size();
+        if (character == '"') {
+            isQuoted = !isQuoted;
+        } else if (character == ' ' && !isQuoted) {
+            break;
+        } else {
+            const bool hidesNext =
+                (character == '\\' && isQuoted) || (character == '%' && hasNext && unescaped[at + 1] == '%');
+            program += hidesNext && hasNext ? unescaped[++at] : character;
+        }
+    }
+    return program;
+}
+
 std::string makeAutostartEntry(std::string_view programPath)
 {
     return "[Desktop Entry]\n"

@@ -23,6 +23,9 @@ std::optional<AutostartEntry> parseAutostartEntry(std::string_view document);
 /// https://specifications.freedesktop.org/desktop-entry-spec/latest/exec-variables.html asks.
 std::string execValue(std::string_view programPath);
 
+/// The program that such a value starts: a path, or a name to be looked for in the path.
+std::string execProgram(std::string_view exec);
+
 /// A whole entry for this program.
 std::string makeAutostartEntry(std::string_view programPath);
 /// The document with its Exec line replaced; all else stays as the user or the desktop left it.

@@ -33,6 +33,15 @@ constexpr std::array settingsPages{
     SettingsPage{"GNOME", "gnome-tweaks", nullptr},
 };
 
+// Whether the program is there, as a path or in the user's search path.
+bool canStart(const std::string& program)
+{
+    return program.starts_with('/')
+               ? access(program.c_str(), X_OK) == 0
+               : !program.empty() &&
+                     !QStandardPaths::findExecutable(QString::fromStdString(program)).isEmpty();
+}
+
 QString qtPath(const std::string& path)
 {
     return QFile::decodeName(path.c_str());
@@ -128,10 +137,10 @@ void AutostartLoginItem::followProgram()
         return;
     }
     const auto entry = parseAutostartEntry(**document);
-    const std::string command = execValue(m_programPath);
-    if (entry && entry->isEnabled && entry->command != command) {
+    if (entry && entry->isEnabled && !canStart(execProgram(entry->command))) {
         // Should this fail, the entry stays as it is and the next start tries again.
-        [[maybe_unused]] const auto written = m_files.write(entryPath(), withCommand(**document, command));
+        [[maybe_unused]] const auto written =
+            m_files.write(entryPath(), withCommand(**document, execValue(m_programPath)));
     }
 }
 

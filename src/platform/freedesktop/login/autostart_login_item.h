@@ -27,7 +27,8 @@ public:
     void openSettings() override;
     void setChangeHandler(std::function<void()> handler) override;
 
-    /// Points an entry that is in effect to this program, should it have moved. For the start.
+    /// Points an entry that is in effect to this program where the one that the user registered is gone: it
+    /// may have moved. For the start.
     void followProgram();
 
 private:

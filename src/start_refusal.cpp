@@ -1,0 +1,30 @@
+#include "start_refusal.h"
+
+#include "ui/main/message_dialog.h"
+#include "ui/style/brevlin_style.h"
+#include "ui/style/theme.h"
+#include "ui/style/typography.h"
+
+#include <QApplication>
+
+#include <cstdio>
+
+namespace brevlin {
+
+void showStartRefusal(const BilingualText& reason, const std::string& systemsWords)
+{
+    std::string text = std::string(reason.simplifiedChinese) + "\n" + std::string(reason.english);
+    if (!systemsWords.empty()) {
+        text += "\n" + systemsWords;
+    }
+    std::fprintf(stderr, "Brevlin: %s\n", text.c_str());
+    installFonts();
+    QApplication::setPalette(Theme::palette(Theme::of(QApplication::palette()).scheme()));
+    QApplication::setStyle(new BrevlinStyle);
+    // Deletes itself when it is closed.
+    auto* dialog = new MessageDialog({Uuid::random(), "Brevlin 无法启动 · Brevlin cannot start", text},
+                                     AppLanguage::english, nullptr);
+    dialog->exec();
+}
+
+} // namespace brevlin

@@ -1,0 +1,108 @@
+#pragma once
+
+#include "core/expected.h"
+#include "core/session_record.h"
+#include "core/uuid.h"
+#include "platform/clock.h"
+#include "platform/durable_file.h"
+#include "storage/document_error.h"
+#include "storage/session_archive.h"
+
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace brevlin {
+
+/// Where the history is kept. Paths are absolute.
+struct HistoryLocation
+{
+    std::string path;
+    /// The history of the first release, which is copied once; only for the standard location.
+    std::optional<std::string> legacyPath;
+};
+
+/// The standard location below the user's folder for application data ($XDG_DATA_HOME).
+HistoryLocation defaultHistoryLocation(const std::string& dataFolder);
+
+struct RemoveRecord
+{
+    Uuid id;
+};
+struct ClearRecords
+{};
+/// A record is put in place of any with its id, behind those that end at the same instant.
+using HistoryChange = std::variant<SessionRecord, RemoveRecord, ClearRecords>;
+
+/// What became of a change of the history.
+struct HistoryOutcome
+{
+    enum class Result {
+        saved,  ///< it is on the disk, and so is every change before it that waited
+        waits,  ///< the disk refused, so far
+        refused ///< it was taken back: what cannot be expressed, and a removal that could not be written
+    };
+
+    Result result = Result::saved;
+    std::optional<DocumentError> error;
+    /// Records that somebody else has put into the file; they are the history's from now on.
+    std::vector<SessionRecord> takenOver;
+};
+
+/// The history on the disk, for the thread that writes it. Holds the text of the whole file and brings the
+/// changes into it one by one; the file is written in full by each of them. What others have written into the
+/// file meanwhile is kept: records whose ids were never here are taken over before a write.
+class HistoryFile final
+{
+public:
+    /// Whether a file that does not decode is given time, because a program that synchronises folders may be
+    /// copying it right now, as long as its content of before is held here.
+    enum class Patience { waits, ended };
+
+    HistoryFile(HistoryLocation location, DurableFile& files, const Clock& clock);
+
+    const std::string& path() const { return m_location.path; }
+    /// All records, latest end first. After a failure changes wait until the file could be read, unless it
+    /// was read and does not decode: it is then set aside by the first change.
+    Expected<std::vector<SessionRecord>, DocumentError> load();
+    HistoryOutcome apply(const HistoryChange& change);
+    /// Writes what waits, if anything.
+    HistoryOutcome flush(Patience patience);
+
+private:
+    struct Content
+    {
+        SessionArchiveText text;
+        std::optional<Instant> latestEnd; // of the first record, to see whether another one goes in front
+        std::vector<Uuid> knownIds;       // of every record that was ever here, sorted
+        std::optional<FileStamp> stamp;   // of the file when it was read or written last; none: no file
+        bool isDamaged = false;           // the file with this stamp does not decode
+        bool isSaved = true;
+    };
+    struct Found
+    {
+        std::string bytes;
+        std::optional<FileStamp> stamp;
+    };
+    using Records = Expected<std::vector<SessionRecord>, DocumentError>;
+
+    Expected<std::optional<Found>, DocumentError> find();
+    Records records() const;
+    void know(const std::vector<SessionRecord>& records);
+    Expected<void, DocumentError> encode(const std::vector<SessionRecord>& records);
+    Expected<void, DocumentError> insert(const SessionRecord& record);
+    Expected<void, DocumentError> remove(Uuid id);
+    Expected<void, DocumentError> bring(const HistoryChange& change);
+    Records takeOver(Patience patience);
+    Expected<bool, DocumentError> write();
+
+    HistoryLocation m_location;
+    DurableFile& m_files;
+    const Clock& m_clock;
+    Content m_content;
+    bool m_isLoaded = false;
+    std::vector<HistoryChange> m_waiting; // not in the text yet
+};
+
+} // namespace brevlin

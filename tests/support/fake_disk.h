@@ -1,0 +1,30 @@
+#pragma once
+
+#include "storage/kept_document.h"
+#include "support/fake_clock.h"
+#include "support/fake_document_thread.h"
+#include "support/fake_task_scheduler.h"
+#include "support/memory_user_defaults.h"
+
+#include <utility>
+
+namespace brevlin::test {
+
+/// What the small documents need, for tests of what they hold.
+class FakeDisk final
+{
+public:
+    explicit FakeDisk(FakeClock start = FakeClock{}) : clock(std::move(start)) {}
+
+    FakeClock clock;
+    FakeTaskScheduler scheduler{clock};
+    FakeDocumentThread thread;
+    MemoryUserDefaults defaults;
+
+    operator DocumentDisk()
+    {
+        return {defaults, thread, scheduler, clock};
+    } // NOLINT(google-explicit-constructor)
+};
+
+} // namespace brevlin::test
