@@ -45,8 +45,9 @@ namespace brevlin {
 namespace {
 
 // How long the first window waits for the desktop to say whether it is light or dark, so that it does not
-// flash.
-constexpr Seconds longestWaitForAppearance{0.15};
+// flash. The answer takes long only where it is the first that this session asks for, and no time where
+// nobody gives any.
+constexpr Seconds longestWaitForAppearance{1.0};
 
 // QApplication::quit asks every window whether it may be closed, and the capsule says no.
 void quitApplication()

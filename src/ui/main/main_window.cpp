@@ -18,13 +18,16 @@
 #include <QShortcut>
 #include <QWindow>
 
+#include <utility>
+
 namespace brevlin {
 
 namespace {
 
 constexpr QSize defaultSize{920, 650};
 constexpr QSize minimumContentSize{800, 570};
-constexpr int saveDelay = 500; // milliseconds from the last change of place or size
+constexpr int saveDelay = 500;   // milliseconds from the last change of place or size
+constexpr int placedDelay = 300; // milliseconds from the first show
 
 constexpr BilingualText minimizeText{"最小化", "Minimize"};
 constexpr BilingualText maximizeText{"最大化", "Maximize"};
@@ -146,7 +149,7 @@ void MainWindow::restoreGeometry()
         m_savedGeometry = *stored;
     }
     const std::vector<QRect> areas = freeAreas();
-    const QRect content = placedInside(m_normalGeometry, leastSizeOn(areas, minimumContentSize), areas);
+    const QRect content = placedInside(m_normalGeometry, leastSize(), areas);
     setGeometry(content.marginsAdded(m_frame->margins()));
     m_normalGeometry.width = content.width();
     m_normalGeometry.height = content.height();
@@ -185,7 +188,32 @@ std::vector<QRect> MainWindow::freeAreas() const
 
 void MainWindow::updateLeastSize()
 {
-    setMinimumSize(leastSizeOn(freeAreas(), minimumContentSize).grownBy(m_frame->margins()));
+    setMinimumSize(leastSize().grownBy(m_frame->margins()));
+}
+
+// Of the content, so that the whole window has room, its shadow too.
+QSize MainWindow::leastSize() const
+{
+    std::vector<QRect> areas = workAreas(m_panels);
+    for (QRect& area : areas) {
+        area = area.marginsRemoved(m_frame->margins());
+    }
+    return leastSizeOn(areas, minimumContentSize);
+}
+
+// MATE's window manager keeps the shadow inside of the work area, too, and moves a window that has no room
+// for it: then its lower end gives way.
+void MainWindow::cutToWorkArea()
+{
+    if (isMaximized() || isFullScreen() || isMinimized()) {
+        return;
+    }
+    const QRect content = geometry().marginsRemoved(m_frame->margins());
+    for (const QRect& area : freeAreas()) {
+        if (area.contains(content.topLeft()) && !area.contains(content)) {
+            resize(content.intersected(area).size().grownBy(m_frame->margins()));
+        }
+    }
 }
 
 void MainWindow::rememberGeometry()
@@ -209,6 +237,10 @@ void MainWindow::timerEvent(QTimerEvent* event)
 {
     if (event->timerId() == m_saveTimer) {
         saveGeometry();
+    } else if (event->timerId() == m_placedTimer) {
+        killTimer(m_placedTimer);
+        m_placedTimer = 0;
+        cutToWorkArea();
     }
 }
 
@@ -268,7 +300,9 @@ void MainWindow::resizeEvent(QResizeEvent* event)
 void MainWindow::showEvent(QShowEvent* event)
 {
     QWidget::showEvent(event);
-    m_isPlaced = true;
+    if (!std::exchange(m_isPlaced, true)) {
+        m_placedTimer = startTimer(placedDelay);
+    }
     m_frame->refresh();
 }
 

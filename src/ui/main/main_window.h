@@ -50,6 +50,8 @@ private:
     void followScreens();
     void updateLeastSize();
     std::vector<QRect> freeAreas() const;
+    QSize leastSize() const;
+    void cutToWorkArea();
     void rememberGeometry();
     void saveGeometry();
     void toggleMaximized();
@@ -65,6 +67,7 @@ private:
     WindowGeometry m_normalGeometry; // of the content, without the margin for the shadow
     WindowGeometry m_savedGeometry;
     int m_saveTimer = 0;
+    int m_placedTimer = 0;   // until the window manager has placed the window
     bool m_isPlaced = false; // shown once, so that the window manager has given it a place
 
     void timerEvent(QTimerEvent* event) override;

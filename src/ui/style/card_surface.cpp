@@ -75,7 +75,8 @@ void paintCardSurface(QPainter& painter, const QRectF& card, const Theme& theme)
 {
     constexpr double radius = CardSurface::cornerRadius;
     paintShadow(painter, card, theme);
-    painter.fillPath(continuousRoundedRect(card, radius), theme.color(ThemeColor::panelBackground));
+    painter.fillPath(continuousRoundedRect(alignedToPixels(painter, card), radius),
+                     theme.color(ThemeColor::panelBackground));
     paintHairlineInside(painter, card, radius, theme.color(ThemeColor::cardBorder));
 }
 

@@ -44,8 +44,9 @@ void paintHairline(QPainter& painter, const QRectF& rect, Qt::Edge edge, const Q
 void paintHairlineInside(QPainter& painter, const QRectF& rect, double radius, const QColor& color)
 {
     const double width = hairlineWidth(painter);
-    QPainterPath frame = continuousRoundedRect(rect, radius);
-    frame.addPath(continuousRoundedRect(rect.adjusted(width, width, -width, -width), radius - width));
+    const QRectF outer = alignedToPixels(painter, rect);
+    QPainterPath frame = continuousRoundedRect(outer, radius);
+    frame.addPath(continuousRoundedRect(outer.adjusted(width, width, -width, -width), radius - width));
     frame.setFillRule(Qt::OddEvenFill);
     painter.fillPath(frame, color);
 }

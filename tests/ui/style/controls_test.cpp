@@ -124,14 +124,16 @@ TEST(CardSurface, fills_its_place_and_casts_its_shadow_outside)
 TEST(CardSurface, its_border_is_one_whole_pixel_at_every_scale)
 {
     CardSurface card(0);
-    card.resize(200, 120);
-    for (const double ratio : {1.0, 2.0}) {
+    card.resize(202, 120);
+    for (const double ratio : {1.0, 100.0 / 96, 1.25, 2.0}) {
         const QImage image = picture(card, ratio);
         const int middle = image.height() / 2;
-        const int edge = static_cast<int>(card.cardRect().left() * ratio);
-        const int onBorder = image.pixelColor(edge, middle).lightness();
-        EXPECT_LT(onBorder, 235) << ratio;
-        EXPECT_GT(image.pixelColor(edge + 1, middle).lightness(), 250) << ratio;
+        const int left = qRound(card.cardRect().left() * ratio);
+        const int right = qRound((card.cardRect().right() + 1) * ratio) - 1;
+        for (const auto& [border, inside] : {std::pair{left, left + 1}, std::pair{right, right - 1}}) {
+            EXPECT_LT(image.pixelColor(border, middle).lightness(), 235) << ratio;
+            EXPECT_GT(image.pixelColor(inside, middle).lightness(), 250) << ratio;
+        }
     }
 }
 
