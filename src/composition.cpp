@@ -30,6 +30,7 @@
 #include "ui/main/settings_window.h"
 #include "ui/menu_bar/menu_bar_extra.h"
 #include "ui/style/accessibility.h"
+#include "ui/style/application_icon.h"
 #include "ui/style/brevlin_style.h"
 #include "ui/style/theme.h"
 #include "ui/style/typography.h"
@@ -71,7 +72,12 @@ class Composition::Parts final
 {
 public:
     Parts(const UserFolders& folders, ApplicationInstance& instance);
-    ~Parts() { m_capsule.attach(nullptr); }
+    ~Parts()
+    {
+        m_notificationCenter.setBannerPlaceHandler({});
+        m_notificationCenter.setBannerObstacle({});
+        m_capsule.attach(nullptr);
+    }
     Parts(const Parts&) = delete;
     Parts& operator=(const Parts&) = delete;
 
@@ -135,16 +141,23 @@ Composition::Parts::Parts(const UserFolders& folders, ApplicationInstance& insta
     , m_windowStore(disk())
     , m_model(modelParts(folders))
     , m_selection(m_windowStore)
-    , m_window((QApplication::setStyle(m_style), m_model), m_selection, m_windowStore, m_windowSystem)
-    , m_menuBarExtra(m_model, m_selection, m_statusItem, m_windowSystem)
+    , m_window((QApplication::setStyle(m_style), m_model), m_selection, m_windowStore, m_windowSystem,
+               m_panelSystem)
+    , m_menuBarExtra(m_model, m_selection, m_statusItem, m_windowSystem, m_panelSystem)
     , m_settingsWindow(m_model, m_windowSystem)
     , m_messagePresenter(m_model, {&m_window, &m_settingsWindow},
                          [this](const std::string& title, const std::string& text) { notify(title, text); })
     , m_quitSequence(m_model, m_documents, m_scheduler)
 {
+    QApplication::setWindowIcon(applicationIcon());
     followAppearance();
     m_capsule.attach(&m_model);
     m_loginItem.followProgram();
+    m_notificationCenter.setBannerPlaceHandler(
+        [this](const std::optional<BannerPlace>& place) { m_panelController.setBannerPlace(place); });
+    m_notificationCenter.setBannerObstacle([this](const BannerPlace& place) {
+        return m_model.isEndPresented() && m_panelController.meetsBanners(place);
+    });
     connectQuitting();
     QObject::connect(&m_window, &MainWindow::settingsRequested, &m_settingsWindow,
                      [this] { m_settingsWindow.present(); });

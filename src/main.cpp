@@ -20,6 +20,7 @@ int main(int argc, char** argv)
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM") && qEnvironmentVariableIsSet("DISPLAY")) {
         qputenv("QT_QPA_PLATFORM", "xcb");
     }
+    const QString token = launchToken();
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Brevlin"));
     QApplication::setApplicationVersion(QStringLiteral(BREVLIN_VERSION));
@@ -28,7 +29,7 @@ int main(int argc, char** argv)
 
     const UserFolders folders = userFolders();
     ApplicationInstance instance({folders.data, folders.preferences}, folders.runtime);
-    switch (instance.claim()) {
+    switch (instance.claim(token)) {
     case ApplicationInstance::Claim::first:
         break;
     case ApplicationInstance::Claim::activated:

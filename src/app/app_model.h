@@ -76,6 +76,9 @@ public:
     double progress() const;
     /// Empty while idle.
     std::string menuBarTitle() const;
+    /// Whether the end of the phase that runs, or has just ended, waits for the user, so that an island
+    /// stands.
+    bool isEndPresented() const;
     /// 1 to N.
     std::int64_t cyclePosition() const;
     std::string endTimeText() const;

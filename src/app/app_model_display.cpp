@@ -19,6 +19,15 @@ std::string AppModel::menuBarTitle() const
     return m_snapshot.runState == TimerRunState::idle ? std::string{} : TimeText::clock(m_remainingSeconds);
 }
 
+bool AppModel::isEndPresented() const
+{
+    const TimerSettings& settings = m_preferences.timerSettings;
+    const bool nextStartsByItself =
+        m_snapshot.phase == TimerPhase::focus ? settings.autoStartBreaks : settings.autoStartFocus;
+    return m_snapshot.runState == TimerRunState::ringing ||
+           (m_snapshot.runState == TimerRunState::running && !nextStartsByItself);
+}
+
 std::int64_t AppModel::cyclePosition() const
 {
     const std::int64_t length =

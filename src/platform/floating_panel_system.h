@@ -50,6 +50,9 @@ public:
     /// From now on the window, while it is shown, lies above everything that the window manager governs, on
     /// every workspace, and below what else floats: menus, tool tips and whatever locks the screen.
     virtual void keepAbove(WindowId window) = 0;
+    /// To be called before a window's rectangle changes: what it shows then stays where it is on the desktop
+    /// until it is painted anew, and what is new is transparent.
+    virtual void prepareResize(WindowId window, const Rectangle& from, const Rectangle& to) = 0;
     /// Where the window system does not cut what is clicked, as some X servers of Wayland sessions, clicks
     /// into the whole rectangle are the window's.
     virtual void setShape(WindowId window, const Shape& shape) = 0;

@@ -2,10 +2,18 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
 namespace brevlin {
+
+/// Ends what it watches when it goes.
+class PressWatch
+{
+public:
+    virtual ~PressWatch() = default;
+};
 
 /// What a window that draws its own title bar and border needs from the window manager. Windows are named by
 /// their native identifier; lengths are native pixels.
@@ -33,10 +41,13 @@ public:
     virtual bool isComposited() const = 0;
     /// How much of the window is shadow.
     virtual void setShadowMargins(WindowId window, const Extents& extents) = 0;
+    /// Tells of presses anywhere but on the window that is shown next, also where taking hold of the pointer
+    /// does not. `pressed` is called on the main thread and may end the watch.
+    virtual std::unique_ptr<PressWatch> watchPresses(std::function<void()> pressed) = 0;
     /// Asks for the window manager's own menu at a place of the screen; false where there is none.
     virtual bool showWindowMenu(WindowId window, int x, int y) = 0;
-    /// Raises the window and gives it the keyboard. The token is what the desktop gave to the user's action,
-    /// empty where there is none: the request then counts as the user's own.
+    /// Raises the window and gives it the keyboard, as the user's own wish. The token is what the desktop
+    /// gave to the user's action, of X11's kind or Wayland's; empty where there is none.
     virtual void activate(WindowId window, const std::string& token) = 0;
 };
 

@@ -31,16 +31,34 @@ Expected<void, DocumentError> save(KeptDocument& kept, JsonWriter writer)
 }
 
 // Beyond these limits lies no screen.
-int readPoints(JsonObjectReader& reader, std::string_view key, std::int64_t least)
+constexpr std::int64_t furthest = 100'000;
+
+int checkedPoints(JsonObjectReader& reader, std::string_view key, std::int64_t value, std::int64_t least)
 {
-    constexpr std::int64_t most = 100'000;
-    std::int64_t value = 0;
-    reader.required(key, value);
-    if (value < least || value > most) {
+    if (value < least || value > furthest) {
         reader.refuse(key, "is out of range");
         return 0;
     }
     return static_cast<int>(value);
+}
+
+int readLength(JsonObjectReader& reader, std::string_view key)
+{
+    std::int64_t value = 0;
+    reader.required(key, value);
+    return checkedPoints(reader, key, value, 1);
+}
+
+std::optional<WindowPlace> readPlace(JsonObjectReader& reader)
+{
+    std::optional<std::int64_t> x;
+    std::optional<std::int64_t> y;
+    reader.optional("x", x);
+    reader.optional("y", y);
+    if (!x || !y) {
+        return std::nullopt;
+    }
+    return WindowPlace{checkedPoints(reader, "x", *x, -furthest), checkedPoints(reader, "y", *y, -furthest)};
 }
 
 } // namespace
@@ -69,13 +87,11 @@ std::optional<WindowGeometry> MainWindowStore::geometry()
     if (!json) {
         return std::nullopt;
     }
-    constexpr std::int64_t leftmost = -100'000;
     WindowGeometry result;
     JsonObjectReader reader(json->root());
-    result.x = readPoints(reader, "x", leftmost);
-    result.y = readPoints(reader, "y", leftmost);
-    result.width = readPoints(reader, "width", 1);
-    result.height = readPoints(reader, "height", 1);
+    result.place = readPlace(reader);
+    result.width = readLength(reader, "width");
+    result.height = readLength(reader, "height");
     reader.required("maximized", result.maximized);
     return reader.error() ? std::nullopt : std::optional{result};
 }
@@ -84,8 +100,10 @@ Expected<void, DocumentError> MainWindowStore::saveGeometry(const WindowGeometry
 {
     JsonWriter writer;
     writer.beginObject();
-    writer.field("x", std::int64_t{geometry.x});
-    writer.field("y", std::int64_t{geometry.y});
+    if (geometry.place) {
+        writer.field("x", std::int64_t{geometry.place->x});
+        writer.field("y", std::int64_t{geometry.place->y});
+    }
     writer.field("width", std::int64_t{geometry.width});
     writer.field("height", std::int64_t{geometry.height});
     writer.field("maximized", geometry.maximized);

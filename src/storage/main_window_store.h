@@ -9,13 +9,21 @@
 
 namespace brevlin {
 
-/// Where the main window was, in points.
-struct WindowGeometry
+/// The top left corner of a window, in points of the whole desktop.
+struct WindowPlace
 {
     int x = 0;
     int y = 0;
-    int width = 0;  ///< of the window when it is not maximized
-    int height = 0; ///< of the window when it is not maximized
+
+    bool operator==(const WindowPlace&) const = default;
+};
+
+/// Where the main window was and how large, in points.
+struct WindowGeometry
+{
+    std::optional<WindowPlace> place; ///< none while nobody has moved it
+    int width = 0;                    ///< of the window when it is not maximized
+    int height = 0;                   ///< of the window when it is not maximized
     bool maximized = false;
 
     bool operator==(const WindowGeometry&) const = default;
@@ -34,7 +42,7 @@ public:
     /// The raw string of the section that was selected last.
     std::optional<std::string> section();
     Expected<void, DocumentError> saveSection(std::string_view rawValue);
-    /// Width and height are greater than 0, and no number is beyond 100,000.
+    /// Width and height are greater than 0, and no number is beyond 100,000 on either side of 0.
     std::optional<WindowGeometry> geometry();
     Expected<void, DocumentError> saveGeometry(const WindowGeometry& geometry);
 

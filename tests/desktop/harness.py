@@ -128,11 +128,11 @@ class Desktop:
 
     # Servers
 
-    def start_display(self, manager=("openbox", "--sm-disable")):
+    def start_display(self, manager=("openbox", "--sm-disable"), screen="1280x900"):
         reading, writing = os.pipe()
         # Without access control, so that another user's program can be tested; it listens on no network.
         self.run_in_background(
-            ["Xvfb", "-displayfd", str(writing), "-screen", "0", "1280x900x24", "-nolisten", "tcp", "-ac", "-noreset"],
+            ["Xvfb", "-displayfd", str(writing), "-screen", "0", f"{screen}x24", "-nolisten", "tcp", "-ac", "-noreset"],
             pass_fds=[writing])
         os.close(writing)
         with os.fdopen(reading) as pipe:
@@ -363,6 +363,7 @@ class DesktopTest(unittest.TestCase):
     """A test with a desktop of its own, which has a session bus unless the class says otherwise."""
 
     has_session_bus = True
+    screen = "1280x900"
     manager = ("openbox", "--sm-disable")
 
     def __init_subclass__(cls):
@@ -375,7 +376,7 @@ class DesktopTest(unittest.TestCase):
             self.fail("BREVLIN_PROGRAM names no program to test; CTest sets it")
         self.desktop = Desktop()
         self.addCleanup(self.desktop.close)
-        self.desktop.start_display(self.manager)
+        self.desktop.start_display(self.manager, self.screen)
         if self.has_session_bus:
             self.desktop.start_bus()
         else:

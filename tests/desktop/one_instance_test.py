@@ -46,6 +46,18 @@ class OneInstance(OneInstanceTest):
     def test_a_second_start_shows_the_first_ones_window(self):
         self.assert_second_start_shows_the_window()
 
+    def test_the_token_of_the_users_action_is_used(self):
+        desktop = self.desktop
+        first, window = self.start_and_wait()
+        for variable, token in (("XDG_ACTIVATION_TOKEN", "of-wayland"), ("DESKTOP_STARTUP_ID", "launcher_TIME0")):
+            with self.subTest(variable):
+                cover = desktop.cover()
+                desktop.environment[variable] = token
+                self.start_again()
+                self.assert_is_in_front(first, window)
+                self.assertIn(f'"{token}"', desktop.ask("xprop", "-id", str(window), "_NET_STARTUP_ID"))
+                desktop.ask("wmctrl", "-i", "-c", str(cover))
+
     def test_four_starts_at_once_leave_one_process(self):
         processes = [self.desktop.start_program() for _ in range(4)]
         running = wait_for("one process that is left",

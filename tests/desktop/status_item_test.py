@@ -133,6 +133,12 @@ class StatusItemTest(DesktopTest):
         self.choose("Quit Brevlin")
         self.assertEqual(self.process.wait(timeout=5), 0)
 
+    def test_the_label_ticks_for_hosts_that_never_ask_for_it(self):
+        self.desktop.run_in_background(["dbus-monitor", "--session", "member='XAyatanaNewLabel'"])
+        self.choose("Start Focus")
+        wait_for("labels of three seconds", lambda: len(set(re.findall(
+            r'string "(2[45]:[0-9]{2})"', self.desktop.output_of("dbus-monitor")))) >= 3)
+
     def test_a_host_that_starts_late_or_again_gets_the_item(self):
         holds_for("no host", lambda: not self.bus.name_has_owner(WATCHER), 10)
         host = self.start_ayatana()

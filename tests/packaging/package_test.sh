@@ -11,6 +11,9 @@ cpack --config CPackConfig.cmake -B "$work/package" >"$work/log" 2>&1 || { cat "
 package=$(ls "$work"/package/*.deb)
 LC_ALL=C lintian --tag-display-limit 0 --allow-root --fail-on error "$package"
 
+depends=$(dpkg-deb --field "$package" Depends)
+[[ $depends == *"fonts-noto-cjk | "* ]] || { echo "Without a Chinese font the default language is boxes: $depends"; exit 1; }
+
 # A system of its own, where a package without scripts needs nothing else.
 root=$work/root
 mkdir -p "$root"/var/lib/dpkg/{info,updates} "$root"/usr/bin

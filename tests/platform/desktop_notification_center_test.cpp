@@ -90,7 +90,7 @@ TEST_F(NotificationCenterTest, shows_at_the_instant_and_not_before)
     scheduler.advance(Seconds{0.05});
     ASSERT_EQ(server->screen.size(), 1U);
     EXPECT_EQ(banner().title, "Focus complete");
-    EXPECT_FALSE(banner().isUrgent);
+    EXPECT_EQ(banner().urgency, NotificationUrgency::normal);
     const std::vector<NotificationAction> actions{{"default", ""}, {"next", "Next"}, {"stop", "Stop"}};
     EXPECT_EQ(banner().actions, actions);
 }
@@ -176,6 +176,37 @@ TEST_F(NotificationCenterTest, the_next_announcement_takes_the_place_of_the_last
     EXPECT_EQ(server->shown, 2);
     server->act("next");
     EXPECT_EQ(responses, std::vector<std::string>{"next of B"});
+}
+
+TEST_F(NotificationCenterTest,
+       an_announcement_is_quiet_where_it_would_cover_the_island_and_the_desktop_lists_it)
+{
+    const BannerPlace listing{BannerPlace::Position::topCentre, 520, 190, true};
+    const BannerPlace showing{BannerPlace::Position::topRight, 460, 130, false};
+    struct Case
+    {
+        std::optional<BannerPlace> place;
+        bool islandStandsThere;
+        bool timeSensitive;
+        NotificationUrgency urgency;
+    };
+    for (const Case& c : {Case{listing, true, false, NotificationUrgency::low},
+                          {listing, true, true, NotificationUrgency::low},
+                          {listing, false, true, NotificationUrgency::critical},
+                          {showing, true, false, NotificationUrgency::normal},
+                          {{}, true, true, NotificationUrgency::critical}}) {
+        makeCenter();
+        std::optional<BannerPlace> told;
+        center->setBannerPlaceHandler([&](const std::optional<BannerPlace>& place) { told = place; });
+        center->setBannerObstacle([&](const BannerPlace&) { return c.islandStandsThere; });
+        server->observer.bannerPlaceChanged(c.place);
+        EXPECT_EQ(told, c.place);
+        NotificationRequest ended = request("A");
+        ended.timeSensitive = c.timeSensitive;
+        center->add(ended, [](const auto&) {});
+        scheduler.advance(Seconds{10.0});
+        EXPECT_EQ(banner().urgency, c.urgency);
+    }
 }
 
 TEST_F(NotificationCenterTest, quitting_takes_it_away)

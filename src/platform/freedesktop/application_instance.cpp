@@ -34,12 +34,6 @@ constexpr int attempts = 20;
 constexpr unsigned long attemptInterval = 100; // milliseconds
 constexpr QByteArrayView acknowledgement{"ok"};
 
-QString ownToken()
-{
-    const QString token = qEnvironmentVariable("DESKTOP_STARTUP_ID");
-    return token.isEmpty() ? qEnvironmentVariable("XDG_ACTIVATION_TOKEN") : token;
-}
-
 void createFolder(const std::string& path)
 {
     std::error_code ignored; // a folder that cannot be made cannot be written by anybody else either
@@ -62,6 +56,12 @@ bool isInStrangersHands(const std::string& path, const struct stat& folder)
 
 } // namespace
 
+QString launchToken()
+{
+    const QString token = qEnvironmentVariable("DESKTOP_STARTUP_ID");
+    return token.isEmpty() ? qEnvironmentVariable("XDG_ACTIVATION_TOKEN") : token;
+}
+
 ApplicationInstance::ApplicationInstance(std::vector<std::string> folders,
                                          std::optional<std::string> runtimeFolder, QObject* parent)
     : QObject(parent), m_folders(std::move(folders)), m_runtimeFolder(std::move(runtimeFolder))
@@ -74,9 +74,8 @@ ApplicationInstance::~ApplicationInstance()
     }
 }
 
-ApplicationInstance::Claim ApplicationInstance::claim()
+ApplicationInstance::Claim ApplicationInstance::claim(const QString& token)
 {
-    const QString token = ownToken();
     switch (lockFolders()) {
     case Lock::failed:
         return Claim::failed;

@@ -35,7 +35,8 @@ public:
                         QObject* parent = nullptr);
     ~ApplicationInstance() override;
 
-    Claim claim();
+    /// The token is what the desktop gave to the start of this process; see launchToken.
+    Claim claim(const QString& token);
     /// In the system's words.
     const std::string& failure() const { return m_failure; }
 
@@ -61,5 +62,9 @@ private:
     std::unique_ptr<ActivationService> m_service;
     std::unique_ptr<QLocalServer> m_server;
 };
+
+/// What the desktop gave to the start of this process: the token or startup identifier of the user's action.
+/// To be asked before the application object is made, which takes it out of the environment.
+QString launchToken();
 
 } // namespace brevlin

@@ -1,5 +1,7 @@
 #include "platform/freedesktop/dbus_notification_server.h"
 
+#include "platform/freedesktop/notifications/banner_places.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
@@ -47,7 +49,7 @@ std::string description(const QDBusPendingCallWatcher& call)
 QVariantMap hints(const ServerNotification& notification)
 {
     // The urgency must be a byte: some servers overlook it otherwise.
-    const uchar urgency = notification.isUrgent ? 2 : 1;
+    const auto urgency = static_cast<uchar>(notification.urgency);
     QVariantMap result{{QStringLiteral("urgency"), QVariant::fromValue(urgency)},
                        {QStringLiteral("desktop-entry"), desktopEntry}};
     if (notification.isSilent) {
@@ -100,6 +102,7 @@ void DBusNotificationServer::ownerChanged(const QString& oldOwner, const QString
 {
     m_hasOwner = !newOwner.isEmpty();
     m_doNotDisturb.forgetServer();
+    tellBannerPlace(std::nullopt);
     if (!oldOwner.isEmpty() && m_observer.vanished) {
         m_observer.vanished();
     }
@@ -107,6 +110,13 @@ void DBusNotificationServer::ownerChanged(const QString& oldOwner, const QString
         tellWhenUnavailable();
     } else if (m_observer.appeared) {
         m_observer.appeared();
+    }
+}
+
+void DBusNotificationServer::tellBannerPlace(const std::optional<BannerPlace>& place)
+{
+    if (m_observer.bannerPlaceChanged) {
+        m_observer.bannerPlaceChanged(place);
     }
 }
 
@@ -146,6 +156,7 @@ void DBusNotificationServer::readServerName()
         const QDBusPendingReply<QString, QString, QString, QString> reply = finished;
         if (!reply.isError()) {
             m_doNotDisturb.follow(reply.argumentAt<0>());
+            tellBannerPlace(bannerPlaceOf(reply.argumentAt<0>().toStdString()));
         }
     });
 }

@@ -36,6 +36,7 @@ private:
     void ownerChanged(const QString& oldOwner, const QString& newOwner);
     void tellWhenUnavailable();
     void readServerName();
+    void tellBannerPlace(const std::optional<BannerPlace>& place);
     /// Calls and hands the finished call over; the answer may take for ever.
     void call(const QDBusMessage& message, std::function<void(const QDBusPendingCallWatcher&)> finished);
 

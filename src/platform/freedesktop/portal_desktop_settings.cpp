@@ -3,9 +3,8 @@
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDBusMetaType>
 #include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
+#include <QDBusVariant>
 
 #include <utility>
 
@@ -21,8 +20,6 @@ const QString appearanceGroup = QStringLiteral("org.freedesktop.appearance");
 const QString gnomeGroup = QStringLiteral("org.gnome.desktop.interface");
 const QString kdeGroup = QStringLiteral("org.kde.kdeglobals.KDE");
 
-using Groups = QMap<QString, QVariantMap>;
-
 // Some portals wrap a value in one variant more than they should.
 QVariant unwrapped(QVariant value)
 {
@@ -32,43 +29,95 @@ QVariant unwrapped(QVariant value)
     return value;
 }
 
+// a{sa{sv}}, which Qt would read into a map that keeps the last of equal keys.
+QList<std::pair<QString, QVariantMap>> groupsOf(const QDBusMessage& reply)
+{
+    QList<std::pair<QString, QVariantMap>> groups;
+    const auto argument = reply.arguments().value(0).value<QDBusArgument>();
+    if (argument.currentSignature() != QLatin1String("a{sa{sv}}")) {
+        return groups;
+    }
+    argument.beginMap();
+    while (!argument.atEnd()) {
+        QString group;
+        QVariantMap values;
+        argument.beginMapEntry();
+        argument >> group >> values;
+        argument.endMapEntry();
+        groups.append({group, values});
+    }
+    argument.endMap();
+    return groups;
+}
+
 } // namespace
+
+QMap<QString, QVariantMap> firstAnswers(const QList<std::pair<QString, QVariantMap>>& answers)
+{
+    QMap<QString, QVariantMap> result;
+    for (const auto& [group, values] : answers) {
+        for (auto entry = values.begin(); entry != values.end(); ++entry) {
+            const QVariant value = unwrapped(entry.value());
+            const bool saysSomething = group != appearanceGroup || value.toUInt() != 0;
+            if (saysSomething && !result[group].contains(entry.key())) {
+                result[group].insert(entry.key(), value);
+            }
+        }
+    }
+    return result;
+}
 
 PortalDesktopSettings::PortalDesktopSettings(QObject* parent) : QObject(parent)
 {
-    qDBusRegisterMetaType<Groups>();
-    // Slots are matched by the names of their types, and Qt 6.4 does not know this one by name on its own.
-    qRegisterMetaType<QDBusVariant>();
     QDBusConnection::sessionBus().connect(service, path, interface, QStringLiteral("SettingChanged"), this,
-                                          SLOT(settingChanged(QString, QString, QDBusVariant)));
+                                          SLOT(settingChanged(QString)));
     readAll();
 }
 
 void PortalDesktopSettings::readAll()
 {
+    m_isReading = true;
+    m_isOutdated = false;
     QDBusMessage message =
         QDBusMessage::createMethodCall(service, path, interface, QStringLiteral("ReadAll"));
     message << QStringList{appearanceGroup, gnomeGroup, kdeGroup};
     auto* watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(message), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
         watcher->deleteLater();
-        const QDBusPendingReply<Groups> reply = *watcher;
-        if (!reply.isError()) {
-            m_values = reply.value();
+        m_isReading = false;
+        if (m_isOutdated) {
+            readAll();
+            return;
         }
-        if (m_changeHandler) {
-            m_changeHandler();
+        if (!watcher->isError()) {
+            m_values = firstAnswers(groupsOf(watcher->reply()));
         }
+        if (!saysColorScheme()) {
+            const bool isKnown = m_gtkTheme.look();
+            connect(&m_gtkTheme, &GtkTheme::changed, this, &PortalDesktopSettings::tell,
+                    Qt::UniqueConnection);
+            if (!isKnown) {
+                return;
+            }
+        }
+        tell();
     });
 }
 
-void PortalDesktopSettings::settingChanged(const QString& group, const QString& key,
-                                           const QDBusVariant& value)
+// The signal does not say which of several back ends it comes from, and so whether its value holds.
+void PortalDesktopSettings::settingChanged(const QString& group)
 {
     if (group != appearanceGroup && group != gnomeGroup && group != kdeGroup) {
         return;
     }
-    m_values[group][key] = value.variant();
+    m_isOutdated = true;
+    if (!m_isReading) {
+        readAll();
+    }
+}
+
+void PortalDesktopSettings::tell()
+{
     if (m_changeHandler) {
         m_changeHandler();
     }
@@ -76,7 +125,12 @@ void PortalDesktopSettings::settingChanged(const QString& group, const QString& 
 
 QVariant PortalDesktopSettings::value(const QString& group, const QString& key) const
 {
-    return unwrapped(m_values.value(group).value(key));
+    return m_values.value(group).value(key);
+}
+
+bool PortalDesktopSettings::saysColorScheme() const
+{
+    return value(appearanceGroup, QStringLiteral("color-scheme")).isValid();
 }
 
 std::optional<DesktopSettings::ColorScheme> PortalDesktopSettings::colorScheme() const
@@ -87,7 +141,7 @@ std::optional<DesktopSettings::ColorScheme> PortalDesktopSettings::colorScheme()
     case 2:
         return ColorScheme::light;
     default:
-        return std::nullopt;
+        return m_gtkTheme.isDark() ? std::optional{ColorScheme::dark} : std::nullopt;
     }
 }
 

@@ -1,17 +1,19 @@
 #pragma once
 
 #include "platform/desktop_settings.h"
+#include "platform/freedesktop/gtk_theme.h"
 
-#include <QDBusVariant>
 #include <QMap>
 #include <QObject>
 #include <QVariantMap>
+
+#include <utility>
 
 namespace brevlin {
 
 /// Reads the settings portal
 /// (https://flatpak.github.io/xdg-desktop-portal/docs/doc-org.freedesktop.portal.Settings.html) and follows
-/// its changes. Never waits for it.
+/// its changes. Never waits for it. Where it says neither light nor dark, a dark GTK theme says dark.
 class PortalDesktopSettings final : public QObject, public DesktopSettings
 {
     Q_OBJECT
@@ -24,14 +26,24 @@ public:
     void setChangeHandler(std::function<void()> handler) override;
 
 private Q_SLOTS:
-    void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
+    void settingChanged(const QString& group);
 
 private:
     void readAll();
+    void tell();
     QVariant value(const QString& group, const QString& key) const;
+    bool saysColorScheme() const;
 
     QMap<QString, QVariantMap> m_values; // by group, then by key
+    bool m_isReading = false;
+    bool m_isOutdated = false; // something has changed since the reading began
+    GtkTheme m_gtkTheme;
     std::function<void()> m_changeHandler;
 };
+
+/// The groups with their keys and values as the portal's back ends answer, in that order: with several of
+/// them a group comes more than once. The first answer to a key holds that says something; in the group of
+/// the appearance 0 says nothing.
+QMap<QString, QVariantMap> firstAnswers(const QList<std::pair<QString, QVariantMap>>& answers);
 
 } // namespace brevlin

@@ -88,6 +88,19 @@ bool contains(const std::vector<xcb_atom_t>& atoms, xcb_atom_t atom)
     return std::find(atoms.begin(), atoms.end(), atom) != atoms.end();
 }
 
+// Which side or corner, or the middle, stays where it is.
+std::uint32_t bitGravity(const FloatingPanelSystem::Rectangle& from, const FloatingPanelSystem::Rectangle& to)
+{
+    constexpr std::uint32_t gravities[3][3] = {
+        {XCB_GRAVITY_NORTH_WEST, XCB_GRAVITY_NORTH, XCB_GRAVITY_NORTH_EAST},
+        {XCB_GRAVITY_WEST, XCB_GRAVITY_CENTER, XCB_GRAVITY_EAST},
+        {XCB_GRAVITY_SOUTH_WEST, XCB_GRAVITY_SOUTH, XCB_GRAVITY_SOUTH_EAST}};
+    const auto third = [](int start, int length, int newStart, int newLength) {
+        return start == newStart ? 0U : start + length == newStart + newLength ? 2U : 1U;
+    };
+    return gravities[third(from.y, from.height, to.y, to.height)][third(from.x, from.width, to.x, to.width)];
+}
+
 std::vector<xcb_rectangle_t> protocolRectangles(const std::vector<FloatingPanelSystem::Rectangle>& rectangles)
 {
     std::vector<xcb_rectangle_t> result;
@@ -218,6 +231,19 @@ void X11PanelSystem::raise() const
     if (const auto managed = highestManagedAbove(windows, m_panel)) {
         m_x11.placeAbove(m_panel, *managed);
     }
+}
+
+// A compositor would show for a frame what the server has put there, and the picture at its old distance from
+// the window's upper left corner.
+void X11PanelSystem::prepareResize(WindowId window, const Rectangle& from, const Rectangle& to)
+{
+    if (!m_x11.isConnected()) {
+        return;
+    }
+    constexpr std::uint32_t transparent = 0;
+    const std::uint32_t values[] = {transparent, bitGravity(from, to)};
+    xcb_change_window_attributes(m_x11.get(), nativeWindow(window), XCB_CW_BACK_PIXEL | XCB_CW_BIT_GRAVITY,
+                                 values);
 }
 
 void X11PanelSystem::setShape(WindowId window, const Shape& shape)

@@ -24,6 +24,7 @@ public:
 
     void prepareToShow(WindowId window) override;
     void keepAbove(WindowId window) override;
+    void prepareResize(WindowId window, const Rectangle& from, const Rectangle& to) override;
     void setShape(WindowId window, const Shape& shape) override;
     bool isScreenCovered() override;
     bool knowsPointerEverywhere() const override { return m_knowsPointerEverywhere; }

@@ -1,5 +1,8 @@
 #include "platform/freedesktop/x11_window_system.h"
 
+#include "platform/freedesktop/sway_focus.h"
+#include "platform/freedesktop/x11_press_watch.h"
+
 #include <QGuiApplication>
 
 #include <charconv>
@@ -61,6 +64,14 @@ void X11WindowSystem::setShadowMargins(WindowId window, const Extents& extents)
                      {extents.left, extents.right, extents.top, extents.bottom});
 }
 
+std::unique_ptr<PressWatch> X11WindowSystem::watchPresses(std::function<void()> pressed)
+{
+    if (!m_x11.isConnected()) {
+        return nullptr;
+    }
+    return std::make_unique<X11PressWatch>(m_x11, std::move(pressed));
+}
+
 bool X11WindowSystem::showWindowMenu(WindowId window, int x, int y)
 {
     if (!m_x11.isConnected() || !m_x11.managerSupports(m_x11.atom("_GTK_SHOW_WINDOW_MENU"))) {
@@ -78,12 +89,19 @@ void X11WindowSystem::activate(WindowId window, const std::string& token)
     if (!m_x11.isConnected()) {
         return;
     }
-    constexpr std::uint32_t fromApplication = 1;
-    constexpr std::uint32_t fromUser = 2;
+    const auto native = static_cast<xcb_window_t>(window);
+    if (!token.empty()) {
+        // Whoever gave out the token knows by it what the user did and when, be it Wayland's or X11's.
+        xcb_change_property(m_x11.get(), XCB_PROP_MODE_REPLACE, native, m_x11.atom("_NET_STARTUP_ID"),
+                            m_x11.atom("UTF8_STRING"), 8, static_cast<std::uint32_t>(token.size()),
+                            token.data());
+    }
+    // As what the user does, which it is: some managers only mark a window as urgent that asks by itself.
     // With the time of the user's action the manager can judge whether it is the newest one.
-    const auto time = startupIdentifierTime(token);
-    m_x11.sendToRoot(static_cast<xcb_window_t>(window), m_x11.atom("_NET_ACTIVE_WINDOW"),
-                     {time ? fromApplication : fromUser, time.value_or(XCB_CURRENT_TIME), 0, 0, 0});
+    constexpr std::uint32_t fromUser = 2;
+    m_x11.sendToRoot(native, m_x11.atom("_NET_ACTIVE_WINDOW"),
+                     {fromUser, startupIdentifierTime(token).value_or(XCB_CURRENT_TIME), 0, 0, 0});
+    askSwayToFocus(native);
 }
 
 std::optional<std::uint32_t> startupIdentifierTime(std::string_view identifier)

@@ -26,6 +26,7 @@ public:
     void setSupportChangeHandler(std::function<void()> handler) override;
     bool isComposited() const override;
     void setShadowMargins(WindowId window, const Extents& extents) override;
+    std::unique_ptr<PressWatch> watchPresses(std::function<void()> pressed) override;
     bool showWindowMenu(WindowId window, int x, int y) override;
     void activate(WindowId window, const std::string& token) override;
 

@@ -104,6 +104,12 @@ StablePosition PanelGeometry::defaultPosition(const CapsuleLayout& layout, const
     return stablePosition(placed, HorizontalAnchor::center, screen.displayID);
 }
 
+bool PanelGeometry::intersect(const PanelFrame& first, const PanelFrame& second)
+{
+    return first.x < second.maxX() && second.x < first.maxX() && first.y < second.maxY() &&
+           second.y < first.maxY();
+}
+
 bool PanelGeometry::framesApproximatelyEqual(const PanelFrame& first, const PanelFrame& second)
 {
     constexpr double tolerance = 0.75;

@@ -76,6 +76,8 @@ inline constexpr double snapDistance = 50;
 PanelSize fittedSize(const CapsuleLayout& layout, const PanelFrame& visibleFrame);
 /// Not yet clamped.
 PanelFrame frame(const StablePosition& position, PanelSize size, HorizontalAnchor anchor);
+/// Whether they share more than an edge.
+bool intersect(const PanelFrame& first, const PanelFrame& second);
 /// Moved as far as necessary to lie inside.
 PanelFrame clamped(const PanelFrame& frame, const PanelFrame& visibleFrame);
 /// Fitted, anchored and clamped: where the capsule lies on a screen.

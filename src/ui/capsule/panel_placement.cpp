@@ -4,6 +4,17 @@
 
 namespace brevlin {
 
+namespace {
+
+PanelFrame bannerArea(const BannerPlace& place, const PanelFrame& visible)
+{
+    const double x = place.position == BannerPlace::Position::topCentre ? visible.midX() - place.width / 2
+                                                                        : visible.maxX() - place.width;
+    return {x, visible.maxY() - place.height, place.width, place.height};
+}
+
+} // namespace
+
 PanelPlacement::PanelPlacement(TopPanelPositionStore& store) : m_store(store) {}
 
 void PanelPlacement::setScreens(PanelScreens screens)
@@ -49,7 +60,34 @@ std::optional<PanelFrame> PanelPlacement::place(const CapsuleLayout& layout)
         screen = own;
         m_preferredDisplay = own->displayID;
     }
-    return PanelGeometry::placedFrame(*m_stablePosition, layout, screen->visibleFrame);
+    const PanelFrame frame = PanelGeometry::placedFrame(*m_stablePosition, layout, screen->visibleFrame);
+    return layout == CapsuleLayouts::island ? clearOfBanners(frame, *screen) : frame;
+}
+
+// Only as far as it lies under the banner, and back at its place when it is a circle again.
+PanelFrame PanelPlacement::clearOfBanners(const PanelFrame& island, const PanelScreen& screen) const
+{
+    const bool isOnTheirScreen = screen.displayID == m_screens.all.at(m_screens.main).displayID;
+    if (!m_bannerPlace || m_bannerPlace->hasQuietList || !isOnTheirScreen) {
+        return island;
+    }
+    const PanelFrame banner = bannerArea(*m_bannerPlace, screen.visibleFrame);
+    if (!PanelGeometry::intersect(island, banner)) {
+        return island;
+    }
+    PanelFrame below = island;
+    below.y = banner.y - CapsuleLayouts::island.topMargin - island.height;
+    return PanelGeometry::clamped(below, screen.visibleFrame);
+}
+
+bool PanelPlacement::meetsIsland(const BannerPlace& place)
+{
+    const CapsuleLayout now = m_layout;
+    const auto island = this->place(CapsuleLayouts::island);
+    m_layout = now;
+    return island && !m_screens.all.empty() &&
+           PanelGeometry::intersect(*island,
+                                    bannerArea(place, m_screens.all.at(m_screens.main).visibleFrame));
 }
 
 HorizontalAnchor PanelPlacement::preferredExpansionAnchor(double width) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/banner_place.h"
 #include "ui/capsule/panel_geometry.h"
 
 #include <optional>
@@ -26,6 +27,11 @@ public:
     /// The capsule's frame in this layout: where it is pinned, else where it was left, else at the top
     /// centre. None without a screen.
     std::optional<PanelFrame> place(const CapsuleLayout& layout);
+    /// Where the desktop shows its banners; nothing where they are in nobody's way.
+    void setBannerPlace(std::optional<BannerPlace> place) { m_bannerPlace = place; }
+    /// Whether the island would stand where these banners are shown.
+    bool meetsIsland(const BannerPlace& place);
+
     /// The end (leading or trailing) that has to stay when the circle grows to this width.
     HorizontalAnchor preferredExpansionAnchor(double width) const;
 
@@ -48,6 +54,7 @@ private:
 
     const PanelScreen* resolvedScreen();
     const PanelScreen* stableScreen() const;
+    PanelFrame clearOfBanners(const PanelFrame& island, const PanelScreen& screen) const;
 
     TopPanelPositionStore& m_store;
     PanelScreens m_screens;
@@ -55,6 +62,7 @@ private:
     std::optional<StablePosition> m_stablePosition;
     std::optional<std::uint32_t> m_preferredDisplay; // where the capsule was placed or dragged to
     std::optional<Drag> m_drag;
+    std::optional<BannerPlace> m_bannerPlace;
     bool m_isAtDefaultPlace = false;
 };
 

@@ -158,6 +158,7 @@ void PanelWindow::fitWindow()
         return;
     }
     const QRect lies = frame();
+    m_system.prepareResize(winId(), native(geometry()), native(area));
     setGeometry(area);
     m_view->setGeometry(lies.translated(-area.topLeft()));
     updateShape();
@@ -231,6 +232,13 @@ void PanelWindow::updateShape()
     if (m_isBlurred) {
         m_system.setBlurredPart(winId(), shape(ShapeEdge::hard));
     }
+}
+
+FloatingPanelSystem::Rectangle PanelWindow::native(const QRect& rect) const
+{
+    const double scale = devicePixelRatioF();
+    return {qRound(rect.x() * scale), qRound(rect.y() * scale), qRound(rect.width() * scale),
+            qRound(rect.height() * scale)};
 }
 
 // Native pixels of the window.

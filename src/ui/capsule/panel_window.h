@@ -82,6 +82,7 @@ private:
     void showStep(double share);
     void placeView(const QRect& frame);
     void updateShape();
+    FloatingPanelSystem::Rectangle native(const QRect& rect) const;
     std::vector<FloatingPanelSystem::Rectangle> shape(ShapeEdge edge) const;
     void updateBlur();
     void letGo();

@@ -174,6 +174,21 @@ bool TopPanelController::hasPointerWithin(double distance) const
                            (m_system.knowsPointerEverywhere() && m_window->covers(QCursor::pos(), distance)));
 }
 
+void TopPanelController::setBannerPlace(const std::optional<BannerPlace>& place)
+{
+    m_placement.setBannerPlace(place);
+    scheduleReposition();
+}
+
+bool TopPanelController::meetsBanners(const BannerPlace& place)
+{
+    if (m_lock.isLocked() || m_system.isScreenCovered()) {
+        return false;
+    }
+    m_placement.setScreens(currentPanelScreens(m_system));
+    return m_placement.meetsIsland(place);
+}
+
 void TopPanelController::scheduleReposition()
 {
     m_repositionTask = m_scheduler.after(screensSettleDelay, [this] {

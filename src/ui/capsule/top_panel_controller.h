@@ -36,6 +36,11 @@ public:
     HorizontalAnchor preferredExpansionAnchor(double width) const override;
     bool hasPointerWithin(double distance) const override;
 
+    /// Where the desktop shows its banners; the island keeps clear of them.
+    void setBannerPlace(const std::optional<BannerPlace>& place);
+    /// Whether an island that appears now covers the desktop's banners, or they it.
+    bool meetsBanners(const BannerPlace& place);
+
 private:
     void makeWindow();
     void appear();

@@ -6,6 +6,7 @@
 #include "ui/main/root_view.h"
 #include "ui/main/top_bar.h"
 #include "ui/main/window_frame.h"
+#include "ui/main/window_placement.h"
 #include "ui/style/text.h"
 
 #include <QAction>
@@ -16,8 +17,6 @@
 #include <QScreen>
 #include <QShortcut>
 #include <QWindow>
-
-#include <algorithm>
 
 namespace brevlin {
 
@@ -37,12 +36,13 @@ constexpr BilingualText quitText{"退出 Brevlin", "Quit Brevlin"};
 } // namespace
 
 MainWindow::MainWindow(AppModel& model, SectionSelection& selection, MainWindowStore& store,
-                       WindowSystem& windowSystem, QWidget* parent)
+                       WindowSystem& windowSystem, const FloatingPanelSystem& panels, QWidget* parent)
     : QWidget(parent, Qt::Window | Qt::FramelessWindowHint | Qt::WindowMinMaxButtonsHint |
                           Qt::WindowCloseButtonHint | Qt::WindowSystemMenuHint)
     , m_model(model)
     , m_store(store)
     , m_windowSystem(windowSystem)
+    , m_panels(panels)
     , m_rootView(new RootView(model, selection, this))
     , m_frame(new WindowFrame(*this, windowSystem))
 {
@@ -51,7 +51,7 @@ MainWindow::MainWindow(AppModel& model, SectionSelection& selection, MainWindowS
     setAttribute(Qt::WA_TranslucentBackground);
     setMouseTracking(true);
     connect(m_frame, &WindowFrame::marginsChanged, this, [this] {
-        setMinimumSize(minimumContentSize.grownBy(m_frame->margins()));
+        updateLeastSize();
         m_rootView->setGeometry(rect().marginsRemoved(m_frame->margins()));
         m_rootView->setCornerRadius(m_frame->hasShadow() ? WindowFrame::cornerRadius : 0.0);
     });
@@ -59,6 +59,7 @@ MainWindow::MainWindow(AppModel& model, SectionSelection& selection, MainWindowS
     addShortcuts();
     m_frame->refresh();
     restoreGeometry();
+    followScreens();
 }
 
 MainWindow::~MainWindow()
@@ -139,40 +140,52 @@ void MainWindow::showWindowMenu(const QPoint& globalPosition)
 
 void MainWindow::restoreGeometry()
 {
-    m_normalGeometry = {0, 0, defaultSize.width(), defaultSize.height(), false};
-    const auto stored = m_store.geometry();
-    if (!stored) {
-        placeInCentre(defaultSize);
-        return;
+    m_normalGeometry = {std::nullopt, defaultSize.width(), defaultSize.height(), false};
+    if (const auto stored = m_store.geometry()) {
+        m_normalGeometry = *stored;
+        m_savedGeometry = *stored;
     }
-    // A screen may have gone since: the window keeps its place only where its title bar can be reached.
-    const QSize size = QSize(stored->width, stored->height).expandedTo(minimumContentSize);
-    const QRect content(QPoint(stored->x, stored->y), size);
-    const QRect bar(content.topLeft(), QSize(content.width(), TopBar::barHeight));
-    const auto screens = QGuiApplication::screens();
-    const bool canBeReached = std::any_of(screens.begin(), screens.end(), [&](const QScreen* screen) {
-        const QRect visible = screen->availableGeometry().intersected(bar);
-        return visible.width() >= TopBar::barHeight * 2 && visible.height() >= TopBar::barHeight / 2;
-    });
-    if (canBeReached) {
-        setGeometry(content.marginsAdded(m_frame->margins()));
-    } else {
-        placeInCentre(size);
-    }
-    m_normalGeometry = {content.x(), content.y(), size.width(), size.height(), false};
-    m_savedGeometry = *stored;
-    if (stored->maximized) {
+    const std::vector<QRect> areas = freeAreas();
+    const QRect content = placedInside(m_normalGeometry, leastSizeOn(areas, minimumContentSize), areas);
+    setGeometry(content.marginsAdded(m_frame->margins()));
+    m_normalGeometry.width = content.width();
+    m_normalGeometry.height = content.height();
+    if (m_normalGeometry.maximized) {
         setWindowState(Qt::WindowMaximized);
     }
 }
 
-void MainWindow::placeInCentre(const QSize& contentSize)
+// The screens that are there, and those to come.
+void MainWindow::followScreens()
 {
-    QRect content(QPoint(), contentSize);
-    if (const QScreen* primary = QGuiApplication::primaryScreen()) {
-        content.moveCenter(primary->availableGeometry().center());
+    const auto follow = [this](const QScreen* screen) {
+        connect(screen, &QScreen::availableGeometryChanged, this, &MainWindow::updateLeastSize);
+    };
+    for (const QScreen* screen : QGuiApplication::screens()) {
+        follow(screen);
     }
-    setGeometry(content.marginsAdded(m_frame->margins()));
+    connect(qGuiApp, &QGuiApplication::screenRemoved, this, &MainWindow::updateLeastSize);
+    connect(qGuiApp, &QGuiApplication::screenAdded, this, [this, follow](const QScreen* screen) {
+        follow(screen);
+        updateLeastSize();
+    });
+}
+
+// Where the content may lie. A shadow may reach over the edge of the work area, a hairline is to be seen.
+std::vector<QRect> MainWindow::freeAreas() const
+{
+    std::vector<QRect> areas = workAreas(m_panels);
+    if (!m_frame->hasShadow()) {
+        for (QRect& area : areas) {
+            area = area.marginsRemoved(m_frame->margins());
+        }
+    }
+    return areas;
+}
+
+void MainWindow::updateLeastSize()
+{
+    setMinimumSize(leastSizeOn(freeAreas(), minimumContentSize).grownBy(m_frame->margins()));
 }
 
 void MainWindow::rememberGeometry()
@@ -183,7 +196,7 @@ void MainWindow::rememberGeometry()
     const bool isNormal = !isMaximized() && !isFullScreen() && !isMinimized();
     if (isNormal) {
         const QRect content = geometry().marginsRemoved(m_frame->margins());
-        m_normalGeometry = {content.x(), content.y(), content.width(), content.height(), false};
+        m_normalGeometry = {WindowPlace{content.x(), content.y()}, content.width(), content.height(), false};
     }
     m_normalGeometry.maximized = isMaximized();
     if (m_saveTimer != 0) {
@@ -205,8 +218,16 @@ void MainWindow::saveGeometry()
         killTimer(m_saveTimer);
         m_saveTimer = 0;
     }
-    if (m_isPlaced && m_normalGeometry != m_savedGeometry && m_store.saveGeometry(m_normalGeometry)) {
-        m_savedGeometry = m_normalGeometry;
+    if (!m_isPlaced) {
+        return;
+    }
+    WindowGeometry geometry = m_normalGeometry;
+    if (geometry.place) {
+        const QRect content(geometry.place->x, geometry.place->y, geometry.width, geometry.height);
+        geometry.place = placeToRemember(content, freeAreas());
+    }
+    if (geometry != m_savedGeometry && m_store.saveGeometry(geometry)) {
+        m_savedGeometry = geometry;
     }
 }
 

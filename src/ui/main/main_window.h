@@ -6,10 +6,12 @@
 #include <QWidget>
 
 #include <string>
+#include <vector>
 
 namespace brevlin {
 
 class AppModel;
+class FloatingPanelSystem;
 class RootView;
 class WindowFrame;
 class WindowSystem;
@@ -22,7 +24,7 @@ class MainWindow final : public QWidget
 
 public:
     MainWindow(AppModel& model, SectionSelection& selection, MainWindowStore& store,
-               WindowSystem& windowSystem, QWidget* parent = nullptr);
+               WindowSystem& windowSystem, const FloatingPanelSystem& panels, QWidget* parent = nullptr);
     ~MainWindow() override;
 
     /// Shows the window, raises it and gives it the keyboard. The token is what the desktop gave to the
@@ -45,7 +47,9 @@ private:
     void addShortcuts();
     void connectTopBar();
     void restoreGeometry();
-    void placeInCentre(const QSize& contentSize);
+    void followScreens();
+    void updateLeastSize();
+    std::vector<QRect> freeAreas() const;
     void rememberGeometry();
     void saveGeometry();
     void toggleMaximized();
@@ -55,6 +59,7 @@ private:
     AppModel& m_model;
     MainWindowStore& m_store;
     WindowSystem& m_windowSystem;
+    const FloatingPanelSystem& m_panels;
     RootView* m_rootView; // these are owned by this widget
     WindowFrame* m_frame;
     WindowGeometry m_normalGeometry; // of the content, without the margin for the shadow

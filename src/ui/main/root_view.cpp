@@ -7,11 +7,14 @@
 #include "ui/screens/history/history_view.h"
 #include "ui/screens/settings/app_settings_view.h"
 #include "ui/screens/statistics/statistics_view.h"
+#include "ui/style/scroll_view.h"
 #include "ui/style/shapes.h"
 #include "ui/style/theme.h"
 
 #include <QPainter>
 #include <QPainterPath>
+
+#include <utility>
 
 namespace brevlin {
 
@@ -35,6 +38,7 @@ void RootView::setCornerRadius(double radius)
 void RootView::showSection()
 {
     delete m_detail;
+    delete std::exchange(m_scroller, nullptr);
     switch (m_selection.section()) {
     case AppSection::timer:
         m_detail = new TimerDashboardView(m_model, this);
@@ -59,12 +63,38 @@ void RootView::showSection()
 void RootView::layOut()
 {
     m_topBar->setGeometry(0, 0, width(), TopBar::barHeight);
-    m_detail->setGeometry(0, TopBar::barHeight, width(), height() - TopBar::barHeight);
+    const QRect room(0, TopBar::barHeight, width(), height() - TopBar::barHeight);
+    const QSize least = m_detail->minimumSizeHint();
+    // Only a window that is shown has the size that it was given.
+    if (m_scroller == nullptr && isVisible() &&
+        (least.width() > room.width() || least.height() > room.height())) {
+        scrollDetail();
+    }
+    QWidget* shown = m_scroller != nullptr ? static_cast<QWidget*>(m_scroller) : m_detail;
+    shown->setGeometry(room);
+}
+
+void RootView::scrollDetail()
+{
+    m_scroller = new ScrollView(this);
+    m_scroller->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    m_scroller->setHorizontalScrollBar(new SlimScrollBar(Qt::Horizontal, m_scroller));
+    m_scroller->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    m_scroller->setWidget(m_detail);
+    m_detail->setAutoFillBackground(false);
+    m_scroller->show();
+    m_detail->show();
 }
 
 void RootView::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
+    layOut();
+}
+
+void RootView::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
     layOut();
 }
 

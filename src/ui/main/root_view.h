@@ -7,10 +7,11 @@
 namespace brevlin {
 
 class AppModel;
+class ScrollView;
 class TopBar;
 
 /// The content of the main window: the top bar above the screen of the selected section. Each selection makes
-/// its screen afresh.
+/// its screen afresh. On a desktop that is too small for a screen, that is scrolled.
 class RootView final : public QWidget
 {
     Q_OBJECT
@@ -25,15 +26,18 @@ public:
 protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
 private:
     void showSection();
     void layOut();
+    void scrollDetail();
 
     AppModel& m_model;
     SectionSelection& m_selection;
     TopBar* m_topBar; // owned by this widget, as is the detail
     QWidget* m_detail = nullptr;
+    ScrollView* m_scroller = nullptr; // owns the detail; none while that has had room enough
     double m_cornerRadius = 0.0;
 };
 

@@ -10,13 +10,18 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QPainter>
+#include <QScreen>
 #include <QShortcut>
+
+#include <algorithm>
 
 namespace brevlin {
 
 namespace {
 
 constexpr QSize windowSize{540, 560};
+// The window manager's frame, which is not known before it has framed the window.
+constexpr QSize frameRoom{12, 42};
 
 } // namespace
 
@@ -24,7 +29,6 @@ SettingsWindow::SettingsWindow(AppModel& model, WindowSystem& windowSystem, QWid
     : QWidget(parent, Qt::Window), m_model(model), m_windowSystem(windowSystem)
 {
     setWindowRole(QStringLiteral("settings"));
-    setFixedSize(windowSize);
     // Holds the keyboard until Tab moves it, and takes it back from a number when something else is clicked.
     setFocusPolicy(Qt::ClickFocus);
     const auto add = [this](const QKeySequence& keys, auto action) {
@@ -46,10 +50,9 @@ void SettingsWindow::present(const std::string& activationToken)
 {
     if (m_form == nullptr) {
         m_form = new AppSettingsView(m_model, this);
-        m_form->resize(windowSize);
+        fitScreen();
         m_form->show();
         setFocus();
-        placeOverActiveWindow();
     }
     if (isMinimized()) {
         setWindowState(windowState() & ~Qt::WindowMinimized);
@@ -59,13 +62,21 @@ void SettingsWindow::present(const std::string& activationToken)
     m_windowSystem.activate(winId(), activationToken);
 }
 
-// Where no window of the program is active, the window manager has a better idea.
-void SettingsWindow::placeOverActiveWindow()
+// Over the program's active window; where there is none, the window manager has a better idea. On a desktop
+// that is too low for the whole of it the form is scrolled.
+void SettingsWindow::fitScreen()
 {
-    if (const QWidget* active = QApplication::activeWindow(); active != nullptr && active != this) {
-        QRect place(QPoint(), windowSize);
+    const QWidget* active = QApplication::activeWindow();
+    const bool isBesideOther = active != nullptr && active != this;
+    const QRect available = (isBesideOther ? active->screen() : screen())->availableGeometry();
+    setFixedSize(windowSize.boundedTo(available.size() - frameRoom));
+    m_form->resize(size());
+    if (isBesideOther) {
+        QRect place(QPoint(), size());
         place.moveCenter(active->frameGeometry().center());
-        move(place.topLeft());
+        const int lowest = available.bottom() + 1 - height() - frameRoom.height();
+        move(std::clamp(place.left(), available.left(), available.right() + 1 - width() - frameRoom.width()),
+             std::clamp(place.top(), available.top(), lowest));
     }
 }
 

@@ -9,8 +9,8 @@ namespace brevlin {
 class AppModel;
 class WindowSystem;
 
-/// The settings in a window of their own, of a fixed size and with the window manager's frame. The form is
-/// made when the window is shown and gone when it closes.
+/// The settings in a window of their own, of a fixed size where the desktop has the room for it, and with the
+/// window manager's frame. The form is made when the window is shown and gone when it closes.
 class SettingsWindow final : public QWidget
 {
     Q_OBJECT
@@ -31,7 +31,7 @@ protected:
 
 private:
     void refreshTitle();
-    void placeOverActiveWindow();
+    void fitScreen();
 
     AppModel& m_model;
     WindowSystem& m_windowSystem;

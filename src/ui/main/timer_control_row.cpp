@@ -71,6 +71,12 @@ TimerControlRow::TimerControlRow(AppModel& model, TimerControlStyle style, QWidg
     refresh();
 }
 
+// A button that has the keyboard gives it up while it is destroyed, when the shortcut is gone already.
+TimerControlRow::~TimerControlRow()
+{
+    disconnect(qApp, nullptr, this, nullptr);
+}
+
 std::vector<TimerControlRow::Control> TimerControlRow::controls() const
 {
     const AppLanguage language = m_model.language();

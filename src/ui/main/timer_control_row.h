@@ -30,6 +30,7 @@ class TimerControlRow final : public QWidget
 
 public:
     TimerControlRow(AppModel& model, TimerControlStyle style, QWidget* parent = nullptr);
+    ~TimerControlRow() override;
 
 private:
     struct Control

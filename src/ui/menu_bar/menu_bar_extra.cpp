@@ -1,9 +1,12 @@
 #include "ui/menu_bar/menu_bar_extra.h"
 
 #include "app/app_model.h"
+#include "platform/floating_panel_system.h"
 #include "platform/window_system.h"
+#include "ui/main/window_placement.h"
 #include "ui/menu_bar/menu_bar_panel.h"
 #include "ui/menu_bar/menu_bar_texts.h"
+#include "ui/menu_bar/panel_origin.h"
 
 #include <QCursor>
 #include <QGuiApplication>
@@ -26,21 +29,19 @@ MenuBarPictureContent pictureContent(const AppModel& model)
     return content;
 }
 
-/// The point on the screen that a host means. Some have none to give, and some give points where others give
-/// native pixels: where that differs, the pointer that clicked tells.
-QPoint anchorPoint(int x, int y)
+const QScreen& screenOf(const QPoint& point)
 {
-    const bool isGiven = x != 0 || y != 0;
-    return isGiven && qGuiApp->devicePixelRatio() == 1.0 ? QPoint(x, y) : QCursor::pos();
+    const QScreen* screen = QGuiApplication::screenAt(point);
+    return screen != nullptr ? *screen : *QGuiApplication::primaryScreen();
 }
 
 } // namespace
 
 MenuBarExtra::MenuBarExtra(AppModel& model, SectionSelection& selection, StatusItem& item,
-                           WindowSystem& windowSystem)
-    : m_model(model), m_selection(selection), m_item(item), m_windowSystem(windowSystem)
+                           WindowSystem& windowSystem, const FloatingPanelSystem& panels)
+    : m_model(model), m_selection(selection), m_item(item), m_windowSystem(windowSystem), m_panels(panels)
 {
-    item.setObserver({[this](int x, int y) { togglePanel(anchorPoint(x, y)); },
+    item.setObserver({[this](int x, int y) { togglePanel(clickedAnchor(x, y)); },
                       [this](const std::string& row) {
                           choose(row);
                       }});
@@ -66,10 +67,35 @@ void MenuBarExtra::refresh()
     m_item.setMenu(menuBarRows(m_model));
 }
 
+// The point on the screen that a host means. Some have none to give, and some give points where others give
+// native pixels: where that differs, the pointer that clicked tells, as far as it can be seen. On Wayland
+// some give a place on their own surface.
+QPoint MenuBarExtra::clickedAnchor(int x, int y) const
+{
+    const QPoint given(x, y);
+    if (m_panels.knowsPointerEverywhere()) {
+        return !given.isNull() && qGuiApp->devicePixelRatio() == 1.0 ? given : QCursor::pos();
+    }
+    const QScreen& screen = screenOf(given);
+    if (!given.isNull() && canBeOnBar(given, screen.geometry(), workArea(screen, m_panels))) {
+        return given;
+    }
+    return rowAnchor();
+}
+
+// The host's menu leads away from the item. On Wayland the pointer's last event still tells the screen.
+QPoint MenuBarExtra::rowAnchor() const
+{
+    const QPoint pointer = QCursor::pos();
+    const QScreen& screen = screenOf(pointer);
+    return likelyAnchor(screen.geometry(), workArea(screen, m_panels),
+                        m_panels.knowsPointerEverywhere() ? std::optional{pointer} : std::nullopt);
+}
+
 void MenuBarExtra::togglePanel(const QPoint& anchor)
 {
     if (!m_panel) {
-        m_panel = std::make_unique<MenuBarPanel>(m_model, m_windowSystem);
+        m_panel = std::make_unique<MenuBarPanel>(m_model, m_windowSystem, m_panels);
         connect(m_panel.get(), &MenuBarPanel::sectionRequested, this, &MenuBarExtra::openMainWindow);
         // What comes to the front then is not to lie behind the panel.
         connect(&m_model, &AppModel::mainWindowActivationRequested, m_panel.get(), &QWidget::hide);
@@ -81,7 +107,7 @@ void MenuBarExtra::togglePanel(const QPoint& anchor)
 void MenuBarExtra::choose(const std::string& row)
 {
     if (row == openPanelRow) {
-        togglePanel(QCursor::pos());
+        togglePanel(rowAnchor());
     } else if (row == primaryActionRow) {
         m_model.performPrimaryAction();
     } else if (row == quitRow) {

@@ -11,6 +11,7 @@
 namespace brevlin {
 
 class AppModel;
+class FloatingPanelSystem;
 class MenuBarPanel;
 class StatusItem;
 class WindowSystem;
@@ -22,7 +23,8 @@ class MenuBarExtra final : public QObject
     Q_OBJECT
 
 public:
-    MenuBarExtra(AppModel& model, SectionSelection& selection, StatusItem& item, WindowSystem& windowSystem);
+    MenuBarExtra(AppModel& model, SectionSelection& selection, StatusItem& item, WindowSystem& windowSystem,
+                 const FloatingPanelSystem& panels);
     ~MenuBarExtra() override;
 
 Q_SIGNALS:
@@ -30,6 +32,8 @@ Q_SIGNALS:
 
 private:
     void refresh();
+    QPoint clickedAnchor(int x, int y) const;
+    QPoint rowAnchor() const;
     void togglePanel(const QPoint& anchor);
     void choose(const std::string& row);
     void openMainWindow(AppSection section);
@@ -38,6 +42,7 @@ private:
     SectionSelection& m_selection;
     StatusItem& m_item;
     WindowSystem& m_windowSystem;
+    const FloatingPanelSystem& m_panels;
     std::optional<MenuBarPictureContent> m_shownPicture;
     std::unique_ptr<MenuBarPanel> m_panel; // made when it is first opened
 };

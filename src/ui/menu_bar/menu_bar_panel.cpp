@@ -1,10 +1,12 @@
 #include "ui/menu_bar/menu_bar_panel.h"
 
 #include "app/app_model.h"
+#include "platform/floating_panel_system.h"
 #include "platform/window_system.h"
 #include "ui/main/timer_control_row.h"
 #include "ui/main/timer_cycle_indicator.h"
 #include "ui/main/timer_ring_view.h"
+#include "ui/main/window_placement.h"
 #include "ui/menu_bar/more_button.h"
 #include "ui/menu_bar/panel_origin.h"
 #include "ui/style/shapes.h"
@@ -41,6 +43,8 @@ constexpr qint64 sameClick = 400;
 // While a button is held somewhere, nobody else can take hold of the pointer.
 constexpr int grabInterval = 30; // milliseconds
 constexpr int grabAttempts = 100;
+// Cinnamon lets others take hold of it during the click, and takes it from them when that ends.
+constexpr int grabConfirmations = 20;
 
 constexpr BilingualText moreText{"更多", "More"};
 constexpr std::array sections{AppSection::history, AppSection::statistics, AppSection::settings,
@@ -48,10 +52,11 @@ constexpr std::array sections{AppSection::history, AppSection::statistics, AppSe
 
 } // namespace
 
-MenuBarPanel::MenuBarPanel(AppModel& model, WindowSystem& windowSystem)
+MenuBarPanel::MenuBarPanel(AppModel& model, WindowSystem& windowSystem, const FloatingPanelSystem& panels)
     : QWidget(nullptr, Qt::Popup | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint)
     , m_model(model)
     , m_windowSystem(windowSystem)
+    , m_panels(panels)
     , m_more(new MoreButton(this))
 {
     setAttribute(Qt::WA_TranslucentBackground);
@@ -64,6 +69,8 @@ MenuBarPanel::MenuBarPanel(AppModel& model, WindowSystem& windowSystem)
     connect(&model, &AppModel::preferencesChanged, this, &MenuBarPanel::translate);
     setFocus();
 }
+
+MenuBarPanel::~MenuBarPanel() = default;
 
 void MenuBarPanel::layOut()
 {
@@ -114,12 +121,16 @@ void MenuBarPanel::toggle(const QPoint& anchor)
     const QScreen* screen = QGuiApplication::screenAt(anchor);
     screen = screen != nullptr ? screen : QGuiApplication::primaryScreen();
     const QPoint origin =
-        panelOrigin(anchor, contentRect().size(), screen->geometry(), screen->availableGeometry());
+        panelOrigin(anchor, contentRect().size(), screen->geometry(), workArea(*screen, m_panels));
     move(origin - contentRect().topLeft());
+    if (!m_panels.knowsPointerEverywhere()) {
+        m_pressWatch = m_windowSystem.watchPresses([this] { closeByPress(); });
+    }
     show();
     raise();
     setFocus(Qt::PopupFocusReason);
     m_grabsLeft = grabAttempts;
+    m_grabsHeld = 0;
     holdInput();
 }
 
@@ -133,7 +144,8 @@ void MenuBarPanel::holdInput()
         killTimer(m_grabTimer);
         m_grabTimer = 0;
     }
-    if (!isHeld && --m_grabsLeft > 0) {
+    m_grabsHeld = isHeld ? m_grabsHeld + 1 : 0;
+    if (m_grabsHeld < grabConfirmations && --m_grabsLeft > 0) {
         m_grabTimer = startTimer(grabInterval);
     }
 }
@@ -148,6 +160,7 @@ void MenuBarPanel::timerEvent(QTimerEvent* event)
 void MenuBarPanel::hideEvent(QHideEvent* event)
 {
     QWidget::hideEvent(event);
+    m_pressWatch.reset();
     if (m_grabTimer != 0) {
         killTimer(m_grabTimer);
         m_grabTimer = 0;
@@ -158,11 +171,16 @@ void MenuBarPanel::mousePressEvent(QMouseEvent* event)
 {
     // Every press comes here while the panel is open; one on the shadow is not on the panel either.
     if (!contentRect().contains(event->position().toPoint())) {
-        m_sinceClosingPress.start();
-        hide();
+        closeByPress();
         return;
     }
     QWidget::mousePressEvent(event);
+}
+
+void MenuBarPanel::closeByPress()
+{
+    m_sinceClosingPress.start();
+    hide();
 }
 
 void MenuBarPanel::keyPressEvent(QKeyEvent* event)

@@ -5,10 +5,14 @@
 #include <QElapsedTimer>
 #include <QWidget>
 
+#include <memory>
+
 namespace brevlin {
 
 class AppModel;
+class FloatingPanelSystem;
 class MoreButton;
+class PressWatch;
 class WindowSystem;
 
 /// The small timer that the status item opens: the cycle, the way to the main window, the ring and the
@@ -20,7 +24,8 @@ class MenuBarPanel final : public QWidget
 public:
     static constexpr int contentWidth = 300;
 
-    MenuBarPanel(AppModel& model, WindowSystem& windowSystem);
+    MenuBarPanel(AppModel& model, WindowSystem& windowSystem, const FloatingPanelSystem& panels);
+    ~MenuBarPanel() override;
 
     /// Opens the panel beside this point of the screen, or closes it; does nothing when the click that asks
     /// for it has just closed it.
@@ -47,15 +52,19 @@ private:
     void translate();
     void showMenu();
     void holdInput();
+    void closeByPress();
     void paintShadow(QPainter& painter) const;
 
     AppModel& m_model;
     WindowSystem& m_windowSystem;
+    const FloatingPanelSystem& m_panels;
     MoreButton* m_more; // owned by this widget
     bool m_hasShadow = false;
-    QElapsedTimer m_sinceClosingPress; // on something else than the panel
+    std::unique_ptr<PressWatch> m_pressWatch; // where the pointer cannot be held everywhere
+    QElapsedTimer m_sinceClosingPress;        // on something else than the panel
     int m_grabTimer = 0;
     int m_grabsLeft = 0;
+    int m_grabsHeld = 0; // how often in succession they have been granted
 };
 
 } // namespace brevlin

@@ -1,6 +1,7 @@
 #include "ui/menu_bar/panel_origin.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace brevlin {
 
@@ -13,6 +14,42 @@ constexpr int gap = 6;
 int clamped(int start, int length, int areaStart, int areaLength)
 {
     return std::max(areaStart, std::min(start, areaStart + areaLength - length));
+}
+
+struct Bar
+{
+    Qt::Edge edge;
+    int thickness;
+};
+
+// Those that the work area leaves out, the likeliest for status icons first.
+std::vector<Bar> barsOf(const QRect& screen, const QRect& workArea)
+{
+    std::vector<Bar> bars;
+    for (const Bar& bar : {Bar{Qt::TopEdge, workArea.top() - screen.top()},
+                           Bar{Qt::BottomEdge, screen.bottom() - workArea.bottom()},
+                           Bar{Qt::RightEdge, screen.right() - workArea.right()},
+                           Bar{Qt::LeftEdge, workArea.left() - screen.left()}}) {
+        if (bar.thickness > 0) {
+            bars.push_back(bar);
+        }
+    }
+    return bars;
+}
+
+int distance(const QPoint& point, const QRect& screen, Qt::Edge edge)
+{
+    switch (edge) {
+    case Qt::TopEdge:
+        return point.y() - screen.top();
+    case Qt::BottomEdge:
+        return screen.bottom() - point.y();
+    case Qt::LeftEdge:
+        return point.x() - screen.left();
+    case Qt::RightEdge:
+        return screen.right() - point.x();
+    }
+    return 0;
 }
 
 } // namespace
@@ -39,6 +76,47 @@ QPoint panelOrigin(const QPoint& anchor, const QSize& size, const QRect& screen,
     const QRect area = workArea.adjusted(gap, gap, -gap, -gap);
     return {clamped(origin.x(), size.width(), area.left(), area.width()),
             clamped(origin.y(), size.height(), area.top(), area.height())};
+}
+
+QPoint likelyAnchor(const QRect& screen, const QRect& workArea, const std::optional<QPoint>& pointer)
+{
+    std::vector<Bar> bars = barsOf(screen, workArea);
+    if (bars.empty()) {
+        bars.push_back({Qt::TopEdge, 2 * itemReach});
+    }
+    const Bar bar = pointer ? *std::min_element(bars.begin(), bars.end(),
+                                                [&](const Bar& one, const Bar& other) {
+                                                    return distance(*pointer, screen, one.edge) <
+                                                           distance(*pointer, screen, other.edge);
+                                                })
+                            : bars.front();
+    const QPoint end = pointer.value_or(screen.bottomRight());
+    switch (bar.edge) {
+    case Qt::TopEdge:
+        return {end.x(), screen.top() + bar.thickness / 2};
+    case Qt::BottomEdge:
+        return {end.x(), screen.bottom() - bar.thickness / 2};
+    case Qt::LeftEdge:
+        return {screen.left() + bar.thickness / 2, end.y()};
+    case Qt::RightEdge:
+        return {screen.right() - bar.thickness / 2, end.y()};
+    }
+    return end;
+}
+
+bool canBeOnBar(const QPoint& point, const QRect& screen, const QRect& workArea)
+{
+    // A place on the icon itself, as bars give it that do not know where they are.
+    constexpr int largestIcon = 64;
+    const bool isOnIcon = QRect(0, 0, largestIcon, largestIcon).contains(point);
+    if (isOnIcon || !screen.contains(point)) {
+        return false;
+    }
+    if (!barsOf(screen, workArea).empty()) {
+        return !workArea.contains(point);
+    }
+    constexpr int thickest = 96;
+    return !screen.adjusted(thickest, thickest, -thickest, -thickest).contains(point);
 }
 
 } // namespace brevlin

@@ -86,6 +86,49 @@ TEST(PanelPlacement, a_capsule_whose_screen_goes_moves_to_the_same_fractions_of_
     EXPECT_EQ(placed.placement.preferredExpansionAnchor(316), HorizontalAnchor::leading);
 }
 
+TEST(PanelPlacement, the_island_keeps_clear_of_the_desktops_banners)
+{
+    using enum BannerPlace::Position;
+    const BannerPlace corner{topRight, 460, 130, false};
+    struct Case
+    {
+        std::optional<BannerPlace> place;
+        PanelPoint moved; // from the top centre, by the user
+        PanelFrame island;
+    };
+    // The left screen's work area ends at 870 and is 1280 wide.
+    for (const Case& c : {Case{corner, {0, 0}, {410, 606, 460, 126}},
+                          {corner, {-200, 0}, {210, 736, 460, 126}},
+                          {corner, {0, -200}, {410, 536, 460, 126}},
+                          {BannerPlace{topCentre, 520, 190, true}, {0, 0}, {410, 736, 460, 126}},
+                          {std::nullopt, {0, 0}, {410, 736, 460, 126}}}) {
+        Placed placed;
+        placed.placement.setBannerPlace(c.place);
+        if (c.moved != PanelPoint{}) {
+            placed.drag(c.moved.x, c.moved.y);
+        }
+        placed.placement.place(circle);
+        EXPECT_EQ(placed.placement.place(CapsuleLayouts::island), c.island);
+        const auto circleAgain = placed.placement.place(circle);
+        EXPECT_EQ(circleAgain->y, 812 + c.moved.y) << "the circle stays";
+    }
+}
+
+TEST(PanelPlacement, banners_at_the_top_centre_meet_an_island_that_is_there)
+{
+    const BannerPlace place{BannerPlace::Position::topCentre, 520, 190, true};
+    for (const auto& [moved, meets] : {std::pair{PanelPoint{0, 0}, true},
+                                       {PanelPoint{-200, 0}, true},
+                                       {PanelPoint{0, -200}, false},
+                                       {PanelPoint{-600, 0}, true},
+                                       {PanelPoint{900, -100}, false}}) {
+        Placed placed;
+        placed.drag(moved.x, moved.y);
+        EXPECT_EQ(placed.placement.meetsIsland(place), meets) << moved.x;
+        EXPECT_EQ(placed.placement.place(circle)->width, 50);
+    }
+}
+
 TEST(PanelPlacement, an_opened_capsule_stays_where_it_is_when_the_screens_are_looked_at_again)
 {
     Placed placed;

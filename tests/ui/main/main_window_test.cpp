@@ -1,5 +1,5 @@
 #include "app/model_fixture.h"
-#include "platform/window_system.h"
+#include "support/plain_desktop.h"
 #include "ui/main/main_window.h"
 #include "ui/main/message_dialog.h"
 #include "ui/main/message_presenter.h"
@@ -17,22 +17,13 @@
 #include <QApplication>
 #include <QDialog>
 #include <QKeyEvent>
+#include <QScreen>
+#include <QScrollArea>
 
 #include <algorithm>
 
 namespace brevlin {
 namespace {
-
-class PlainWindowSystem final : public WindowSystem
-{
-public:
-    bool supportsShadowMargins() const override { return false; }
-    bool isComposited() const override { return false; }
-    void setSupportChangeHandler(std::function<void()> /*handler*/) override {}
-    void setShadowMargins(WindowId /*window*/, const Extents& /*extents*/) override {}
-    bool showWindowMenu(WindowId /*window*/, int /*x*/, int /*y*/) override { return false; }
-    void activate(WindowId /*window*/, const std::string& /*token*/) override {}
-};
 
 class MainWindowTest : public test::ModelTest
 {
@@ -43,7 +34,7 @@ protected:
         m_window.reset();
         launch();
         m_selection = std::make_unique<SectionSelection>(m_store);
-        m_window = std::make_unique<MainWindow>(model(), *m_selection, m_store, m_windowSystem);
+        m_window = std::make_unique<MainWindow>(model(), *m_selection, m_store, m_windowSystem, m_panels);
         m_presenter =
             std::make_unique<MessagePresenter>(model(), std::vector<QWidget*>{m_window.get()},
                                                [this](const std::string& title, const std::string& text) {
@@ -84,7 +75,8 @@ protected:
     }
 
     MainWindowStore m_store{disk()};
-    PlainWindowSystem m_windowSystem;
+    test::PlainWindowSystem m_windowSystem;
+    test::NoPanels m_panels;
     std::unique_ptr<SectionSelection> m_selection;
     std::unique_ptr<MainWindow> m_window;
     std::unique_ptr<MessagePresenter> m_presenter;
@@ -181,7 +173,7 @@ TEST_F(MainWindowTest, todays_figures_follow_the_records_and_the_language)
 TEST_F(MainWindowTest, nothing_overlaps_in_the_smallest_window)
 {
     open();
-    window().resize(window().minimumSize());
+    window().resize(802, 572); // 800 x 570 and a hairline
     QApplication::processEvents();
     EXPECT_EQ(window().findChild<TopBar*>()->width(), 800);
     const auto* card = window().findChild<TimerCard*>();
@@ -278,21 +270,52 @@ TEST_F(MainWindowTest, quitting_waits_for_the_disk_and_then_says_what_it_did_not
     EXPECT_EQ(ends, 3);
 }
 
-TEST_F(MainWindowTest, size_place_and_section_return_unless_the_screen_is_gone)
+TEST_F(MainWindowTest, size_place_and_section_return_and_a_window_that_nobody_moved_is_centred)
 {
-    open();
+    const QRect screen = QApplication::primaryScreen()->availableGeometry();
+    for (int start = 1; start <= 3; ++start) {
+        const QPoint off = open().geometry().center() - screen.center();
+        EXPECT_LE(off.manhattanLength(), 2) << "start " << start;
+        EXPECT_TRUE(screen.contains(window().geometry())) << "start " << start;
+    }
     m_selection->select(AppSection::history);
-    window().setGeometry(5, 7, 850, 640);
+    window().setGeometry(5, 7, 780, 640);
     QApplication::processEvents();
     open();
-    EXPECT_EQ(window().geometry(), QRect(5, 7, 850, 640));
+    EXPECT_EQ(window().geometry().topLeft(), QPoint(0, 7)) << "the whole width of the screen";
+    EXPECT_EQ(window().height(), 640);
     EXPECT_EQ(m_selection->section(), AppSection::history);
-    ASSERT_TRUE(m_store.saveGeometry({40'000, 90'000, 100, 100, false}));
     m_window.reset();
-    ASSERT_TRUE(m_store.saveGeometry({40'000, 90'000, 100, 100, false}));
+    ASSERT_TRUE(m_store.saveGeometry({WindowPlace{40'000, 90'000}, 100'000, 100'000, false}));
     open();
-    EXPECT_TRUE(QApplication::primaryScreen()->geometry().intersects(window().geometry()));
-    EXPECT_GE(window().width(), 800);
+    EXPECT_TRUE(screen.contains(window().geometry()));
+}
+
+TEST_F(MainWindowTest, in_a_window_that_is_too_low_the_controls_are_scrolled_to)
+{
+    open();
+    EXPECT_EQ(window().findChild<QScrollArea*>(), nullptr) << "nothing to scroll";
+    window().setMinimumSize(1, 1);
+    window().resize(680, 400);
+    QApplication::processEvents();
+    auto* scroller = window().findChild<QScrollArea*>();
+    ASSERT_NE(scroller, nullptr);
+    auto* controls = window().findChild<TimerControlRow*>();
+    const auto isSeen = [&] {
+        const QRect row(controls->mapTo(scroller->viewport(), QPoint()), controls->size());
+        return scroller->viewport()->rect().contains(row.center());
+    };
+    EXPECT_FALSE(isSeen());
+    controls->findChild<CapsuleButton*>()->setFocus(Qt::TabFocusReason);
+    scroller->ensureWidgetVisible(controls);
+    QApplication::processEvents();
+    EXPECT_TRUE(isSeen());
+    m_selection->select(AppSection::statistics);
+    QApplication::processEvents();
+    m_selection->select(AppSection::timer);
+    window().resize(802, 572);
+    QApplication::processEvents();
+    EXPECT_EQ(window().findChild<TimerCard*>()->parentWidget()->parentWidget()->height(), 520);
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 #include "app/model_fixture.h"
-#include "platform/window_system.h"
 #include "storage/main_window_store.h"
 #include "support/fake_status_item.h"
+#include "support/plain_desktop.h"
 #include "ui/menu_bar/menu_bar_extra.h"
 #include "ui/menu_bar/menu_bar_panel.h"
 #include "ui/menu_bar/panel_origin.h"
@@ -11,24 +11,13 @@
 namespace brevlin {
 namespace {
 
-class OpaqueWindowSystem final : public WindowSystem
-{
-public:
-    bool supportsShadowMargins() const override { return false; }
-    void setSupportChangeHandler(std::function<void()> /*handler*/) override {}
-    bool isComposited() const override { return false; }
-    void setShadowMargins(WindowId /*window*/, const Extents& /*extents*/) override {}
-    bool showWindowMenu(WindowId /*window*/, int /*x*/, int /*y*/) override { return false; }
-    void activate(WindowId /*window*/, const std::string& /*token*/) override {}
-};
-
 class MenuBarTest : public test::ModelTest
 {
 protected:
     MenuBarTest()
     {
         launch();
-        m_extra = std::make_unique<MenuBarExtra>(model(), m_selection, item, m_windowSystem);
+        m_extra = std::make_unique<MenuBarExtra>(model(), m_selection, item, m_windowSystem, m_panels);
     }
 
     std::string menu() const
@@ -45,7 +34,8 @@ protected:
     test::FakeStatusItem item;
 
 private:
-    OpaqueWindowSystem m_windowSystem;
+    test::PlainWindowSystem m_windowSystem;
+    test::NoPanels m_panels;
     MainWindowStore m_store{disk()};
     SectionSelection m_selection{m_store};
     std::unique_ptr<MenuBarExtra> m_extra;
@@ -129,6 +119,36 @@ TEST(PanelOrigin, the_panel_lies_beside_its_item_and_inside_the_work_area)
     for (const Case& each : cases) {
         EXPECT_EQ(panelOrigin(each.anchor, size, each.screen, each.workArea), each.origin) << each.name;
     }
+}
+
+TEST(PanelOrigin, without_a_place_from_the_host_the_panel_belongs_to_a_bar)
+{
+    const QRect screen(0, 0, 1440, 900);
+    const QRect belowBar(0, 30, 1440, 870);
+    const QRect aboveBar(0, 0, 1440, 860);
+    const QRect betweenBars(0, 28, 1440, 844);
+    struct Case
+    {
+        const char* name;
+        QRect workArea;
+        std::optional<QPoint> pointer;
+        QPoint expected;
+    };
+    const Case cases[] = {
+        {"a bar along the top", belowBar, std::nullopt, {1439, 15}},
+        {"one along the bottom", aboveBar, std::nullopt, {1439, 879}},
+        {"no bar that is known", screen, std::nullopt, {1439, 16}},
+        {"a row of a menu below the bar", belowBar, QPoint(1200, 160), {1200, 15}},
+        {"a row of a menu above the lower bar", betweenBars, QPoint(900, 700), {900, 885}},
+    };
+    for (const Case& each : cases) {
+        EXPECT_EQ(likelyAnchor(screen, each.workArea, each.pointer), each.expected) << each.name;
+    }
+    EXPECT_TRUE(canBeOnBar({1300, 880}, screen, aboveBar));
+    EXPECT_FALSE(canBeOnBar({1300, 20}, screen, aboveBar)) << "a place on the bar's own surface";
+    EXPECT_FALSE(canBeOnBar({14, 15}, screen, belowBar)) << "a place on the icon";
+    EXPECT_TRUE(canBeOnBar({1300, 20}, screen, screen)) << "a bar that hides itself";
+    EXPECT_FALSE(canBeOnBar({700, 450}, screen, screen));
 }
 
 } // namespace

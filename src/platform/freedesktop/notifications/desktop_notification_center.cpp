@@ -158,7 +158,7 @@ ServerNotification DesktopNotificationCenter::serverForm(const NotificationReque
     notification.title = request.title;
     notification.body =
         m_authorization.capabilities().contains("body-markup") ? escaped(request.body) : request.body;
-    notification.isUrgent = request.timeSensitive;
+    notification.urgency = urgencyOf(request);
     // Some servers without actions turn a notification that has them into a dialog.
     if (m_authorization.capabilities().contains("actions")) {
         // Without a label: some servers make a button of it otherwise.
@@ -167,6 +167,16 @@ ServerNotification DesktopNotificationCenter::serverForm(const NotificationReque
         notification.actions.insert(notification.actions.end(), buttons.begin(), buttons.end());
     }
     return notification;
+}
+
+// Exactly one of banner and island is to be seen where they would cover each other.
+NotificationUrgency DesktopNotificationCenter::urgencyOf(const NotificationRequest& request) const
+{
+    if (m_bannerPlace && m_bannerPlace->hasQuietList && m_bannerObstacle &&
+        m_bannerObstacle(*m_bannerPlace)) {
+        return NotificationUrgency::low;
+    }
+    return request.timeSensitive ? NotificationUrgency::critical : NotificationUrgency::normal;
 }
 
 std::vector<NotificationAction>
@@ -223,7 +233,24 @@ void DesktopNotificationCenter::observeServer()
     observer.doNotDisturbChanged = [this](bool isOn) {
         m_authorization.setDoNotDisturb(isOn);
     };
+    observer.bannerPlaceChanged = [this](const std::optional<BannerPlace>& place) {
+        m_bannerPlace = place;
+        if (m_bannerPlaceHandler) {
+            m_bannerPlaceHandler(place);
+        }
+    };
     m_server->setObserver(std::move(observer));
+}
+
+void DesktopNotificationCenter::setBannerObstacle(std::function<bool(const BannerPlace&)> obstacle)
+{
+    m_bannerObstacle = std::move(obstacle);
+}
+
+void DesktopNotificationCenter::setBannerPlaceHandler(
+    std::function<void(const std::optional<BannerPlace>&)> handler)
+{
+    m_bannerPlaceHandler = std::move(handler);
 }
 
 void DesktopNotificationCenter::serverIsThere()

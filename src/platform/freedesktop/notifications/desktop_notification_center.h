@@ -40,6 +40,13 @@ public:
     void requestAuthorization(Completion completion) override;
     void setSettingsChangeHandler(std::function<void()> handler) override;
 
+    /// Who says whether something else of the program's will stand where the desktop shows its banners, at
+    /// the moment when an announcement is shown. One that the desktop can list without a banner then is.
+    void setBannerObstacle(std::function<bool(const BannerPlace&)> obstacle);
+    /// Told where the desktop shows its banners whenever that may have changed; nothing where they are in
+    /// nobody's way.
+    void setBannerPlaceHandler(std::function<void(const std::optional<BannerPlace>&)> handler);
+
     /// What the server gave along with the reaction that is being handled, so that a window may come to the
     /// front; empty otherwise.
     const std::string& activationToken() const { return m_activationToken; }
@@ -58,6 +65,7 @@ private:
     void deliver(NotificationRequest request);
     void show(bool isSilent);
     ServerNotification serverForm(const NotificationRequest& request) const;
+    NotificationUrgency urgencyOf(const NotificationRequest& request) const;
     std::vector<NotificationAction> actionsOf(const std::string& categoryIdentifier) const;
 
     void observeServer();
@@ -73,6 +81,9 @@ private:
     NotificationAuthorization m_authorization;
     std::vector<NotificationCategory> m_categories;
     std::function<void(const NotificationResponse&)> m_responseHandler;
+    std::optional<BannerPlace> m_bannerPlace;
+    std::function<bool(const BannerPlace&)> m_bannerObstacle;
+    std::function<void(const std::optional<BannerPlace>&)> m_bannerPlaceHandler;
 
     std::vector<NotificationRequest> m_pending;
     TaskHandle m_nextDue;

@@ -1,15 +1,24 @@
 #pragma once
 
 #include "core/expected.h"
+#include "platform/banner_place.h"
 #include "platform/user_notification_center.h"
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
 
 namespace brevlin {
+
+/// As servers count it: https://specifications.freedesktop.org/notification-spec/latest/urgency-levels.html
+enum class NotificationUrgency : std::uint8_t {
+    low = 0,
+    normal = 1,
+    critical = 2, ///< passes do-not-disturb
+};
 
 /// What a notification server is asked to show, in the form in which it takes it.
 struct ServerNotification
@@ -18,7 +27,7 @@ struct ServerNotification
     std::string title;          ///< never markup
     std::string body;           ///< markup where the server says "body-markup"
     std::vector<NotificationAction> actions;
-    bool isUrgent = false; ///< passes do-not-disturb
+    NotificationUrgency urgency = NotificationUrgency::normal;
     bool isSilent = false;
 
     bool operator==(const ServerNotification&) const = default;
@@ -47,6 +56,8 @@ public:
         std::function<void(std::uint32_t id, const std::string& token)> activationTokenGiven;
         std::function<void(std::uint32_t id, CloseReason reason)> closed;
         std::function<void(bool isOn)> doNotDisturbChanged; ///< also when first read; off until then
+        /// Also when first known; nothing until then.
+        std::function<void(const std::optional<BannerPlace>& place)> bannerPlaceChanged;
     };
 
     virtual ~NotificationServer() = default;

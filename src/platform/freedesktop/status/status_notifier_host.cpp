@@ -23,9 +23,11 @@ const QString busPath = QStringLiteral("/org/freedesktop/DBus");
 constexpr int attempts = 5;
 constexpr Seconds attemptInterval{1.0};
 
-// GNOME Shell through its AppIndicator extension, and the services of Ayatana's and Unity's indicators.
-constexpr std::array namesOfLabelHosts{"org.gnome.Shell", "org.ayatana.indicator.application",
-                                       "com.canonical.indicator.application"};
+// GNOME Shell through its AppIndicator extension, MATE's notification area, and the services of Ayatana's and
+// Unity's indicators.
+constexpr std::array namesOfLabelHosts{
+    "org.gnome.Shell", "org.mate.panel.applet.NotificationAreaAppletFactory",
+    "org.ayatana.indicator.application", "com.canonical.indicator.application"};
 
 QDBusMessage busCall(const char* method, const QVariantList& arguments)
 {

@@ -22,9 +22,10 @@ public:
 
     /// Nobody shows such items, as far as the bus has answered.
     bool isAbsent() const { return m_isAbsent; }
-    /// Whether the label is shown beside the picture. Nothing in the protocol says so. The desktops that do
-    /// are known by the names that the collector of the items also has on the bus; of any other it is
-    /// believed once the label was asked for by itself, which a host does that follows the label's signal.
+    /// Whether the label is shown beside the picture, which then needs no clock of its own. Nothing in the
+    /// protocol says so, and many hosts take the label from its signal without ever asking. Those are known
+    /// by the names that the collector of the items also has on the bus; of any other it is believed once the
+    /// label was asked for by itself. The label ticks in any case.
     bool showsLabels() const { return m_showsLabels; }
     void labelAsked();
 

@@ -86,11 +86,10 @@ void StatusNotifierItem::setTexts(const StatusTexts& texts)
     if (std::exchange(m_titleIsOld, false)) {
         emitSignal("NewTitle");
     }
-    if (m_showsLabel) {
-        emitLabel();
-    } else {
+    if (!m_showsLabel) {
         emitSignal("NewToolTip");
     }
+    emitLabel();
 }
 
 void StatusNotifierItem::setShowsLabel(bool showsLabel)

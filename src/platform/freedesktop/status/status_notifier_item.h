@@ -8,8 +8,9 @@
 namespace brevlin {
 
 /// The item as hosts see it (https://www.freedesktop.org/wiki/Specifications/StatusNotifierItem/), with the
-/// label that Ayatana's hosts show beside the picture. Where the label is shown, the picture is without the
-/// clock. A second costs one signal: of the label where it is shown, else of the tool tip.
+/// label that Ayatana's hosts show beside the picture. Where the label is known to be shown, the picture is
+/// without the clock. A second costs a signal of the label and, where that is not known, one of the tool tip;
+/// hosts read no more for two than for one.
 class StatusNotifierItem final : public StatusBusObject
 {
     Q_OBJECT
