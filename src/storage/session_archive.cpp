@@ -250,7 +250,9 @@ Expected<std::vector<SessionRecord>, DocumentError> decodeSessionArchive(const s
     }
     std::vector<SessionRecord> sessions;
     // The library's count saturates at 16,777,215; beyond that the vector just grows.
-    sessions.reserve(array.size());
+    // With room for the records to come: growing moves all of them, on the main thread.
+    constexpr std::size_t spareRecords = 512;
+    sessions.reserve(array.size() + spareRecords);
     for (const JsonValue value : array) {
         const std::size_t index = sessions.size();
         if (auto error = readRecord(value, index, sessions.emplace_back())) {

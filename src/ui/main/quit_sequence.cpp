@@ -40,7 +40,8 @@ void QuitSequence::look()
 {
     // What the disk refuses is tried again; what it is slow with is waited for.
     if (m_looks % looksUntilRetry == 0) {
-        m_model.retryWrites(HistoryFile::Patience::ended);
+        const bool isLastRetry = m_looks + looksUntilRetry >= mostLooks;
+        m_model.retryWrites(isLastRetry ? HistoryFile::Patience::ended : HistoryFile::Patience::waits);
     }
     ++m_looks;
     if (m_documents.drain(Seconds::zero()) && m_model.unsaved().empty()) {
@@ -54,8 +55,11 @@ void QuitSequence::look()
 
 void QuitSequence::finishNow()
 {
-    m_model.retryWrites(HistoryFile::Patience::ended);
-    const bool isDone = m_documents.drain(longestWait);
+    bool isDone = false;
+    for (const auto patience : {HistoryFile::Patience::waits, HistoryFile::Patience::ended}) {
+        m_model.retryWrites(patience);
+        isDone = m_documents.drain(longestWait / 2.0);
+    }
     if (!isDone || !m_model.unsaved().empty()) {
         std::fprintf(stderr, "Brevlin: %s\n", sentence().c_str());
     }
