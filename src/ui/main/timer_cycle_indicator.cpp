@@ -35,6 +35,8 @@ const Metrics& metrics(bool compact)
 
 // A cycle of more phases than this would not fit; its count still says where it stands.
 constexpr std::int64_t mostSegments = 12;
+constexpr double leastSegment = 4;
+constexpr double leastSpacing = 2;
 
 } // namespace
 
@@ -79,21 +81,42 @@ QFont TimerCycleIndicator::countFont() const
     return systemFont(metrics(m_compact).countSize, QFont::DemiBold);
 }
 
-QSizeF TimerCycleIndicator::contentSize() const
+double TimerCycleIndicator::textWidth() const
+{
+    return QFontMetricsF(captionFont()).horizontalAdvance(caption()) + 2 * metrics(m_compact).spacing +
+           QFontMetricsF(countFont()).horizontalAdvance(countText());
+}
+
+std::pair<double, double> TimerCycleIndicator::segmentsWithin(double width) const
 {
     const Metrics& m = metrics(m_compact);
-    const auto segments = static_cast<double>(std::min(segmentCount(), mostSegments));
-    const QFontMetricsF captionMetrics(captionFont());
-    const QFontMetricsF countMetrics(countFont());
-    const double width = captionMetrics.horizontalAdvance(caption()) + m.spacing +
-                         segments * m.segment.width() + (segments - 1) * m.segmentSpacing + m.spacing +
-                         countMetrics.horizontalAdvance(countText());
-    return {width, std::max(captionMetrics.height(), countMetrics.height())};
+    const auto count = static_cast<double>(std::min(segmentCount(), mostSegments));
+    const double needed = count * m.segment.width() + (count - 1) * m.segmentSpacing;
+    if (needed <= width) {
+        return {m.segment.width(), m.segmentSpacing};
+    }
+    const double spacing = std::max(leastSpacing, m.segmentSpacing * width / needed);
+    return {std::max(leastSegment, (width - (count - 1) * spacing) / count), spacing};
+}
+
+QSizeF TimerCycleIndicator::contentSize(double width) const
+{
+    const auto count = static_cast<double>(std::min(segmentCount(), mostSegments));
+    const auto [segment, spacing] = segmentsWithin(width - textWidth());
+    const double height =
+        std::max(QFontMetricsF(captionFont()).height(), QFontMetricsF(countFont()).height());
+    return {textWidth() + count * segment + (count - 1) * spacing, height};
 }
 
 QSize TimerCycleIndicator::sizeHint() const
 {
-    const QSizeF size = contentSize();
+    const QSizeF size = contentSize(QWIDGETSIZE_MAX);
+    return {static_cast<int>(std::ceil(size.width())), static_cast<int>(std::ceil(size.height()))};
+}
+
+QSize TimerCycleIndicator::minimumSizeHint() const
+{
+    const QSizeF size = contentSize(0.0);
     return {static_cast<int>(std::ceil(size.width())), static_cast<int>(std::ceil(size.height()))};
 }
 
@@ -104,11 +127,13 @@ void TimerCycleIndicator::paintEvent(QPaintEvent* /*event*/)
     const Theme theme = Theme::of(*this);
     const Metrics& m = metrics(m_compact);
 
+    const auto [segmentWidth, segmentSpacing] = segmentsWithin(width() - textWidth());
+    const double free = width() - contentSize(width()).width();
     double x = 0.0;
     if (m_alignment & Qt::AlignHCenter) {
-        x = (width() - contentSize().width()) / 2;
+        x = free / 2;
     } else if (m_alignment & Qt::AlignRight) {
-        x = width() - contentSize().width();
+        x = free;
     }
     const auto drawText = [&](const QFont& font, const QString& text) {
         const double advance = QFontMetricsF(font).horizontalAdvance(text);
@@ -129,12 +154,13 @@ void TimerCycleIndicator::paintEvent(QPaintEvent* /*event*/)
         } else if (index == position) {
             color = theme.color(phaseColor(m_model.snapshot().phase));
         }
-        const QRectF segment(QPointF(x, std::round((height() - m.segment.height()) / 2)), m.segment);
+        const QRectF segment(x, std::round((height() - m.segment.height()) / 2), segmentWidth,
+                             m.segment.height());
         painter.setBrush(color);
         painter.drawRoundedRect(segment, m.segment.height() / 2, m.segment.height() / 2);
-        x += m.segment.width() + m.segmentSpacing;
+        x += segmentWidth + segmentSpacing;
     }
-    x += m.spacing - m.segmentSpacing;
+    x += m.spacing - segmentSpacing;
     drawText(countFont(), countText());
 }
 

@@ -2,12 +2,14 @@
 
 #include <QWidget>
 
+#include <utility>
+
 namespace brevlin {
 
 class AppModel;
 
-/// Where the timer stands in its cycle: a caption, one segment for each focus phase and a count. One element
-/// for assistive technology.
+/// Where the timer stands in its cycle: a caption, one segment for each focus phase and a count. Segments become
+/// narrower where there is no room for them all. One element for assistive technology.
 class TimerCycleIndicator final : public QWidget
 {
     Q_OBJECT
@@ -16,7 +18,7 @@ public:
     TimerCycleIndicator(AppModel& model, bool compact, Qt::Alignment alignment, QWidget* parent = nullptr);
 
     QSize sizeHint() const override;
-    QSize minimumSizeHint() const override { return sizeHint(); }
+    QSize minimumSizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -27,7 +29,10 @@ private:
     std::int64_t segmentCount() const;
     QFont captionFont() const;
     QFont countFont() const;
-    QSizeF contentSize() const;
+    double textWidth() const;
+    /// The width of a segment, and the space between two, in a row of all that is this wide at most.
+    std::pair<double, double> segmentsWithin(double width) const;
+    QSizeF contentSize(double width) const;
 
     AppModel& m_model;
     bool m_compact;
