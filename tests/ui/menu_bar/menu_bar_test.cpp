@@ -2,11 +2,14 @@
 #include "storage/main_window_store.h"
 #include "support/fake_status_item.h"
 #include "support/plain_desktop.h"
+#include "ui/main/timer_cycle_indicator.h"
 #include "ui/menu_bar/menu_bar_extra.h"
 #include "ui/menu_bar/menu_bar_panel.h"
 #include "ui/menu_bar/panel_origin.h"
 
+#include <QAbstractButton>
 #include <QApplication>
+#include <QLayout>
 
 namespace brevlin {
 namespace {
@@ -17,7 +20,7 @@ protected:
     MenuBarTest()
     {
         launch();
-        m_extra = std::make_unique<MenuBarExtra>(model(), m_selection, item, m_windowSystem, m_panels);
+        m_extra = std::make_unique<MenuBarExtra>(model(), m_selection, item, windowSystem, panels);
     }
 
     std::string menu() const
@@ -32,10 +35,10 @@ protected:
     SectionSelection& selection() { return m_selection; }
 
     test::FakeStatusItem item;
+    test::PlainWindowSystem windowSystem;
+    test::NoPanels panels;
 
 private:
-    test::PlainWindowSystem m_windowSystem;
-    test::NoPanels m_panels;
     MainWindowStore m_store{disk()};
     SectionSelection m_selection{m_store};
     std::unique_ptr<MenuBarExtra> m_extra;
@@ -76,6 +79,23 @@ TEST_F(MenuBarTest, the_picture_changes_with_the_minute_and_the_state_only)
     EXPECT_EQ(item.pictureChanges, before + 1);
     model().pause();
     EXPECT_EQ(item.pictureChanges, before + 2);
+}
+
+TEST_F(MenuBarTest, the_longest_cycle_has_room_beside_the_button_of_the_panel)
+{
+    TimerSettings settings = model().preferences().timerSettings;
+    settings.focusSessionsPerLongBreak = 12;
+    model().commitTimerSettings(settings);
+    for (const AppLanguage language : {AppLanguage::english, AppLanguage::simplifiedChinese}) {
+        model().setAppLanguage(language);
+        MenuBarPanel panel(model(), windowSystem, panels);
+        panel.ensurePolished();
+        panel.layout()->activate();
+        const auto* cycle = panel.findChild<TimerCycleIndicator*>();
+        EXPECT_GE(cycle->width(), cycle->minimumSizeHint().width());
+        const auto* more = panel.findChild<QAbstractButton*>(QString(), Qt::FindDirectChildrenOnly);
+        EXPECT_LE(cycle->geometry().right(), more->geometry().left());
+    }
 }
 
 TEST_F(MenuBarTest, the_rows_of_the_menu_lead_where_they_say)
