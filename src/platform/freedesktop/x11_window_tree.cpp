@@ -65,11 +65,13 @@ void findManaged(const X11Connection& x11, std::vector<TopLevelWindow>& found)
     };
     constexpr int deepest = 3;
     std::vector<Inner> level;
+    level.reserve(found.size());
     for (std::size_t index = 0; index < found.size(); ++index) {
         level.push_back({index, found[index].id});
     }
     for (int depth = 0; depth <= deepest && !level.empty(); ++depth) {
         std::vector<xcb_window_t> windows;
+        windows.reserve(level.size());
         for (const Inner& inner : level) {
             windows.push_back(inner.window);
         }
