@@ -2,6 +2,7 @@
 // grows into the island: prints the longest stretch in milliseconds. Events that follow each other without a
 // pause belong to one stretch, so that it bounds every frame from above.
 
+#include "platform/freedesktop/bus_session_lock.h"
 #include "platform/freedesktop/qt_task_scheduler.h"
 #include "platform/freedesktop/x11_panel_system.h"
 #include "support/fake_disk.h"
@@ -95,11 +96,12 @@ int main(int argc, char** argv)
     MeasuringApplication application(argc, argv);
     QApplication::setStyle(new BrevlinStyle);
     QApplication::setPalette(Theme::palette(ColorScheme::light));
-    X11PanelSystem system;
     QtTaskScheduler scheduler;
+    X11PanelSystem system(scheduler);
+    BusSessionLock lock(scheduler);
     test::FakeDisk disk;
     TopPanelPositionStore store(disk);
-    TopPanelController panel(system, scheduler, store);
+    TopPanelController panel(system, lock, scheduler, store);
     const auto circle = CapsuleLayouts::capsule(CapsuleLayouts::circleDiameter, HorizontalAnchor::leading);
     const auto wide = CapsuleLayouts::capsule(CapsuleLayouts::expandedTimerWidth, HorizontalAnchor::leading);
     panel.show(timerContent(true, false), circle);
