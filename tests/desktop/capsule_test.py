@@ -3,6 +3,8 @@
 import os
 import time
 
+import dbus
+
 from harness import DesktopTest, holds_for, main, now, read_json, wait_for
 
 SCREEN = (1280, 900)
@@ -242,6 +244,25 @@ class CapsuleAmongWindows(CapsuleTest):
         holds_for("nothing of the island", lambda: self.window_box() is None, 0.5)
         mock.EmitSignal(saver, "ActiveChanged", "b", [False])
         self.wait_for_box(ISLAND)
+
+
+    def test_the_login_manager_hides_the_capsule_while_it_calls_the_session_locked(self):
+        login, session = "org.freedesktop.login1", "org.freedesktop.login1.Session"
+        self.desktop.start_bus("DBUS_SYSTEM_BUS_ADDRESS")
+        manager = self.desktop.start_mock("--system", "--template", "logind", variable="DBUS_SYSTEM_BUS_ADDRESS", name=login,
+                                          path="/org/freedesktop/login1")
+        path = manager.AddSession("7", "seat0", dbus.UInt32(0), "user", True)
+        mock = dbus.Interface(self.desktop.bus("DBUS_SYSTEM_BUS_ADDRESS").get_object(login, path), "org.freedesktop.DBus.Mock")
+        self.desktop.environment["XDG_SESSION_ID"] = "7"
+        self.start()
+        for lock, unlock in ((lambda: mock.EmitSignal(session, "Lock", "", []), lambda: mock.EmitSignal(session, "Unlock", "", [])),
+                             (lambda: mock.UpdateProperties(session, {"LockedHint": True}),
+                              lambda: mock.UpdateProperties(session, {"LockedHint": False}))):
+            self.wait_for_box(CIRCLE)
+            lock()
+            wait_for("nothing of the capsule", lambda: self.window_box() is None)
+            unlock()
+        self.wait_for_box(CIRCLE)
 
 
 class CapsuleAmongWindowsOfXfwm(CapsuleAmongWindows):

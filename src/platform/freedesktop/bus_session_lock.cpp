@@ -144,7 +144,7 @@ void BusSessionLock::lockAsked()
     tell();
 }
 
-// The user has proved to be there, whatever a locker has said before.
+// A locker that follows the request says so itself; until then its own word holds.
 void BusSessionLock::unlockAsked()
 {
     m_lockAsked.reset();
