@@ -1,31 +1,26 @@
 #pragma once
 
-#include <QObject>
-#include <QStringList>
-#include <QVariantMap>
+#include "platform/freedesktop/bus/bus_object.h"
 
 namespace brevlin {
 
 /// org.freedesktop.Application, through which the desktop and a second start reach the running program
 /// (https://specifications.freedesktop.org/desktop-entry-spec/latest/dbus.html).
-class ActivationService final : public QObject
+class ActivationService final : public BusObject
 {
     Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 
 public:
-    using QObject::QObject;
+    static const QString interface;
 
-public Q_SLOTS:
-    // The names that the standard gives to its methods.
-    void Activate(const QVariantMap& platformData);
-    void Open(const QStringList& uris, const QVariantMap& platformData);
-    void ActivateAction(const QString& action, const QVariantList& parameters,
-                        const QVariantMap& platformData);
+    explicit ActivationService(const QString& path);
 
 Q_SIGNALS:
     /// With the token or startup identifier of the user's action, empty where none was given.
     void activated(const QString& token);
+
+protected:
+    QVariantList answer(const QString& method, const QVariantList& arguments) override;
 };
 
 } // namespace brevlin

@@ -27,7 +27,6 @@ namespace {
 
 const QString busName = QStringLiteral("com.quillmark.Brevlin");
 const QString objectPath = QStringLiteral("/com/quillmark/Brevlin");
-const QString applicationInterface = QStringLiteral("org.freedesktop.Application");
 
 constexpr int answerTimeout = 3000; // milliseconds; only a second start waits, with nothing else to do
 constexpr int attempts = 20;
@@ -154,10 +153,9 @@ void ApplicationInstance::serveBus()
     if (!bus.isConnected()) {
         return;
     }
-    m_service = std::make_unique<ActivationService>();
-    connect(m_service.get(), &ActivationService::activated, this, &ApplicationInstance::activationRequested);
     // The object first: whoever sees the name may call at once.
-    bus.registerObject(objectPath, m_service.get(), QDBusConnection::ExportAllSlots);
+    m_service = std::make_unique<ActivationService>(objectPath);
+    connect(m_service.get(), &ActivationService::activated, this, &ApplicationInstance::activationRequested);
     bus.interface()->registerService(busName, QDBusConnectionInterface::DontQueueService,
                                      QDBusConnectionInterface::DontAllowReplacement);
 }
@@ -173,8 +171,8 @@ bool ApplicationInstance::activateThroughBus(const QString& token) const
         platformData = {{QStringLiteral("desktop-startup-id"), token},
                         {QStringLiteral("activation-token"), token}};
     }
-    QDBusMessage message =
-        QDBusMessage::createMethodCall(busName, objectPath, applicationInterface, QStringLiteral("Activate"));
+    QDBusMessage message = QDBusMessage::createMethodCall(busName, objectPath, ActivationService::interface,
+                                                          QStringLiteral("Activate"));
     message << platformData;
     return bus.call(message, QDBus::Block, answerTimeout).type() == QDBusMessage::ReplyMessage;
 }

@@ -1,10 +1,11 @@
 #include "platform/freedesktop/bus_session_lock.h"
 
+#include "platform/freedesktop/bus/bus_values.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
 #include <QDBusVariant>
 
 #include <array>
@@ -60,9 +61,9 @@ void BusSessionLock::watchSavers()
         auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
         connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, name = saver.service] {
             watcher->deleteLater();
-            const QDBusPendingReply<bool> reply = *watcher;
-            if (!reply.isError() && !m_activeSavers.contains(name)) {
-                m_activeSavers.insert(name, reply.value());
+            const auto isActive = busArgument<bool>(watcher->reply());
+            if (isActive && !m_activeSavers.contains(name)) {
+                m_activeSavers.insert(name, *isActive);
                 tell();
             }
         });
@@ -71,12 +72,12 @@ void BusSessionLock::watchSavers()
 
 void BusSessionLock::saverChanged(const QDBusMessage& message)
 {
-    if (message.signature() != QStringLiteral("b")) {
+    const auto isActive = busArgument<bool>(message);
+    if (!isActive) {
         return;
     }
-    const bool isActive = message.arguments().constFirst().toBool();
-    m_activeSavers.insert(message.interface(), isActive);
-    if (!isActive) {
+    m_activeSavers.insert(message.interface(), *isActive);
+    if (!*isActive) {
         m_lockAsked.reset();
     }
     tell();
@@ -93,9 +94,8 @@ void BusSessionLock::findSession()
     auto* watcher = new QDBusPendingCallWatcher(QDBusConnection::systemBus().asyncCall(question), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
         watcher->deleteLater();
-        const QDBusPendingReply<QDBusObjectPath> reply = *watcher;
-        if (!reply.isError()) {
-            watchSession(reply.value().path());
+        if (const auto path = busArgument<QDBusObjectPath>(watcher->reply())) {
+            watchSession(path->path());
         }
     });
 }
@@ -106,30 +106,33 @@ void BusSessionLock::watchSession(const QString& path)
     bus.connect(login, path, session, QStringLiteral("Lock"), this, SLOT(lockAsked()));
     bus.connect(login, path, session, QStringLiteral("Unlock"), this, SLOT(unlockAsked()));
     bus.connect(login, path, properties, QStringLiteral("PropertiesChanged"), this,
-                SLOT(sessionChanged(QString, QVariantMap)));
+                SLOT(sessionChanged(QDBusMessage)));
     QDBusMessage question = QDBusMessage::createMethodCall(login, path, properties, QStringLiteral("Get"));
     question << session << lockedHint;
     auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
         watcher->deleteLater();
-        const QDBusPendingReply<QDBusVariant> reply = *watcher;
-        if (!reply.isError()) {
-            setHint(reply.value().variant().toBool());
+        if (const auto hint = busArgument<QDBusVariant>(watcher->reply())) {
+            takeHint(hint->variant());
         }
     });
 }
 
-void BusSessionLock::sessionChanged(const QString& interface, const QVariantMap& changed)
+void BusSessionLock::sessionChanged(const QDBusMessage& message)
 {
-    const auto hint = changed.find(lockedHint);
-    if (interface == session && hint != changed.end()) {
-        setHint(hint->toBool());
+    const auto change = busArguments<QString, QVariantMap, QStringList>(message);
+    if (change && std::get<0>(*change) == session) {
+        takeHint(std::get<1>(*change).value(lockedHint));
     }
 }
 
-void BusSessionLock::setHint(bool isLocked)
+void BusSessionLock::takeHint(const QVariant& value)
 {
-    if (std::exchange(m_isHinted, isLocked) && !isLocked) {
+    const auto isLocked = busValue<bool>(value);
+    if (!isLocked) {
+        return;
+    }
+    if (std::exchange(m_isHinted, *isLocked) && !*isLocked) {
         m_lockAsked.reset();
     }
     tell();

@@ -26,7 +26,7 @@ public:
 
 private Q_SLOTS:
     void saverChanged(const QDBusMessage& message);
-    void sessionChanged(const QString& interface, const QVariantMap& changed);
+    void sessionChanged(const QDBusMessage& message);
     void lockAsked();
     void unlockAsked();
 
@@ -34,7 +34,8 @@ private:
     void watchSavers();
     void findSession();
     void watchSession(const QString& path);
-    void setHint(bool isLocked);
+    /// Takes the value of the session's hint, or no value.
+    void takeHint(const QVariant& value);
     void tell();
 
     TaskScheduler& m_scheduler;

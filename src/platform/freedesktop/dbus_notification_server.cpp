@@ -1,11 +1,11 @@
 #include "platform/freedesktop/dbus_notification_server.h"
 
+#include "platform/freedesktop/bus/bus_values.h"
 #include "platform/freedesktop/notifications/banner_places.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
 
 #include <limits>
@@ -42,7 +42,7 @@ QDBusMessage busCall(const char* method)
 
 std::string description(const QDBusPendingCallWatcher& call)
 {
-    return call.error().message().toStdString();
+    return call.isError() ? call.error().message().toStdString() : "answer of another type";
 }
 
 // https://specifications.freedesktop.org/notification-spec/latest/hints.html
@@ -66,11 +66,11 @@ DBusNotificationServer::DBusNotificationServer(QObject* parent) : QObject(parent
 {
     QDBusConnection bus = QDBusConnection::sessionBus();
     bus.connect(service, path, service, QStringLiteral("ActionInvoked"), this,
-                SLOT(actionInvoked(uint, QString)));
+                SLOT(actionInvoked(QDBusMessage)));
     bus.connect(service, path, service, QStringLiteral("ActivationToken"), this,
-                SLOT(activationTokenGiven(uint, QString)));
+                SLOT(activationTokenGiven(QDBusMessage)));
     bus.connect(service, path, service, QStringLiteral("NotificationClosed"), this,
-                SLOT(notificationClosed(uint, uint)));
+                SLOT(notificationClosed(QDBusMessage)));
     auto* watcher = new QDBusServiceWatcher(service, bus, QDBusServiceWatcher::WatchForOwnerChange, this);
     connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString& /*name*/, const QString& oldOwner, const QString& newOwner) {
@@ -123,8 +123,8 @@ void DBusNotificationServer::tellBannerPlace(const std::optional<BannerPlace>& p
 void DBusNotificationServer::tellWhenUnavailable()
 {
     call(busCall("ListActivatableNames"), [this](const QDBusPendingCallWatcher& finished) {
-        const QDBusPendingReply<QStringList> names = finished;
-        const bool canBeStarted = !names.isError() && names.value().contains(service);
+        const auto names = busArgument<QStringList>(finished.reply());
+        const bool canBeStarted = names && names->contains(service);
         if (!m_hasOwner && !canBeStarted && m_observer.becameUnavailable) {
             m_observer.becameUnavailable();
         }
@@ -136,13 +136,13 @@ void DBusNotificationServer::readCapabilities(
 {
     call(serverCall("GetCapabilities"),
          [this, completion = std::move(completion)](const QDBusPendingCallWatcher& finished) {
-             const QDBusPendingReply<QStringList> reply = finished;
-             if (reply.isError()) {
+             const auto names = busArgument<QStringList>(finished.reply());
+             if (!names) {
                  completion(Unexpected{description(finished)});
                  return;
              }
              Capabilities capabilities;
-             for (const QString& each : reply.value()) {
+             for (const QString& each : *names) {
                  capabilities.insert(each.toStdString());
              }
              readServerName();
@@ -153,10 +153,11 @@ void DBusNotificationServer::readCapabilities(
 void DBusNotificationServer::readServerName()
 {
     call(serverCall("GetServerInformation"), [this](const QDBusPendingCallWatcher& finished) {
-        const QDBusPendingReply<QString, QString, QString, QString> reply = finished;
-        if (!reply.isError()) {
-            m_doNotDisturb.follow(reply.argumentAt<0>());
-            tellBannerPlace(bannerPlaceOf(reply.argumentAt<0>().toStdString()));
+        // Name, vendor, version and version of the specification.
+        if (const auto server = busArguments<QString, QString, QString, QString>(finished.reply())) {
+            const QString& name = std::get<0>(*server);
+            m_doNotDisturb.follow(name);
+            tellBannerPlace(bannerPlaceOf(name.toStdString()));
         }
     });
 }
@@ -173,11 +174,10 @@ void DBusNotificationServer::notify(const ServerNotification& notification,
             << QString::fromStdString(notification.title) << QString::fromStdString(notification.body)
             << actions << hints(notification) << neverExpires;
     call(message, [completion = std::move(completion)](const QDBusPendingCallWatcher& finished) {
-        const QDBusPendingReply<uint> reply = finished;
-        if (reply.isError()) {
-            completion(Unexpected{description(finished)});
+        if (const auto id = busArgument<uint>(finished.reply())) {
+            completion(std::uint32_t{*id});
         } else {
-            completion(std::uint32_t{reply.value()});
+            completion(Unexpected{description(finished)});
         }
     });
 }
@@ -203,26 +203,30 @@ void DBusNotificationServer::call(const QDBusMessage& message,
     });
 }
 
-void DBusNotificationServer::actionInvoked(uint id, const QString& action)
+void DBusNotificationServer::actionInvoked(const QDBusMessage& message)
 {
-    if (m_observer.actionInvoked) {
-        m_observer.actionInvoked(id, action.toStdString());
+    const auto action = busArguments<uint, QString>(message);
+    if (action && m_observer.actionInvoked) {
+        m_observer.actionInvoked(std::get<0>(*action), std::get<1>(*action).toStdString());
     }
 }
 
-void DBusNotificationServer::activationTokenGiven(uint id, const QString& token)
+void DBusNotificationServer::activationTokenGiven(const QDBusMessage& message)
 {
-    if (m_observer.activationTokenGiven) {
-        m_observer.activationTokenGiven(id, token.toStdString());
+    const auto token = busArguments<uint, QString>(message);
+    if (token && m_observer.activationTokenGiven) {
+        m_observer.activationTokenGiven(std::get<0>(*token), std::get<1>(*token).toStdString());
     }
 }
 
-void DBusNotificationServer::notificationClosed(uint id, uint reason)
+void DBusNotificationServer::notificationClosed(const QDBusMessage& message)
 {
     // https://specifications.freedesktop.org/notification-spec/latest/protocol.html#signal-notification-closed
     constexpr uint expired = 1;
     constexpr uint dismissed = 2;
-    if (m_observer.closed) {
+    const auto closing = busArguments<uint, uint>(message);
+    if (closing && m_observer.closed) {
+        const auto [id, reason] = *closing;
         m_observer.closed(id, reason == expired     ? CloseReason::expired
                               : reason == dismissed ? CloseReason::dismissed
                                                     : CloseReason::other);

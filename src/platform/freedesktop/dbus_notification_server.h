@@ -28,9 +28,9 @@ public:
     void close(std::uint32_t id) override;
 
 private Q_SLOTS:
-    void actionInvoked(uint id, const QString& action);
-    void activationTokenGiven(uint id, const QString& token);
-    void notificationClosed(uint id, uint reason);
+    void actionInvoked(const QDBusMessage& message);
+    void activationTokenGiven(const QDBusMessage& message);
+    void notificationClosed(const QDBusMessage& message);
 
 private:
     void ownerChanged(const QString& oldOwner, const QString& newOwner);

@@ -1,6 +1,9 @@
 #include "platform/freedesktop/desktop_system_events.h"
 
+#include "platform/freedesktop/bus/bus_values.h"
+
 #include <QDBusConnection>
+#include <QDBusMessage>
 #include <QGuiApplication>
 #include <QSocketNotifier>
 
@@ -54,12 +57,14 @@ void DesktopSystemEvents::watchLogind()
     QDBusConnection::systemBus().connect(
         QStringLiteral("org.freedesktop.login1"), QStringLiteral("/org/freedesktop/login1"),
         QStringLiteral("org.freedesktop.login1.Manager"), QStringLiteral("PrepareForSleep"), this,
-        SLOT(prepareForSleep(bool)));
+        SLOT(prepareForSleep(QDBusMessage)));
 }
 
-void DesktopSystemEvents::prepareForSleep(bool isGoingToSleep)
+void DesktopSystemEvents::prepareForSleep(const QDBusMessage& message)
 {
-    call(isGoingToSleep ? m_observer.willSleep : m_observer.didWake);
+    if (const auto isGoingToSleep = busArgument<bool>(message)) {
+        call(*isGoingToSleep ? m_observer.willSleep : m_observer.didWake);
+    }
 }
 
 void DesktopSystemEvents::watchClock()

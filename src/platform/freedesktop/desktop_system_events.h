@@ -7,6 +7,7 @@
 
 #include <memory>
 
+class QDBusMessage;
 class QSocketNotifier;
 
 namespace brevlin {
@@ -26,7 +27,7 @@ public:
     void setObserver(Observer observer) override;
 
 private Q_SLOTS:
-    void prepareForSleep(bool isGoingToSleep);
+    void prepareForSleep(const QDBusMessage& message);
 
 private:
     void watchLogind();

@@ -1,9 +1,10 @@
 #include "platform/freedesktop/do_not_disturb.h"
 
+#include "platform/freedesktop/bus/bus_values.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
 #include <QDBusVariant>
 #include <QProcess>
 
@@ -89,9 +90,9 @@ void DoNotDisturb::ask(const QDBusMessage& message)
     auto* watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(message), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, asked = m_serverName] {
         watcher->deleteLater();
-        const QDBusPendingReply<QDBusVariant> reply = *watcher;
         if (asked == m_serverName) {
-            tell(!reply.isError() && reply.value().variant().toBool());
+            const auto answer = busArgument<QDBusVariant>(watcher->reply());
+            tell(answer && busValue<bool>(answer->variant()).value_or(false));
         }
     });
 }

@@ -1,10 +1,10 @@
 #include "platform/freedesktop/portal_desktop_settings.h"
 
-#include <QDBusArgument>
+#include "platform/freedesktop/bus/bus_values.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
-#include <QDBusVariant>
 
 #include <utility>
 
@@ -20,33 +20,24 @@ const QString appearanceGroup = QStringLiteral("org.freedesktop.appearance");
 const QString gnomeGroup = QStringLiteral("org.gnome.desktop.interface");
 const QString kdeGroup = QStringLiteral("org.kde.kdeglobals.KDE");
 
-// Some portals wrap a value in one variant more than they should.
-QVariant unwrapped(QVariant value)
-{
-    while (value.canConvert<QDBusVariant>()) {
-        value = value.value<QDBusVariant>().variant();
-    }
-    return value;
-}
-
 // a{sa{sv}}, which Qt would read into a map that keeps the last of equal keys.
 QList<std::pair<QString, QVariantMap>> groupsOf(const QDBusMessage& reply)
 {
     QList<std::pair<QString, QVariantMap>> groups;
-    const auto argument = reply.arguments().value(0).value<QDBusArgument>();
-    if (argument.currentSignature() != QLatin1String("a{sa{sv}}")) {
+    const auto argument = busArgument(reply, QLatin1String("a{sa{sv}}"));
+    if (!argument) {
         return groups;
     }
-    argument.beginMap();
-    while (!argument.atEnd()) {
+    argument->beginMap();
+    while (!argument->atEnd()) {
         QString group;
         QVariantMap values;
-        argument.beginMapEntry();
-        argument >> group >> values;
-        argument.endMapEntry();
+        argument->beginMapEntry();
+        *argument >> group >> values;
+        argument->endMapEntry();
         groups.append({group, values});
     }
-    argument.endMap();
+    argument->endMap();
     return groups;
 }
 
@@ -58,7 +49,7 @@ QMap<QString, QVariantMap> firstAnswers(const QList<std::pair<QString, QVariantM
     for (const auto& [group, values] : answers) {
         for (auto entry = values.begin(); entry != values.end(); ++entry) {
             const QVariant value = unwrapped(entry.value());
-            const bool saysSomething = group != appearanceGroup || value.toUInt() != 0;
+            const bool saysSomething = group != appearanceGroup || busValue<uint>(value).value_or(0) != 0;
             if (saysSomething && !result[group].contains(entry.key())) {
                 result[group].insert(entry.key(), value);
             }
@@ -70,7 +61,7 @@ QMap<QString, QVariantMap> firstAnswers(const QList<std::pair<QString, QVariantM
 PortalDesktopSettings::PortalDesktopSettings(QObject* parent) : QObject(parent)
 {
     QDBusConnection::sessionBus().connect(service, path, interface, QStringLiteral("SettingChanged"), this,
-                                          SLOT(settingChanged(QString)));
+                                          SLOT(settingChanged(QDBusMessage)));
     readAll();
 }
 
@@ -105,8 +96,10 @@ void PortalDesktopSettings::readAll()
 }
 
 // The signal does not say which of several back ends it comes from, and so whether its value holds.
-void PortalDesktopSettings::settingChanged(const QString& group)
+void PortalDesktopSettings::settingChanged(const QDBusMessage& message)
 {
+    const auto change = busArguments<QString, QString, QDBusVariant>(message);
+    const QString group = change ? std::get<0>(*change) : QString();
     if (group != appearanceGroup && group != gnomeGroup && group != kdeGroup) {
         return;
     }
@@ -135,7 +128,7 @@ bool PortalDesktopSettings::saysColorScheme() const
 
 std::optional<DesktopSettings::ColorScheme> PortalDesktopSettings::colorScheme() const
 {
-    switch (value(appearanceGroup, QStringLiteral("color-scheme")).toUInt()) {
+    switch (busValue<uint>(value(appearanceGroup, QStringLiteral("color-scheme"))).value_or(0)) {
     case 1:
         return ColorScheme::dark;
     case 2:
@@ -147,16 +140,17 @@ std::optional<DesktopSettings::ColorScheme> PortalDesktopSettings::colorScheme()
 
 bool PortalDesktopSettings::reducesMotion() const
 {
-    if (const QVariant reduced = value(appearanceGroup, QStringLiteral("reduced-motion"));
-        reduced.isValid()) {
-        return reduced.toUInt() == 1;
+    if (const auto reduced = busValue<uint>(value(appearanceGroup, QStringLiteral("reduced-motion")))) {
+        return *reduced == 1;
     }
-    if (const QVariant enabled = value(gnomeGroup, QStringLiteral("enable-animations")); enabled.isValid()) {
-        return !enabled.toBool();
+    if (const auto enabled = busValue<bool>(value(gnomeGroup, QStringLiteral("enable-animations")))) {
+        return !*enabled;
     }
-    bool isNumber = false;
-    const double factor = value(kdeGroup, QStringLiteral("AnimationDurationFactor")).toDouble(&isNumber);
-    return isNumber && factor == 0.0;
+    const QVariant factor = value(kdeGroup, QStringLiteral("AnimationDurationFactor"));
+    const auto number = busValue<double>(factor);
+    const auto text = busValue<QString>(factor); // as it stands in Plasma's file
+    bool isNumber = number.has_value();
+    return (text ? text->toDouble(&isNumber) : number.value_or(0.0)) == 0.0 && isNumber;
 }
 
 void PortalDesktopSettings::setChangeHandler(std::function<void()> handler)

@@ -9,6 +9,8 @@
 
 #include <utility>
 
+class QDBusMessage;
+
 namespace brevlin {
 
 /// Reads the settings portal
@@ -26,7 +28,7 @@ public:
     void setChangeHandler(std::function<void()> handler) override;
 
 private Q_SLOTS:
-    void settingChanged(const QString& group);
+    void settingChanged(const QDBusMessage& message);
 
 private:
     void readAll();

@@ -82,7 +82,10 @@ bool haveSameShape(const std::vector<StatusMenuRow>& first, const std::vector<St
 
 } // namespace
 
-StatusBusMenu::StatusBusMenu(const QString& path) : StatusBusObject(path, interface, description) {}
+StatusBusMenu::StatusBusMenu(const QString& path) : BusObject(path, interface, description)
+{
+    registerStatusBusTypes();
+}
 
 void StatusBusMenu::setRows(const std::vector<StatusMenuRow>& rows)
 {
@@ -220,47 +223,43 @@ bool StatusBusMenu::takeEvent(int id, const QString& type)
     return true;
 }
 
-std::optional<QVariantList> StatusBusMenu::answer(const QString& method, const QVariantList& arguments)
+QVariantList StatusBusMenu::answer(const QString& method, const QVariantList& arguments)
 {
     const auto number = [&arguments](qsizetype index) {
-        return arguments.value(index).toInt();
+        return arguments.at(index).toInt();
     };
     if (method == QLatin1String("GetLayout")) {
         return layout(number(0), number(1));
     }
     if (method == QLatin1String("GetGroupProperties")) {
-        return groupProperties(qdbus_cast<QList<int>>(arguments.value(0)));
+        return groupProperties(qdbus_cast<QList<int>>(arguments.at(0)));
     }
     if (method == QLatin1String("GetProperty")) {
-        const QVariant value = rowProperties(number(0)).value(arguments.value(1).toString());
-        return QVariantList{
-            QVariant::fromValue(QDBusVariant(value.isValid() ? value : QString(QLatin1String(""))))};
+        const QVariant value = rowProperties(number(0)).value(arguments.at(1).toString());
+        return {QVariant::fromValue(QDBusVariant(value.isValid() ? value : QString(QLatin1String(""))))};
     }
     if (method == QLatin1String("Event")) {
-        takeEvent(number(0), arguments.value(1).toString());
-        return QVariantList{};
+        takeEvent(number(0), arguments.at(1).toString());
+        return {};
     }
     if (method == QLatin1String("EventGroup")) {
         QList<int> unknown;
-        const auto events = qdbus_cast<QList<BusMenuEvent>>(arguments.value(0));
+        const auto events = qdbus_cast<QList<BusMenuEvent>>(arguments.at(0));
         for (const BusMenuEvent& event : events) {
             if (!takeEvent(event.id, event.type)) {
                 unknown.append(event.id);
             }
         }
-        return QVariantList{QVariant::fromValue(unknown)};
+        return {QVariant::fromValue(unknown)};
     }
     // The changed rows are on their way: nobody needs to read the whole menu anew.
     if (method == QLatin1String("AboutToShow")) {
         prepareToShow();
-        return QVariantList{false};
+        return {false};
     }
-    if (method == QLatin1String("AboutToShowGroup")) {
-        prepareToShow();
-        const QVariant none = QVariant::fromValue(QList<int>{});
-        return QVariantList{none, none};
-    }
-    return std::nullopt;
+    prepareToShow(); // AboutToShowGroup
+    const QVariant none = QVariant::fromValue(QList<int>{});
+    return {none, none};
 }
 
 } // namespace brevlin

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/freedesktop/status/status_bus_object.h"
+#include "platform/freedesktop/bus/bus_object.h"
 #include "platform/status_item.h"
 
 #include <cstddef>
@@ -11,7 +11,7 @@ namespace brevlin {
 /// The item's menu as hosts draw it themselves: com.canonical.dbusmenu
 /// (https://github.com/AyatanaIndicators/libdbusmenu/blob/main/libdbusmenu-glib/dbus-menu.xml). What changes
 /// every second is announced only while the menu is open, and when it is about to open.
-class StatusBusMenu final : public StatusBusObject
+class StatusBusMenu final : public BusObject
 {
     Q_OBJECT
 
@@ -25,7 +25,7 @@ Q_SIGNALS:
 
 protected:
     QVariantMap properties() const override;
-    std::optional<QVariantList> answer(const QString& method, const QVariantList& arguments) override;
+    QVariantList answer(const QString& method, const QVariantList& arguments) override;
 
 private:
     const StatusMenuRow* row(int id) const;

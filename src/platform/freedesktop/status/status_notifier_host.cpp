@@ -1,5 +1,7 @@
 #include "platform/freedesktop/status/status_notifier_host.h"
 
+#include "platform/freedesktop/bus/bus_values.h"
+
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -76,7 +78,7 @@ StatusNotifierHost::StatusNotifierHost(TaskScheduler& scheduler, QObject* parent
     requestName();
     call(busCall("GetNameOwner", {watcherService}), [this](const QDBusMessage& answer) {
         if (m_owner.isEmpty()) { // a change that came meanwhile knows better
-            ownerChanged(isError(answer) ? QString() : answer.arguments().value(0).toString());
+            ownerChanged(busArgument<QString>(answer).value_or(QString()));
         }
     });
 }
@@ -131,8 +133,9 @@ void StatusNotifierHost::readHost()
              if (asked != m_owner || m_owner.isEmpty()) {
                  return;
              }
-             const auto value = answer.arguments().value(0).value<QDBusVariant>().variant();
-             setAbsent(!isError(answer) && !value.toBool());
+             // A watcher that does not say is taken at its name.
+             const auto value = busArgument<QDBusVariant>(answer);
+             setAbsent(value && busValue<bool>(value->variant()) == false);
          });
 }
 
@@ -148,13 +151,14 @@ void StatusNotifierHost::readKnownNames(int looksLeft)
     }
     const char* method = "GetConnectionUnixProcessID";
     call(busCall(method, {watcherService}), [this, method, asked = m_owner](const QDBusMessage& collector) {
+        const auto process = busArgument<uint>(collector);
         for (const char* name : namesOfLabelHosts) {
-            call(busCall(method, {QString::fromLatin1(name)}), [this, asked,
-                                                                collector](const QDBusMessage& answer) {
-                if (!isError(answer) && asked == m_owner && answer.arguments() == collector.arguments()) {
-                    labelAsked();
-                }
-            });
+            call(busCall(method, {QString::fromLatin1(name)}),
+                 [this, asked, process](const QDBusMessage& answer) {
+                     if (process && asked == m_owner && busArgument<uint>(answer) == process) {
+                         labelAsked();
+                     }
+                 });
         }
     });
 }

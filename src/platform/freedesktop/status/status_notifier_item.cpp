@@ -67,7 +67,10 @@ QString installedName(const std::string& themeName)
 const QString StatusNotifierItem::path = QStringLiteral("/StatusNotifierItem");
 const QString StatusNotifierItem::menuPath = QStringLiteral("/StatusNotifierItem/Menu");
 
-StatusNotifierItem::StatusNotifierItem() : StatusBusObject(path, interface, description) {}
+StatusNotifierItem::StatusNotifierItem() : BusObject(path, interface, description)
+{
+    registerStatusBusTypes();
+}
 
 void StatusNotifierItem::setPictures(const StatusPictures& pictures)
 {
@@ -149,25 +152,18 @@ void StatusNotifierItem::propertyAsked(const QString& name)
     }
 }
 
-std::optional<QVariantList> StatusNotifierItem::answer(const QString& method, const QVariantList& arguments)
+QVariantList StatusNotifierItem::answer(const QString& method, const QVariantList& arguments)
 {
-    if (method == QLatin1String("Scroll")) {
-        return QVariantList{};
+    if (method != QLatin1String("Scroll")) {
+        const int x = arguments.at(0).toInt();
+        const int y = arguments.at(1).toInt();
+        if (method == QLatin1String("ContextMenu")) {
+            Q_EMIT menuRequested(x, y);
+        } else { // Activate, SecondaryActivate
+            Q_EMIT activated(x, y);
+        }
     }
-    if (arguments.size() != 2) {
-        return std::nullopt;
-    }
-    const int x = arguments.at(0).toInt();
-    const int y = arguments.at(1).toInt();
-    if (method == QLatin1String("Activate") || method == QLatin1String("SecondaryActivate")) {
-        Q_EMIT activated(x, y);
-        return QVariantList{};
-    }
-    if (method == QLatin1String("ContextMenu")) {
-        Q_EMIT menuRequested(x, y);
-        return QVariantList{};
-    }
-    return std::nullopt;
+    return {};
 }
 
 } // namespace brevlin

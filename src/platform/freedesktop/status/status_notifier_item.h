@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/freedesktop/status/status_bus_object.h"
+#include "platform/freedesktop/bus/bus_object.h"
 #include "platform/status_item.h"
 
 #include <functional>
@@ -11,7 +11,7 @@ namespace brevlin {
 /// label that Ayatana's hosts show beside the picture. Where the label is known to be shown, the picture is
 /// without the clock. A second costs a signal of the label and, where that is not known, one of the tool tip;
 /// hosts read no more for two than for one.
-class StatusNotifierItem final : public StatusBusObject
+class StatusNotifierItem final : public BusObject
 {
     Q_OBJECT
 
@@ -34,7 +34,7 @@ Q_SIGNALS:
 protected:
     QVariantMap properties() const override;
     void propertyAsked(const QString& name) override;
-    std::optional<QVariantList> answer(const QString& method, const QVariantList& arguments) override;
+    QVariantList answer(const QString& method, const QVariantList& arguments) override;
 
 private:
     QString label() const;
