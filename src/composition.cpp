@@ -4,6 +4,7 @@
 #include "app/app_section.h"
 #include "app/capsule_choreography.h"
 #include "platform/freedesktop/application_instance.h"
+#include "platform/freedesktop/bus/bus_start.h"
 #include "platform/freedesktop/bus_session_lock.h"
 #include "platform/freedesktop/dbus_notification_server.h"
 #include "platform/freedesktop/desktop_system_events.h"
@@ -65,7 +66,7 @@ ColorScheme schemeOf(DesktopSettings::ColorScheme scheme)
 class Composition::Parts final
 {
 public:
-    Parts(const UserFolders& folders, ApplicationInstance& instance);
+    Parts(BusStart& buses, const UserFolders& folders, ApplicationInstance& instance);
     ~Parts()
     {
         m_notificationCenter.setBannerPlaceHandler({});
@@ -86,6 +87,7 @@ private:
     void notify(const std::string& title, const std::string& text);
 
     // What the model and the window borrow stands before them.
+    MessageBus& m_sessionBus;
     PosixDurableFile m_files;
     FileUserDefaults m_defaults;
     SystemClock m_clock;
@@ -118,16 +120,19 @@ private:
     TaskHandle m_firstShow;
 };
 
-Composition::Parts::Parts(const UserFolders& folders, ApplicationInstance& instance)
-    : m_defaults(folders.preferences, m_files)
-    , m_notificationCenter(std::make_unique<DBusNotificationServer>(), m_clock, m_scheduler)
+Composition::Parts::Parts(BusStart& buses, const UserFolders& folders, ApplicationInstance& instance)
+    : m_sessionBus(buses.session())
+    , m_defaults(folders.preferences, m_files)
+    , m_systemEvents(buses.system())
+    , m_desktopSettings(m_sessionBus)
+    , m_notificationCenter(std::make_unique<DBusNotificationServer>(m_sessionBus), m_clock, m_scheduler)
     , m_soundPlayer(m_scheduler, folders.sharedData, "freedesktop")
     , m_loginItem(folders.autostart, QCoreApplication::applicationFilePath().toStdString(), m_files,
                   m_documents)
-    , m_statusItem(m_scheduler)
+    , m_statusItem(m_sessionBus, m_scheduler)
     , m_panelPositionStore(disk())
     , m_panelSystem(m_scheduler)
-    , m_sessionLock(m_scheduler)
+    , m_sessionLock(m_sessionBus, buses.system(), m_scheduler)
     , m_panelController(m_panelSystem, m_sessionLock, m_scheduler, m_panelPositionStore)
     , m_capsule(m_panelController, m_scheduler)
     , m_style(new BrevlinStyle)
@@ -244,7 +249,7 @@ void Composition::Parts::notify(const std::string& title, const std::string& tex
 {
     if (!m_messageCenter) {
         m_messageCenter = std::make_unique<DesktopNotificationCenter>(
-            std::make_unique<DBusNotificationServer>(), m_clock, m_scheduler);
+            std::make_unique<DBusNotificationServer>(m_sessionBus), m_clock, m_scheduler);
         m_messageCenter->setResponseHandler([this](const NotificationResponse& response) {
             if (response.actionIdentifier == defaultNotificationActionIdentifier) {
                 showWindow(m_messageCenter->activationToken());
@@ -259,8 +264,8 @@ void Composition::Parts::notify(const std::string& title, const std::string& tex
     m_messageCenter->add(request, [](const Expected<void, std::string>& /*shown*/) {});
 }
 
-Composition::Composition(const UserFolders& folders, ApplicationInstance& instance)
-    : m_parts(std::make_unique<Parts>(folders, instance))
+Composition::Composition(BusStart& buses, const UserFolders& folders, ApplicationInstance& instance)
+    : m_parts(std::make_unique<Parts>(buses, folders, instance))
 {}
 
 Composition::~Composition() = default;

@@ -5,6 +5,7 @@
 namespace brevlin {
 
 class ApplicationInstance;
+class BusStart;
 struct UserFolders;
 
 /// Makes every real part of the program, hands them to the model and shows the main window. Lives from start
@@ -12,7 +13,7 @@ struct UserFolders;
 class Composition final
 {
 public:
-    Composition(const UserFolders& folders, ApplicationInstance& instance);
+    Composition(BusStart& buses, const UserFolders& folders, ApplicationInstance& instance);
     ~Composition();
     Composition(const Composition&) = delete;
     Composition& operator=(const Composition&) = delete;

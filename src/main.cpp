@@ -1,5 +1,7 @@
 #include "composition.h"
 #include "platform/freedesktop/application_instance.h"
+#include "platform/freedesktop/bus/bus_start.h"
+#include "platform/freedesktop/x11_connection.h"
 #include "start_refusal.h"
 #include "ui/style/accessibility.h"
 #include "ui/style/typography.h"
@@ -21,14 +23,17 @@ int main(int argc, char** argv)
         qputenv("QT_QPA_PLATFORM", "xcb");
     }
     const QString token = launchToken();
+    BusStart buses;
+    buses.applicationIsToBeMade();
     QApplication application(argc, argv);
+    buses.applicationIsMade(X11Connection().accessibilityBus());
     QApplication::setApplicationName(QStringLiteral("Brevlin"));
     QApplication::setApplicationVersion(QStringLiteral(BREVLIN_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("com.quillmark.Brevlin"));
     QApplication::setQuitOnLastWindowClosed(false);
 
     const UserFolders folders = userFolders();
-    ApplicationInstance instance({folders.data, folders.preferences}, folders.runtime);
+    ApplicationInstance instance(buses.session(), {folders.data, folders.preferences}, folders.runtime);
     switch (instance.claim(token)) {
     case ApplicationInstance::Claim::first:
         break;
@@ -48,6 +53,6 @@ int main(int argc, char** argv)
 
     installFonts();
     installAccessibility();
-    const Composition composition(folders, instance);
+    const Composition composition(buses, folders, instance);
     return QApplication::exec();
 }

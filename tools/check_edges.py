@@ -13,7 +13,7 @@ SOURCE = pathlib.Path(__file__).resolve().parent.parent / "src"
 EDGES = {
     "core": ([], []),
     "platform": (["core"], []),
-    "platform/freedesktop/bus": ([], ["Core", "DBus"]),
+    "platform/freedesktop/bus": ([], ["Core", "Gui", "DBus"]),
     "platform/freedesktop/files": (["core", "platform"], []),
     "platform/freedesktop/notifications": (["core", "platform"], []),
     "platform/freedesktop/login": (["core", "platform"], ["Core", "Gui"]),
@@ -32,7 +32,7 @@ EDGES = {
     "ui/screens/statistics": (["core", "app", "ui/style"], ["Core", "Gui", "Widgets"]),
     "ui/main": (["core", "platform", "storage", "app", "ui"], ["Core", "Gui", "Widgets"]),
     "ui/menu_bar": (["core", "platform", "storage", "app", "ui"], ["Core", "Gui", "Widgets"]),
-    "": (["core", "platform", "platform/freedesktop", "platform/freedesktop/files", "platform/freedesktop/login",
+    "": (["core", "platform", "platform/freedesktop", "platform/freedesktop/bus", "platform/freedesktop/files", "platform/freedesktop/login",
           "platform/freedesktop/notifications", "platform/freedesktop/sound", "platform/freedesktop/status", "storage", "services", "app", "ui"],
          ["Core", "Gui", "Widgets"]),
 }

@@ -25,7 +25,9 @@ const QString description = QStringLiteral(R"xml(
 
 const QString ActivationService::interface = QStringLiteral("org.freedesktop.Application");
 
-ActivationService::ActivationService(const QString& path) : BusObject(path, interface, description) {}
+ActivationService::ActivationService(MessageBus& bus, const QString& path)
+    : BusObject(bus, path, interface, description)
+{}
 
 // There are no documents to open and no actions in the desktop entry: whoever asks for any of them wants to
 // see the program.

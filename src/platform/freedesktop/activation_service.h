@@ -13,7 +13,7 @@ class ActivationService final : public BusObject
 public:
     static const QString interface;
 
-    explicit ActivationService(const QString& path);
+    ActivationService(MessageBus& bus, const QString& path);
 
 Q_SIGNALS:
     /// With the token or startup identifier of the user's action, empty where none was given.

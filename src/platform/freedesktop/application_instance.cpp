@@ -1,6 +1,7 @@
 #include "platform/freedesktop/application_instance.h"
 
 #include "platform/freedesktop/activation_service.h"
+#include "platform/freedesktop/bus/message_bus.h"
 
 #include <QCryptographicHash>
 #include <QDBusConnection>
@@ -61,9 +62,9 @@ QString launchToken()
     return token.isEmpty() ? qEnvironmentVariable("XDG_ACTIVATION_TOKEN") : token;
 }
 
-ApplicationInstance::ApplicationInstance(std::vector<std::string> folders,
+ApplicationInstance::ApplicationInstance(MessageBus& bus, std::vector<std::string> folders,
                                          std::optional<std::string> runtimeFolder, QObject* parent)
-    : QObject(parent), m_folders(std::move(folders)), m_runtimeFolder(std::move(runtimeFolder))
+    : QObject(parent), m_bus(bus), m_folders(std::move(folders)), m_runtimeFolder(std::move(runtimeFolder))
 {}
 
 ApplicationInstance::~ApplicationInstance()
@@ -82,7 +83,7 @@ ApplicationInstance::Claim ApplicationInstance::claim(const QString& token)
         if (activateThroughSocket(token)) {
             return Claim::activated;
         }
-        serveBus();
+        m_bus.whenOpen(this, [this] { serveBus(); });
         serveSocket();
         return Claim::first;
     case Lock::held:
@@ -149,21 +150,17 @@ ApplicationInstance::Lock ApplicationInstance::lockFolder(const std::string& fol
 
 void ApplicationInstance::serveBus()
 {
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected()) {
-        return;
-    }
     // The object first: whoever sees the name may call at once.
-    m_service = std::make_unique<ActivationService>(objectPath);
+    m_service = std::make_unique<ActivationService>(m_bus, objectPath);
     connect(m_service.get(), &ActivationService::activated, this, &ApplicationInstance::activationRequested);
-    bus.interface()->registerService(busName, QDBusConnectionInterface::DontQueueService,
-                                     QDBusConnectionInterface::DontAllowReplacement);
+    m_bus.connection().interface()->registerService(busName, QDBusConnectionInterface::DontQueueService,
+                                                    QDBusConnectionInterface::DontAllowReplacement);
 }
 
 bool ApplicationInstance::activateThroughBus(const QString& token) const
 {
-    const QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected() || !bus.interface()->isServiceRegistered(busName)) {
+    const QDBusConnection bus = m_bus.connection();
+    if (!m_bus.isOpen() || !bus.interface()->isServiceRegistered(busName)) {
         return false;
     }
     QVariantMap platformData;

@@ -13,6 +13,7 @@ class QLocalServer;
 namespace brevlin {
 
 class ActivationService;
+class MessageBus;
 
 /// Makes sure that one process alone works on the user's files, and lets a second start reach it. The lock on
 /// the folders decides; the D-Bus name and, where there is no bus, a local socket carry the activation. The
@@ -31,8 +32,8 @@ public:
 
     /// The folders that must not be written by two processes; they are created when they are missing. The
     /// socket lies in the runtime folder; where there is none, only the bus reaches this process.
-    ApplicationInstance(std::vector<std::string> folders, std::optional<std::string> runtimeFolder,
-                        QObject* parent = nullptr);
+    ApplicationInstance(MessageBus& bus, std::vector<std::string> folders,
+                        std::optional<std::string> runtimeFolder, QObject* parent = nullptr);
     ~ApplicationInstance() override;
 
     /// The token is what the desktop gave to the start of this process; see launchToken.
@@ -55,6 +56,7 @@ private:
     bool activateThroughSocket(const QString& token) const;
     QString socketPath() const;
 
+    MessageBus& m_bus;
     std::vector<std::string> m_folders;
     std::optional<std::string> m_runtimeFolder;
     std::vector<int> m_locks; // descriptors of the locked folders

@@ -1,11 +1,11 @@
 #include "platform/freedesktop/bus_session_lock.h"
 
 #include "platform/freedesktop/bus/bus_values.h"
+#include "platform/freedesktop/bus/message_bus.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
-#include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
 
 #include <array>
@@ -37,11 +37,12 @@ const std::array<Saver, 4> savers{
 
 } // namespace
 
-BusSessionLock::BusSessionLock(TaskScheduler& scheduler, QObject* parent)
-    : QObject(parent), m_scheduler(scheduler)
+BusSessionLock::BusSessionLock(MessageBus& session, MessageBus& system, TaskScheduler& scheduler,
+                               QObject* parent)
+    : QObject(parent), m_sessionBus(session), m_systemBus(system), m_scheduler(scheduler)
 {
-    watchSavers();
-    findSession();
+    session.whenOpen(this, [this] { watchSavers(); });
+    system.whenOpen(this, [this] { findSession(); });
 }
 
 void BusSessionLock::setChangeHandler(std::function<void()> handler)
@@ -51,17 +52,15 @@ void BusSessionLock::setChangeHandler(std::function<void()> handler)
 
 void BusSessionLock::watchSavers()
 {
-    QDBusConnection bus = QDBusConnection::sessionBus();
+    QDBusConnection bus = m_sessionBus.connection();
     for (const Saver& saver : savers) {
         bus.connect(saver.service, saver.path, saver.service, QStringLiteral("ActiveChanged"), this,
                     SLOT(saverChanged(QDBusMessage)));
         QDBusMessage question = QDBusMessage::createMethodCall(saver.service, saver.path, saver.service,
                                                                QStringLiteral("GetActive"));
         question.setAutoStartService(false);
-        auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
-        connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, name = saver.service] {
-            watcher->deleteLater();
-            const auto isActive = busArgument<bool>(watcher->reply());
+        m_sessionBus.call(question, this, [this, name = saver.service](const QDBusMessage& answer) {
+            const auto isActive = busArgument<bool>(answer);
             if (isActive && !m_activeSavers.contains(name)) {
                 m_activeSavers.insert(name, *isActive);
                 tell();
@@ -91,10 +90,8 @@ void BusSessionLock::findSession()
                                                            QStringLiteral("GetSession"));
     question << qEnvironmentVariable("XDG_SESSION_ID", QStringLiteral("auto"));
     question.setAutoStartService(false);
-    auto* watcher = new QDBusPendingCallWatcher(QDBusConnection::systemBus().asyncCall(question), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
-        watcher->deleteLater();
-        if (const auto path = busArgument<QDBusObjectPath>(watcher->reply())) {
+    m_systemBus.call(question, this, [this](const QDBusMessage& answer) {
+        if (const auto path = busArgument<QDBusObjectPath>(answer)) {
             watchSession(path->path());
         }
     });
@@ -102,17 +99,15 @@ void BusSessionLock::findSession()
 
 void BusSessionLock::watchSession(const QString& path)
 {
-    QDBusConnection bus = QDBusConnection::systemBus();
+    QDBusConnection bus = m_systemBus.connection();
     bus.connect(login, path, session, QStringLiteral("Lock"), this, SLOT(lockAsked()));
     bus.connect(login, path, session, QStringLiteral("Unlock"), this, SLOT(unlockAsked()));
     bus.connect(login, path, properties, QStringLiteral("PropertiesChanged"), this,
                 SLOT(sessionChanged(QDBusMessage)));
     QDBusMessage question = QDBusMessage::createMethodCall(login, path, properties, QStringLiteral("Get"));
     question << session << lockedHint;
-    auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
-        watcher->deleteLater();
-        if (const auto hint = busArgument<QDBusVariant>(watcher->reply())) {
+    m_systemBus.call(question, this, [this](const QDBusMessage& answer) {
+        if (const auto hint = busArgument<QDBusVariant>(answer)) {
             takeHint(hint->variant());
         }
     });

@@ -11,6 +11,8 @@ class QDBusMessage;
 
 namespace brevlin {
 
+class MessageBus;
+
 /// Locks that speak on the bus: logind's session
 /// (https://www.freedesktop.org/software/systemd/man/latest/org.freedesktop.login1.html) and the screen
 /// savers of the desktops. Any of them that says "locked" is believed. None of them is started by asking.
@@ -19,7 +21,8 @@ class BusSessionLock final : public QObject, public SessionLock
     Q_OBJECT
 
 public:
-    explicit BusSessionLock(TaskScheduler& scheduler, QObject* parent = nullptr);
+    BusSessionLock(MessageBus& session, MessageBus& system, TaskScheduler& scheduler,
+                   QObject* parent = nullptr);
 
     bool isLocked() const override { return m_isLocked; }
     void setChangeHandler(std::function<void()> handler) override;
@@ -38,6 +41,8 @@ private:
     void takeHint(const QVariant& value);
     void tell();
 
+    MessageBus& m_sessionBus;
+    MessageBus& m_systemBus;
     TaskScheduler& m_scheduler;
     QHash<QString, bool> m_activeSavers; // by the name of their interface
     bool m_isHinted = false;             // logind's session has the hint

@@ -1,11 +1,11 @@
 #include "platform/freedesktop/dbus_notification_server.h"
 
 #include "platform/freedesktop/bus/bus_values.h"
+#include "platform/freedesktop/bus/message_bus.h"
 #include "platform/freedesktop/notifications/banner_places.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
 #include <QDBusServiceWatcher>
 
 #include <limits>
@@ -40,9 +40,10 @@ QDBusMessage busCall(const char* method)
     return QDBusMessage::createMethodCall(busService, busPath, busService, QString::fromLatin1(method));
 }
 
-std::string description(const QDBusPendingCallWatcher& call)
+std::string description(const QDBusMessage& answer)
 {
-    return call.isError() ? call.error().message().toStdString() : "answer of another type";
+    return answer.type() == QDBusMessage::ErrorMessage ? answer.errorMessage().toStdString()
+                                                       : "answer of another type";
 }
 
 // https://specifications.freedesktop.org/notification-spec/latest/hints.html
@@ -62,9 +63,20 @@ QVariantMap hints(const ServerNotification& notification)
 
 } // namespace
 
-DBusNotificationServer::DBusNotificationServer(QObject* parent) : QObject(parent)
+DBusNotificationServer::DBusNotificationServer(MessageBus& bus, QObject* parent)
+    : QObject(parent), m_bus(bus), m_doNotDisturb(bus)
 {
-    QDBusConnection bus = QDBusConnection::sessionBus();
+    m_doNotDisturb.setChangeHandler([this](bool isOn) {
+        if (m_observer.doNotDisturbChanged) {
+            m_observer.doNotDisturbChanged(isOn);
+        }
+    });
+    bus.whenOpen(this, [this] { watchServer(); });
+}
+
+void DBusNotificationServer::watchServer()
+{
+    QDBusConnection bus = m_bus.connection();
     bus.connect(service, path, service, QStringLiteral("ActionInvoked"), this,
                 SLOT(actionInvoked(QDBusMessage)));
     bus.connect(service, path, service, QStringLiteral("ActivationToken"), this,
@@ -76,20 +88,17 @@ DBusNotificationServer::DBusNotificationServer(QObject* parent) : QObject(parent
             [this](const QString& /*name*/, const QString& oldOwner, const QString& newOwner) {
                 ownerChanged(oldOwner, newOwner);
             });
-    m_doNotDisturb.setChangeHandler([this](bool isOn) {
-        if (m_observer.doNotDisturbChanged) {
-            m_observer.doNotDisturbChanged(isOn);
-        }
-    });
+    if (m_observer.appeared) { // what was asked for before has failed
+        m_observer.appeared();
+    }
 }
 
 DBusNotificationServer::~DBusNotificationServer()
 {
     // Qt hands messages to a thread of its own, which may end before it has sent them. An answer of the bus
     // shows that everything before the question is on its way.
-    const QDBusConnection bus = QDBusConnection::sessionBus();
-    if (bus.isConnected()) {
-        bus.call(busCall("GetId"), QDBus::Block, longestFarewell);
+    if (m_bus.isOpen()) {
+        m_bus.connection().call(busCall("GetId"), QDBus::Block, longestFarewell);
     }
 }
 
@@ -122,8 +131,8 @@ void DBusNotificationServer::tellBannerPlace(const std::optional<BannerPlace>& p
 
 void DBusNotificationServer::tellWhenUnavailable()
 {
-    call(busCall("ListActivatableNames"), [this](const QDBusPendingCallWatcher& finished) {
-        const auto names = busArgument<QStringList>(finished.reply());
+    call(busCall("ListActivatableNames"), [this](const QDBusMessage& answer) {
+        const auto names = busArgument<QStringList>(answer);
         const bool canBeStarted = names && names->contains(service);
         if (!m_hasOwner && !canBeStarted && m_observer.becameUnavailable) {
             m_observer.becameUnavailable();
@@ -135,10 +144,10 @@ void DBusNotificationServer::readCapabilities(
     std::function<void(Expected<Capabilities, std::string>)> completion)
 {
     call(serverCall("GetCapabilities"),
-         [this, completion = std::move(completion)](const QDBusPendingCallWatcher& finished) {
-             const auto names = busArgument<QStringList>(finished.reply());
+         [this, completion = std::move(completion)](const QDBusMessage& answer) {
+             const auto names = busArgument<QStringList>(answer);
              if (!names) {
-                 completion(Unexpected{description(finished)});
+                 completion(Unexpected{description(answer)});
                  return;
              }
              Capabilities capabilities;
@@ -152,9 +161,9 @@ void DBusNotificationServer::readCapabilities(
 
 void DBusNotificationServer::readServerName()
 {
-    call(serverCall("GetServerInformation"), [this](const QDBusPendingCallWatcher& finished) {
+    call(serverCall("GetServerInformation"), [this](const QDBusMessage& answer) {
         // Name, vendor, version and version of the specification.
-        if (const auto server = busArguments<QString, QString, QString, QString>(finished.reply())) {
+        if (const auto server = busArguments<QString, QString, QString, QString>(answer)) {
             const QString& name = std::get<0>(*server);
             m_doNotDisturb.follow(name);
             tellBannerPlace(bannerPlaceOf(name.toStdString()));
@@ -173,11 +182,11 @@ void DBusNotificationServer::notify(const ServerNotification& notification,
     message << QStringLiteral("Brevlin") << notification.replaces << desktopEntry
             << QString::fromStdString(notification.title) << QString::fromStdString(notification.body)
             << actions << hints(notification) << neverExpires;
-    call(message, [completion = std::move(completion)](const QDBusPendingCallWatcher& finished) {
-        if (const auto id = busArgument<uint>(finished.reply())) {
+    call(message, [completion = std::move(completion)](const QDBusMessage& answer) {
+        if (const auto id = busArgument<uint>(answer)) {
             completion(std::uint32_t{*id});
         } else {
-            completion(Unexpected{description(finished)});
+            completion(Unexpected{description(answer)});
         }
     });
 }
@@ -187,20 +196,15 @@ void DBusNotificationServer::close(std::uint32_t id)
     QDBusMessage message = serverCall("CloseNotification");
     message << id;
     message.setAutoStartService(false);
-    call(message, [](const QDBusPendingCallWatcher& /*finished*/) {
+    call(message, [](const QDBusMessage& /*answer*/) {
         // A server that does not know it any more has nothing to close.
     });
 }
 
 void DBusNotificationServer::call(const QDBusMessage& message,
-                                  std::function<void(const QDBusPendingCallWatcher&)> finished)
+                                  std::function<void(const QDBusMessage&)> answered)
 {
-    auto* watcher =
-        new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(message, forEver), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, finished = std::move(finished)] {
-        watcher->deleteLater();
-        finished(*watcher);
-    });
+    m_bus.call(message, this, std::move(answered), forEver);
 }
 
 void DBusNotificationServer::actionInvoked(const QDBusMessage& message)

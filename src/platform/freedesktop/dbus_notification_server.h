@@ -7,9 +7,10 @@
 
 class QDBusError;
 class QDBusMessage;
-class QDBusPendingCallWatcher;
 
 namespace brevlin {
+
+class MessageBus;
 
 /// The owner of org.freedesktop.Notifications on the session bus. No call waits for it.
 class DBusNotificationServer final : public QObject, public NotificationServer
@@ -17,7 +18,7 @@ class DBusNotificationServer final : public QObject, public NotificationServer
     Q_OBJECT
 
 public:
-    explicit DBusNotificationServer(QObject* parent = nullptr);
+    explicit DBusNotificationServer(MessageBus& bus, QObject* parent = nullptr);
     /// Makes sure that what was asked last has left the program.
     ~DBusNotificationServer() override;
 
@@ -33,13 +34,15 @@ private Q_SLOTS:
     void notificationClosed(const QDBusMessage& message);
 
 private:
+    void watchServer();
     void ownerChanged(const QString& oldOwner, const QString& newOwner);
     void tellWhenUnavailable();
     void readServerName();
     void tellBannerPlace(const std::optional<BannerPlace>& place);
-    /// Calls and hands the finished call over; the answer may take for ever.
-    void call(const QDBusMessage& message, std::function<void(const QDBusPendingCallWatcher&)> finished);
+    /// Hands the answer or the error over; the answer may take for ever.
+    void call(const QDBusMessage& message, std::function<void(const QDBusMessage&)> answered);
 
+    MessageBus& m_bus;
     Observer m_observer;
     DoNotDisturb m_doNotDisturb;
     bool m_hasOwner = false; // as far as its changes have told

@@ -1,6 +1,7 @@
 #include "platform/freedesktop/desktop_system_events.h"
 
 #include "platform/freedesktop/bus/bus_values.h"
+#include "platform/freedesktop/bus/message_bus.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -27,14 +28,14 @@ void call(const std::function<void()>& function)
 
 } // namespace
 
-DesktopSystemEvents::DesktopSystemEvents(QObject* parent) : QObject(parent)
+DesktopSystemEvents::DesktopSystemEvents(MessageBus& systemBus, QObject* parent) : QObject(parent)
 {
     connect(qGuiApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
         if (state == Qt::ApplicationActive) {
             call(m_observer.didBecomeActive);
         }
     });
-    watchLogind();
+    systemBus.whenOpen(this, [this, &systemBus] { watchLogind(systemBus.connection()); });
     watchClock();
     watchTimeZone();
 }
@@ -52,12 +53,11 @@ void DesktopSystemEvents::setObserver(Observer observer)
     m_observer = std::move(observer);
 }
 
-void DesktopSystemEvents::watchLogind()
+void DesktopSystemEvents::watchLogind(QDBusConnection bus)
 {
-    QDBusConnection::systemBus().connect(
-        QStringLiteral("org.freedesktop.login1"), QStringLiteral("/org/freedesktop/login1"),
-        QStringLiteral("org.freedesktop.login1.Manager"), QStringLiteral("PrepareForSleep"), this,
-        SLOT(prepareForSleep(QDBusMessage)));
+    bus.connect(QStringLiteral("org.freedesktop.login1"), QStringLiteral("/org/freedesktop/login1"),
+                QStringLiteral("org.freedesktop.login1.Manager"), QStringLiteral("PrepareForSleep"), this,
+                SLOT(prepareForSleep(QDBusMessage)));
 }
 
 void DesktopSystemEvents::prepareForSleep(const QDBusMessage& message)

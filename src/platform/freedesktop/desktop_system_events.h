@@ -8,9 +8,12 @@
 #include <memory>
 
 class QDBusMessage;
+class QDBusConnection;
 class QSocketNotifier;
 
 namespace brevlin {
+
+class MessageBus;
 
 /// Sleep and waking from logind
 /// (https://www.freedesktop.org/software/systemd/man/latest/org.freedesktop.login1.html), activation from the
@@ -21,7 +24,7 @@ class DesktopSystemEvents final : public QObject, public SystemEvents
     Q_OBJECT
 
 public:
-    explicit DesktopSystemEvents(QObject* parent = nullptr);
+    explicit DesktopSystemEvents(MessageBus& systemBus, QObject* parent = nullptr);
     ~DesktopSystemEvents() override;
 
     void setObserver(Observer observer) override;
@@ -30,7 +33,7 @@ private Q_SLOTS:
     void prepareForSleep(const QDBusMessage& message);
 
 private:
-    void watchLogind();
+    void watchLogind(QDBusConnection bus);
     void watchClock();
     void watchTimeZone();
     void armClockWatch() const;

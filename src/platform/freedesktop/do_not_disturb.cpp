@@ -1,10 +1,10 @@
 #include "platform/freedesktop/do_not_disturb.h"
 
 #include "platform/freedesktop/bus/bus_values.h"
+#include "platform/freedesktop/bus/message_bus.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
 #include <QProcess>
 
@@ -43,13 +43,15 @@ QDBusMessage xfconfCall()
 
 } // namespace
 
+DoNotDisturb::DoNotDisturb(MessageBus& bus, QObject* parent) : QObject(parent), m_bus(bus) {}
+
 void DoNotDisturb::follow(const QString& serverName)
 {
     if (std::exchange(m_serverName, serverName) == serverName) {
         return;
     }
     // What has changed is asked for; the signals only say when. Connecting once more changes nothing.
-    QDBusConnection bus = QDBusConnection::sessionBus();
+    QDBusConnection bus = m_bus.connection();
     if (serverName == dunst || serverName == plasma) {
         bus.connect(notifications, notificationsPath, properties, QStringLiteral("PropertiesChanged"), this,
                     SLOT(read()));
@@ -87,12 +89,10 @@ void DoNotDisturb::read()
 
 void DoNotDisturb::ask(const QDBusMessage& message)
 {
-    auto* watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(message), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, asked = m_serverName] {
-        watcher->deleteLater();
+    m_bus.call(message, this, [this, asked = m_serverName](const QDBusMessage& answer) {
         if (asked == m_serverName) {
-            const auto answer = busArgument<QDBusVariant>(watcher->reply());
-            tell(answer && busValue<bool>(answer->variant()).value_or(false));
+            const auto value = busArgument<QDBusVariant>(answer);
+            tell(value && busValue<bool>(value->variant()).value_or(false));
         }
     });
 }

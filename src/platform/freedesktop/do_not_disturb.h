@@ -9,6 +9,8 @@ class QDBusMessage;
 
 namespace brevlin {
 
+class MessageBus;
+
 /// Whether the user has silenced the desktop's notifications. Every server keeps that elsewhere; it is off
 /// for one that is not known here.
 class DoNotDisturb final : public QObject
@@ -16,7 +18,7 @@ class DoNotDisturb final : public QObject
     Q_OBJECT
 
 public:
-    using QObject::QObject;
+    explicit DoNotDisturb(MessageBus& bus, QObject* parent = nullptr);
 
     /// Reads what this server keeps and follows its changes. The name is what the server calls itself.
     void follow(const QString& serverName);
@@ -32,6 +34,7 @@ private:
     void askGnome();
     void tell(bool isOn);
 
+    MessageBus& m_bus;
     QString m_serverName;
     std::function<void(bool)> m_changeHandler;
 };

@@ -1,10 +1,10 @@
 #include "platform/freedesktop/portal_desktop_settings.h"
 
 #include "platform/freedesktop/bus/bus_values.h"
+#include "platform/freedesktop/bus/message_bus.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
 
 #include <utility>
 
@@ -58,11 +58,16 @@ QMap<QString, QVariantMap> firstAnswers(const QList<std::pair<QString, QVariantM
     return result;
 }
 
-PortalDesktopSettings::PortalDesktopSettings(QObject* parent) : QObject(parent)
+PortalDesktopSettings::PortalDesktopSettings(MessageBus& bus, QObject* parent) : QObject(parent), m_bus(bus)
 {
-    QDBusConnection::sessionBus().connect(service, path, interface, QStringLiteral("SettingChanged"), this,
-                                          SLOT(settingChanged(QDBusMessage)));
-    readAll();
+    if (!bus.isOpen()) {
+        readAll(); // fails at once, which leaves the GTK theme
+    }
+    bus.whenOpen(this, [this] {
+        m_bus.connection().connect(service, path, interface, QStringLiteral("SettingChanged"), this,
+                                   SLOT(settingChanged(QDBusMessage)));
+        readAnew();
+    });
 }
 
 void PortalDesktopSettings::readAll()
@@ -72,16 +77,14 @@ void PortalDesktopSettings::readAll()
     QDBusMessage message =
         QDBusMessage::createMethodCall(service, path, interface, QStringLiteral("ReadAll"));
     message << QStringList{appearanceGroup, gnomeGroup, kdeGroup};
-    auto* watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(message), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
-        watcher->deleteLater();
+    m_bus.call(message, this, [this](const QDBusMessage& answer) {
         m_isReading = false;
         if (m_isOutdated) {
             readAll();
             return;
         }
-        if (!watcher->isError()) {
-            m_values = firstAnswers(groupsOf(watcher->reply()));
+        if (answer.type() != QDBusMessage::ErrorMessage) {
+            m_values = firstAnswers(groupsOf(answer));
         }
         if (!saysColorScheme()) {
             const bool isKnown = m_gtkTheme.look();
@@ -103,6 +106,11 @@ void PortalDesktopSettings::settingChanged(const QDBusMessage& message)
     if (group != appearanceGroup && group != gnomeGroup && group != kdeGroup) {
         return;
     }
+    readAnew();
+}
+
+void PortalDesktopSettings::readAnew()
+{
     m_isOutdated = true;
     if (!m_isReading) {
         readAll();

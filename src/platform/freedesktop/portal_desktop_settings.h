@@ -13,6 +13,8 @@ class QDBusMessage;
 
 namespace brevlin {
 
+class MessageBus;
+
 /// Reads the settings portal
 /// (https://flatpak.github.io/xdg-desktop-portal/docs/doc-org.freedesktop.portal.Settings.html) and follows
 /// its changes. Never waits for it. Where it says neither light nor dark, a dark GTK theme says dark.
@@ -21,7 +23,7 @@ class PortalDesktopSettings final : public QObject, public DesktopSettings
     Q_OBJECT
 
 public:
-    explicit PortalDesktopSettings(QObject* parent = nullptr);
+    explicit PortalDesktopSettings(MessageBus& bus, QObject* parent = nullptr);
 
     std::optional<ColorScheme> colorScheme() const override;
     bool reducesMotion() const override;
@@ -32,10 +34,12 @@ private Q_SLOTS:
 
 private:
     void readAll();
+    void readAnew();
     void tell();
     QVariant value(const QString& group, const QString& key) const;
     bool saysColorScheme() const;
 
+    MessageBus& m_bus;
     QMap<QString, QVariantMap> m_values; // by group, then by key
     bool m_isReading = false;
     bool m_isOutdated = false; // something has changed since the reading began

@@ -69,6 +69,24 @@ std::vector<std::uint32_t> X11Connection::numbers(xcb_window_t window, xcb_atom_
     return {values, values + bytes / sizeof(std::uint32_t)};
 }
 
+std::string X11Connection::text(xcb_window_t window, xcb_atom_t property) const
+{
+    constexpr std::uint32_t longest = 1024; // in fours of bytes
+    constexpr int textFormat = 8;
+    const auto cookie = xcb_get_property(m_connection, 0, window, property, XCB_ATOM_ANY, 0, longest);
+    const ReplyPointer<xcb_get_property_reply_t> reply{xcb_get_property_reply(m_connection, cookie, nullptr)};
+    if (!reply || reply->format != textFormat) {
+        return {};
+    }
+    return {static_cast<const char*>(xcb_get_property_value(reply.get())),
+            static_cast<std::size_t>(xcb_get_property_value_length(reply.get()))};
+}
+
+std::string X11Connection::accessibilityBus() const
+{
+    return isConnected() ? text(m_root, atom("AT_SPI_BUS")) : std::string();
+}
+
 bool X11Connection::hasProperty(xcb_window_t window, xcb_atom_t property) const
 {
     const auto cookie = xcb_get_property(m_connection, 0, window, property, XCB_ATOM_ANY, 0, 0);

@@ -3,13 +3,14 @@
 #include <xcb/xcb.h>
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 #include <vector>
 
 namespace brevlin {
 
 /// What both window systems ask of the X server over Qt's own connection. Away from X11 there is no
-/// connection, and nothing but isConnected() may be called.
+/// connection, and nothing but isConnected() may be called, but what says so.
 class X11Connection final
 {
 public:
@@ -22,9 +23,14 @@ public:
     xcb_atom_t atom(std::string_view name) const;
     /// The values of a property of 32-bit numbers; empty where the window has none.
     std::vector<std::uint32_t> numbers(xcb_window_t window, xcb_atom_t property) const;
+    /// The value of a property of text, byte by byte; empty where the window has none.
+    std::string text(xcb_window_t window, xcb_atom_t property) const;
     void setNumbers(xcb_window_t window, xcb_atom_t property, xcb_atom_t type,
                     const std::vector<std::uint32_t>& values) const;
     bool hasProperty(xcb_window_t window, xcb_atom_t property) const;
+    /// The address of the accessibility bus that the display names; empty where it names none, and away from
+    /// X11.
+    std::string accessibilityBus() const;
     /// The size of the whole desktop, native pixels.
     xcb_rectangle_t rootArea() const;
     /// A request to the window manager about a window.

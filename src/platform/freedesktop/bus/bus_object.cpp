@@ -53,19 +53,20 @@ QDBusMessage refusal(const QDBusMessage& call, const QHash<QString, QString>& si
 
 } // namespace
 
-BusObject::BusObject(const QString& path, const QString& interface, const QString& description)
-    : m_path(path)
+BusObject::BusObject(MessageBus& bus, const QString& path, const QString& interface,
+                     const QString& description)
+    : m_bus(bus)
+    , m_path(path)
     , m_interface(interface)
     , m_description(description)
     , m_signatures(methodSignatures(description))
-    , m_bus(QDBusConnection::sessionBus())
 {
-    m_bus.registerVirtualObject(path, this);
+    bus.whenOpen(this, [this] { m_bus.connection().registerVirtualObject(m_path, this); });
 }
 
 BusObject::~BusObject()
 {
-    m_bus.unregisterObject(m_path);
+    m_bus.connection().unregisterObject(m_path);
 }
 
 QString BusObject::introspect(const QString& /*path*/) const
@@ -81,7 +82,7 @@ bool BusObject::handleMessage(const QDBusMessage& message, const QDBusConnection
     }
     const QDBusMessage answered = isAboutProperties ? propertyReply(message) : reply(message);
     if (message.isReplyRequired()) {
-        m_bus.send(answered);
+        m_bus.connection().send(answered);
     }
     return true;
 }
@@ -121,7 +122,7 @@ void BusObject::emitSignal(const char* name, const QVariantList& arguments) cons
 {
     QDBusMessage signal = QDBusMessage::createSignal(m_path, m_interface, QString::fromLatin1(name));
     signal.setArguments(arguments);
-    m_bus.send(signal);
+    m_bus.connection().send(signal);
 }
 
 } // namespace brevlin

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QDBusConnection>
+#include "platform/freedesktop/bus/message_bus.h"
+
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
 #include <QHash>
@@ -10,14 +11,14 @@ namespace brevlin {
 
 /// An object on the session bus with one interface. Its description is what it holds callers to: a call whose
 /// arguments have other types is refused before it arrives. Unlike Qt's adaptors it learns who asks for which
-/// property. Nothing happens without a session bus.
+/// property. Nothing happens until the bus is open.
 class BusObject : public QDBusVirtualObject
 {
     Q_OBJECT
 
 public:
     /// `description` is the interface in the bus's introspection format.
-    BusObject(const QString& path, const QString& interface, const QString& description);
+    BusObject(MessageBus& bus, const QString& path, const QString& interface, const QString& description);
     ~BusObject() override;
 
     QString introspect(const QString& path) const override;
@@ -35,11 +36,11 @@ private:
     QDBusMessage reply(const QDBusMessage& message);
     QDBusMessage propertyReply(const QDBusMessage& message);
 
+    MessageBus& m_bus;
     QString m_path;
     QString m_interface;
     QString m_description;
     QHash<QString, QString> m_signatures; // of the methods' arguments
-    QDBusConnection m_bus;
 };
 
 } // namespace brevlin

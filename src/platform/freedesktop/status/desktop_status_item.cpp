@@ -7,8 +7,8 @@
 
 namespace brevlin {
 
-DesktopStatusItem::DesktopStatusItem(TaskScheduler& scheduler)
-    : m_busMenu(StatusNotifierItem::menuPath), m_host(scheduler)
+DesktopStatusItem::DesktopStatusItem(MessageBus& bus, TaskScheduler& scheduler)
+    : m_item(bus), m_busMenu(bus, StatusNotifierItem::menuPath), m_host(bus, scheduler)
 {
     connect(&m_item, &StatusNotifierItem::activated, this, &DesktopStatusItem::tellActivated);
     connect(&m_item, &StatusNotifierItem::menuRequested, this, &DesktopStatusItem::showMenu);

@@ -17,7 +17,7 @@ class DesktopStatusItem final : public QObject, public StatusItem
     Q_OBJECT
 
 public:
-    explicit DesktopStatusItem(TaskScheduler& scheduler);
+    DesktopStatusItem(MessageBus& bus, TaskScheduler& scheduler);
 
     void setPictures(const StatusPictures& pictures) override;
     void setTexts(const StatusTexts& texts) override;

@@ -82,7 +82,8 @@ bool haveSameShape(const std::vector<StatusMenuRow>& first, const std::vector<St
 
 } // namespace
 
-StatusBusMenu::StatusBusMenu(const QString& path) : BusObject(path, interface, description)
+StatusBusMenu::StatusBusMenu(MessageBus& bus, const QString& path)
+    : BusObject(bus, path, interface, description)
 {
     registerStatusBusTypes();
 }

@@ -16,7 +16,7 @@ class StatusBusMenu final : public BusObject
     Q_OBJECT
 
 public:
-    explicit StatusBusMenu(const QString& path);
+    StatusBusMenu(MessageBus& bus, const QString& path);
 
     void setRows(const std::vector<StatusMenuRow>& rows);
 

@@ -1,11 +1,11 @@
 #include "platform/freedesktop/status/status_notifier_host.h"
 
 #include "platform/freedesktop/bus/bus_values.h"
+#include "platform/freedesktop/bus/message_bus.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
 #include <QDBusServiceWatcher>
 #include <QDBusVariant>
 
@@ -55,16 +55,19 @@ bool isError(const QDBusMessage& message)
 
 } // namespace
 
-StatusNotifierHost::StatusNotifierHost(TaskScheduler& scheduler, QObject* parent)
+StatusNotifierHost::StatusNotifierHost(MessageBus& bus, TaskScheduler& scheduler, QObject* parent)
     : QObject(parent)
+    , m_bus(bus)
     , m_scheduler(scheduler)
     , m_name(QStringLiteral("org.kde.StatusNotifierItem-%1-1").arg(QCoreApplication::applicationPid()))
+    , m_isAbsent(!bus.isOpen())
 {
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected()) {
-        m_isAbsent = true;
-        return;
-    }
+    bus.whenOpen(this, [this] { watchCollectors(); });
+}
+
+void StatusNotifierHost::watchCollectors()
+{
+    QDBusConnection bus = m_bus.connection();
     auto* watcher =
         new QDBusServiceWatcher(watcherService, bus, QDBusServiceWatcher::WatchForOwnerChange, this);
     connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
@@ -76,7 +79,7 @@ StatusNotifierHost::StatusNotifierHost(TaskScheduler& scheduler, QObject* parent
                     SLOT(readHost()));
     }
     requestName();
-    call(busCall("GetNameOwner", {watcherService}), [this](const QDBusMessage& answer) {
+    m_bus.call(busCall("GetNameOwner", {watcherService}), this, [this](const QDBusMessage& answer) {
         if (m_owner.isEmpty()) { // a change that came meanwhile knows better
             ownerChanged(busArgument<QString>(answer).value_or(QString()));
         }
@@ -86,7 +89,7 @@ StatusNotifierHost::StatusNotifierHost(TaskScheduler& scheduler, QObject* parent
 void StatusNotifierHost::requestName()
 {
     constexpr uint doNotQueue = 4;
-    call(busCall("RequestName", {m_name, doNotQueue}), [this](const QDBusMessage& answer) {
+    m_bus.call(busCall("RequestName", {m_name, doNotQueue}), this, [this](const QDBusMessage& answer) {
         m_hasName = !isError(answer);
         if (!m_owner.isEmpty()) {
             registerItem(attempts);
@@ -116,27 +119,27 @@ void StatusNotifierHost::registerItem(int attemptsLeft)
     if (!m_hasName) {
         return; // the name's arrival registers it
     }
-    call(watcherCall(watcherService, "RegisterStatusNotifierItem", {m_name}),
-         [this, attemptsLeft, asked = m_owner](const QDBusMessage& answer) {
-             if (isError(answer) && attemptsLeft > 1 && asked == m_owner) {
-                 m_nextAttempt = m_scheduler.after(attemptInterval,
-                                                   [this, attemptsLeft] { registerItem(attemptsLeft - 1); });
-             }
-         });
+    m_bus.call(watcherCall(watcherService, "RegisterStatusNotifierItem", {m_name}), this,
+               [this, attemptsLeft, asked = m_owner](const QDBusMessage& answer) {
+                   if (isError(answer) && attemptsLeft > 1 && asked == m_owner) {
+                       m_nextAttempt = m_scheduler.after(
+                           attemptInterval, [this, attemptsLeft] { registerItem(attemptsLeft - 1); });
+                   }
+               });
 }
 
 void StatusNotifierHost::readHost()
 {
-    call(watcherCall(QStringLiteral("org.freedesktop.DBus.Properties"), "Get",
-                     {watcherService, QStringLiteral("IsStatusNotifierHostRegistered")}),
-         [this, asked = m_owner](const QDBusMessage& answer) {
-             if (asked != m_owner || m_owner.isEmpty()) {
-                 return;
-             }
-             // A watcher that does not say is taken at its name.
-             const auto value = busArgument<QDBusVariant>(answer);
-             setAbsent(value && busValue<bool>(value->variant()) == false);
-         });
+    m_bus.call(watcherCall(QStringLiteral("org.freedesktop.DBus.Properties"), "Get",
+                           {watcherService, QStringLiteral("IsStatusNotifierHostRegistered")}),
+               this, [this, asked = m_owner](const QDBusMessage& answer) {
+                   if (asked != m_owner || m_owner.isEmpty()) {
+                       return;
+                   }
+                   // A watcher that does not say is taken at its name.
+                   const auto value = busArgument<QDBusVariant>(answer);
+                   setAbsent(value && busValue<bool>(value->variant()) == false);
+               });
 }
 
 // Of processes, not of connections: Ayatana's service has a connection for each of its names. It may take the
@@ -150,17 +153,19 @@ void StatusNotifierHost::readKnownNames(int looksLeft)
         m_nextLook = m_scheduler.after(attemptInterval, [this, looksLeft] { readKnownNames(looksLeft - 1); });
     }
     const char* method = "GetConnectionUnixProcessID";
-    call(busCall(method, {watcherService}), [this, method, asked = m_owner](const QDBusMessage& collector) {
-        const auto process = busArgument<uint>(collector);
-        for (const char* name : namesOfLabelHosts) {
-            call(busCall(method, {QString::fromLatin1(name)}),
-                 [this, asked, process](const QDBusMessage& answer) {
-                     if (process && asked == m_owner && busArgument<uint>(answer) == process) {
-                         labelAsked();
-                     }
-                 });
-        }
-    });
+    m_bus.call(busCall(method, {watcherService}), this,
+               [this, method, asked = m_owner](const QDBusMessage& collector) {
+                   const auto process = busArgument<uint>(collector);
+                   for (const char* name : namesOfLabelHosts) {
+                       m_bus.call(busCall(method, {QString::fromLatin1(name)}), this,
+                                  [this, asked, process](const QDBusMessage& answer) {
+                                      if (process && asked == m_owner &&
+                                          busArgument<uint>(answer) == process) {
+                                          labelAsked();
+                                      }
+                                  });
+                   }
+               });
 }
 
 void StatusNotifierHost::labelAsked()
@@ -175,15 +180,6 @@ void StatusNotifierHost::setAbsent(bool isAbsent)
     if (std::exchange(m_isAbsent, isAbsent) != isAbsent) {
         Q_EMIT changed();
     }
-}
-
-void StatusNotifierHost::call(const QDBusMessage& message, std::function<void(const QDBusMessage&)> answered)
-{
-    auto* watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(message), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, answered = std::move(answered)] {
-        watcher->deleteLater();
-        answered(watcher->reply());
-    });
 }
 
 } // namespace brevlin

@@ -5,11 +5,9 @@
 #include <QObject>
 #include <QString>
 
-#include <functional>
-
-class QDBusMessage;
-
 namespace brevlin {
+
+class MessageBus;
 
 /// The desktop's side of StatusNotifierItem: makes the item known to whoever collects such items, now and
 /// whenever another comes, and learns what is shown there. No call waits.
@@ -18,7 +16,7 @@ class StatusNotifierHost final : public QObject
     Q_OBJECT
 
 public:
-    StatusNotifierHost(TaskScheduler& scheduler, QObject* parent = nullptr);
+    StatusNotifierHost(MessageBus& bus, TaskScheduler& scheduler, QObject* parent = nullptr);
 
     /// Nobody shows such items, as far as the bus has answered.
     bool isAbsent() const { return m_isAbsent; }
@@ -36,13 +34,14 @@ private Q_SLOTS:
     void readHost();
 
 private:
+    void watchCollectors();
     void ownerChanged(const QString& owner);
     void requestName();
     void registerItem(int attemptsLeft);
     void readKnownNames(int looksLeft);
     void setAbsent(bool isAbsent);
-    void call(const QDBusMessage& message, std::function<void(const QDBusMessage&)> answered);
 
+    MessageBus& m_bus;
     TaskScheduler& m_scheduler;
     QString m_name;  // of the item's service
     QString m_owner; // of the collector's name; empty while there is none

@@ -67,7 +67,7 @@ QString installedName(const std::string& themeName)
 const QString StatusNotifierItem::path = QStringLiteral("/StatusNotifierItem");
 const QString StatusNotifierItem::menuPath = QStringLiteral("/StatusNotifierItem/Menu");
 
-StatusNotifierItem::StatusNotifierItem() : BusObject(path, interface, description)
+StatusNotifierItem::StatusNotifierItem(MessageBus& bus) : BusObject(bus, path, interface, description)
 {
     registerStatusBusTypes();
 }

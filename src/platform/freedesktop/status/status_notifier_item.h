@@ -19,7 +19,7 @@ public:
     static const QString path;
     static const QString menuPath;
 
-    StatusNotifierItem();
+    explicit StatusNotifierItem(MessageBus& bus);
 
     void setPictures(const StatusPictures& pictures);
     void setTexts(const StatusTexts& texts);

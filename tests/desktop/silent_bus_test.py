@@ -1,0 +1,65 @@
+"""Buses that accept connections and do not answer, as a stopped process does, and what comes when they do."""
+
+import signal
+import time
+
+from harness import DesktopTest, main, wait_for
+
+NAME = "com.quillmark.Brevlin"
+# Beyond the usual: the program waits half a second for the session's bus, one second more for the accessibility.
+LONGEST_START = 5.0
+
+
+class SilentBuses(DesktopTest):
+    def silence_buses(self):
+        self.desktop.start_bus("DBUS_SYSTEM_BUS_ADDRESS")
+        daemons = [process for process in self.desktop.processes if process.args[0] == "dbus-daemon"]
+        self.assertEqual(len(daemons), 2)
+        for daemon in daemons:
+            daemon.send_signal(signal.SIGSTOP)
+        return daemons
+
+    def start(self):
+        began = time.monotonic()
+        process, window = self.start_and_wait()
+        self.assertLess(time.monotonic() - began, LONGEST_START, "the window does not wait for the bus")
+        return process, window
+
+    def check_the_timer_runs(self):
+        self.desktop.press("space")
+        self.desktop.wait_for_state("running", seconds=3)
+        self.desktop.wait_for_records(1, seconds=6)
+
+    def test_silent_buses_hold_nothing_up_and_are_used_when_they_answer(self):
+        desktop = self.desktop
+        desktop.set_preferences(focus=2, language="english")
+        daemons = self.silence_buses()
+        process, _ = self.start()
+        self.check_the_timer_runs()
+        second = desktop.start_program()
+        self.assertEqual(second.wait(timeout=LONGEST_START), 0, "a second start finds the first")
+
+        for daemon in daemons:
+            daemon.send_signal(signal.SIGCONT)
+        bus = desktop.bus()
+        wait_for("the name on the bus", lambda: bus.name_has_owner(NAME))
+        wait_for("the status item", lambda: bus.name_has_owner(f"org.kde.StatusNotifierItem-{process.pid}-1"))
+        self.assertEqual(desktop.stop(process), 0)
+
+    def test_buses_that_stay_silent_do_not_hold_up_the_end(self):
+        self.silence_buses()
+        process, _ = self.start()
+        began = time.monotonic()
+        self.assertEqual(self.desktop.stop(process), 0)
+        self.assertLess(time.monotonic() - began, 2)
+
+    def test_a_silent_accessibility_service_does_not_hold_up_the_start(self):
+        self.desktop.set_preferences(focus=2, language="english")
+        service = self.desktop.bus()  # which nobody reads from
+        service.request_name("org.a11y.Bus")
+        self.start()
+        self.check_the_timer_runs()
+
+
+if __name__ == "__main__":
+    main()
