@@ -46,6 +46,13 @@ class SilentBuses(DesktopTest):
         wait_for("the status item", lambda: bus.name_has_owner(f"org.kde.StatusNotifierItem-{process.pid}-1"))
         self.assertEqual(desktop.stop(process), 0)
 
+    def test_a_silent_system_bus_does_not_keep_the_session_s_bus_away(self):
+        desktop = self.desktop
+        desktop.start_bus("DBUS_SYSTEM_BUS_ADDRESS")
+        desktop.processes[-1].send_signal(signal.SIGSTOP)
+        self.start()
+        wait_for("the name on the bus", lambda: desktop.bus().name_has_owner(NAME))
+
     def test_buses_that_stay_silent_do_not_hold_up_the_end(self):
         self.silence_buses()
         process, _ = self.start()

@@ -41,23 +41,26 @@ std::string variable(const char* name)
     return value == nullptr ? std::string() : value;
 }
 
-// Not libdbus's own connection to a bus: that is made under a lock which Qt's would then wait for.
+Message answerTo(DBusConnection* connection, const Message& question)
+{
+    constexpr int forEver = std::numeric_limits<int>::max(); // libdbus's DBUS_TIMEOUT_INFINITE
+    return Message{dbus_connection_send_with_reply_and_block(connection, question.get(), forEver, nullptr)};
+}
+
+// Neither libdbus's own connection to a bus nor its registration there: both wait for the bus under a lock
+// which every other bus, and Qt, would then wait for.
 Connection connectionTo(const std::string& address)
 {
     Connection connection{dbus_connection_open_private(address.c_str(), nullptr)};
     if (connection) {
         dbus_connection_set_exit_on_disconnect(connection.get(), FALSE);
-        if (dbus_bus_register(connection.get(), nullptr) == FALSE) {
+        const Message hello{
+            dbus_message_new_method_call(DBUS_SERVICE_DBUS, DBUS_PATH_DBUS, DBUS_INTERFACE_DBUS, "Hello")};
+        if (!answerTo(connection.get(), hello)) {
             connection.reset();
         }
     }
     return connection;
-}
-
-Message answerTo(DBusConnection* connection, const Message& question)
-{
-    constexpr int forEver = std::numeric_limits<int>::max(); // libdbus's DBUS_TIMEOUT_INFINITE
-    return Message{dbus_connection_send_with_reply_and_block(connection, question.get(), forEver, nullptr)};
 }
 
 bool isSet(DBusConnection* connection, const char* property)
