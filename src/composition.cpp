@@ -15,7 +15,7 @@
 #include "platform/freedesktop/notifications/desktop_notification_center.h"
 #include "platform/freedesktop/portal_desktop_settings.h"
 #include "platform/freedesktop/qt_task_scheduler.h"
-#include "platform/freedesktop/sound/sound_effect_player.h"
+#include "platform/freedesktop/sound/process_sound_player.h"
 #include "platform/freedesktop/status/desktop_status_item.h"
 #include "platform/freedesktop/system_clock.h"
 #include "platform/freedesktop/termination_signals.h"
@@ -94,7 +94,7 @@ private:
     DesktopSystemEvents m_systemEvents;
     PortalDesktopSettings m_desktopSettings;
     DesktopNotificationCenter m_notificationCenter;
-    SoundEffectPlayer m_soundPlayer;
+    ProcessSoundPlayer m_soundPlayer;
     AutostartLoginItem m_loginItem;
     DesktopStatusItem m_statusItem;
     TopPanelPositionStore m_panelPositionStore;

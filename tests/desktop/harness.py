@@ -185,6 +185,7 @@ class Desktop:
         copy = self.folder / "brevlin"
         if not copy.exists():
             shutil.copy(PROGRAM, copy)
+            shutil.copy(pathlib.Path(PROGRAM).parent / "brevlin-play-sound", self.folder)
         return copy
 
     def become_other_user(self, user=65534, group=65534):
