@@ -21,7 +21,9 @@ int main(int argc, char** argv)
         qputenv("QT_QPA_PLATFORM", "xcb");
     }
     const QString token = launchToken();
+    qInstallMessageHandler(refuseWithoutDisplay);
     QApplication application(argc, argv);
+    qInstallMessageHandler(nullptr);
     QApplication::setApplicationName(QStringLiteral("Brevlin"));
     QApplication::setApplicationVersion(QStringLiteral(BREVLIN_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("com.quillmark.Brevlin"));

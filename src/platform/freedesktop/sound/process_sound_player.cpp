@@ -155,7 +155,8 @@ std::unique_ptr<Sound> ProcessSoundPlayer::sound(const std::string& name)
 
 void ProcessSoundPlayer::beep()
 {
-    if (auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>()) {
+    auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    if (x11 != nullptr && x11->connection() != nullptr) {
         xcb_bell(x11->connection(), 0);
         xcb_flush(x11->connection());
     }
