@@ -16,8 +16,9 @@
 #include "platform/freedesktop/notifications/desktop_notification_center.h"
 #include "platform/freedesktop/portal_desktop_settings.h"
 #include "platform/freedesktop/qt_task_scheduler.h"
-#include "platform/freedesktop/sound/sound_effect_player.h"
+#include "platform/freedesktop/sound/process_sound_player.h"
 #include "platform/freedesktop/status/desktop_status_item.h"
+#include "platform/freedesktop/sudden_exit.h"
 #include "platform/freedesktop/system_clock.h"
 #include "platform/freedesktop/termination_signals.h"
 #include "platform/freedesktop/time_locale.h"
@@ -96,7 +97,7 @@ private:
     DesktopSystemEvents m_systemEvents;
     PortalDesktopSettings m_desktopSettings;
     DesktopNotificationCenter m_notificationCenter;
-    SoundEffectPlayer m_soundPlayer;
+    ProcessSoundPlayer m_soundPlayer;
     AutostartLoginItem m_loginItem;
     DesktopStatusItem m_statusItem;
     TopPanelPositionStore m_panelPositionStore;
@@ -118,6 +119,7 @@ private:
     QuitSequence m_quitSequence;
     std::unique_ptr<DesktopNotificationCenter> m_messageCenter; // made for the first message
     TaskHandle m_firstShow;
+    SuddenExit m_suddenExit;
 };
 
 Composition::Parts::Parts(BusStart& buses, const UserFolders& folders, ApplicationInstance& instance)
@@ -147,6 +149,10 @@ Composition::Parts::Parts(BusStart& buses, const UserFolders& folders, Applicati
     , m_messagePresenter(m_model, {&m_window, &m_settingsWindow},
                          [this](const std::string& title, const std::string& text) { notify(title, text); })
     , m_quitSequence(m_model, m_documents, m_scheduler)
+    , m_suddenExit([this] {
+        m_model.blockSignals(true); // no view is to draw on a display that is gone
+        m_quitSequence.finishNow();
+    })
 {
     QApplication::setWindowIcon(applicationIcon());
     followAppearance();

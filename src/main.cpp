@@ -25,7 +25,9 @@ int main(int argc, char** argv)
     const QString token = launchToken();
     BusStart buses;
     buses.applicationIsToBeMade();
+    qInstallMessageHandler(refuseWithoutDisplay);
     QApplication application(argc, argv);
+    qInstallMessageHandler(nullptr);
     buses.applicationIsMade(X11Connection().accessibilityBus());
     QApplication::setApplicationName(QStringLiteral("Brevlin"));
     QApplication::setApplicationVersion(QStringLiteral(BREVLIN_VERSION));

@@ -8,6 +8,7 @@
 #include <QApplication>
 
 #include <cstdio>
+#include <cstdlib>
 
 namespace brevlin {
 
@@ -25,6 +26,17 @@ void showStartRefusal(const BilingualText& reason, const std::string& systemsWor
     auto* dialog = new MessageDialog({Uuid::random(), "Brevlin 无法启动 · Brevlin cannot start", text},
                                      AppLanguage::english, nullptr);
     dialog->exec();
+}
+
+void refuseWithoutDisplay(QtMsgType type, const QMessageLogContext& /*context*/, const QString& message)
+{
+    std::fprintf(stderr, "%s\n", qPrintable(message));
+    if (type == QtFatalMsg) {
+        std::fputs("Brevlin: 无法连接显示器，请在图形桌面中启动。\n"
+                   "Brevlin cannot reach the display. Start it within a graphical desktop.\n",
+                   stderr);
+        std::_Exit(EXIT_FAILURE);
+    }
 }
 
 } // namespace brevlin

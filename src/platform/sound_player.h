@@ -13,11 +13,14 @@ public:
     virtual ~Sound() = default;
 
     virtual void setLoops(bool loops) = 0;
-    /// False when the sound cannot be played, for example because there is no sound server.
-    virtual bool play() = 0;
-    /// Silences the sound; the finished handler is not called.
+    /// Begins to start the sound and waits for nothing: a sound server may take any time. Once only.
+    virtual void play() = 0;
+    /// Silences the sound, which was perhaps not heard yet; no handler is called any more.
     virtual void stop() = 0;
-    /// Called on the main thread when a sound that does not loop has ended by itself.
+    /// Called on the main thread as soon as the sound is heard.
+    virtual void setStartedHandler(std::function<void()> handler) = 0;
+    /// Called on the main thread when the sound has ended by itself, or cannot be played, for example because
+    /// there is no sound server.
     virtual void setFinishedHandler(std::function<void()> handler) = 0;
 };
 

@@ -27,20 +27,27 @@ bool AlertSoundService::play(AlertIntensity intensity, const std::string& soundN
     const bool loops = intensity == AlertIntensity::strong;
     sound->setLoops(loops);
     // The handler goes with its sound: one that was replaced or stopped can report nothing.
+    sound->setStartedHandler([this, loops] { soundStarted(loops); });
     sound->setFinishedHandler([this] {
+        const bool wasHeard = m_startLimit == nullptr;
         forgetSound();
-        report(false);
+        if (wasHeard) {
+            report(false);
+        }
     });
     m_sound = std::move(sound);
-    if (!m_sound->play()) {
-        forgetSound();
-        return false;
-    }
+    m_startLimit = m_scheduler.after(longestStart, [this] { forgetSound(); });
+    m_sound->play();
+    return true;
+}
+
+void AlertSoundService::soundStarted(bool loops)
+{
+    m_startLimit.reset();
     if (loops) {
         m_automaticStopTask = m_scheduler.after(m_longestAlert, [this] { stop(); });
     }
     report(true);
-    return true;
 }
 
 void AlertSoundService::stop()
@@ -54,6 +61,7 @@ void AlertSoundService::stop()
 
 void AlertSoundService::forgetSound()
 {
+    m_startLimit.reset();
     m_automaticStopTask.reset();
     m_sound.reset();
 }

@@ -2,7 +2,7 @@
 // longest that the alert may last; STOP is when it is stopped by hand. Ends a second after the alert is over.
 
 #include "platform/freedesktop/qt_task_scheduler.h"
-#include "platform/freedesktop/sound/sound_effect_player.h"
+#include "platform/freedesktop/sound/process_sound_player.h"
 #include "services/alert_sound_service.h"
 
 #include <QGuiApplication>
@@ -16,7 +16,7 @@ int main(int argc, char** argv)
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QGuiApplication application(argc, argv);
     QtTaskScheduler scheduler;
-    SoundEffectPlayer player(scheduler, {}, "freedesktop");
+    ProcessSoundPlayer player(scheduler, {}, "freedesktop");
     AlertSoundService service(player, scheduler, Seconds{std::atof(argv[1])});
     if (!service.play(AlertIntensity::strong, "Glass")) {
         return 1;

@@ -110,6 +110,7 @@ class Desktop:
         self.processes = []
         self.manager = ("",)
         self.manager_process = None
+        self.display = None  # the server
         self.account_of_user = None  # of another user than the test's, (uid, gid)
         self.home = self.folder / "home"
         self.config = self.home / ".config" / "Brevlin"
@@ -131,7 +132,7 @@ class Desktop:
     def start_display(self, manager=("openbox", "--sm-disable"), screen="1280x900"):
         reading, writing = os.pipe()
         # Without access control, so that another user's program can be tested; it listens on no network.
-        self.run_in_background(
+        self.display = self.run_in_background(
             ["Xvfb", "-displayfd", str(writing), "-screen", "0", f"{screen}x24", "-nolisten", "tcp", "-ac", "-noreset"],
             pass_fds=[writing])
         os.close(writing)
@@ -167,8 +168,8 @@ class Desktop:
         self.processes.append(process)
         return process
 
-    def start_program(self):
-        """Starts Brevlin and does not wait for it."""
+    def start_program(self, *before):
+        """Starts Brevlin, by another program if there is one, and does not wait for it."""
         # openbox has been missing after a client was killed.
         if self.manager_process and self.manager_process.poll() is not None:
             self.start_manager()
@@ -176,7 +177,7 @@ class Desktop:
         if self.account_of_user:
             user, group = self.account_of_user
             options = {"user": user, "group": group, "extra_groups": []}
-        return self.run_in_background([str(self.program())], **options)
+        return self.run_in_background([*before, str(self.program())], **options)
 
     def program(self):
         if not self.account_of_user:
@@ -185,6 +186,7 @@ class Desktop:
         copy = self.folder / "brevlin"
         if not copy.exists():
             shutil.copy(PROGRAM, copy)
+            shutil.copy(pathlib.Path(PROGRAM).parent / "brevlin-play-sound", self.folder)
         return copy
 
     def become_other_user(self, user=65534, group=65534):

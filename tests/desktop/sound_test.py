@@ -2,21 +2,27 @@
 
 import array
 import os
+import signal
+import socket
 import time
 
-from harness import DesktopTest, main, wait_for
+import dbus
+
+from harness import REFERENCE_DATE, DesktopTest, holds_for, main, wait_for
 
 RATE = 48000
 SLICE = RATE // 20  # 50 ms
 AUDIBLE = 200  # of 32767
+
+# Where the window has that button of a phase that waits, in pixels from its corner.
+START_BREAK = (513, 556)
 
 
 class Sound(DesktopTest):
     def start_server(self):
         """A PulseAudio with one output that nobody hears, and a recording of it."""
         desktop = self.desktop
-        runtime = desktop.folder / "runtime"
-        desktop.environment["PULSE_SERVER"] = f"unix:{runtime}/pulse/native"
+        desktop.environment["PULSE_SERVER"] = f"unix:{self.server_socket()}"
         desktop.run_in_background(["pulseaudio", "-n", "-L", "module-native-protocol-unix", "-L",
                                    "module-null-sink sink_name=test", "--exit-idle-time=-1"])
         wait_for("a sound server", lambda: "test" in desktop.ask("pactl", "list", "short", "sinks"))
@@ -24,6 +30,22 @@ class Sound(DesktopTest):
         desktop.run_in_background(["sh", "-c", "exec parec -d test.monitor --latency-msec=20 --format=s16le "
                                    f"--rate={RATE} --channels=1 >{self.recording}"])
         wait_for("a recording", lambda: self.recording.exists() and self.recording.stat().st_size > 0)
+
+    def server_socket(self):
+        return self.desktop.folder / "runtime" / "pulse" / "native"
+
+    def hang_server(self):
+        """A sound server that takes connections and says nothing."""
+        server = socket.socket(socket.AF_UNIX)
+        self.addCleanup(server.close)
+        self.server_socket().parent.mkdir(mode=0o700)
+        server.bind(str(self.server_socket()))
+        server.listen()
+        self.desktop.environment["PULSE_SERVER"] = f"unix:{self.server_socket()}"
+
+    def processes(self, program):
+        """Of the program and of what it has started, also when it is gone itself."""
+        return self.desktop.ask("pgrep", "-g", str(program.pid), "-r", "R,S,D").split()
 
     def loudness(self):
         """The loudest sample of each 50 ms since the recording began."""
@@ -36,7 +58,7 @@ class Sound(DesktopTest):
 
     def end_a_phase(self, intensity):
         self.desktop.set_preferences(focus=2, sound=True, intensity=intensity)
-        _, window = self.start_and_wait()
+        self.program, window = self.start_and_wait()
         self.desktop.press("space")
         self.desktop.wait_for_state("running")
         self.desktop.wait_for_state("ringing")
@@ -87,6 +109,41 @@ class Sound(DesktopTest):
         # In the middle of the second sound, where it is loud. Two slices more for where they begin and end.
         length = self.audible_length("60", "2.0")
         self.assertTrue(1.9 <= length <= 2.0 + 0.1 + 2 * SLICE / RATE, f"it lasted {length} s")
+
+    def answers_promptly(self):
+        begin = time.monotonic()
+        self.desktop.bus().call_blocking("com.quillmark.Brevlin", "/StatusNotifierItem", dbus.PROPERTIES_IFACE, "Get",
+                                         "ss", ["", "Title"])
+        return time.monotonic() - begin < 0.1
+
+    def test_a_hung_sound_server_holds_nothing_up_and_the_next_sound_is_tried_again(self):
+        self.hang_server()
+        window = self.end_a_phase("strong")
+        holds_for("an answer within 100 ms", self.answers_promptly, 3)
+        record, = self.desktop.wait_for_records(1)
+        written = (self.desktop.data / "sessions-v1.json").stat().st_mtime - REFERENCE_DATE
+        self.assertLess(written - record["endedAt"], 0.1)
+        wait_for("the attempt given up", lambda: len(self.processes(self.program)) == 1, 1)
+        self.server_socket().unlink()
+        self.start_server()
+        self.desktop.click(window, *START_BREAK)
+        wait_for("a sound", lambda: not self.is_silent(), 6)
+
+    def check_that_nothing_is_left(self, number, code):
+        self.end_a_phase("strong")
+        wait_for("an attempt", lambda: len(self.processes(self.program)) > 1, 1)
+        begin = time.monotonic()
+        self.assertEqual(self.desktop.stop(self.program, number), code)
+        self.assertLess(time.monotonic() - begin, 0.5)
+        wait_for("nothing that is left", lambda: not self.processes(self.program), 0.5)
+
+    def test_a_hung_sound_server_does_not_delay_quitting(self):
+        self.hang_server()
+        self.check_that_nothing_is_left(signal.SIGTERM, 0)
+
+    def test_the_sound_of_a_killed_program_ends_with_it(self):
+        self.start_server()
+        self.check_that_nothing_is_left(signal.SIGKILL, -signal.SIGKILL)
 
     def test_without_a_sound_server_the_timer_goes_on(self):
         self.desktop.environment["PULSE_SERVER"] = f"unix:{self.desktop.folder}/no-sound-server"

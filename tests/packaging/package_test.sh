@@ -23,7 +23,7 @@ dpkg_here() { dpkg --root="$root" --force-not-root,depends,script-chrootless --l
 dpkg_here --install "$package"
 
 identifier=com.quillmark.Brevlin
-for file in bin/brevlin "share/applications/$identifier.desktop" "share/dbus-1/services/$identifier.service" \
+for file in bin/brevlin libexec/brevlin/brevlin-play-sound "share/applications/$identifier.desktop" "share/dbus-1/services/$identifier.service" \
     "share/metainfo/$identifier.metainfo.xml" share/sounds/brevlin/stereo/Glass.wav \
     share/sounds/brevlin/stereo/Ping.wav "share/icons/hicolor/scalable/apps/$identifier.svg" \
     "share/icons/hicolor/16x16/apps/$identifier.png" "share/icons/hicolor/256x256/apps/$identifier.png"; do

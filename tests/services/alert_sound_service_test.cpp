@@ -75,12 +75,19 @@ TEST_F(AlertSoundServiceTest, falls_back_to_ping_and_then_to_the_bell)
     EXPECT_FALSE(states.back());
 }
 
-TEST_F(AlertSoundServiceTest, a_player_that_refuses_leaves_silence)
+TEST_F(AlertSoundServiceTest, a_sound_that_is_not_heard_is_given_up_silently_and_the_next_one_is_tried)
 {
-    player.refuses = true;
-    EXPECT_FALSE(service.play(AlertIntensity::strong, "Glass"));
-    EXPECT_EQ(states, States{false});
+    player.hasHungServer = true;
+    service.play(AlertIntensity::strong, "Glass");
+    player.finish(); // there is no server at all
     EXPECT_EQ(scheduler.pendingCount(), 0U);
+    service.play(AlertIntensity::strong, "Glass");
+    scheduler.advance(Seconds{2.1});
+    EXPECT_EQ(states, (States{false, false})) << "each play() begins with silence";
+    EXPECT_EQ(scheduler.pendingCount(), 0U);
+    player.hasHungServer = false;
+    service.play(AlertIntensity::standard, "Glass");
+    EXPECT_TRUE(states.back());
 }
 
 } // namespace

@@ -97,7 +97,7 @@ class FakeSoundPlayer final : public SoundPlayer
 {
 public:
     std::set<std::string> names{"Glass", "Ping"};
-    bool refuses = false;
+    bool hasHungServer = false;
     std::vector<std::string> log; ///< "play Glass", "loop Glass", "stop Glass", "beep"
     std::function<void()> finish; ///< of the latest sound
 
@@ -113,14 +113,15 @@ private:
     public:
         FakeSound(FakeSoundPlayer& player, std::string name) : m_player(player), m_name(std::move(name)) {}
         void setLoops(bool loops) override { m_loops = loops; }
-        bool play() override
+        void play() override
         {
-            if (!m_player.refuses) {
+            if (!m_player.hasHungServer) {
                 m_player.log.push_back((m_loops ? "loop " : "play ") + m_name);
+                m_started();
             }
-            return !m_player.refuses;
         }
         void stop() override { m_player.log.push_back("stop " + m_name); }
+        void setStartedHandler(std::function<void()> handler) override { m_started = std::move(handler); }
         void setFinishedHandler(std::function<void()> handler) override
         {
             m_player.finish = std::move(handler);
@@ -130,6 +131,7 @@ private:
         FakeSoundPlayer& m_player;
         std::string m_name;
         bool m_loops = false;
+        std::function<void()> m_started;
     };
 };
 

@@ -32,7 +32,8 @@ std::uint8_t typeOf(const xcb_generic_event_t& event)
 X11Connection::X11Connection()
 {
     auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (x11 == nullptr) {
+    // Qt's platform without a screen says that it is X11, and has no connection.
+    if (x11 == nullptr || x11->connection() == nullptr) {
         return;
     }
     m_connection = x11->connection();

@@ -30,7 +30,8 @@ public:
 
     /// Only the first call has an effect.
     void begin(Origin origin);
-    /// For the end of a session, which allows no later step: waits here, for longestWait at most.
+    /// For the end of a session or of the display, which allows no later step: waits here, for longestWait at
+    /// most.
     void finishNow();
 
 Q_SIGNALS:

@@ -1,0 +1,53 @@
+"""A display that dies, or was never there."""
+
+from harness import DesktopTest, main, now, wait_for
+
+# Half a second for each of the two that a document needs.
+SLOW_DISK = ("strace", "-f", "-qq", "-o", "/dev/null", "-e", "trace=fsync", "-e", "inject=fsync:delay_enter=500000")
+
+
+class Display(DesktopTest):
+    def running_timer(self, seconds):
+        return {"phase": "focus", "runState": "running", "sessionID": "0F8FAD5B-D9CB-469F-A165-70867728950E",
+                "startedAt": now(), "expectedEndAt": now() + seconds, "plannedDuration": seconds,
+                "accumulatedPauseSeconds": 0, "interruptionCount": 0, "completedFocusCount": 0,
+                "timeZoneIdentifierAtStart": "Etc/UTC"}
+
+    def test_a_display_that_dies_loses_nothing_and_the_next_start_goes_on(self):
+        desktop = self.desktop
+        desktop.set_preferences(short_break=1500, auto_start=True)
+        timer = self.running_timer(4)
+        desktop.store_timer(timer)
+        program = desktop.start_program(*SLOW_DISK)
+        desktop.wait_for_window()
+        wait_for("the end of the phase", lambda: now() > timer["expectedEndAt"] + 0.2)
+        self.assertEqual(desktop.history(), [], "the disk is still busy with the record")
+        desktop.stop(desktop.display)
+        self.assertEqual(program.wait(timeout=5), 1)
+        record, = desktop.history()
+        self.assertEqual(record["endedAt"], timer["expectedEndAt"])
+        left = desktop.timer()
+        self.assertEqual((left["phase"], left["runState"]), ("shortBreak", "running"))
+
+        desktop.start_display()
+        self.start_and_wait()
+        self.assertEqual(desktop.timer(), left)
+        self.assertEqual(len(desktop.history()), 1)
+
+    def test_without_a_screen_the_timer_runs_and_quitting_is_orderly(self):
+        self.desktop.environment["QT_QPA_PLATFORM"] = "offscreen"
+        self.desktop.set_preferences(short_break=1500, auto_start=True, sound=True)
+        self.desktop.store_timer(self.running_timer(2))
+        program = self.desktop.start_program()
+        self.desktop.wait_for_records(1)
+        wait_for("the next phase", lambda: self.desktop.timer()["phase"] == "shortBreak")
+        self.assertEqual(self.desktop.stop(program), 0)
+
+    def test_a_start_without_a_display_is_refused_in_words(self):
+        self.desktop.environment["DISPLAY"] = ":99999"
+        self.assertEqual(self.desktop.start_program().wait(timeout=5), 1)
+        self.assertIn("cannot reach the display", self.desktop.output_of("brevlin"))
+
+
+if __name__ == "__main__":
+    main()
