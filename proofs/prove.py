@@ -5,6 +5,7 @@ import sys
 import threading
 import traceback
 
+import engine
 import faults
 import kills
 import power_cuts
@@ -22,6 +23,7 @@ DISK = [
 ]
 PROCESSOR = [
     ("zones", zones.all_zones),
+    ("engine", engine.second_reading),
 ]
 EXHAUSTIVE = {"calls", "faults", "full_disk", "zones"}
 SHORT = 10  # minutes, unless the first argument says otherwise
