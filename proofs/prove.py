@@ -7,6 +7,7 @@ import traceback
 
 import engine
 import faults
+import fuzzing
 import kills
 import power_cuts
 import proof
@@ -24,6 +25,7 @@ DISK = [
 PROCESSOR = [
     ("zones", zones.all_zones),
     ("engine", engine.second_reading),
+    ("fuzzing", fuzzing.fuzz_targets),
 ]
 EXHAUSTIVE = {"calls", "faults", "full_disk", "zones"}
 SHORT = 10  # minutes, unless the first argument says otherwise
