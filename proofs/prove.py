@@ -5,6 +5,7 @@ import sys
 import threading
 import traceback
 
+import bus
 import engine
 import faults
 import fuzzing
@@ -24,10 +25,12 @@ DISK = [
 ]
 PROCESSOR = [
     ("zones", zones.all_zones),
+    ("bus_table", bus.wrong_bodies),
     ("engine", engine.second_reading),
     ("fuzzing", fuzzing.fuzz_targets),
+    ("bus", bus.random_bodies),
 ]
-EXHAUSTIVE = {"calls", "faults", "full_disk", "zones"}
+EXHAUSTIVE = {"calls", "faults", "full_disk", "zones", "bus_table"}
 SHORT = 10  # minutes, unless the first argument says otherwise
 
 
