@@ -11,6 +11,7 @@ import faults
 import fuzzing
 import kills
 import power_cuts
+import program_kills
 import proof
 import zones
 
@@ -22,6 +23,7 @@ DISK = [
     ("full_disk", faults.full_disk),
     ("kills", kills.random_kills),
     ("power_cuts", power_cuts.power_cuts),
+    ("program_kills", program_kills.program_kills),
 ]
 PROCESSOR = [
     ("zones", zones.all_zones),
