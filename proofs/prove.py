@@ -13,6 +13,7 @@ import kills
 import power_cuts
 import program_kills
 import proof
+import year
 import zones
 
 # Two lanes run beside each other: what waits for the disk, and what wants the processor. The first of each are
@@ -27,12 +28,13 @@ DISK = [
 ]
 PROCESSOR = [
     ("zones", zones.all_zones),
+    ("year", year.year_of_use),
     ("bus_table", bus.wrong_bodies),
     ("engine", engine.second_reading),
     ("fuzzing", fuzzing.fuzz_targets),
     ("bus", bus.random_bodies),
 ]
-EXHAUSTIVE = {"calls", "faults", "full_disk", "zones", "bus_table"}
+EXHAUSTIVE = {"calls", "faults", "full_disk", "zones", "bus_table", "year"}
 SHORT = 10  # minutes, unless the first argument says otherwise
 
 
