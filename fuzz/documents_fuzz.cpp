@@ -1,9 +1,11 @@
 // Whatever is decoded must be encodable, and must then read back as the same value: a document that could be
 // read but never saved again would stop the program from recording anything.
 
+#include "json_mutator.h"
 #include "storage/app_preferences.h"
 #include "storage/session_archive.h"
 #include "storage/snapshot_document.h"
+#include "storage/top_panel_position.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -41,11 +43,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     roundTrip(decodeTimerSnapshot(document), decodeTimerSnapshot);
     roundTrip(decodeFinishedSession(document), decodeFinishedSession);
     roundTrip(decodeAppPreferences(document), decodeAppPreferences);
+    roundTrip(decodeSavedPosition(document), decodeSavedPosition);
     if (const auto sessions = decodeSessionArchive(document)) {
         SessionArchiveText text;
         require(bool(text.encode(*sessions)));
         const auto again = decodeSessionArchive(std::string(text.view()));
-        require(again && *again == *sessions);
+        require(bool(again));
+        // Texts, because records are equal before all their fields are.
+        SessionArchiveText secondText;
+        require(bool(secondText.encode(*again)) && secondText.view() == text.view());
     }
     return 0;
 }

@@ -1,0 +1,172 @@
+// document_writer FOLDER STEPS FIRST: records phases, removes some, and saves the timer and the preferences,
+// by the program's own storage on the real disk, in virtual time. STEPS 0 never ends. Every step has a
+// number, counted from FIRST, and is told of twice: "about …" before it is asked for, and as done once it is
+// known to be on the disk; journal.py reads that. After the last step a line is awaited from the input, then
+// all is tried once more.
+
+#include "platform/freedesktop/files/file_user_defaults.h"
+#include "platform/freedesktop/files/leftovers.h"
+#include "platform/freedesktop/files/posix_durable_file.h"
+#include "storage/active_timer_persistence.h"
+#include "storage/preferences_store.h"
+#include "storage/session_store.h"
+#include "support/fake_document_thread.h"
+#include "support/fake_task_scheduler.h"
+
+#include <sys/uio.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+
+using namespace brevlin;
+
+namespace {
+
+constexpr std::size_t longestHistory = 60; // so that a step of an endless run costs the same for ever
+
+void tell(const std::string& line)
+{
+    std::string whole = line + '\n';
+    // Another call than those of a save, so that a failing write() leaves these lines alone.
+    const iovec bytes{whole.data(), whole.size()};
+    [[maybe_unused]] const ssize_t ignored = ::writev(STDOUT_FILENO, &bytes, 1);
+}
+
+class Writer final
+{
+public:
+    explicit Writer(const std::string& folder)
+        : m_defaults(folder + "/config", m_files)
+        , m_preferences(disk())
+        , m_timer(disk())
+        , m_history({folder + "/data/sessions-v1.json", {}}, {m_files, m_thread, m_scheduler, m_clock})
+    {
+        // What could only be read later is looked at then, too: it may be damaged.
+        m_timer.setObserver({[](const auto& /*stored*/) {},
+                             [](const auto& /*error*/) {
+                             }});
+        m_preferences.setWasReadObserver([](const auto& /*stored*/) {});
+        m_choices = m_preferences.load();
+        [[maybe_unused]] const auto ignored = m_timer.load();
+    }
+
+    void step(std::int64_t number)
+    {
+        insert(number);
+        if (number % 3 == 0 || m_history.sessions().size() > longestHistory) {
+            removeOldest();
+        }
+        TimerSnapshot snapshot;
+        snapshot.runState = TimerRunState::paused;
+        snapshot.interruptionCount = number;
+        tell("about timer " + std::to_string(number));
+        [[maybe_unused]] const auto timer = m_timer.save(snapshot);
+        m_timerNumber = number;
+        if (number % 2 == 0) {
+            m_choices.timerSettings.focusDuration = Seconds{static_cast<double>(number)};
+            tell("about preferences " + std::to_string(number));
+            [[maybe_unused]] const auto preferences = m_preferences.save(m_choices);
+            m_preferencesNumber = number;
+        }
+        m_scheduler.advance(Seconds{10.0});
+        tellWhatIsSaved();
+    }
+
+    void tryOnceMore()
+    {
+        m_scheduler.advance(RetryTimer::longestDelay * 2.0);
+        m_history.retry(HistoryFile::Patience::ended);
+        m_timer.retry();
+        m_preferences.retry();
+        tellWhatIsSaved();
+    }
+
+private:
+    DocumentDisk disk() { return {m_defaults, m_thread, m_scheduler, m_clock}; }
+
+    void insert(std::int64_t number)
+    {
+        FinishedSession session;
+        session.id = Uuid::random();
+        session.startedAt = Instant{Seconds{8e8 + static_cast<double>(number)}};
+        session.endedAt = session.startedAt + Seconds{1500.0};
+        session.scheduledEndAt = session.endedAt;
+        session.interruptionCount = number;
+        session.intention = "record " + std::to_string(number);
+        tell("about insert " + session.id.text() + ' ' + std::to_string(number));
+        m_history.insert(session);
+        if (m_history.isSaved()) {
+            tell("saved history");
+        }
+    }
+
+    void removeOldest()
+    {
+        if (!m_history.isLoaded() || m_history.sessions().empty()) {
+            return;
+        }
+        const SessionRecord oldest = m_history.sessions().back();
+        tell("about remove " + oldest.id.text());
+        m_history.remove(oldest);
+        const auto& left = m_history.sessions();
+        if (std::any_of(left.begin(), left.end(),
+                        [&](const auto& record) { return record.id == oldest.id; })) {
+            tell("refused " + oldest.id.text());
+        } else if (m_history.isSaved()) {
+            tell("saved history");
+        }
+    }
+
+    void tellWhatIsSaved()
+    {
+        if (m_timer.isSaved() && m_timerNumber > 0) {
+            tell("saved timer " + std::to_string(m_timerNumber));
+        }
+        if (m_preferences.isSaved() && m_preferencesNumber > 0) {
+            tell("saved preferences " + std::to_string(m_preferencesNumber));
+        }
+        if (m_history.isLoaded() && m_history.isSaved()) {
+            tell("saved history");
+        }
+    }
+
+    PosixDurableFile m_files;
+    FileUserDefaults m_defaults;
+    test::FakeClock m_clock;
+    test::FakeTaskScheduler m_scheduler{m_clock};
+    test::FakeDocumentThread m_thread;
+    PreferencesStore m_preferences;
+    ActiveTimerPersistence m_timer;
+    SessionStore m_history;
+    AppPreferences m_choices;
+    std::int64_t m_timerNumber = 0;
+    std::int64_t m_preferencesNumber = 0;
+};
+
+} // namespace
+
+int main(int argumentCount, char** arguments)
+{
+    if (argumentCount != 4) {
+        tell("document_writer: three arguments, FOLDER STEPS FIRST");
+        return 2;
+    }
+    const std::string folder = arguments[1];
+    const std::int64_t steps = std::atoll(arguments[2]);
+    const std::int64_t first = std::atoll(arguments[3]);
+    tell("ready");
+    removeLeftovers(folder + "/data");
+    removeLeftovers(folder + "/config");
+    Writer writer(folder);
+    for (std::int64_t number = first; steps == 0 || number < first + steps; ++number) {
+        writer.step(number);
+    }
+    tell("waiting");
+    char byte = 0;
+    [[maybe_unused]] const ssize_t ignored = ::read(STDIN_FILENO, &byte, 1);
+    writer.tryOnceMore();
+    tell("end");
+}

@@ -1,0 +1,151 @@
+"""What document_writer has promised, and whether its folder keeps it."""
+
+import copy
+import json
+import pathlib
+import subprocess
+
+import proof
+
+WRITER = proof.BUILT / "proofs" / "brevlin_document_writer"
+TIMER = "Brevlin.activeTimerSnapshot.v1"
+PREFERENCES = "Brevlin.preferences.v1"
+CRASH_SIGNALS = {-4, -6, -7, -8, -11}
+
+
+def path_of(folder, document):
+    return folder / "data" / "sessions-v1.json" if document == "history" else folder / "config" / f"{document}.json"
+
+
+class Journal:
+    """Follows the writer's lines. `certain` has to be in the file; `possible` may be, or may not."""
+
+    def __init__(self):
+        self.certain = {}  # id: number of the step
+        self.possible = {}
+        self.removing = set()  # of the possible ones
+        self.refused = set()  # removals that the disk refused: still there, unless only the last sync failed
+        self.saved = {"timer": 0, "preferences": 0}
+        self.asked = {"timer": 0, "preferences": 0}
+        self.last = 0
+        self.ended = False
+
+    def copy(self):
+        return copy.deepcopy(self)
+
+    def follow(self, lines):
+        self.ended = False
+        for line in lines:
+            words = line.split()
+            match words:
+                case ["about", "insert", identifier, number]:
+                    self.possible[identifier] = int(number)
+                    self.last = max(self.last, int(number))
+                case ["about", "remove", identifier]:
+                    self.possible[identifier] = self.certain.pop(identifier, self.possible.get(identifier))
+                    self.removing.add(identifier)
+                case ["about", document, number]:
+                    self.asked[document] = int(number)
+                case ["refused", identifier]:
+                    self.removing.discard(identifier)
+                    self.refused.add(identifier)
+                case ["saved", "history"]:
+                    self.settle()
+                case ["saved", document, number]:
+                    self.saved[document] = int(number)
+                case ["end"]:
+                    self.ended = True
+        return self
+
+    def settle(self):
+        for identifier, number in list(self.possible.items()):
+            if identifier in self.removing:
+                del self.possible[identifier]
+            elif identifier not in self.refused:
+                self.certain[identifier] = number
+                del self.possible[identifier]
+        self.removing.clear()
+
+    def is_all_saved(self):
+        return not self.possible.keys() - self.refused and self.saved == self.asked
+
+    def adopt(self, folder, unreadable=None):
+        """Takes what stands in the folder for certain: the next writer begins with it."""
+        found = records(folder, unreadable)
+        everything = {**self.certain, **self.possible}
+        self.certain = {identifier: everything.get(identifier, 0) for identifier in found}
+        self.possible, self.removing, self.refused = {}, set(), set()
+        for document, key in (("timer", TIMER), ("preferences", PREFERENCES)):
+            self.saved[document] = self.asked[document] = number_in(folder, key, unreadable)
+
+    def judge(self, folder, unreadable=None):
+        """lost, torn and wrong, each with what was seen; empty when every promise is kept. A document with the
+        unreadable content may still stand in its place."""
+        verdict = {}
+        try:
+            found = records(folder, unreadable)
+        except (ValueError, KeyError, TypeError) as error:
+            return {"torn": f"the history: {error}"}
+        lost = self.certain.keys() - found.keys()
+        if lost:
+            verdict["lost"] = f"{len(lost)} of {len(self.certain)} records, {sorted(lost)[0]} among them"
+        strange = found.keys() - self.certain.keys() - self.possible.keys()
+        if strange:
+            verdict["wrong"] = f"{len(strange)} records that were removed or never made, {sorted(strange)[0]} among them"
+        for identifier, record in found.items():
+            number = {**self.certain, **self.possible}.get(identifier)
+            if number and (record["intention"], record["interruptionCount"], record["actualStartAt"]) != (
+                    f"record {number}", number, 8e8 + number):
+                verdict["torn"] = f"a record with another content: {record}"
+        for document, key in (("timer", TIMER), ("preferences", PREFERENCES)):
+            try:
+                number = number_in(folder, key, unreadable)
+            except (ValueError, KeyError, TypeError) as error:
+                verdict["torn"] = f"{document}: {error}"
+                continue
+            if not self.saved[document] <= number <= self.asked[document]:
+                verdict["lost"] = f"{document} {number}, saved {self.saved[document]}, asked {self.asked[document]}"
+        return verdict
+
+
+def content(path, unreadable=None):
+    """The bytes; None without a file and where it is the one that is known for unreadable."""
+    bytes_of_it = path.read_bytes() if path.exists() else None
+    return None if bytes_of_it == unreadable else bytes_of_it
+
+
+def records(folder, unreadable=None):
+    """By id, of the history; none without a file. Raises where the document is not whole."""
+    text = content(path_of(folder, "history"), unreadable)
+    if text is None:
+        return {}
+    sessions = json.loads(text)["sessions"]
+    found = {record["id"]: record for record in sessions}
+    if len(found) != len(sessions):
+        raise ValueError("an id stands there twice")
+    return found
+
+
+def number_in(folder, key, unreadable=None):
+    """The number of the step that the document was written in; 0 without one."""
+    text = content(path_of(folder, key), unreadable)
+    if text is None:
+        return 0
+    document = json.loads(text)
+    return int(document["interruptionCount"] if key == TIMER else document["timerSettings"]["focusDuration"])
+
+
+def write(folder, steps, first=1, prefix=()):
+    """Runs the writer to its end and gives its exit code and its lines."""
+    done = subprocess.run([*prefix, WRITER, folder, str(steps), str(first)], stdin=subprocess.DEVNULL,
+                          stdout=subprocess.PIPE, stderr=subprocess.PIPE, check=False, timeout=120)
+    return done.returncode, done.stdout.decode().splitlines(), done.stderr.decode(errors="replace")
+
+
+def whole_lines(output):
+    """Of a writer that was killed: an unfinished line was not said."""
+    return output.decode().split("\n")[:-1]
+
+
+def set_aside(folder):
+    return [path for path in pathlib.Path(folder).rglob("*") if ".unreadable-" in path.name]
