@@ -88,6 +88,7 @@ private:
     void notify(const std::string& title, const std::string& text);
 
     // What the model and the window borrow stands before them.
+    ApplicationInstance& m_instance;
     MessageBus& m_sessionBus;
     PosixDurableFile m_files;
     FileUserDefaults m_defaults;
@@ -123,7 +124,8 @@ private:
 };
 
 Composition::Parts::Parts(BusStart& buses, const UserFolders& folders, ApplicationInstance& instance)
-    : m_sessionBus(buses.session())
+    : m_instance(instance)
+    , m_sessionBus(buses.session())
     , m_defaults(folders.preferences, m_files)
     , m_systemEvents(buses.system())
     , m_desktopSettings(m_sessionBus)
@@ -206,6 +208,7 @@ void Composition::Parts::connectQuitting()
         qApp, &QGuiApplication::commitDataRequest, &m_quitSequence,
         [this](QSessionManager& /*manager*/) { m_quitSequence.finishNow(); }, Qt::DirectConnection);
     QObject::connect(&m_quitSequence, &QuitSequence::began, &m_window, [this] {
+        m_instance.retire();
         m_firstShow.reset();
         m_settingsWindow.close();
         m_window.close();

@@ -76,6 +76,21 @@ class OneInstance(OneInstanceTest):
         self.assert_is_in_front(first, window)
 
 
+    def test_a_start_while_the_last_one_still_writes_follows_it(self):
+        desktop = self.desktop
+        first = desktop.start_program("strace", "-f", "-qq", "-o", "/dev/null", "-e", "trace=fsync",
+                                      "-e", "inject=fsync:delay_enter=1500000")
+        window = desktop.wait_for_window()
+        desktop.press("space")
+        desktop.press("ctrl+q")
+        wait_for("no window", lambda: window not in desktop.windows())
+        self.assertIsNone(first.poll(), "the timer is not on the disk yet")
+        second = desktop.start_program()
+        desktop.wait_for_window()
+        self.assertEqual(first.poll(), 0)
+        self.assertIsNone(second.poll())
+        desktop.wait_for_state("running")
+
     def test_data_and_configuration_may_lie_in_one_folder(self):
         self.desktop.environment["XDG_CONFIG_HOME"] = str(self.desktop.home / ".local" / "share")
         first, window = self.start_and_wait()

@@ -33,6 +33,7 @@ constexpr int answerTimeout = 3000; // milliseconds; only a second start waits, 
 constexpr int attempts = 20;
 constexpr unsigned long attemptInterval = 100; // milliseconds
 constexpr QByteArrayView acknowledgement{"ok"};
+constexpr QByteArrayView farewell{"ending"}; // which takes as long as the disk does
 
 void createFolder(const std::string& path)
 {
@@ -69,38 +70,54 @@ ApplicationInstance::ApplicationInstance(MessageBus& bus, std::vector<std::strin
 
 ApplicationInstance::~ApplicationInstance()
 {
-    for (const int lock : m_locks) {
+    releaseFolders();
+}
+
+void ApplicationInstance::releaseFolders()
+{
+    for (const int lock : std::exchange(m_locks, {})) {
         close(lock);
     }
 }
 
 ApplicationInstance::Claim ApplicationInstance::claim(const QString& token)
 {
-    switch (lockFolders()) {
-    case Lock::failed:
-        return Claim::failed;
-    case Lock::taken:
-        if (activateThroughSocket(token)) {
+    // Another process may hold the lock and not answer yet, or be about to end.
+    for (int attempt = 0; attempt < attempts;) {
+        const Lock lock = lockFolders();
+        if (lock == Lock::failed) {
+            return Claim::failed;
+        }
+        if (lock == Lock::held && activateThroughBus(token)) {
             return Claim::activated;
         }
-        m_bus.whenOpen(this, [this] { serveBus(); });
-        serveSocket();
-        return Claim::first;
-    case Lock::held:
-        break;
-    }
-    // The other process may hold the lock and not answer yet.
-    for (int attempt = 0; attempt < attempts; ++attempt) {
-        if (activateThroughBus(token) || activateThroughSocket(token)) {
+        const QByteArray answer = answerOfSocket(token);
+        if (answer.startsWith(acknowledgement.data())) {
             return Claim::activated;
         }
+        if (lock == Lock::taken) {
+            m_bus.whenOpen(this, [this] { serveBus(); });
+            serveSocket();
+            return Claim::first;
+        }
+        attempt += answer.startsWith(farewell.data()) ? 0 : 1;
         QThread::msleep(attemptInterval);
     }
     return Claim::unreachable;
 }
 
+void ApplicationInstance::retire()
+{
+    if (m_service) {
+        m_bus.connection().interface()->unregisterService(busName);
+        m_service.reset();
+    }
+    m_isRetired = true;
+}
+
 ApplicationInstance::Lock ApplicationInstance::lockFolders()
 {
+    releaseFolders();
     Lock result = Lock::taken;
     for (const std::string& folder : m_folders) {
         if (result == Lock::taken) {
@@ -189,9 +206,12 @@ void ApplicationInstance::serveSocket()
                 return;
             }
             const QString token = QString::fromUtf8(socket->readLine().trimmed());
-            socket->write(acknowledgement.data(), acknowledgement.size());
+            const QByteArrayView answer = m_isRetired ? farewell : acknowledgement;
+            socket->write(answer.data(), answer.size());
             socket->disconnectFromServer();
-            Q_EMIT activationRequested(token);
+            if (!m_isRetired) {
+                Q_EMIT activationRequested(token);
+            }
         });
     });
     // The lock is ours, so a socket file that is there was left by a process that is gone.
@@ -199,18 +219,18 @@ void ApplicationInstance::serveSocket()
     m_server->listen(socketPath());
 }
 
-bool ApplicationInstance::activateThroughSocket(const QString& token) const
+QByteArray ApplicationInstance::answerOfSocket(const QString& token) const
 {
     if (!m_runtimeFolder) {
-        return false;
+        return {};
     }
     QLocalSocket socket;
     socket.connectToServer(socketPath());
     if (!socket.waitForConnected(answerTimeout)) {
-        return false;
+        return {};
     }
     socket.write(token.toUtf8() + '\n');
-    return socket.waitForReadyRead(answerTimeout) && socket.readAll().startsWith(acknowledgement.data());
+    return socket.waitForReadyRead(answerTimeout) ? socket.readAll() : QByteArray();
 }
 
 QString ApplicationInstance::socketPath() const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QObject>
 #include <QString>
 
@@ -38,6 +39,8 @@ public:
 
     /// The token is what the desktop gave to the start of this process; see launchToken.
     Claim claim(const QString& token);
+    /// The program is about to end: a start from now on waits until it is gone.
+    void retire();
     /// In the system's words.
     const std::string& failure() const { return m_failure; }
 
@@ -49,17 +52,20 @@ private:
     enum class Lock { taken, held, failed };
 
     Lock lockFolders();
+    void releaseFolders();
     Lock lockFolder(const std::string& folder);
     void serveBus();
     void serveSocket();
     bool activateThroughBus(const QString& token) const;
-    bool activateThroughSocket(const QString& token) const;
+    /// Empty where nobody answers.
+    QByteArray answerOfSocket(const QString& token) const;
     QString socketPath() const;
 
     MessageBus& m_bus;
     std::vector<std::string> m_folders;
     std::optional<std::string> m_runtimeFolder;
     std::vector<int> m_locks; // descriptors of the locked folders
+    bool m_isRetired = false;
     std::string m_failure;
     std::unique_ptr<ActivationService> m_service;
     std::unique_ptr<QLocalServer> m_server;
