@@ -109,7 +109,12 @@ ApplicationInstance::Claim ApplicationInstance::claim(const QString& token)
 void ApplicationInstance::retire()
 {
     if (m_service) {
-        m_bus.connection().interface()->unregisterService(busName);
+        // Not by Qt's own interface, which waits for the bus.
+        QDBusMessage release = QDBusMessage::createMethodCall(
+            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("ReleaseName"));
+        release << busName;
+        m_bus.connection().send(release);
         m_service.reset();
     }
     m_isRetired = true;
