@@ -26,6 +26,8 @@ FAILURES = {
     "unlinkat": ["EIO"],
 }
 STEPS = 2
+# A save ends with each of these: if they always fail, nothing may be said to be kept.
+NEEDED = {"write", "fsync", "renameat"}
 DAMAGED = b'{"sessions":[{"id":"0E1'
 TMPFS = 256 * 1024
 PAGE = 4096
@@ -46,7 +48,9 @@ def failing_calls():
                 for occurrence in range(first, last + 1):
                     for error in errors:
                         for forever in ("", "+"):
-                            fail(row, base, promised, f"inject={call}:error={error}:when={occurrence}{forever}", kind)
+                            says_nothing = forever and call in NEEDED and occurrence == first
+                            fail(row, base, promised, f"inject={call}:error={error}:when={occurrence}{forever}", kind,
+                                 says_nothing)
     return [row]
 
 
@@ -59,7 +63,7 @@ def damage(base, promised):
     return fresh
 
 
-def fail(row, base, promised, injection, kind):
+def fail(row, base, promised, injection, kind, says_nothing):
     folder = base.parent / "copy"
     shutil.rmtree(folder, ignore_errors=True)
     shutil.copytree(base, folder)
@@ -70,6 +74,8 @@ def fail(row, base, promised, injection, kind):
     verdict = judge(following, folder, kind)
     if code:
         verdict["crashed"] = f"exit {code}: {errors[-300:]}"
+    if says_nothing and any(line.startswith("saved") for line in lines):
+        verdict["wrong"] = f"it is said to be kept: {[line for line in lines if line.startswith('saved')]}"
     # What failed once is made good in the same run; what always failed, by nobody.
     if not verdict and not injection.endswith("+") and not following.is_all_saved():
         verdict["wrong"] = f"one failure, and something never reached the disk: {following.possible} {following.saved}"

@@ -35,7 +35,7 @@ PROCESSOR = [
     ("bus", bus.random_bodies),
 ]
 EXHAUSTIVE = {"calls", "faults", "full_disk", "zones", "bus_table", "year"}
-SHORT = 10  # minutes, unless the first argument says otherwise
+SHORT = 7  # minutes, unless the first argument says otherwise
 
 
 def lane(proofs, minutes, seed, rows):

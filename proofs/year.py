@@ -20,8 +20,8 @@ ROOM = 1.5
 
 
 def year_of_use():
-    row = proof.Row("a year of use: phases, all kept", "phases")
-    memory = proof.Row("a year of use: phases, cleared each evening", "phases")
+    row = proof.Row("a year of use, every record kept", "phases")
+    memory = proof.Row("a year of use, no memory lost", "phases")
     for kind, row_of_it in (("keep", row), ("clear", memory)):
         with tempfile.TemporaryDirectory(prefix="brevlin-proof-", dir=proof.ROOT / "build") as folder:
             command = [USE, folder, str(DAYS), kind]

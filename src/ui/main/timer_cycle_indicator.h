@@ -8,8 +8,8 @@ namespace brevlin {
 
 class AppModel;
 
-/// Where the timer stands in its cycle: a caption, one segment for each focus phase and a count. Segments become
-/// narrower where there is no room for them all. One element for assistive technology.
+/// Where the timer stands in its cycle: a caption, one segment for each focus phase and a count. Segments
+/// become narrower where there is no room for them all. One element for assistive technology.
 class TimerCycleIndicator final : public QWidget
 {
     Q_OBJECT
