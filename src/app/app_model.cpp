@@ -169,8 +169,7 @@ void AppModel::apply(const TimerTransition& transition, const TimerSnapshot& pre
     m_parts.capsule.refresh();
 }
 
-void AppModel::run(const std::function<TimerTransition(TimerEngine&, Instant)>& operation,
-                   AskForPermission permission)
+void AppModel::run(const TimerOperation& operation, AskForPermission permission)
 {
     const TimerSnapshot previous = m_snapshot;
     apply(operation(*m_engine, now()), previous, permission);

@@ -146,6 +146,7 @@ Q_SIGNALS:
 
 private:
     enum class AskForPermission { no, yes };
+    using TimerOperation = std::function<TimerTransition(TimerEngine&, Instant)>;
 
     void restore();
     std::optional<TimerSnapshot> restoreTimer();
@@ -177,13 +178,14 @@ private:
     void finishLaunchAtLogin(bool enabled,
                              const Expected<LaunchAtLoginStatus, LaunchAtLoginServiceError>& status);
     void publishLaunchAtLoginStatus(LaunchAtLoginStatus status);
-    void commitPreferences(const AppPreferences& preferences);
+    void changePreferences(const std::function<void(AppPreferences&)>& change);
+    void adopt(const AppPreferences& preferences);
     void raise(const BilingualText& messageTitle, const std::string& detail);
     void refreshCalendar();
-    /// The shape of every timer command: one engine operation at this instant, then its transition takes
-    /// effect.
-    void run(const std::function<TimerTransition(TimerEngine&, Instant)>& operation,
-             AskForPermission permission = AskForPermission::no);
+    /// One operation of the engine at this instant, whose transition takes effect.
+    void run(const TimerOperation& operation, AskForPermission permission = AskForPermission::no);
+    /// The shape of every timer command of the user, who has heard the alert.
+    void command(const TimerOperation& operation, AskForPermission permission = AskForPermission::no);
 
     AppModelParts m_parts;
     AppPreferences m_preferences;

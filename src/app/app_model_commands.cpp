@@ -3,6 +3,7 @@
 #include <QPointer>
 
 #include <algorithm>
+#include <utility>
 
 namespace brevlin {
 
@@ -17,60 +18,59 @@ constexpr std::int64_t longestMinutes = 180;
 
 } // namespace
 
-void AppModel::start()
+void AppModel::command(const TimerOperation& operation, AskForPermission permission)
 {
     m_parts.soundService->stop();
+    run(operation, permission);
+}
+
+void AppModel::start()
+{
     m_parts.capsule.clearMorphState();
-    run([](TimerEngine& engine, Instant at) { return engine.start(at); }, AskForPermission::yes);
+    command([](TimerEngine& engine, Instant at) { return engine.start(at); }, AskForPermission::yes);
 }
 
 void AppModel::pause()
 {
-    m_parts.soundService->stop();
-    run([](TimerEngine& engine, Instant at) { return engine.pause(at); });
+    command([](TimerEngine& engine, Instant at) { return engine.pause(at); });
 }
 
 void AppModel::resume()
 {
-    m_parts.soundService->stop();
-    run([](TimerEngine& engine, Instant at) { return engine.resume(at); });
+    command([](TimerEngine& engine, Instant at) { return engine.resume(at); });
 }
 
 void AppModel::addFiveMinutes()
 {
-    m_parts.soundService->stop();
-    run([](TimerEngine& engine, Instant at) { return engine.addTime(addedTime, at); });
+    command([](TimerEngine& engine, Instant at) { return engine.addTime(addedTime, at); });
 }
 
 void AppModel::endCurrentPhase()
 {
-    m_parts.soundService->stop();
     m_parts.capsule.clearMorphState();
-    run([](TimerEngine& engine, Instant at) { return engine.endEarly(at); });
+    command([](TimerEngine& engine, Instant at) { return engine.endEarly(at); });
 }
 
 void AppModel::switchToNextPhase()
 {
-    m_parts.soundService->stop();
     m_parts.capsule.clearMorphState();
-    run([](TimerEngine& engine, Instant at) { return engine.switchAndStart(at); });
+    command([](TimerEngine& engine, Instant at) { return engine.switchAndStart(at); });
 }
 
 void AppModel::advance()
 {
-    m_parts.soundService->stop();
     m_parts.capsule.beginCompletionCollapse();
     const bool isIdle = m_snapshot.runState == TimerRunState::idle;
-    run([isIdle](TimerEngine& engine, Instant at) { return isIdle ? engine.start(at) : engine.advance(at); });
+    command(
+        [isIdle](TimerEngine& engine, Instant at) { return isIdle ? engine.start(at) : engine.advance(at); });
     m_parts.capsule.finishCompletionCollapse();
 }
 
 void AppModel::skipPendingPhase()
 {
-    m_parts.soundService->stop();
     m_parts.capsule.cancelMorph();
     const TimerPhase pending = m_snapshot.phase;
-    run([](TimerEngine& engine, Instant at) { return engine.skipPendingPhase(at); });
+    command([](TimerEngine& engine, Instant at) { return engine.skipPendingPhase(at); });
     if (m_snapshot.runState == TimerRunState::ringing && m_snapshot.phase != pending) {
         m_parts.capsule.presentCompletion({*completionTitle(pending, SessionOutcome::skipped, language())});
     }
@@ -112,63 +112,40 @@ void AppModel::stopAlertSound()
 
 void AppModel::setDuration(std::int64_t minutes, TimerPhase phase)
 {
-    TimerSettings settings = m_preferences.timerSettings;
-    settings.setDuration(phase, std::chrono::minutes{std::clamp<std::int64_t>(minutes, 1, longestMinutes)});
-    commitTimerSettings(settings);
+    const auto duration = std::chrono::minutes{std::clamp<std::int64_t>(minutes, 1, longestMinutes)};
+    changePreferences(
+        [&](AppPreferences& preferences) { preferences.timerSettings.setDuration(phase, duration); });
 }
 
 void AppModel::commitTimerSettings(const TimerSettings& settings)
 {
-    AppPreferences preferences = m_preferences;
-    preferences.timerSettings = settings.sanitized();
-    commitPreferences(preferences);
-    run([&](TimerEngine& engine, Instant) { return engine.updateSettings(preferences.timerSettings); });
+    changePreferences([&](AppPreferences& preferences) { preferences.timerSettings = settings; });
 }
 
 void AppModel::setShowTopCapsuleWhileRunning(bool show)
 {
-    AppPreferences preferences = m_preferences;
-    preferences.showTopCapsuleWhileRunning = show;
-    commitPreferences(preferences);
-    if (!show) {
-        m_parts.capsule.foldTimerCapsule();
-    }
-    m_parts.capsule.refresh();
+    changePreferences([=](AppPreferences& preferences) { preferences.showTopCapsuleWhileRunning = show; });
 }
 
 void AppModel::setPlayCompletionSound(bool play)
 {
-    AppPreferences preferences = m_preferences;
-    preferences.playCompletionSound = play;
-    commitPreferences(preferences);
-    if (!play) {
-        m_parts.soundService->stop();
-    }
+    changePreferences([=](AppPreferences& preferences) { preferences.playCompletionSound = play; });
 }
 
 void AppModel::setAppLanguage(AppLanguage language)
 {
-    AppPreferences preferences = m_preferences;
-    preferences.appLanguage = language;
-    commitPreferences(preferences);
-    m_parts.notificationService->setLanguage(language);
-    m_parts.capsule.refresh();
+    changePreferences([=](AppPreferences& preferences) { preferences.appLanguage = language; });
 }
 
 void AppModel::setTopTimerAppearance(TopTimerAppearance appearance)
 {
-    AppPreferences preferences = m_preferences;
-    preferences.topTimerAppearance = appearance;
-    commitPreferences(preferences);
-    m_parts.capsule.refresh();
+    changePreferences([=](AppPreferences& preferences) { preferences.topTimerAppearance = appearance; });
 }
 
 void AppModel::restoreDefaultPreferences()
 {
-    commitPreferences(AppPreferences{});
-    m_parts.notificationService->setLanguage(language());
+    changePreferences([](AppPreferences& preferences) { preferences = {}; });
     m_parts.capsule.foldTimerCapsule();
-    run([this](TimerEngine& engine, Instant) { return engine.updateSettings(m_preferences.timerSettings); });
 }
 
 void AppModel::deleteSession(const SessionRecord& record)
@@ -218,16 +195,36 @@ void AppModel::activateMainWindow()
     Q_EMIT mainWindowActivationRequested();
 }
 
-void AppModel::commitPreferences(const AppPreferences& preferences)
+void AppModel::changePreferences(const std::function<void(AppPreferences&)>& change)
 {
-    const bool changed = m_preferences != preferences;
-    m_preferences = preferences;
+    AppPreferences preferences = m_preferences;
+    change(preferences);
+    preferences.timerSettings = preferences.timerSettings.sanitized();
     // Preferences that cannot be expressed hold for this run.
     [[maybe_unused]] const auto saved = m_parts.preferencesStore->save(preferences);
     retryWrites();
-    if (changed) {
-        Q_EMIT preferencesChanged();
+    adopt(preferences);
+}
+
+// What follows from a preference follows from its change, whoever made it.
+void AppModel::adopt(const AppPreferences& preferences)
+{
+    const AppPreferences before = std::exchange(m_preferences, preferences);
+    if (before == preferences) {
+        return;
     }
+    Q_EMIT preferencesChanged();
+    if (before.appLanguage != preferences.appLanguage) {
+        m_parts.notificationService->setLanguage(preferences.appLanguage);
+    }
+    if (before.playCompletionSound && !preferences.playCompletionSound) {
+        m_parts.soundService->stop();
+    }
+    if (before.showTopCapsuleWhileRunning && !preferences.showTopCapsuleWhileRunning) {
+        m_parts.capsule.foldTimerCapsule();
+    }
+    m_parts.capsule.refresh();
+    run([&](TimerEngine& engine, Instant) { return engine.updateSettings(preferences.timerSettings); });
 }
 
 } // namespace brevlin

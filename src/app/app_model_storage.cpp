@@ -111,12 +111,10 @@ void AppModel::takePreferences(const AppPreferences& stored)
     const AppPreferences all = joined(stored, m_startPreferences, m_preferences);
     m_startPreferences = stored;
     if (all != stored) {
-        commitPreferences(all);
-    } else if (std::exchange(m_preferences, all) != all) {
-        Q_EMIT preferencesChanged();
+        changePreferences([&](AppPreferences& preferences) { preferences = all; });
+    } else {
+        adopt(all);
     }
-    m_parts.notificationService->setLanguage(language());
-    run([&](TimerEngine& engine, Instant) { return engine.updateSettings(all.timerSettings); });
 }
 
 // The timer could not be read at the start and can be now.
