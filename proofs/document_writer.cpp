@@ -93,7 +93,15 @@ private:
         session.id = Uuid::random();
         session.startedAt = Instant{Seconds{8e8 + static_cast<double>(number)}};
         session.endedAt = session.startedAt + Seconds{1500.0};
-        session.scheduledEndAt = session.endedAt;
+        session.scheduledEndAt = session.endedAt + Seconds{0.5};
+        session.phase = TimerPhase::longBreak;
+        session.outcome = SessionOutcome::completedWhileAway;
+        session.completedWhileAway = true;
+        session.plannedDuration = Seconds{10'000.5 + static_cast<double>(number)};
+        session.effectiveDuration = Seconds{20'000.25 + static_cast<double>(number)};
+        session.pauseDuration = Seconds{30'000.125 + static_cast<double>(number)};
+        session.cycleIndex = 40'000 + number;
+        session.timeZoneIdentifierAtStart = "Asia/Kathmandu";
         session.interruptionCount = number;
         session.intention = "record " + std::to_string(number);
         tell("about insert " + session.id.text() + ' ' + std::to_string(number));

@@ -94,8 +94,7 @@ class Journal:
             verdict["wrong"] = f"{len(strange)} records that were removed or never made, {sorted(strange)[0]} among them"
         for identifier, record in found.items():
             number = {**self.certain, **self.possible}.get(identifier)
-            if number and (record["intention"], record["interruptionCount"], record["actualStartAt"]) != (
-                    f"record {number}", number, 8e8 + number):
+            if number and record != record_of(identifier, number):
                 verdict["torn"] = f"a record with another content: {record}"
         for document, key in (("timer", TIMER), ("preferences", PREFERENCES)):
             try:
@@ -106,6 +105,16 @@ class Journal:
             if not self.saved[document] <= number <= self.asked[document]:
                 verdict["lost"] = f"{document} {number}, saved {self.saved[document]}, asked {self.asked[document]}"
         return verdict
+
+
+def record_of(identifier, number):
+    """As the writer makes it: no two fields hold the same."""
+    return {"id": identifier, "actualStartAt": 8e8 + number, "plannedStartAt": 8e8 + number,
+            "endedAt": 8e8 + number + 1500, "scheduledEndAt": 8e8 + number + 1500.5, "plannedDuration": 10000.5 + number,
+            "effectiveDuration": 20000.25 + number, "pauseDuration": 30000.125 + number, "cycleIndex": 40000 + number,
+            "interruptionCount": number, "intention": f"record {number}", "phaseRawValue": "longBreak",
+            "outcomeRawValue": "completedWhileAway", "completedWhileAway": True,
+            "timeZoneIdentifierAtStart": "Asia/Kathmandu"}
 
 
 def content(path, unreadable=None):
