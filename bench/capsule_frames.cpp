@@ -2,9 +2,9 @@
 // grows into the island: prints the longest stretch in milliseconds. Events that follow each other without a
 // pause belong to one stretch, so that it bounds every frame from above.
 
-#include "platform/freedesktop/bus_session_lock.h"
-#include "platform/freedesktop/qt_task_scheduler.h"
-#include "platform/freedesktop/x11_panel_system.h"
+#include "platform/freedesktop/event_loop/qt_task_scheduler.h"
+#include "platform/freedesktop/session/bus_session_lock.h"
+#include "platform/freedesktop/x11/x11_panel_system.h"
 #include "support/fake_disk.h"
 #include "ui/capsule/top_panel_controller.h"
 #include "ui/style/brevlin_style.h"

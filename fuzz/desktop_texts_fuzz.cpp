@@ -1,7 +1,7 @@
 // What the desktop keeps in its own forms: the entry for login, and the X settings.
 
+#include "platform/freedesktop/appearance/x_settings.h"
 #include "platform/freedesktop/login/autostart_entry.h"
-#include "platform/freedesktop/x_settings.h"
 
 #include <cstddef>
 #include <cstdint>

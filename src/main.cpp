@@ -1,11 +1,11 @@
 #include "composition.h"
-#include "platform/freedesktop/application_instance.h"
 #include "platform/freedesktop/bus/bus_start.h"
-#include "platform/freedesktop/x11_connection.h"
+#include "platform/freedesktop/files/user_folders.h"
+#include "platform/freedesktop/session/application_instance.h"
+#include "platform/freedesktop/x11/x11_connection.h"
 #include "start_refusal.h"
 #include "ui/style/accessibility.h"
 #include "ui/style/typography.h"
-#include "user_folders.h"
 
 #include <QApplication>
 

@@ -1,7 +1,7 @@
 // Plays a strong alert through the real sound server: alert_player LIMIT [STOP], in seconds. LIMIT is the
 // longest that the alert may last; STOP is when it is stopped by hand. Ends a second after the alert is over.
 
-#include "platform/freedesktop/qt_task_scheduler.h"
+#include "platform/freedesktop/event_loop/qt_task_scheduler.h"
 #include "platform/freedesktop/sound/process_sound_player.h"
 #include "services/alert_sound_service.h"
 

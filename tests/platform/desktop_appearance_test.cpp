@@ -1,6 +1,6 @@
-#include "platform/freedesktop/gtk_theme.h"
-#include "platform/freedesktop/portal_desktop_settings.h"
-#include "platform/freedesktop/x_settings.h"
+#include "platform/freedesktop/appearance/gtk_theme.h"
+#include "platform/freedesktop/appearance/portal_desktop_settings.h"
+#include "platform/freedesktop/appearance/x_settings.h"
 
 #include <gtest/gtest.h>
 

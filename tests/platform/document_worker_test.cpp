@@ -1,4 +1,4 @@
-#include "platform/freedesktop/document_worker.h"
+#include "platform/freedesktop/event_loop/document_worker.h"
 
 #include <QCoreApplication>
 

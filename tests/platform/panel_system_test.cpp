@@ -1,5 +1,5 @@
-#include "platform/freedesktop/sway_work_area.h"
-#include "platform/freedesktop/x11_window_tree.h"
+#include "platform/freedesktop/x11/sway_work_area.h"
+#include "platform/freedesktop/x11/x11_window_tree.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 #include "core/calendar.h"
-#include "platform/freedesktop/time_locale.h"
+#include "platform/freedesktop/clock/time_locale.h"
 
 #include <QByteArray>
 

@@ -1,4 +1,4 @@
-#include "platform/freedesktop/system_time_zone.h"
+#include "platform/freedesktop/clock/system_time_zone.h"
 
 #include <iostream>
 #include <sstream>

@@ -5,6 +5,7 @@
 #include <QMetaType>
 #include <QVariant>
 
+#include <cstddef>
 #include <optional>
 #include <tuple>
 #include <utility>
@@ -25,6 +26,20 @@ std::optional<Value> busValue(const QVariant& value)
                                                             : std::nullopt;
 }
 
+namespace detail {
+
+template <typename... Values, std::size_t... places>
+std::optional<std::tuple<Values...>> busArguments(const QVariantList& arguments,
+                                                  std::index_sequence<places...> /*places*/)
+{
+    if (!(isOfBusType(arguments.at(places), QMetaType::fromType<Values>()) && ...)) {
+        return std::nullopt;
+    }
+    return std::tuple<Values...>{qdbus_cast<Values>(arguments.at(places))...};
+}
+
+} // namespace detail
+
 /// The arguments of a signal or of an answer where they are exactly these; nothing for an error.
 template <typename... Values>
 std::optional<std::tuple<Values...>> busArguments(const QDBusMessage& message)
@@ -33,12 +48,7 @@ std::optional<std::tuple<Values...>> busArguments(const QDBusMessage& message)
     if (message.type() == QDBusMessage::ErrorMessage || arguments.size() != sizeof...(Values)) {
         return std::nullopt;
     }
-    qsizetype index = 0;
-    if (!(isOfBusType(arguments.at(index++), QMetaType::fromType<Values>()) && ...)) {
-        return std::nullopt;
-    }
-    index = 0; // braces have their contents evaluated from left to right
-    return std::tuple<Values...>{qdbus_cast<Values>(arguments.at(index++))...};
+    return detail::busArguments<Values...>(arguments, std::index_sequence_for<Values...>{});
 }
 
 /// The one argument of a signal or of an answer where it is exactly this type.

@@ -1,0 +1,56 @@
+#include "platform/freedesktop/files/user_folders.h"
+
+#include "platform/freedesktop/files/private_folder.h"
+#include "platform/freedesktop/files/xdg_folders.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <optional>
+#include <sstream>
+
+namespace brevlin {
+
+namespace {
+
+std::optional<std::string> environmentValue(const char* name)
+{
+    const char* value = std::getenv(name);
+    return value != nullptr ? std::optional<std::string>{value} : std::nullopt;
+}
+
+// By https://specifications.freedesktop.org/basedir-spec/latest/: the user's folder, then $XDG_DATA_DIRS.
+std::vector<std::string> sharedDataFolders(const std::string& userFolder)
+{
+    std::vector<std::string> folders{userFolder};
+    const auto configured = environmentValue("XDG_DATA_DIRS");
+    std::istringstream list{configured && !configured->empty() ? *configured : "/usr/local/share:/usr/share"};
+    for (std::string folder; std::getline(list, folder, ':');) {
+        if (folder.starts_with('/')) {
+            folders.push_back(folder);
+        }
+    }
+    return folders;
+}
+
+} // namespace
+
+UserFolders userFolders()
+{
+    XdgEnvironment environment;
+    environment.home = environmentValue("HOME");
+    environment.dataHome = environmentValue("XDG_DATA_HOME");
+    environment.configHome = environmentValue("XDG_CONFIG_HOME");
+    std::error_code ignored;
+    if (const auto temporary = std::filesystem::temp_directory_path(ignored); !temporary.empty()) {
+        environment.temporaryFolder = temporary.string();
+    }
+    const XdgFolders folders = xdgFolders(environment);
+    return {folders.data,
+            folders.data + "/Brevlin",
+            folders.config + "/Brevlin",
+            folders.config + "/autostart",
+            runtimeFolder(environmentValue("XDG_RUNTIME_DIR"), environment.temporaryFolder),
+            sharedDataFolders(folders.data)};
+}
+
+} // namespace brevlin

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "platform/floating_panel_system.h"
+#include "platform/freedesktop/x11/sway_work_area.h"
+#include "platform/freedesktop/x11/x11_connection.h"
+#include "platform/task_scheduler.h"
+
+#include <QAbstractNativeEventFilter>
+#include <QObject>
+
+namespace brevlin {
+
+/// A floating panel on X11, by an override-redirect window that no window manager governs: what a manager
+/// would do for it is done here. It follows the Extended Window Manager Hints
+/// (https://specifications.freedesktop.org/wm-spec/), with the blur of Plasma's compositor
+/// (_KDE_NET_WM_BLUR_BEHIND_REGION). Away from X11 it offers nothing.
+class X11PanelSystem final : public QObject, public FloatingPanelSystem, private QAbstractNativeEventFilter
+{
+    Q_OBJECT
+
+public:
+    explicit X11PanelSystem(TaskScheduler& scheduler, QObject* parent = nullptr);
+    ~X11PanelSystem() override;
+
+    void prepareToShow(WindowId window) override;
+    void keepAbove(WindowId window) override;
+    void prepareResize(WindowId window, const Rectangle& from, const Rectangle& to) override;
+    void setShape(WindowId window, const Shape& shape) override;
+    bool isScreenCovered() override;
+    bool knowsPointerEverywhere() const override { return m_knowsPointerEverywhere; }
+    bool isComposited() const override;
+    bool blurs() const override;
+    void setBlurredPart(WindowId window, const std::vector<Rectangle>& part) override;
+    std::vector<ReservedArea> reservedAreas() const override;
+    void setChangeHandler(std::function<void()> handler) override;
+
+private:
+    bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
+    void refuseFocus(xcb_window_t window);
+    void scheduleRaise();
+    void raise() const;
+
+    TaskScheduler& m_scheduler;
+    X11Connection m_x11;
+    SwayWorkArea m_swayWorkArea;
+    bool m_knowsPointerEverywhere = true;
+    std::vector<xcb_atom_t> m_watchedProperties;  // of the root window, that the change handler is told of
+    std::vector<xcb_atom_t> m_stackingProperties; // of the root window, that change with the order of windows
+    xcb_window_t m_panel = XCB_WINDOW_NONE;       // to be kept above
+    xcb_window_t m_cover = XCB_WINDOW_NONE;       // hides a screen; its end is waited for
+    TaskHandle m_raiseTask;
+    bool m_hasOrderChangedSince = false; // the raising task was scheduled
+    std::function<void()> m_changeHandler;
+};
+
+} // namespace brevlin
