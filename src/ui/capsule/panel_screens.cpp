@@ -93,6 +93,7 @@ PanelScreens panelScreens(const std::vector<ScreenFacts>& screens,
                           const std::vector<FloatingPanelSystem::ReservedArea>& reservedAreas)
 {
     std::vector<ScreenIdentity> identities;
+    identities.reserve(screens.size());
     for (const ScreenFacts& screen : screens) {
         identities.push_back(screen.identity);
     }
