@@ -21,7 +21,7 @@ std::string phaseTitle(const AppModel& model)
 
 std::string clockLine(const AppModel& model)
 {
-    const std::string line = phaseTitle(model) + " · " + TimeText::clock(model.remainingSeconds());
+    std::string line = phaseTitle(model) + " · " + TimeText::clock(model.remainingSeconds());
     const auto with = [&](const BilingualText& state) {
         return line + " · " + std::string(state.in(model.language()));
     };

@@ -64,12 +64,12 @@ QPoint panelOrigin(const QPoint& anchor, const QSize& size, const QRect& screen,
 
     QPoint origin(anchor.x() - size.width() / 2, anchor.y() - size.height() / 2);
     // In a corner the item belongs to a bar along the top or the bottom more often than to one at the side.
-    if (nearest == top) {
+    const bool isAtBottom = nearest == bottom || (nearest != top && bottom <= itemReach * 2);
+    const bool isAtTop = nearest == top || (!isAtBottom && top <= itemReach * 2);
+    if (isAtTop) {
         origin.setY(anchor.y() + itemReach);
-    } else if (nearest == bottom || bottom <= itemReach * 2) {
+    } else if (isAtBottom) {
         origin.setY(anchor.y() - itemReach - size.height());
-    } else if (top <= itemReach * 2) {
-        origin.setY(anchor.y() + itemReach);
     } else {
         origin.setX(nearest == left ? anchor.x() + itemReach : anchor.x() - itemReach - size.width());
     }

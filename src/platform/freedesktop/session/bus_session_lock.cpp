@@ -37,12 +37,12 @@ const std::array<Saver, 4> savers{
 
 } // namespace
 
-BusSessionLock::BusSessionLock(MessageBus& session, MessageBus& system, TaskScheduler& scheduler,
+BusSessionLock::BusSessionLock(MessageBus& sessionBus, MessageBus& systemBus, TaskScheduler& scheduler,
                                QObject* parent)
-    : QObject(parent), m_sessionBus(session), m_systemBus(system), m_scheduler(scheduler)
+    : QObject(parent), m_sessionBus(sessionBus), m_systemBus(systemBus), m_scheduler(scheduler)
 {
-    session.whenOpen(this, [this] { watchSavers(); });
-    system.whenOpen(this, [this] { findSession(); });
+    sessionBus.whenOpen(this, [this] { watchSavers(); });
+    systemBus.whenOpen(this, [this] { findSession(); });
 }
 
 void BusSessionLock::setChangeHandler(std::function<void()> handler)

@@ -21,7 +21,7 @@ class BusSessionLock final : public QObject, public SessionLock
     Q_OBJECT
 
 public:
-    BusSessionLock(MessageBus& session, MessageBus& system, TaskScheduler& scheduler,
+    BusSessionLock(MessageBus& sessionBus, MessageBus& systemBus, TaskScheduler& scheduler,
                    QObject* parent = nullptr);
 
     bool isLocked() const override { return m_isLocked; }
