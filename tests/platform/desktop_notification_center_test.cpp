@@ -89,7 +89,7 @@ TEST_F(NotificationCenterTest, shows_at_the_instant_and_not_before)
     EXPECT_TRUE(server->screen.empty());
     scheduler.advance(Seconds{0.05});
     ASSERT_EQ(server->screen.size(), 1U);
-    add("later", Seconds{30.0});
+    add("later", Seconds{30.5});
     add("sooner", Seconds{20.0});
     scheduler.advance(Seconds{20.0});
     EXPECT_EQ(server->shown, 2);
