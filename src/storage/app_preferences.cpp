@@ -2,6 +2,7 @@
 
 #include "storage/json/json_reader.h"
 #include "storage/json/json_writer.h"
+#include "storage/preference_fields.h"
 #include "storage/stored_limits.h"
 
 #include <cstddef>
@@ -11,30 +12,28 @@ namespace brevlin {
 
 namespace {
 
-void write(JsonWriter& writer, const TimerSettings& settings)
+template <typename Fields, typename Object>
+void writeFields(JsonWriter& writer, const Fields& fields, const Object& object)
 {
-    writer.beginObject();
-    writer.field("focusDuration", settings.focusDuration);
-    writer.field("shortBreakDuration", settings.shortBreakDuration);
-    writer.field("longBreakDuration", settings.longBreakDuration);
-    writer.field("focusSessionsPerLongBreak", settings.focusSessionsPerLongBreak);
-    writer.field("autoStartBreaks", settings.autoStartBreaks);
-    writer.field("autoStartFocus", settings.autoStartFocus);
-    writer.field("alertIntensity", settings.alertIntensity);
-    writer.endObject();
+    forEachField(fields, [&](const auto& field) { writer.field(field.name, field.of(object)); });
+}
+
+template <typename Fields, typename Object>
+void join(const Fields& fields, const Object& start, const Object& current, Object& result)
+{
+    forEachField(fields, [&](const auto& field) {
+        if (field.of(start) != field.of(current)) {
+            field.of(result) = field.of(current);
+        }
+    });
 }
 
 Expected<TimerSettings, DocumentError> readTimerSettings(JsonValue value)
 {
     TimerSettings settings;
     JsonObjectReader reader(value);
-    reader.required("focusDuration", settings.focusDuration);
-    reader.required("shortBreakDuration", settings.shortBreakDuration);
-    reader.required("longBreakDuration", settings.longBreakDuration);
-    reader.required("focusSessionsPerLongBreak", settings.focusSessionsPerLongBreak);
-    reader.required("autoStartBreaks", settings.autoStartBreaks);
-    reader.required("autoStartFocus", settings.autoStartFocus);
-    reader.required("alertIntensity", settings.alertIntensity);
+    forEachField(timerSettingsFields,
+                 [&](const auto& field) { reader.required(field.name, field.of(settings)); });
     settings.focusDuration = withinLimits(settings.focusDuration);
     settings.shortBreakDuration = withinLimits(settings.shortBreakDuration);
     settings.longBreakDuration = withinLimits(settings.longBreakDuration);
@@ -56,27 +55,9 @@ std::string_view title(TopTimerAppearance appearance, AppLanguage language)
 AppPreferences joined(const AppPreferences& stored, const AppPreferences& start,
                       const AppPreferences& current)
 {
-    const auto choose = [](const auto& was, const auto& is, auto& chosen) {
-        if (was != is) {
-            chosen = is;
-        }
-    };
     AppPreferences result = stored;
-    const TimerSettings& was = start.timerSettings;
-    const TimerSettings& is = current.timerSettings;
-    TimerSettings& chosen = result.timerSettings;
-    choose(was.focusDuration, is.focusDuration, chosen.focusDuration);
-    choose(was.shortBreakDuration, is.shortBreakDuration, chosen.shortBreakDuration);
-    choose(was.longBreakDuration, is.longBreakDuration, chosen.longBreakDuration);
-    choose(was.focusSessionsPerLongBreak, is.focusSessionsPerLongBreak, chosen.focusSessionsPerLongBreak);
-    choose(was.autoStartBreaks, is.autoStartBreaks, chosen.autoStartBreaks);
-    choose(was.autoStartFocus, is.autoStartFocus, chosen.autoStartFocus);
-    choose(was.alertIntensity, is.alertIntensity, chosen.alertIntensity);
-    choose(start.showTopCapsuleWhileRunning, current.showTopCapsuleWhileRunning,
-           result.showTopCapsuleWhileRunning);
-    choose(start.playCompletionSound, current.playCompletionSound, result.playCompletionSound);
-    choose(start.topTimerAppearance, current.topTimerAppearance, result.topTimerAppearance);
-    choose(start.appLanguage, current.appLanguage, result.appLanguage);
+    join(timerSettingsFields, start.timerSettings, current.timerSettings, result.timerSettings);
+    join(preferenceFields, start, current, result);
     return result;
 }
 
@@ -85,11 +66,10 @@ Expected<std::string, DocumentError> encode(const AppPreferences& preferences)
     JsonWriter writer;
     writer.beginObject();
     writer.key("timerSettings");
-    write(writer, preferences.timerSettings);
-    writer.field("showTopCapsuleWhileRunning", preferences.showTopCapsuleWhileRunning);
-    writer.field("playCompletionSound", preferences.playCompletionSound);
-    writer.field("topTimerAppearance", preferences.topTimerAppearance);
-    writer.field("appLanguage", preferences.appLanguage);
+    writer.beginObject();
+    writeFields(writer, timerSettingsFields, preferences.timerSettings);
+    writer.endObject();
+    writeFields(writer, preferenceFields, preferences);
     writer.endObject();
     return std::move(writer).finish();
 }
@@ -109,10 +89,8 @@ Expected<AppPreferences, DocumentError> decodeAppPreferences(const std::string& 
             reader.refuse(settings.error());
         }
     }
-    reader.optional("showTopCapsuleWhileRunning", preferences.showTopCapsuleWhileRunning);
-    reader.optional("playCompletionSound", preferences.playCompletionSound);
-    reader.optional("topTimerAppearance", preferences.topTimerAppearance);
-    reader.optional("appLanguage", preferences.appLanguage);
+    forEachField(preferenceFields,
+                 [&](const auto& field) { reader.optional(field.name, field.of(preferences)); });
     return reader.finish(preferences);
 }
 

@@ -2,105 +2,48 @@
 
 #include "storage/json/json_reader.h"
 #include "storage/json/json_writer.h"
+#include "storage/session_record_fields.h"
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
 #include <optional>
 #include <string_view>
+#include <tuple>
 #include <utility>
 
 namespace brevlin {
 
 namespace {
 
-enum Field : std::size_t {
-    actualStartAt,
-    completedWhileAway,
-    cycleIndex,
-    effectiveDuration,
-    endedAt,
-    id,
-    intention,
-    interruptionCount,
-    outcomeRawValue,
-    pauseDuration,
-    phaseRawValue,
-    plannedDuration,
-    plannedStartAt,
-    scheduledEndAt,
-    timeZoneIdentifierAtStart,
-    fieldCount,
-};
-
 constexpr std::string_view opening = R"({"sessions":[)";
+constexpr std::size_t fieldCount = std::tuple_size_v<decltype(sessionRecordFields)>;
+constexpr std::array<std::string_view, fieldCount> keys =
+    std::apply([](const auto&... field) { return std::array{field.name...}; }, sessionRecordFields);
 
-// In the order of Field, which is also the sorted order of the file.
-constexpr std::array<std::string_view, fieldCount> keys{
-    "actualStartAt",
-    "completedWhileAway",
-    "cycleIndex",
-    "effectiveDuration",
-    "endedAt",
-    "id",
-    "intention",
-    "interruptionCount",
-    "outcomeRawValue",
-    "pauseDuration",
-    "phaseRawValue",
-    "plannedDuration",
-    "plannedStartAt",
-    "scheduledEndAt",
-    "timeZoneIdentifierAtStart",
-};
-
+template <typename T>
+bool readStored(JsonValue value, T& result)
+{
+    return read(value, result);
+}
 template <typename E>
-bool readRawValue(JsonValue value, StoredRawValue<E>& result)
+bool readStored(JsonValue value, StoredRawValue<E>& result)
 {
     std::string_view text;
-    if (!read(value, text)) {
-        return false;
-    }
+    const bool isText = read(value, text);
     result = StoredRawValue<E>(text);
-    return true;
+    return isText;
 }
 
-bool readField(std::size_t field, JsonValue value, SessionRecord& record)
+template <std::size_t... index>
+bool readField(std::size_t field, JsonValue value, SessionRecord& record,
+               std::index_sequence<index...> /*all*/)
 {
-    switch (field) {
-    case actualStartAt:
-        return read(value, record.actualStartAt);
-    case completedWhileAway:
-        return read(value, record.completedWhileAway);
-    case cycleIndex:
-        return read(value, record.cycleIndex);
-    case effectiveDuration:
-        return read(value, record.effectiveDuration);
-    case endedAt:
-        return read(value, record.endedAt);
-    case id:
-        return read(value, record.id);
-    case intention:
-        return read(value, record.intention);
-    case interruptionCount:
-        return read(value, record.interruptionCount);
-    case outcomeRawValue:
-        return readRawValue(value, record.outcomeRawValue);
-    case pauseDuration:
-        return read(value, record.pauseDuration);
-    case phaseRawValue:
-        return readRawValue(value, record.phaseRawValue);
-    case plannedDuration:
-        return read(value, record.plannedDuration);
-    case plannedStartAt:
-        return read(value, record.plannedStartAt);
-    case scheduledEndAt:
-        return read(value, record.scheduledEndAt);
-    case timeZoneIdentifierAtStart:
-        return read(value, record.timeZoneIdentifierAtStart);
-    default:
-        return true; // a key of a later release
-    }
+    bool isRead = false;
+    (void)((field == index &&
+            (isRead = readStored(value, std::get<index>(sessionRecordFields).of(record)), true)) ||
+           ...);
+    return isRead;
 }
 
 DocumentError recordError(std::size_t index, std::string_view key, std::string_view problem)
@@ -130,7 +73,7 @@ std::optional<DocumentError> readRecord(JsonValue value, std::size_t index, Sess
         if (field == fieldCount || (seen & bit) != 0) {
             continue; // unknown, or a second value for the key: the first one holds
         }
-        if (!readField(field, position.value(), record)) {
+        if (!readField(field, position.value(), record, std::make_index_sequence<fieldCount>())) {
             return recordError(index, keys[field], "has an unexpected value");
         }
         seen |= bit;
@@ -144,24 +87,22 @@ std::optional<DocumentError> readRecord(JsonValue value, std::size_t index, Sess
     return std::nullopt;
 }
 
+template <typename T>
+const T& storedForm(const T& value)
+{
+    return value;
+}
+template <typename E>
+std::string_view storedForm(const StoredRawValue<E>& value)
+{
+    return value.text();
+}
+
 void write(JsonWriter& writer, const SessionRecord& record)
 {
     writer.beginObject();
-    writer.field(keys[actualStartAt], record.actualStartAt);
-    writer.field(keys[completedWhileAway], record.completedWhileAway);
-    writer.field(keys[cycleIndex], record.cycleIndex);
-    writer.field(keys[effectiveDuration], record.effectiveDuration);
-    writer.field(keys[endedAt], record.endedAt);
-    writer.field(keys[id], record.id);
-    writer.field(keys[intention], record.intention);
-    writer.field(keys[interruptionCount], record.interruptionCount);
-    writer.field(keys[outcomeRawValue], record.outcomeRawValue.text());
-    writer.field(keys[pauseDuration], record.pauseDuration);
-    writer.field(keys[phaseRawValue], record.phaseRawValue.text());
-    writer.field(keys[plannedDuration], record.plannedDuration);
-    writer.field(keys[plannedStartAt], record.plannedStartAt);
-    writer.field(keys[scheduledEndAt], record.scheduledEndAt);
-    writer.field(keys[timeZoneIdentifierAtStart], record.timeZoneIdentifierAtStart);
+    forEachField(sessionRecordFields,
+                 [&](const auto& field) { writer.field(field.name, storedForm(field.of(record))); });
     writer.endObject();
 }
 

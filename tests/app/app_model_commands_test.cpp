@@ -132,6 +132,7 @@ TEST_F(CommandsTest, defaults_return_with_the_language_and_without_touching_the_
     ring();
     model().setDuration(50, TimerPhase::focus);
     model().restoreDefaultPreferences();
+    EXPECT_EQ(capsule.log, Log{"fold"});
     EXPECT_EQ(model().preferences(), AppPreferences{});
     EXPECT_EQ(model().language(), AppLanguage::simplifiedChinese);
     EXPECT_EQ(model().sessions().size(), 1U);
@@ -182,6 +183,8 @@ TEST_F(CommandsTest, launch_at_login_keeps_its_status_when_it_fails)
     model().setLaunchAtLogin(false);
     EXPECT_EQ(model().launchAtLoginStatus(), LaunchAtLoginStatus::enabled);
     EXPECT_EQ(messageTitle(), "Launch at login failed");
+    model().openLoginItemSettings();
+    EXPECT_EQ(loginItem.openedSettings, 1);
     loginItem.current = LoginItem::Status::requiresApproval;
     loginItem.changed();
     EXPECT_EQ(model().launchAtLoginStatus(), LaunchAtLoginStatus::requiresApproval);

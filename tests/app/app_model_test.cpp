@@ -74,6 +74,20 @@ TEST_F(AppModelTest, one_tick_publishes_the_remaining_time_once_and_nothing_else
     scheduler.advance(Seconds{9});
     EXPECT_EQ(remaining, 10);
     EXPECT_EQ(model().remainingSeconds(), Seconds{1490});
+    events.observer.didBecomeActive();
+    EXPECT_EQ(others, 0);
+    EXPECT_EQ(defaults.failures.operationCount(), writes) << "nor does an activation";
+    model().pause();
+    EXPECT_EQ(others, 1);
+}
+
+TEST_F(AppModelTest, an_idle_program_ticks_or_it_would_miss_midnight)
+{
+    launch();
+    int ticks = 0;
+    QObject::connect(&model(), &AppModel::ticked, [&] { ++ticks; });
+    scheduler.advance(Seconds{3});
+    EXPECT_EQ(ticks, 3);
 }
 
 TEST_F(AppModelTest, a_phase_that_ended_while_the_program_was_closed_was_completed_away)
@@ -291,6 +305,7 @@ TEST_F(AppModelTest, a_set_clock_is_shown_at_once)
     clock.jump(Seconds{-5000});
     events.observer.clockDidChange();
     EXPECT_EQ(model().remainingSeconds(), Seconds{1500}) << "no more than the phase has";
+    EXPECT_EQ(model().endTimeText(), model().calendar().shortTimeText(*model().snapshot().expectedEndAt));
     clock.jump(Seconds{7000});
     events.observer.clockDidChange();
     EXPECT_EQ(runState(), ringing);
@@ -303,8 +318,11 @@ TEST_F(AppModelTest, a_break_that_starts_by_itself_shows_no_island_but_sounds)
         p.timerSettings.alertIntensity = AlertIntensity::strong;
     });
     launchAndStart();
+    int soundChanges = 0;
+    QObject::connect(&model(), &AppModel::alertSoundPlayingChanged, [&] { ++soundChanges; });
     scheduler.advance(Seconds{1500});
     EXPECT_EQ(runState(), running);
+    EXPECT_EQ(soundChanges, 1);
     EXPECT_EQ(capsule.log, Log{"clear"});
     EXPECT_EQ(player.log, Log{"loop Glass"});
     EXPECT_TRUE(model().isAlertSoundPlaying());

@@ -99,10 +99,13 @@ TEST_F(CapsuleChoreographyTest, the_circle_lives_while_a_phase_is_under_way)
     EXPECT_DOUBLE_EQ(panel.content.progress, 0.25);
     model().pause();
     EXPECT_EQ(shown(), "circle 50");
+    hover(true);
     model().setShowTopCapsuleWhileRunning(false);
     EXPECT_EQ(shown(), "hidden");
     model().setShowTopCapsuleWhileRunning(true);
-    EXPECT_EQ(shown(), "circle 50");
+    EXPECT_EQ(shown(), "circle 50") << "it was folded";
+    model().setTopTimerAppearance(TopTimerAppearance::light);
+    EXPECT_EQ(panel.content.appearance, TopTimerAppearance::light);
 }
 
 TEST_F(CapsuleChoreographyTest, hovering_widens_and_leaving_waits)
@@ -270,6 +273,10 @@ TEST_F(CapsuleChoreographyTest, a_ringing_timer_shows_its_island_after_a_restart
     EXPECT_EQ(panel.content.completionTitle, std::nullopt);
     model().setAppLanguage(AppLanguage::simplifiedChinese);
     EXPECT_EQ(panel.content.language, AppLanguage::simplifiedChinese);
+    command(CapsuleCommand::minimize);
+    EXPECT_EQ(shown(), "minimised 50");
+    command(CapsuleCommand::restore);
+    EXPECT_EQ(shown(), "island 460");
 }
 
 } // namespace

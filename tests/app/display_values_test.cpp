@@ -124,6 +124,9 @@ TEST_F(DisplayValuesTest, the_cycle_counts_focus_since_the_last_completed_long_b
     EXPECT_EQ(model().cycleSummaryText(), "Cycle 3/4 · 37 focus min");
     model().setAppLanguage(AppLanguage::simplifiedChinese);
     EXPECT_EQ(model().cycleSummaryText(), "循环第 3/4 阶段 · 已专注 37 分钟");
+    model().switchToNextPhase();
+    scheduler.advance(Seconds{125});
+    EXPECT_EQ(model().currentCycleFocusMinutes(), 37) << "a break is no focus";
 }
 
 TEST_F(DisplayValuesTest, the_section_is_remembered_and_an_unknown_one_forgotten)

@@ -71,7 +71,7 @@ TEST(StatisticsSummary, a_streak_lives_until_a_whole_day_has_passed)
         std::int64_t streak;
     };
     for (const Case& c :
-         {Case{{0, 1, 2}, 3}, {{1, 2}, 2}, {{0, 2}, 1}, {{2, 3}, 0}, {{0}, 1}, {{2, 0, 1, 1}, 3}}) {
+         {Case{{0, 1, 2}, 3}, {{1, 2}, 2}, {{0, 2}, 1}, {{2, 3}, 0}, {{0}, 1}, {{1, 2, 0, 1}, 3}}) {
         std::vector<SessionRecord> sessions;
         for (const int days : c.daysAgo) {
             sessions.push_back(record(berlin.adding(CalendarUnit::day, -days, local(2026, 11, 24, 8))));

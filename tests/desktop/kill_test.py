@@ -4,6 +4,7 @@ import json
 import os
 import pathlib
 import random
+import re
 import subprocess
 import tempfile
 import time
@@ -36,6 +37,22 @@ class Kill(unittest.TestCase):
                 leftovers += len(list(history.parent.iterdir())) > 1
             self.assertGreater(leftovers, 0, f"no kill hit a write, so nothing was tested; seed {seed}")
             self.assertLessEqual(len(list(history.parent.iterdir())), 2, "leftovers of earlier turns are removed")
+
+    def test_a_record_is_acknowledged_once_file_and_folder_are_on_the_disk(self):
+        # A kill leaves the kernel's memory alone; only the order of the calls tells what a power cut would leave.
+        with tempfile.TemporaryDirectory(prefix="brevlin-") as folder:
+            log, history = pathlib.Path(folder) / "calls", pathlib.Path(folder) / "data" / "sessions-v1.json"
+            history.parent.mkdir()
+            calls = ["strace", "-f", "-y", "-o", log, "-e", "trace=write,fsync,/^rename", WRITER, history]
+            with subprocess.Popen(calls, stdout=subprocess.PIPE) as writer:
+                for _ in range(3):
+                    writer.stdout.readline()
+                writer.stdout.close()  # the next acknowledgement ends it
+            names = {r'write\(\d+<.*\.tmp>.* = \d': "write", r'fsync\(\d+<.*\.tmp>\) += 0': "sync",
+                     r'rename.*\.tmp", .*"sessions-v1\.json".* = 0': "rename",
+                     r'fsync\(\d+<.*/data>\) += 0': "sync folder", r'write\(1<': "acknowledge"}
+            done = [name for line in log.read_text().splitlines() for call, name in names.items() if re.search(call, line)]
+            self.assertEqual(done[:15], ["write", "sync", "rename", "sync folder", "acknowledge"] * 3)
 
 
 if __name__ == "__main__":

@@ -89,6 +89,10 @@ TEST_F(NotificationCenterTest, shows_at_the_instant_and_not_before)
     EXPECT_TRUE(server->screen.empty());
     scheduler.advance(Seconds{0.05});
     ASSERT_EQ(server->screen.size(), 1U);
+    add("later", Seconds{30.5});
+    add("sooner", Seconds{20.0});
+    scheduler.advance(Seconds{20.0});
+    EXPECT_EQ(server->shown, 2);
     EXPECT_EQ(banner().title, "Focus complete");
     EXPECT_EQ(banner().urgency, NotificationUrgency::normal);
     const std::vector<NotificationAction> actions{{"default", ""}, {"next", "Next"}, {"stop", "Stop"}};
@@ -171,11 +175,15 @@ TEST_F(NotificationCenterTest, an_announcement_goes_when_it_is_outdated)
 
 TEST_F(NotificationCenterTest, the_next_announcement_takes_the_place_of_the_last)
 {
-    announce("A");
-    announce("B");
-    EXPECT_EQ(server->shown, 2);
-    server->act("next");
-    EXPECT_EQ(responses, std::vector<std::string>{"next of B"});
+    for (const bool replaces : {true, false}) {
+        makeCenter();
+        server->replaces = replaces;
+        announce("A");
+        announce("B"); // alone on the screen
+        EXPECT_EQ(server->lastId, replaces ? 1U : 2U);
+        server->act("next");
+        EXPECT_EQ(responses.back(), "next of B");
+    }
 }
 
 TEST_F(NotificationCenterTest,
@@ -351,6 +359,11 @@ TEST_F(NotificationCenterTest, authorization_is_known_once_a_server_has_answered
     server->recover();
     EXPECT_EQ(changes, 1);
     EXPECT_EQ(readState(), "authorized");
+
+    makeCenter(true);
+    center->setSettingsChangeHandler([&] { ++changes; });
+    server->recover();
+    EXPECT_EQ(changes, 2) << "asked without being asked to";
 
     makeCenter(true);
     server->isReplaced();

@@ -19,6 +19,7 @@ public:
     Capabilities capabilities{"body", "body-markup", "actions", "sound"};
     bool isRunning = true;
     bool hangs = false;
+    bool replaces = true; ///< false: shows a replacement beside what it was to replace, as some servers do
     std::map<std::uint32_t, ServerNotification> screen;
     int shown = 0; ///< how often it was asked to show something
 
@@ -38,7 +39,7 @@ public:
                 return;
             }
             ++shown;
-            lastId = notification.replaces != 0 && screen.contains(notification.replaces)
+            lastId = replaces && notification.replaces != 0 && screen.contains(notification.replaces)
                          ? notification.replaces
                          : lastId + 1;
             screen[lastId] = notification;

@@ -17,6 +17,10 @@ TEST(MainWindowStore, remembers_the_section_as_a_json_string)
     EXPECT_EQ(store.section(), "history");
     defaults.values["com.quillmark.brevlin.mainSection"] = "history";
     EXPECT_EQ(store.section(), std::nullopt);
+    defaults.unreadable = {std::string(MainWindowStore::sectionKey),
+                           std::string(MainWindowStore::geometryKey)};
+    EXPECT_EQ(MainWindowStore(disk).section(), std::nullopt);
+    EXPECT_EQ(MainWindowStore(disk).geometry(), std::nullopt);
 }
 
 TEST(MainWindowStore, gives_no_geometry_that_makes_no_sense)

@@ -84,6 +84,7 @@ TEST(SnapshotDocument, no_document_can_break_the_engine)
     ASSERT_TRUE(ended.finishedSession);
     EXPECT_TRUE(std::isfinite(ended.finishedSession->pauseDuration.count()));
     EXPECT_TRUE(encode(*ended.finishedSession));
+    EXPECT_LT(snapshot->accumulatedPauseSeconds, Seconds{1e18}) << "fits a 64-bit integer";
     EXPECT_GT(snapshot->interruptionCount, 0);
     EXPECT_LT(snapshot->completedFocusCount, std::numeric_limits<std::int64_t>::max());
 }

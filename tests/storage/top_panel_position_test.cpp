@@ -36,6 +36,8 @@ TEST(TopPanelPositionStore, what_cannot_be_read_counts_as_absent_and_stays)
         defaults.values[key] = document;
         EXPECT_EQ(TopPanelPositionStore(disk).load(), std::nullopt) << document;
         EXPECT_EQ(defaults.values[key], document);
+        defaults.unreadable = {key};
+        EXPECT_EQ(TopPanelPositionStore(disk).load(), std::nullopt);
     }
 }
 
