@@ -151,7 +151,7 @@ void addMetrics(QVBoxLayout* column)
         lines->addWidget(value);
         if (row->count() > 0) {
             auto* rule = new ThinDivider(Qt::Vertical);
-            rule->setLength(46);
+            rule->setFixedHeight(46);
             row->addWidget(rule);
         }
         row->addWidget(cell, 1);

@@ -133,14 +133,6 @@ PhaseIconView::PhaseIconView(TimerPhase phase, int size, QWidget* parent)
     setAttribute(Qt::WA_TransparentForMouseEvents);
 }
 
-void PhaseIconView::setPhase(TimerPhase phase)
-{
-    if (phase == m_phase)
-        return;
-    m_phase = phase;
-    update();
-}
-
 QSize PhaseIconView::sizeHint() const
 {
     return {m_size, m_size};

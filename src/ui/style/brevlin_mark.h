@@ -55,7 +55,6 @@ public:
     PhaseIconView(TimerPhase phase, int size, QWidget* parent = nullptr);
 
     TimerPhase phase() const { return m_phase; }
-    void setPhase(TimerPhase phase);
     QSize sizeHint() const override;
 
 protected:

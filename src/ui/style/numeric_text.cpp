@@ -111,21 +111,6 @@ void NumericText::setText(const QString& text)
     m_transition.animateTo(1, fade);
 }
 
-void NumericText::setTextFont(const QFont& font)
-{
-    if (font == m_font)
-        return;
-    m_font = font;
-    m_cells = Cells(font);
-    m_transition.setValue(1);
-    m_steady = pieces(m_text, m_cells);
-    m_arriving.clear();
-    m_leaving.clear();
-    m_width = widthOf(m_steady);
-    updateGeometry();
-    update();
-}
-
 void NumericText::setColor(ThemeColor color)
 {
     m_color = color;

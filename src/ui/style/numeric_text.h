@@ -24,7 +24,6 @@ public:
 
     QString text() const { return m_text; }
     void setText(const QString& text);
-    void setTextFont(const QFont& font);
     void setColor(ThemeColor color);
     void setAlignment(Qt::Alignment alignment);
     /// How far (0 to 1) the text may shrink when its room is narrow; 1, the default, never shrinks.

@@ -24,14 +24,6 @@ void ThinDivider::setLeadingIndent(int points)
     update();
 }
 
-void ThinDivider::setLength(int points)
-{
-    if (m_orientation == Qt::Horizontal)
-        setFixedWidth(points);
-    else
-        setFixedHeight(points);
-}
-
 QSize ThinDivider::sizeHint() const
 {
     return {1, 1};

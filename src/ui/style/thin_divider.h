@@ -16,8 +16,6 @@ public:
 
     /// How many points stay empty before a horizontal divider begins, at the leading edge.
     void setLeadingIndent(int points);
-    /// A fixed length instead of all the room there is.
-    void setLength(int points);
     QSize sizeHint() const override;
 
 protected:
