@@ -533,20 +533,5 @@ TEST_F(SessionStoreTest, a_history_of_45_megabytes_loads)
     EXPECT_TRUE(std::is_sorted(store.sessions().begin(), store.sessions().end(), endedLater));
 }
 
-TEST(SessionStoreError, describes_itself_in_chinese_with_the_systems_words)
-{
-    using Operation = SessionStoreError::Operation;
-    const std::pair<Operation, const char*> cases[] = {
-        {Operation::fetch, "无法读取专注记录：why"},
-        {Operation::insert, "无法保存专注记录：why"},
-        {Operation::delete_, "无法删除专注记录：why"},
-        {Operation::clear, "无法清空专注记录：why"},
-    };
-    for (const auto& [operation, text] : cases) {
-        EXPECT_EQ((SessionStoreError{Uuid(), operation, "why"}).errorDescription(), text);
-    }
-    EXPECT_EQ(rawValue(Operation::delete_), "delete");
-}
-
 } // namespace
 } // namespace brevlin
