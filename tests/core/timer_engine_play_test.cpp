@@ -124,28 +124,35 @@ constexpr Row rows[] = {
 };
 // clang-format on
 
-// Every field as text, for an undefined number differs from itself.
-std::string text(const TimerSnapshot& s)
+std::optional<double> number(std::optional<Seconds> value)
+{
+    return value ? std::optional{value->count()} : std::nullopt;
+}
+std::optional<double> number(std::optional<Instant> value)
+{
+    return value ? std::optional{value->time_since_epoch().count()} : std::nullopt;
+}
+
+// As text, for an undefined number differs from itself.
+std::string text(std::initializer_list<std::optional<double>> numbers)
 {
     std::ostringstream out;
     out.precision(17);
-    const auto put = [&](const auto& value) {
-        value ? out << *value << ' ' : out << "- ";
-    };
-    const auto putInstant = [&](const auto& value) {
-        value ? out << value->time_since_epoch().count() << ' ' : out << "- ";
-    };
-    out << rawValue(s.phase) << ' ' << rawValue(s.runState) << ' '
-        << (s.sessionID ? s.sessionID->text() : "-") << ' ';
-    put(s.intention);
-    putInstant(s.startedAt);
-    putInstant(s.expectedEndAt);
-    putInstant(s.pausedAt);
-    put(s.pausedRemainingSeconds ? std::optional{s.pausedRemainingSeconds->count()} : std::nullopt);
-    out << s.plannedDuration.count() << ' ' << s.accumulatedPauseSeconds.count() << ' ' << s.interruptionCount
-        << ' ' << s.completedFocusCount << ' ';
-    put(s.timeZoneIdentifierAtStart);
+    for (const auto& each : numbers) {
+        each ? out << *each << ' ' : out << "- ";
+    }
     return out.str();
+}
+
+std::string text(const TimerSnapshot& s)
+{
+    return std::string(rawValue(s.phase)) + " " + std::string(rawValue(s.runState)) + " " +
+           (s.sessionID ? s.sessionID->text() : "-") + " " + s.intention.value_or("-") + " " +
+           text({number(s.startedAt), number(s.expectedEndAt), number(s.pausedAt),
+                 number(s.pausedRemainingSeconds), number(s.plannedDuration),
+                 number(s.accumulatedPauseSeconds)}) +
+           std::to_string(s.interruptionCount) + " " + std::to_string(s.completedFocusCount) + " " +
+           s.timeZoneIdentifierAtStart.value_or("-");
 }
 
 Seconds atLeastZero(Seconds value)
@@ -220,26 +227,14 @@ private:
         EXPECT_EQ(session.interruptionCount, before.interruptionCount);
         EXPECT_EQ(session.timeZoneIdentifierAtStart, "Europe/Berlin");
         EXPECT_EQ(session.plannedDuration, before.plannedDuration);
-        // The instants as a snapshot, for the sake of undefined ones.
-        TimerSnapshot told;
-        TimerSnapshot expected;
-        told.startedAt = session.startedAt;
-        expected.startedAt = before.startedAt;
-        told.expectedEndAt = session.scheduledEndAt;
-        expected.expectedEndAt = before.expectedEndAt;
-        told.pausedAt = session.endedAt;
-        expected.pausedAt = end;
-        told.accumulatedPauseSeconds = session.pauseDuration;
-        expected.accumulatedPauseSeconds = before.accumulatedPauseSeconds;
-        if (before.runState == paused) {
-            expected.accumulatedPauseSeconds += atLeastZero(end - *before.pausedAt);
-        }
-        told.plannedDuration = session.effectiveDuration;
-        expected.plannedDuration =
-            completes ? before.plannedDuration
-                      : std::min(atLeastZero(end - *before.startedAt - session.pauseDuration),
-                                 before.plannedDuration);
-        EXPECT_EQ(text(told), text(expected));
+        const Seconds pause =
+            before.accumulatedPauseSeconds +
+            (before.runState == paused ? atLeastZero(end - *before.pausedAt) : Seconds::zero());
+        const Seconds done = std::min(atLeastZero(end - *before.startedAt - pause), before.plannedDuration);
+        EXPECT_EQ(text({number(session.startedAt), number(session.scheduledEndAt), number(session.endedAt),
+                        number(session.pauseDuration), number(session.effectiveDuration)}),
+                  text({number(before.startedAt), number(before.expectedEndAt), number(end), number(pause),
+                        number(completes ? before.plannedDuration : done)}));
         const std::int64_t place = before.completedFocusCount % m_settings.focusSessionsPerLongBreak;
         EXPECT_EQ(session.cycleIndex, before.phase == TimerPhase::focus ? place + 1
                                       : place > 0                       ? place
