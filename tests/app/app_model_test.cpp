@@ -45,6 +45,7 @@ TEST_F(AppModelTest, the_end_is_noticed_on_time_whenever_the_phase_began)
         clock.jump(Seconds{-0.6});
         events.observer.clockDidChange();
         const Instant end = *model().snapshot().expectedEndAt;
+        scheduler.advance(end - Seconds{1.0} - clock.now());
         while (runState() == running) {
             scheduler.advance(Seconds{0.001});
             ASSERT_LT(clock.now(), end + Seconds{1.0});

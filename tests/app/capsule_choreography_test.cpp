@@ -218,9 +218,10 @@ TEST_F(CapsuleChoreographyTest, skipping_the_pending_phase_keeps_the_island)
     open();
     model().start();
     ring();
+    model().setAppLanguage(AppLanguage::simplifiedChinese);
     command(CapsuleCommand::skipPending);
     EXPECT_EQ(shown(), "island 460");
-    EXPECT_EQ(panel.content.completionTitle, "Skipped Break");
+    EXPECT_EQ(panel.content.completionTitle, "已跳过休息");
     EXPECT_EQ(panel.content.phase, TimerPhase::focus);
     command(CapsuleCommand::dismiss);
     EXPECT_EQ(shown(), "hidden");

@@ -106,26 +106,6 @@ TEST(RawValues, letter_case_counts_and_every_case_survives_storage)
     EXPECT_EQ(later.text(), "nap");
 }
 
-TEST(CompletionTitle, names_the_phase_that_ended)
-{
-    using enum SessionOutcome;
-    const auto english = [](SessionOutcome outcome) {
-        return completionTitle(TimerPhase::longBreak, outcome, AppLanguage::english);
-    };
-    const auto chinese = [](SessionOutcome outcome) {
-        return completionTitle(TimerPhase::focus, outcome, AppLanguage::simplifiedChinese);
-    };
-    EXPECT_EQ(english(completed), "Long Break complete");
-    EXPECT_EQ(english(completedWhileAway), "Long Break complete");
-    EXPECT_EQ(english(skipped), "Skipped Long Break");
-    EXPECT_EQ(english(endedEarly), "Ended Long Break early");
-    EXPECT_EQ(chinese(completed), "专注完成");
-    EXPECT_EQ(chinese(skipped), "已跳过专注");
-    EXPECT_EQ(chinese(endedEarly), "已提前结束专注");
-    EXPECT_EQ(english(reset), std::nullopt);
-    EXPECT_EQ(english(switchedEarly), std::nullopt);
-}
-
 TEST(SessionRecord, fills_what_a_session_left_open)
 {
     FinishedSession session;

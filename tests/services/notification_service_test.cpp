@@ -99,18 +99,6 @@ TEST_F(NotificationServiceTest, cancelling_withdraws_both_forms_of_the_identifie
                                                                  "kestrove.timer." + session.text()}));
 }
 
-TEST_F(NotificationServiceTest, the_buttons_follow_the_language)
-{
-    const auto titles = [this] {
-        const auto& actions = center.categories.at(0).actions;
-        return actions.at(0).title + "|" + actions.at(1).title;
-    };
-    EXPECT_EQ(titles(), "开始下一阶段|停止提醒");
-    service.setLanguage(AppLanguage::english);
-    EXPECT_EQ(titles(), "Start next phase|Stop alert");
-    EXPECT_EQ(center.categories.size(), 1U);
-}
-
 TEST_F(NotificationServiceTest, reactions_reach_the_handler_with_their_run)
 {
     using Kind = TimerNotificationAction::Kind;

@@ -1,8 +1,11 @@
-#include "storage/kept_document.h"
+#include "storage/active_timer_persistence.h"
+#include "storage/preferences_store.h"
+#include "storage/top_panel_position.h"
 #include "support/fake_disk.h"
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -74,6 +77,52 @@ TEST(KeptDocument, a_document_that_could_not_be_read_is_read_before_anything_is_
     document.retry();
     EXPECT_EQ(read, std::vector<std::string>{"old"});
     EXPECT_EQ(disk.defaults.values, (Values{{"key", "new"}}));
+}
+
+TEST(KeptDocument, one_of_a_former_name_moves_once_it_can_and_never_over_the_current_one)
+{
+    const struct
+    {
+        std::string key;
+        std::string legacyKey;
+        std::string good;
+        std::function<bool(const DocumentDisk&)> isRead;
+    } documents[] = {
+        {"Brevlin.preferences.v1", "Kestrove.preferences.v1", R"({"appLanguage":"english"})",
+         [](const DocumentDisk& disk) {
+             return PreferencesStore(disk).load() != AppPreferences{};
+         }},
+        {"Brevlin.activeTimerSnapshot.v1", "Kestrove.activeTimerSnapshot.v1",
+         R"({"phase":"focus","runState":"idle","plannedDuration":1500,"accumulatedPauseSeconds":0,)"
+         R"("interruptionCount":0,"completedFocusCount":0})",
+         [](const DocumentDisk& disk) {
+             const auto snapshot = ActiveTimerPersistence(disk).load();
+             return snapshot && *snapshot;
+         }},
+        {"Brevlin.topPanel.position.v1", "Kestrove.topPanel.position.v1",
+         R"({"xFraction":0.5,"yFraction":1})",
+         [](const DocumentDisk& disk) {
+             return TopPanelPositionStore(disk).load().has_value();
+         }},
+    };
+    for (const auto& document : documents) {
+        SCOPED_TRACE(document.key);
+        test::FakeDisk disk;
+        Values& values = disk.defaults.values;
+        values = {{document.legacyKey, document.good}};
+        disk.defaults.failures.failOperation(3); // the write, after reading both keys
+        EXPECT_TRUE(document.isRead(disk));
+        EXPECT_EQ(values, (Values{{document.legacyKey, document.good}}));
+        EXPECT_TRUE(document.isRead(disk));
+        EXPECT_TRUE(values.contains(document.key) && values.size() == 1U);
+        EXPECT_TRUE(document.isRead(disk));
+        values = {{document.legacyKey, "{"}, {document.key, document.good}};
+        EXPECT_TRUE(document.isRead(disk));
+        EXPECT_EQ(values.size(), 2U);
+        values = {{document.legacyKey, "{"}};
+        EXPECT_FALSE(document.isRead(disk));
+        EXPECT_EQ(values.begin()->second, "{");
+    }
 }
 
 } // namespace

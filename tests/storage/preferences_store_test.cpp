@@ -7,7 +7,6 @@ namespace brevlin {
 namespace {
 
 const std::string key(PreferencesStore::key);
-const std::string legacyKey(PreferencesStore::legacyKey);
 const std::string full =
     R"({"timerSettings":{"focusDuration":1500,"shortBreakDuration":300,"longBreakDuration":900,)"
     R"("focusSessionsPerLongBreak":4,"autoStartBreaks":false,"autoStartFocus":false,)"
@@ -132,33 +131,6 @@ TEST_F(PreferencesStoreTest, what_was_changed_meanwhile_is_put_on_top_of_what_co
     expected.timerSettings.focusDuration = Seconds{2400};
     expected.playCompletionSound = false;
     EXPECT_EQ(joined(stored, {}, current), expected);
-}
-
-TEST_F(PreferencesStoreTest, a_legacy_document_moves_to_the_current_key)
-{
-    m_defaults.values[legacyKey] = R"({"appLanguage":"english"})";
-    const AppPreferences loaded = m_store.load();
-    EXPECT_EQ(loaded.appLanguage, AppLanguage::english);
-    EXPECT_FALSE(m_defaults.values.contains(legacyKey));
-    EXPECT_EQ(m_store.load(), loaded);
-}
-
-TEST_F(PreferencesStoreTest, a_legacy_document_is_left_alone_when_unreadable_or_outvoted)
-{
-    m_defaults.values = {{legacyKey, "{"}};
-    EXPECT_EQ(m_store.load(), AppPreferences{});
-    EXPECT_EQ(m_defaults.values, (std::map<std::string, std::string>{{legacyKey, "{"}}));
-    m_defaults.values = {{legacyKey, R"({"appLanguage":"english"})"}, {key, full}};
-    EXPECT_EQ(m_store.load(), AppPreferences{});
-    EXPECT_EQ(m_defaults.values.size(), 2U);
-}
-
-TEST_F(PreferencesStoreTest, a_legacy_document_stays_when_it_could_not_be_moved)
-{
-    m_defaults.values[legacyKey] = R"({"appLanguage":"english"})";
-    m_defaults.failures.failOperation(3); // the write, after reading both keys
-    EXPECT_EQ(m_store.load().appLanguage, AppLanguage::english);
-    EXPECT_TRUE(m_defaults.values.contains(legacyKey));
 }
 
 } // namespace

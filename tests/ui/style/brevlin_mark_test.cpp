@@ -9,8 +9,6 @@
 namespace brevlin {
 namespace {
 
-constexpr QRectF grid{0, 0, 627, 627};
-
 template <typename Paint>
 QImage painted(Paint paint)
 {
@@ -19,30 +17,6 @@ QImage painted(Paint paint)
     QPainter painter(&image);
     paint(painter, QRectF(image.rect()));
     return image;
-}
-
-TEST(BrevlinMark, the_halves_keep_to_their_sides)
-{
-    const QPainterPath upper = brevlinMarkPath(BrevlinMarkPart::upper, grid);
-    EXPECT_EQ(QPointF(upper.elementAt(0)), QPointF(313.5, 69.5));
-    EXPECT_LE(upper.boundingRect().bottom(), 350);
-    EXPECT_GE(brevlinMarkPath(BrevlinMarkPart::lower, grid).boundingRect().top(), 324);
-}
-
-TEST(BrevlinMark, both_halves_together_are_the_whole)
-{
-    const QRectF whole = brevlinMarkPath(BrevlinMarkPart::both, grid).boundingRect();
-    EXPECT_NEAR(whole.top(), 69.5, 0.001);
-    EXPECT_NEAR(whole.bottom(), 551.5, 0.001);
-}
-
-TEST(BrevlinMark, the_path_stretches_with_its_rectangle)
-{
-    const QRectF square = brevlinMarkPath(BrevlinMarkPart::both, grid).boundingRect();
-    const QRectF wide = brevlinMarkPath(BrevlinMarkPart::both, {10, 20, 1254, 627}).boundingRect();
-    EXPECT_NEAR(wide.left(), 10 + 2 * square.left(), 0.001);
-    EXPECT_NEAR(wide.width(), 2 * square.width(), 0.001);
-    EXPECT_NEAR(wide.top(), 20 + square.top(), 0.001);
 }
 
 TEST(BrevlinMark, both_breaks_look_alike_and_unlike_focus)

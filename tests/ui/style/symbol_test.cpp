@@ -36,41 +36,20 @@ QRectF inkBounds(const QImage& image)
             bounds.height() / double{scale}};
 }
 
-class EverySymbol : public testing::TestWithParam<int>
+TEST(Symbol, each_stands_in_the_middle_of_its_square_in_the_tint_alone)
 {
-protected:
-    Symbol symbol() const { return static_cast<Symbol>(GetParam()); }
-};
-
-std::string symbolTestName(const testing::TestParamInfo<int>& info)
-{
-    std::string name(symbolName(static_cast<Symbol>(info.param)).data());
-    std::replace(name.begin(), name.end(), '.', '_');
-    return name;
-}
-
-INSTANTIATE_TEST_SUITE_P(Symbol, EverySymbol, testing::Range(1, static_cast<int>(Symbol::xmark) + 1),
-                         symbolTestName);
-
-TEST_P(EverySymbol, stands_in_the_middle_of_its_square_with_room_around_it)
-{
-    const QRectF ink = inkBounds(rendered(symbol()));
-    ASSERT_FALSE(ink.isEmpty());
-    EXPECT_NEAR(ink.center().x(), 12, 1);
-    EXPECT_NEAR(ink.center().y(), 12, 1);
-    EXPECT_GE(ink.left(), 1);
-    EXPECT_GE(ink.top(), 1);
-    EXPECT_LE(ink.right(), 23);
-    EXPECT_LE(ink.bottom(), 23);
-    EXPECT_GE(std::max(ink.width(), ink.height()), 11.5);
-}
-
-TEST_P(EverySymbol, is_painted_in_the_tint_alone)
-{
-    const QImage image = rendered(symbol());
-    for (int y = 0; y < side; ++y) {
-        for (int x = 0; x < side; ++x) {
-            const QColor pixel = image.pixelColor(x, y);
+    for (int number = 1; number <= static_cast<int>(Symbol::xmark); ++number) {
+        const auto symbol = static_cast<Symbol>(number);
+        SCOPED_TRACE(symbolName(symbol).data());
+        const QImage image = rendered(symbol);
+        const QRectF ink = inkBounds(image);
+        ASSERT_FALSE(ink.isEmpty());
+        EXPECT_NEAR(ink.center().x(), 12, 1);
+        EXPECT_NEAR(ink.center().y(), 12, 1);
+        EXPECT_TRUE(QRectF(1, 1, 22, 22).contains(ink));
+        EXPECT_GE(std::max(ink.width(), ink.height()), 11.5);
+        for (int i = 0; i < side * side; ++i) {
+            const QColor pixel = image.pixelColor(i % side, i / side);
             if (pixel.alpha() == 255) {
                 ASSERT_EQ(pixel, QColor(10, 200, 30));
             }

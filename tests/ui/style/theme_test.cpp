@@ -82,13 +82,6 @@ TEST_P(EveryScheme, a_widget_finds_the_scheme_in_its_palette)
     EXPECT_EQ(Theme::of(widget).scheme(), GetParam());
 }
 
-TEST_P(EveryScheme, the_colours_that_mean_focus_and_break_are_exact)
-{
-    EXPECT_EQ(theme.color(phaseColor(TimerPhase::focus)), QColor(221, 45, 74));
-    EXPECT_EQ(theme.color(phaseColor(TimerPhase::shortBreak)), QColor(106, 153, 78));
-    EXPECT_EQ(phaseColor(TimerPhase::longBreak), phaseColor(TimerPhase::shortBreak));
-}
-
 TEST(Theme, contrast_matches_published_values)
 {
     EXPECT_NEAR(contrastRatio(Qt::black, Qt::white), 21, 0.001);

@@ -38,12 +38,5 @@ TEST(Typography, a_point_is_a_device_independent_pixel_whatever_the_desktop_says
     EXPECT_EQ(QFontInfo(systemFont(54)).pixelSize(), 54);
 }
 
-TEST(Typography, an_asked_weight_is_kept_where_a_role_has_its_own)
-{
-    EXPECT_EQ(textFont(TextRole::headline).weight(), QFont::DemiBold);
-    EXPECT_EQ(textFont(TextRole::headline, QFont::Medium).weight(), QFont::Medium);
-    EXPECT_EQ(textFont(TextRole::caption).weight(), QFont::Normal);
-}
-
 } // namespace
 } // namespace brevlin
