@@ -28,14 +28,15 @@ public:
 
     /// A phase in progress keeps its length; only an idle one takes the new duration.
     TimerTransition updateSettings(const TimerSettings& settings);
-    /// Chooses the phase while idle.
+    /// Chooses the phase while idle; for callers that let the user choose, which no screen does.
     TimerTransition selectPhase(TimerPhase phase);
     TimerTransition start(Instant now, const std::optional<std::string>& intention = std::nullopt);
     TimerTransition pause(Instant now);
     TimerTransition resume(Instant now);
     /// Lengthens the running or paused phase. Anything but a finite positive length changes nothing.
     TimerTransition addTime(Seconds length, Instant now);
-    /// Abandons the phase as skipped and prepares the other kind.
+    /// Abandons the phase as skipped and prepares the other kind, without starting it as switchAndStart does;
+    /// no screen offers it.
     TimerTransition skip(Instant now);
     /// Abandons the phase and prepares the same one again.
     TimerTransition reset(Instant now);

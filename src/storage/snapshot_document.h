@@ -10,6 +10,7 @@
 namespace brevlin {
 
 // The JSON forms of the timer's values. Keys stand in the order of the fields; absent optionals are omitted.
+// The form of a finished session is agreed for whoever hands one on; no document of the program holds one.
 
 Expected<std::string, DocumentError> encode(const TimerSnapshot& snapshot);
 Expected<std::string, DocumentError> encode(const FinishedSession& session);

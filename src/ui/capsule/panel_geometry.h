@@ -88,7 +88,7 @@ StablePosition stablePosition(const PanelFrame& frame, HorizontalAnchor anchor,
 /// The circle's place at the top centre of the visible frame, below the layout's margin: the same in every
 /// layout.
 StablePosition defaultPosition(const CapsuleLayout& layout, const PanelScreen& screen);
-/// Equal up to 0.75 points in every number.
+/// Equal up to 0.75 points in every number; how places are to be compared, which only tests do.
 bool framesApproximatelyEqual(const PanelFrame& first, const PanelFrame& second);
 
 /// The position moved flush to the nearer side edge, if the frame lies near one.

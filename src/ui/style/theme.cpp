@@ -70,15 +70,6 @@ constexpr bool tableIsInOrder()
 }
 static_assert(tableIsInOrder(), "the table is looked up by position");
 
-double luminance(const QColor& color)
-{
-    const auto linear = [](float channel) {
-        const double c = channel;
-        return c <= 0.04045 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
-}
-
 } // namespace
 
 Theme Theme::of(const QPalette& palette)
@@ -160,12 +151,6 @@ QColor blended(const QColor& top, const QColor& bottom)
     };
     return QColor::fromRgbF(mix(top.redF(), bottom.redF()), mix(top.greenF(), bottom.greenF()),
                             mix(top.blueF(), bottom.blueF()));
-}
-
-double contrastRatio(const QColor& first, const QColor& second)
-{
-    const auto [darker, lighter] = std::minmax({luminance(first), luminance(second)});
-    return (lighter + 0.05) / (darker + 0.05);
 }
 
 } // namespace brevlin

@@ -70,8 +70,5 @@ ThemeColor textFor(ThemeColor tint);
 
 /// `top` painted over the opaque `bottom`.
 QColor blended(const QColor& top, const QColor& bottom);
-/// The contrast of two opaque colours, 1 to 21, as WCAG 2 defines it
-/// (https://www.w3.org/TR/WCAG21/#dfn-contrast-ratio).
-double contrastRatio(const QColor& first, const QColor& second);
 
 } // namespace brevlin

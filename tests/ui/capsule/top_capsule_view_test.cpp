@@ -1,3 +1,4 @@
+#include "support/contrast.h"
 #include "ui/capsule/capsule_border.h"
 #include "ui/capsule/top_capsule_view.h"
 #include "ui/style/theme.h"
@@ -134,7 +135,7 @@ TEST(CapsuleColors, its_texts_can_be_read_on_white_and_on_black)
                 for (const QColor& surface : {colors.background, colors.completionBackground}) {
                     const QColor ground = blended(surface, desktop);
                     for (const QColor& text : {colors.text, colors.secondary}) {
-                        EXPECT_GE(contrastRatio(blended(text, ground), ground), 4.5)
+                        EXPECT_GE(test::contrastRatio(blended(text, ground), ground), 4.5)
                             << rawValue(appearance) << " " << text.name(QColor::HexArgb).toStdString();
                     }
                 }

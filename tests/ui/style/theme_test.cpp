@@ -1,3 +1,4 @@
+#include "support/contrast.h"
 #include "ui/style/capsule_button.h"
 #include "ui/style/theme.h"
 
@@ -19,7 +20,7 @@ protected:
     double contrast(const QColor& ink, ThemeColor background) const
     {
         const QColor ground = theme.color(background);
-        return contrastRatio(blended(ink, ground), ground);
+        return test::contrastRatio(blended(ink, ground), ground);
     }
 };
 
@@ -53,7 +54,7 @@ TEST_P(EveryScheme, a_button_can_be_read_in_every_state)
                      {ControlState::normal, ControlState::hovered, ControlState::pressed}) {
                     const auto [fill, label] = CapsuleButton::colors(style, phaseColor(phase), state, theme);
                     const QColor under = blended(fill, theme.color(ground));
-                    EXPECT_GE(contrastRatio(blended(label, under), under), textContrast)
+                    EXPECT_GE(test::contrastRatio(blended(label, under), under), textContrast)
                         << static_cast<int>(style) << " phase " << static_cast<int>(phase) << " state "
                         << static_cast<int>(state);
                 }
@@ -65,11 +66,12 @@ TEST_P(EveryScheme, a_button_can_be_read_in_every_state)
 TEST_P(EveryScheme, highlighted_and_disabled_text_of_plain_widgets_follows_the_table)
 {
     const QPalette palette = Theme::palette(GetParam());
-    EXPECT_GE(contrastRatio(palette.color(QPalette::HighlightedText), palette.color(QPalette::Highlight)),
+    EXPECT_GE(
+        test::contrastRatio(palette.color(QPalette::HighlightedText), palette.color(QPalette::Highlight)),
+        textContrast);
+    EXPECT_GE(test::contrastRatio(palette.color(QPalette::ToolTipText), palette.color(QPalette::ToolTipBase)),
               textContrast);
-    EXPECT_GE(contrastRatio(palette.color(QPalette::ToolTipText), palette.color(QPalette::ToolTipBase)),
-              textContrast);
-    EXPECT_GE(contrastRatio(palette.color(QPalette::ButtonText), palette.color(QPalette::Button)),
+    EXPECT_GE(test::contrastRatio(palette.color(QPalette::ButtonText), palette.color(QPalette::Button)),
               textContrast);
     EXPECT_NE(palette.color(QPalette::Disabled, QPalette::ButtonText),
               palette.color(QPalette::Active, QPalette::ButtonText));
@@ -84,9 +86,9 @@ TEST_P(EveryScheme, a_widget_finds_the_scheme_in_its_palette)
 
 TEST(Theme, contrast_matches_published_values)
 {
-    EXPECT_NEAR(contrastRatio(Qt::black, Qt::white), 21, 0.001);
-    EXPECT_NEAR(contrastRatio(QColor(0x76, 0x76, 0x76), Qt::white), 4.54, 0.01);
-    EXPECT_EQ(contrastRatio(Qt::red, Qt::red), 1);
+    EXPECT_NEAR(test::contrastRatio(Qt::black, Qt::white), 21, 0.001);
+    EXPECT_NEAR(test::contrastRatio(QColor(0x76, 0x76, 0x76), Qt::white), 4.54, 0.01);
+    EXPECT_EQ(test::contrastRatio(Qt::red, Qt::red), 1);
 }
 
 } // namespace
