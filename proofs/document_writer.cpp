@@ -2,7 +2,7 @@
 // by the program's own storage on the real disk, in virtual time. STEPS 0 never ends. Every step has a
 // number, counted from FIRST, and is told of twice: "about …" before it is asked for, and as done once it is
 // known to be on the disk; journal.py reads that. After the last step a line is awaited from the input, then
-// all is tried once more.
+// time passes, and all is tried once more.
 
 #include "platform/freedesktop/files/file_user_defaults.h"
 #include "platform/freedesktop/files/leftovers.h"
@@ -55,7 +55,12 @@ public:
 
     void step(std::int64_t number)
     {
-        insert(number);
+        insert(number, Uuid::random());
+        if (number % 4 == 0) {
+            // As after a crash between the record and the timer.
+            const SessionRecord again = m_history.sessions().front();
+            insert(again.interruptionCount, again.id);
+        }
         if (number % 3 == 0 || m_history.sessions().size() > longestHistory) {
             removeOldest();
         }
@@ -78,6 +83,8 @@ public:
     void tryOnceMore()
     {
         m_scheduler.advance(RetryTimer::longestDelay * 2.0);
+        const bool isSaved = m_history.isSaved() && m_timer.isSaved() && m_preferences.isSaved();
+        tell(isSaved ? "saved by itself" : "left over");
         m_history.retry(HistoryFile::Patience::ended);
         m_timer.retry();
         m_preferences.retry();
@@ -87,10 +94,10 @@ public:
 private:
     DocumentDisk disk() { return {m_defaults, m_thread, m_scheduler, m_clock}; }
 
-    void insert(std::int64_t number)
+    void insert(std::int64_t number, Uuid id)
     {
         FinishedSession session;
-        session.id = Uuid::random();
+        session.id = id;
         session.startedAt = Instant{Seconds{8e8 + static_cast<double>(number)}};
         session.endedAt = session.startedAt + Seconds{1500.0};
         session.scheduledEndAt = session.endedAt + Seconds{0.5};

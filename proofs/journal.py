@@ -29,6 +29,7 @@ class Journal:
         self.asked = {"timer": 0, "preferences": 0}
         self.last = 0
         self.ended = False
+        self.left_over = False  # something that time alone did not bring to the disk
 
     def copy(self):
         return copy.deepcopy(self)
@@ -39,7 +40,9 @@ class Journal:
             words = line.split()
             match words:
                 case ["about", "insert", identifier, number]:
-                    self.possible[identifier] = int(number)
+                    self.refused.clear()  # the next save writes what was not removed
+                    if identifier not in self.certain:
+                        self.possible[identifier] = int(number)
                     self.last = max(self.last, int(number))
                 case ["about", "remove", identifier]:
                     self.possible[identifier] = self.certain.pop(identifier, self.possible.get(identifier))
@@ -51,8 +54,12 @@ class Journal:
                     self.refused.add(identifier)
                 case ["saved", "history"]:
                     self.settle()
-                case ["saved", document, number]:
+                case ["saved", ("timer" | "preferences") as document, number]:
                     self.saved[document] = int(number)
+                case ["left", "over"]:
+                    self.left_over = True
+                case ["saved", "by", "itself"]:
+                    self.left_over = False
                 case ["end"]:
                     self.ended = True
         return self
@@ -67,7 +74,7 @@ class Journal:
         self.removing.clear()
 
     def is_all_saved(self):
-        return not self.possible.keys() - self.refused and self.saved == self.asked
+        return not self.possible.keys() - self.refused and self.saved == self.asked and not self.left_over
 
     def adopt(self, folder, unreadable=None):
         """Takes what stands in the folder for certain: the next writer begins with it."""

@@ -25,6 +25,13 @@ class Row:
     crashed: int = 0
     wrong: int = 0
     skipped: str = ""  # the reason, instead of all counts
+    missed: int = 0  # cases that did not come about, and prove nothing
+
+    def with_few_missed(self):
+        """Itself, red where much of it did not come about."""
+        if self.missed * 10 > self.count:
+            self.add({"wrong": f"{self.missed} cases did not come about, beside {self.count}"}, "the proof is none")
+        return self
 
     def is_clean(self):
         return not (self.lost or self.torn or self.crashed or self.wrong)
