@@ -2,6 +2,7 @@
 // grows into the island: prints the longest stretch in milliseconds. Events that follow each other without a
 // pause belong to one stretch, so that it bounds every frame from above.
 
+#include "platform/freedesktop/bus/bus_start.h"
 #include "platform/freedesktop/event_loop/qt_task_scheduler.h"
 #include "platform/freedesktop/session/bus_session_lock.h"
 #include "platform/freedesktop/x11/x11_panel_system.h"
@@ -93,12 +94,15 @@ private:
 
 int main(int argc, char** argv)
 {
+    BusStart buses;
+    buses.applicationIsToBeMade();
     MeasuringApplication application(argc, argv);
+    buses.applicationIsMade({});
     QApplication::setStyle(new BrevlinStyle);
     QApplication::setPalette(Theme::palette(ColorScheme::light));
     QtTaskScheduler scheduler;
     X11PanelSystem system(scheduler);
-    BusSessionLock lock(scheduler);
+    BusSessionLock lock(buses.session(), buses.system(), scheduler);
     test::FakeDisk disk;
     TopPanelPositionStore store(disk);
     TopPanelController panel(system, lock, scheduler, store);
