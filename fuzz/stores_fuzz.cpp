@@ -4,6 +4,7 @@
 #include "core/timer_engine.h"
 #include "json_mutator.h"
 #include "storage/active_timer_persistence.h"
+#include "storage/json/json_reader.h"
 #include "storage/main_window_store.h"
 #include "storage/preferences_store.h"
 #include "storage/session_store.h"
@@ -148,6 +149,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     const std::string document(reinterpret_cast<const char*>(data), size);
     checkTimer(document, ActiveTimerPersistence::defaultKey);
+    if (!JsonDocument::parse(document)) {
+        return 0; // all stores treat it alike
+    }
     checkTimer(document, ActiveTimerPersistence::legacyDefaultKey);
     checkPreferences(document, PreferencesStore::key);
     checkPreferences(document, PreferencesStore::legacyKey);

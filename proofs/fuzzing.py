@@ -8,11 +8,13 @@ import proof
 
 FUZZ = proof.ROOT / "build" / "fuzz" / "fuzz"
 DICTIONARY = proof.ROOT / "fuzz" / "documents.dict"
+SEEDS = proof.ROOT / "fuzz" / "seeds"
 FINDINGS = proof.ROOT / "build" / "proofs"
 LONGEST = 1000  # bytes; a document of every kind fits
-TARGETS = {  # what it is fed with, and the seeds
+TARGETS = {  # what it is fed with, and the seeds, if any
     "documents": ("texts decoded, written and read again", "json"),
     "stores": ("texts found by the stores and the engine", "json"),
+    "values": ("values written and read again", None),
     "desktop_texts": ("entries for login and X settings", "texts"),
 }
 
@@ -27,7 +29,7 @@ def fuzz(name, what, seeds, seconds, seed):
     with tempfile.TemporaryDirectory(prefix="brevlin-proof-") as corpus:
         command = [FUZZ / f"brevlin_{name}_fuzz", f"-max_total_time={max(1, int(seconds))}", f"-dict={DICTIONARY}",
                    f"-max_len={LONGEST}", f"-seed={seed}", "-timeout=10", "-rss_limit_mb=2048", "-print_final_stats=1",
-                   f"-artifact_prefix={FINDINGS}/{name}-", corpus, proof.ROOT / "fuzz" / "seeds" / seeds]
+                   f"-artifact_prefix={FINDINGS}/{name}-", corpus] + ([SEEDS / seeds] if seeds else [])
         done = subprocess.run(command, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, check=False)
     told = done.stderr.decode(errors="replace")
     if done.returncode:
