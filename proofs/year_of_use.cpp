@@ -16,6 +16,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <memory>
+#include <optional>
 #include <random>
 #include <string>
 
@@ -74,6 +75,12 @@ public:
             std::make_unique<NotificationService>(m_center),
             std::make_unique<AlertSoundService>(m_player, m_scheduler),
             std::make_unique<LaunchAtLoginService>(m_loginItem), "de_DE"});
+        // A phase that was seen to run and does not any more has ended: not counted by the history itself.
+        QObject::connect(m_model.get(), &AppModel::snapshotChanged, m_model.get(), [this] {
+            const std::optional<Uuid> running = m_model->snapshot().sessionID;
+            m_ended += m_running && m_running != running ? 1 : 0;
+            m_running = running;
+        });
         m_scheduler.runPending();
     }
 
@@ -82,16 +89,12 @@ public:
     void passDay()
     {
         for (const Instant evening = m_clock.now() + std::chrono::hours{8}; m_clock.now() < evening;) {
-            const std::size_t before = m_model->sessions().size();
             act();
-            m_ended += m_model->sessions().size() - before;
         }
         m_events.observer.willSleep();
         m_clock.jump(std::chrono::hours{16});
-        const std::size_t before = m_model->sessions().size();
         m_events.observer.didWake();
         m_scheduler.runPending();
-        m_ended += m_model->sessions().size() - before;
     }
 
     AppModel& model() { return *m_model; }
@@ -153,6 +156,7 @@ private:
     test::FakeLoginItem m_loginItem;
     std::unique_ptr<AppModel> m_model;
     std::mt19937 m_dice{7};
+    std::optional<Uuid> m_running;
     std::size_t m_ended = 0;
 };
 
