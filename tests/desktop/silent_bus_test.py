@@ -1,6 +1,7 @@
 """Buses that accept connections and do not answer, as a stopped process does, and what comes when they do."""
 
 import signal
+import sys
 import time
 
 from harness import DesktopTest, main, wait_for
@@ -8,6 +9,24 @@ from harness import DesktopTest, main, wait_for
 NAME = "com.quillmark.Brevlin"
 # Beyond the usual: the program waits half a second for the session's bus, one second more for the accessibility.
 LONGEST_START = 5.0
+
+# Collects status items for nobody, says so once, and falls silent.
+TIRED_COLLECTOR = """
+import time, dbus, dbus.service
+from dbus.mainloop.glib import DBusGMainLoop
+from gi.repository import GLib
+class Collector(dbus.service.Object):
+    @dbus.service.method("org.freedesktop.DBus.Properties", in_signature="ss", out_signature="v")
+    def Get(self, interface, name):
+        GLib.timeout_add(1, time.sleep, 60)
+        return False
+    @dbus.service.method("org.kde.StatusNotifierWatcher", in_signature="s")
+    def RegisterStatusNotifierItem(self, item):
+        pass
+name = dbus.service.BusName("org.kde.StatusNotifierWatcher", dbus.SessionBus(mainloop=DBusGMainLoop()))
+collector = Collector(name, "/StatusNotifierWatcher")
+GLib.MainLoop().run()
+"""
 
 
 class SilentBuses(DesktopTest):
@@ -76,6 +95,15 @@ class SilentBuses(DesktopTest):
         service.request_name("org.a11y.Bus")
         self.start()
         self.check_the_timer_runs()
+
+    def test_a_collector_of_status_items_that_falls_silent_holds_nothing_up(self):
+        desktop = self.desktop
+        desktop.set_preferences(focus=2, language="english")
+        desktop.run_in_background([sys.executable, "-c", TIRED_COLLECTOR])
+        wait_for("the collector", lambda: desktop.bus().name_has_owner("org.kde.StatusNotifierWatcher"))
+        process, _ = self.start()
+        self.check_the_timer_runs()
+        self.check_the_end_is_quick(process)
 
 
 if __name__ == "__main__":

@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 #include <QDBusConnection>
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusServiceWatcher>
 #include <QDBusVariant>
@@ -138,7 +139,24 @@ void StatusNotifierHost::readHost()
                    }
                    // A watcher that does not say is taken at its name.
                    const auto value = busArgument<QDBusVariant>(answer);
-                   setAbsent(value && busValue<bool>(value->variant()) == false);
+                   if (value && busValue<bool>(value->variant()) == false) {
+                       trustAbsence();
+                   } else {
+                       setAbsent(false);
+                   }
+               });
+}
+
+// Qt's icon for older trays is then made, and looks the collector over in line, for 25 s if it has fallen
+// silent.
+void StatusNotifierHost::trustAbsence()
+{
+    m_bus.call(watcherCall(QStringLiteral("org.freedesktop.DBus.Introspectable"), "Introspect", {}), this,
+               [this, asked = m_owner](const QDBusMessage& answer) {
+                   const bool isSilent = answer.errorName() == QDBusError::errorString(QDBusError::NoReply);
+                   if (asked == m_owner && !isSilent) {
+                       setAbsent(true);
+                   }
                });
 }
 

@@ -36,6 +36,7 @@ private Q_SLOTS:
 private:
     void watchCollectors();
     void ownerChanged(const QString& owner);
+    void trustAbsence();
     void requestName();
     void registerItem(int attemptsLeft);
     void readKnownNames(int looksLeft);

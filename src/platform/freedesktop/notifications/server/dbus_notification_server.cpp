@@ -162,7 +162,7 @@ void DBusNotificationServer::readCapabilities(
 void DBusNotificationServer::readServerName()
 {
     call(serverCall("GetServerInformation"), [this](const QDBusMessage& answer) {
-        // Name, vendor, version and version of the specification.
+        // Name, vendor, version and the version of the protocol.
         if (const auto server = busArguments<QString, QString, QString, QString>(answer)) {
             const QString& name = std::get<0>(*server);
             m_doNotDisturb.follow(name);
