@@ -7,25 +7,13 @@
 #include "support/fake_task_scheduler.h"
 #include "support/memory_durable_file.h"
 #include "support/memory_user_defaults.h"
+#include "support/no_capsule.h"
 
 #include <memory>
 #include <string>
 #include <vector>
 
 namespace brevlin::bench {
-
-class NoCapsule final : public TopCapsule
-{
-public:
-    void refresh() override {}
-    void presentCompletion(const CompletionPresentation& /*presentation*/) override {}
-    void clearMorphState() override {}
-    void cancelMorph() override {}
-    void beginCompletionCollapse() override {}
-    void finishCompletionCollapse() override {}
-    void foldTimerCapsule() override {}
-    void hide() override {}
-};
 
 /// Four phases of focus and four breaks a day, latest first.
 inline std::vector<SessionRecord> longHistory(Instant now)
@@ -81,7 +69,7 @@ private:
     test::FakeNotificationCenter m_center;
     test::FakeSoundPlayer m_player;
     test::FakeLoginItem m_loginItem;
-    NoCapsule m_capsule;
+    test::NoCapsule m_capsule;
     std::unique_ptr<AppModel> m_model;
 };
 

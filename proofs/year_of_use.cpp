@@ -9,6 +9,7 @@
 #include "support/fake_desktop.h"
 #include "support/fake_document_thread.h"
 #include "support/fake_task_scheduler.h"
+#include "support/no_capsule.h"
 
 #include <malloc.h>
 
@@ -23,19 +24,6 @@
 using namespace brevlin;
 
 namespace {
-
-class NoCapsule final : public TopCapsule
-{
-public:
-    void refresh() override {}
-    void presentCompletion(const CompletionPresentation& /*presentation*/) override {}
-    void clearMorphState() override {}
-    void cancelMorph() override {}
-    void beginCompletionCollapse() override {}
-    void finishCompletionCollapse() override {}
-    void foldTimerCapsule() override {}
-    void hide() override {}
-};
 
 std::size_t heap()
 {
@@ -150,7 +138,7 @@ private:
     test::FakeTaskScheduler m_scheduler{m_clock};
     test::FakeDocumentThread m_thread;
     test::FakeSystemEvents m_events;
-    NoCapsule m_capsule;
+    test::NoCapsule m_capsule;
     test::FakeNotificationCenter m_center;
     test::FakeSoundPlayer m_player;
     test::FakeLoginItem m_loginItem;

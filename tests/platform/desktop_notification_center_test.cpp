@@ -1,86 +1,9 @@
-#include "platform/fake_notification_server.h"
-#include "platform/freedesktop/notifications/desktop_notification_center.h"
-#include "support/fake_task_scheduler.h"
+#include "platform/notification_center_fixture.h"
 
 #include <gtest/gtest.h>
 
-#include <memory>
-
 namespace brevlin {
 namespace {
-
-using State = NotificationAuthorizationState;
-
-class NotificationCenterTest : public ::testing::Test
-{
-protected:
-    NotificationCenterTest() { makeCenter(); }
-
-    void makeCenter(bool hangs = false, bool isRunning = true)
-    {
-        center.reset();
-        auto made = std::make_unique<test::FakeNotificationServer>();
-        server = made.get();
-        server->hangs = hangs;
-        server->isRunning = isRunning;
-        center = std::make_unique<DesktopNotificationCenter>(std::move(made), clock, scheduler);
-        center->setResponseHandler([this](const NotificationResponse& response) {
-            responses.push_back(response.actionIdentifier + " of " + response.userInfo.at("sessionID") +
-                                center->activationToken());
-        });
-        center->setCategories({{"ended", {{"next", "Next"}, {"stop", "Stop"}}, {}}});
-    }
-
-    NotificationRequest request(const std::string& run, Seconds delay = Seconds{10.0})
-    {
-        NotificationRequest result;
-        result.identifier = run;
-        result.title = "Focus complete";
-        result.body = "“<b>&\"” is complete.";
-        result.categoryIdentifier = "ended";
-        result.userInfo = {{"sessionID", run}};
-        result.requestedAt = clock.now();
-        result.delay = delay;
-        return result;
-    }
-    void add(const std::string& run, Seconds delay = Seconds{10.0})
-    {
-        center->add(request(run, delay), [this](const Expected<void, std::string>& added) {
-            confirmations.push_back(added ? "added" : added.error());
-        });
-    }
-    /// As the model does with every end of a phase.
-    void withdraw(const std::string& run)
-    {
-        center->removePending({run, "legacy." + run});
-        center->removeDelivered({run, "legacy." + run});
-    }
-    void announce(const std::string& run)
-    {
-        add(run);
-        scheduler.advance(Seconds{10.0});
-        withdraw(run);
-        ASSERT_EQ(server->screen.size(), 1U);
-    }
-    const ServerNotification& banner() { return server->screen.begin()->second; }
-    std::string readState()
-    {
-        std::string read = "nothing";
-        center->readSettings([&](const NotificationAuthorizationSnapshot& settings) {
-            read = settings.state == State::authorized ? "authorized"
-                   : settings.state == State::denied   ? "denied"
-                                                       : "unknown";
-        });
-        return read;
-    }
-
-    test::FakeClock clock;
-    test::FakeTaskScheduler scheduler{clock};
-    test::FakeNotificationServer* server = nullptr; // the centre's
-    std::unique_ptr<DesktopNotificationCenter> center;
-    std::vector<std::string> responses;
-    std::vector<std::string> confirmations;
-};
 
 TEST_F(NotificationCenterTest, shows_at_the_instant_and_not_before)
 {
@@ -340,77 +263,6 @@ TEST_F(NotificationCenterTest, showing_something_may_start_the_server)
     server->screen.clear();
     server->observer.appeared();
     EXPECT_EQ(server->screen.size(), 1U) << "it is not where it was shown any more";
-}
-
-TEST_F(NotificationCenterTest, authorization_is_known_once_a_server_has_answered)
-{
-    EXPECT_EQ(readState(), "authorized");
-    makeCenter(false, false);
-    EXPECT_EQ(readState(), "denied");
-
-    makeCenter(true);
-    std::vector<State> read;
-    int changes = 0;
-    center->setSettingsChangeHandler([&] { ++changes; });
-    center->readSettings([&](const auto& settings) { read.push_back(settings.state); });
-    EXPECT_TRUE(read.empty());
-    scheduler.advance(Seconds{0.5});
-    EXPECT_EQ(read, std::vector<State>{State::unknown}) << "nobody waits longer";
-    server->recover();
-    EXPECT_EQ(changes, 1);
-    EXPECT_EQ(readState(), "authorized");
-
-    makeCenter(true);
-    center->setSettingsChangeHandler([&] { ++changes; });
-    server->recover();
-    EXPECT_EQ(changes, 2) << "asked without being asked to";
-
-    makeCenter(true);
-    server->isReplaced();
-    server->isRunning = false;
-    server->recover();
-    EXPECT_EQ(readState(), "authorized") << "of the one that took over";
-}
-
-TEST_F(NotificationCenterTest, a_server_that_does_not_answer_is_a_failure_of_whoever_needs_it)
-{
-    add("A");
-    EXPECT_EQ(confirmations, std::vector<std::string>{"added"});
-    server->hangs = true;
-    add("A");
-    scheduler.advance(Seconds{4.9});
-    EXPECT_EQ(confirmations.size(), 1U);
-    scheduler.advance(Seconds{0.1});
-    EXPECT_EQ(confirmations.back(), "Connection timed out");
-    server->recover();
-    EXPECT_EQ(confirmations.size(), 2U);
-    scheduler.advance(Seconds{5.0});
-    EXPECT_EQ(server->screen.size(), 1U) << "and yet it tries";
-
-    server->die();
-    std::string error;
-    center->requestAuthorization([&](const auto& granted) { error = granted ? "" : granted.error(); });
-    EXPECT_EQ(error, "no server");
-}
-
-TEST_F(NotificationCenterTest, settings_tell_what_the_server_and_the_user_let_through)
-{
-    NotificationAuthorizationSnapshot read;
-    const auto readNow = [&] {
-        center->readSettings([&](const auto& settings) { read = settings; });
-    };
-    readNow();
-    EXPECT_EQ(read, (NotificationAuthorizationSnapshot{State::authorized, true, true, true}));
-    server->observer.doNotDisturbChanged(true);
-    readNow();
-    EXPECT_EQ(read, (NotificationAuthorizationSnapshot{State::authorized, false, true, true}));
-    server->die();
-    readNow();
-    EXPECT_EQ(read, (NotificationAuthorizationSnapshot{State::denied, false, false, false}));
-    server->capabilities.erase("sound");
-    server->startAgain();
-    readNow();
-    EXPECT_EQ(read, (NotificationAuthorizationSnapshot{State::authorized, true, false, true}));
 }
 
 } // namespace

@@ -1,0 +1,187 @@
+#include "storage/session_store_fixture.h"
+
+#include <gtest/gtest.h>
+
+namespace brevlin {
+namespace {
+
+class SessionDocumentTest : public SessionStoreTest
+{};
+
+TEST_F(SessionDocumentTest, the_file_has_the_documented_form)
+{
+    SessionStore store = open();
+    store.insert(session(1, 1000.0));
+    EXPECT_EQ(file(), R"({"sessions":[{"actualStartAt":-500,"completedWhileAway":false,"cycleIndex":1,)"
+                      R"("effectiveDuration":1499.5,"endedAt":1000,)"
+                      R"("id":"00000000-0000-4000-8000-000000000011","intention":"",)"
+                      R"("interruptionCount":0,"outcomeRawValue":"completed","pauseDuration":0,)"
+                      R"("phaseRawValue":"focus","plannedDuration":1500,"plannedStartAt":-500,)"
+                      R"("scheduledEndAt":1000,"timeZoneIdentifierAtStart":"Asia/Shanghai"}],"version":1})");
+    store.clear();
+    EXPECT_EQ(file(), R"({"sessions":[],"version":1})");
+}
+
+TEST_F(SessionDocumentTest, every_field_is_read_from_its_key_and_written_to_it)
+{
+    const std::string text =
+        R"({"sessions":[{"actualStartAt":1,"completedWhileAway":true,"cycleIndex":2,)"
+        R"("effectiveDuration":3.5,"endedAt":4,"id":"00000000-0000-4000-8000-000000000005","intention":"six",)"
+        R"("interruptionCount":7,"outcomeRawValue":"skipped","pauseDuration":9,"phaseRawValue":"longBreak",)"
+        R"("plannedDuration":11,"plannedStartAt":12,"scheduledEndAt":13,)"
+        R"("timeZoneIdentifierAtStart":"Asia/Tokyo"}],"version":1})";
+    SessionRecord record;
+    record.actualStartAt = Instant{Seconds{1}};
+    record.completedWhileAway = true;
+    record.cycleIndex = 2;
+    record.effectiveDuration = Seconds{3.5};
+    record.endedAt = Instant{Seconds{4}};
+    record.id = *Uuid::fromText("00000000-0000-4000-8000-000000000005");
+    record.intention = "six";
+    record.interruptionCount = 7;
+    record.outcomeRawValue = SessionOutcome::skipped;
+    record.pauseDuration = Seconds{9};
+    record.phaseRawValue = TimerPhase::longBreak;
+    record.plannedDuration = Seconds{11};
+    record.plannedStartAt = Instant{Seconds{12}};
+    record.scheduledEndAt = Instant{Seconds{13}};
+    record.timeZoneIdentifierAtStart = "Asia/Tokyo";
+    EXPECT_EQ(test::differences(recordsOf(text), {record}), "");
+    SessionArchiveText written;
+    ASSERT_TRUE(written.encode({record}));
+    EXPECT_EQ(written.view(), text);
+}
+
+TEST_F(SessionDocumentTest, after_any_change_the_file_holds_what_memory_holds)
+{
+    // In front, behind, in between, at the same instant, and twice: the kept text must follow all of it.
+    SessionStore store = open();
+    const std::pair<int, double> changes[] = {{1, 1000}, {2, 3000}, {3, 2000}, {4, 3000},
+                                              {5, 4000}, {6, 5000}, {2, 6000}, {7, 7000},
+                                              {7, 500},  {8, 8000}, {9, 9000}};
+    for (const auto& [number, endedAt] : changes) {
+        store.insert(session(number, endedAt));
+        EXPECT_TRUE(store.isSaved());
+        EXPECT_EQ(test::differences(open().sessions(), store.sessions()), "") << number;
+        SessionArchiveText anew;
+        ASSERT_TRUE(anew.encode(store.sessions()));
+        EXPECT_EQ(file(), anew.view()) << number;
+    }
+    EXPECT_EQ(ids(store.sessions()), "19 18 12 16 15 14 13 11 17 ");
+    store.remove(store.sessions()[2]);
+    store.remove(SessionRecord(session(80, 1.0)));
+    store.insert(session(10, 10'000));
+    EXPECT_TRUE(store.isSaved());
+    EXPECT_EQ(ids(open().sessions()), "20 19 18 16 15 14 13 11 17 ");
+}
+
+TEST_F(SessionDocumentTest, thousands_of_insertions_in_front_outgrow_the_kept_text)
+{
+    SessionStore store = open();
+    FinishedSession next = session(1, 0.0);
+    for (int number = 0; number < 1500; ++number) {
+        next.id = Uuid::random();
+        next.endedAt += Seconds{1.0};
+        store.insert(next);
+    }
+    EXPECT_EQ(test::differences(open().sessions(), store.sessions()), "");
+    EXPECT_EQ(store.sessions().size(), 1500U);
+}
+
+TEST_F(SessionDocumentTest, records_of_one_instant_keep_the_order_of_the_file)
+{
+    SessionStore store = open();
+    for (int number = 1; number <= 3; ++number) {
+        store.insert(session(number, 1000.0));
+    }
+    EXPECT_EQ(ids(open().sessions()), "11 12 13 ");
+    std::string& text = file();
+    text.replace(text.find("\"endedAt\":1000"), 14, "\"endedAt\":999.5");
+    EXPECT_EQ(ids(open().sessions()), "12 13 11 ");
+}
+
+TEST_F(SessionDocumentTest, records_that_share_an_id_go_and_come_back_together)
+{
+    std::string text = twoRecords();
+    text.replace(text.find("]"), 0, "," + text.substr(13, text.find("}") - 12));
+    file() = text;
+    SessionStore store = open();
+    ASSERT_EQ(ids(store.sessions()), "12 12 11 ");
+    m_files.failures.failOperation(1);
+    store.remove(store.sessions()[1]);
+    EXPECT_EQ(ids(store.sessions()), "12 12 11 ");
+    store.remove(store.sessions()[1]);
+    EXPECT_EQ(ids(store.sessions()), "11 ");
+    EXPECT_EQ(test::differences(open().sessions(), store.sessions()), "");
+}
+
+TEST_F(SessionDocumentTest, unknown_raw_values_and_any_order_of_keys_are_read_and_kept)
+{
+    std::string text = twoRecords();
+    text.replace(text.find("\"completed\""), 11, "\"dreamt\"");
+    text.replace(text.find("\"intention\":\"\","), 15, "");
+    text.replace(text.find("\"timeZone"), 0, "\"later\":[1],\"intention\":\"a\",\"intention\":7,");
+    text.replace(text.find("Shanghai\"}") + 9, 0, ",\"zzz\":1"); // behind the last that is known
+    file() = text;
+    SessionStore store = open();
+    ASSERT_EQ(store.lastError(), std::nullopt);
+    EXPECT_EQ(store.sessions()[0].outcome(), std::nullopt);
+    EXPECT_EQ(store.sessions()[0].intention, "a");
+    store.insert(session(3, 3000.0));
+    EXPECT_NE(file().find("\"dreamt\""), std::string::npos);
+}
+
+TEST_F(SessionDocumentTest, one_bad_record_makes_the_file_unreadable)
+{
+    const std::pair<const char*, const char*> faults[] = {
+        {"\"intention\"", "\"intentions\""},
+        {"\"endedAt\":1000", "\"endedAt\":\"1000\""},
+        {"\"cycleIndex\":1", "\"cycleIndex\":1.5"},
+        {"00000000-0000", "00000000_0000"},
+        {"false", "0"},
+        {"\"version\":1", "\"version\":2"},
+        {"\"version\":1", "\"other\":1"},
+        {"\"sessions\"", "\"session\""},
+    };
+    for (const auto& [good, bad] : faults) {
+        std::string text = twoRecords();
+        const std::size_t at = text.rfind(good);
+        ASSERT_NE(at, std::string::npos) << good;
+        text.replace(at, std::string(good).size(), bad);
+        file() = text;
+        const SessionStore store = open();
+        ASSERT_TRUE(store.lastError()) << bad;
+        EXPECT_EQ(store.lastError()->operation, SessionStoreError::Operation::fetch);
+        EXPECT_TRUE(store.sessions().empty());
+        EXPECT_EQ(file(), text);
+    }
+}
+
+TEST_F(SessionDocumentTest, every_truncation_is_an_error)
+{
+    const std::string text = twoRecords();
+    for (std::size_t length = 0; length < text.size(); ++length) {
+        file() = text.substr(0, length);
+        EXPECT_TRUE(open().lastError()) << length;
+    }
+}
+
+TEST_F(SessionDocumentTest, a_history_of_5_megabytes_loads)
+{
+    const std::string two = twoRecords();
+    const std::size_t begin = two.find('[') + 1;
+    const std::string records = two.substr(begin, two.rfind(']') - begin);
+    std::string& text = file();
+    text = R"({"sessions":[)" + records;
+    while (text.size() < 5'000'000) {
+        text += "," + records;
+    }
+    text += R"(],"version":1})";
+    const SessionStore store = open();
+    EXPECT_EQ(store.lastError(), std::nullopt);
+    EXPECT_GT(store.sessions().size(), 10'000U);
+    EXPECT_TRUE(std::is_sorted(store.sessions().begin(), store.sessions().end(), endedLater));
+}
+
+} // namespace
+} // namespace brevlin
