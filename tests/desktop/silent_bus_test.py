@@ -16,10 +16,12 @@ import time, dbus, dbus.service
 from dbus.mainloop.glib import DBusGMainLoop
 from gi.repository import GLib
 class Collector(dbus.service.Object):
-    @dbus.service.method("org.freedesktop.DBus.Properties", in_signature="ss", out_signature="v")
-    def Get(self, interface, name):
-        GLib.timeout_add(1, time.sleep, 60)
-        return False
+    @dbus.service.method("org.freedesktop.DBus.Properties", in_signature="ss", out_signature="v",
+                         async_callbacks=("answer", "refuse"))
+    def Get(self, interface, name, answer, refuse):
+        answer(False)
+        self.connection.flush()
+        time.sleep(60)
     @dbus.service.method("org.kde.StatusNotifierWatcher", in_signature="s")
     def RegisterStatusNotifierItem(self, item):
         pass
