@@ -3,6 +3,7 @@
 #include "app/app_model.h"
 #include "app/app_section.h"
 #include "app/capsule_choreography.h"
+#include "application.h"
 #include "platform/freedesktop/appearance/portal_desktop_settings.h"
 #include "platform/freedesktop/bus/bus_start.h"
 #include "platform/freedesktop/clock/system_clock.h"
@@ -51,12 +52,6 @@ namespace {
 // nobody gives any.
 constexpr Seconds longestWaitForAppearance{1.0};
 
-// QApplication::quit asks every window whether it may be closed, and the capsule says no.
-void quitApplication()
-{
-    QApplication::exit();
-}
-
 ColorScheme schemeOf(DesktopSettings::ColorScheme scheme)
 {
     return scheme == DesktopSettings::ColorScheme::dark ? ColorScheme::dark : ColorScheme::light;
@@ -67,7 +62,8 @@ ColorScheme schemeOf(DesktopSettings::ColorScheme scheme)
 class Composition::Parts final
 {
 public:
-    Parts(BusStart& buses, const UserFolders& folders, ApplicationInstance& instance);
+    Parts(Application& application, BusStart& buses, const UserFolders& folders,
+          ApplicationInstance& instance);
     ~Parts()
     {
         m_notificationCenter.setBannerPlaceHandler({});
@@ -80,7 +76,7 @@ public:
 private:
     DocumentDisk disk() { return {m_defaults, m_documents, m_scheduler, m_clock}; }
     AppModelParts modelParts(const UserFolders& folders);
-    void connectQuitting();
+    void connectQuitting(const Application& application);
     void followAppearance();
     void applyAppearance();
     void showFirst();
@@ -123,7 +119,8 @@ private:
     SuddenExit m_suddenExit;
 };
 
-Composition::Parts::Parts(BusStart& buses, const UserFolders& folders, ApplicationInstance& instance)
+Composition::Parts::Parts(Application& application, BusStart& buses, const UserFolders& folders,
+                          ApplicationInstance& instance)
     : m_instance(instance)
     , m_sessionBus(buses.session())
     , m_defaults(folders.preferences, m_files)
@@ -165,7 +162,7 @@ Composition::Parts::Parts(BusStart& buses, const UserFolders& folders, Applicati
     m_notificationCenter.setBannerObstacle([this](const BannerPlace& place) {
         return m_model.isEndPresented() && m_panelController.meetsBanners(place);
     });
-    connectQuitting();
+    connectQuitting(application);
     QObject::connect(&m_window, &MainWindow::settingsRequested, &m_settingsWindow,
                      [this] { m_settingsWindow.present(); });
     QObject::connect(&m_model, &AppModel::mainWindowActivationRequested, &m_window,
@@ -193,7 +190,7 @@ AppModelParts Composition::Parts::modelParts(const UserFolders& folders)
             timeLocale()};
 }
 
-void Composition::Parts::connectQuitting()
+void Composition::Parts::connectQuitting(const Application& application)
 {
     const auto quit = [this] {
         m_quitSequence.begin(QuitSequence::Origin::user);
@@ -203,9 +200,11 @@ void Composition::Parts::connectQuitting()
     QObject::connect(&m_menuBarExtra, &MenuBarExtra::quitRequested, &m_quitSequence, quit);
     QObject::connect(&m_terminationSignals, &TerminationSignals::received, &m_quitSequence,
                      [this] { m_quitSequence.begin(QuitSequence::Origin::system); });
-    // The session manager takes the return for the answer.
+    QObject::connect(&application, &Application::endRequested, &m_quitSequence,
+                     [this] { m_quitSequence.begin(QuitSequence::Origin::system); });
+    // The session manager takes the return for the answer. It may still call the end off.
     QObject::connect(
-        qApp, &QGuiApplication::commitDataRequest, &m_quitSequence,
+        &application, &QGuiApplication::commitDataRequest, &m_quitSequence,
         [this](QSessionManager& /*manager*/) { m_quitSequence.finishNow(); }, Qt::DirectConnection);
     QObject::connect(&m_quitSequence, &QuitSequence::began, &m_window, [this] {
         m_instance.retire();
@@ -213,7 +212,7 @@ void Composition::Parts::connectQuitting()
         m_settingsWindow.close();
         m_window.close();
     });
-    QObject::connect(&m_quitSequence, &QuitSequence::finished, qApp, quitApplication);
+    QObject::connect(&m_quitSequence, &QuitSequence::finished, &application, [] { QApplication::exit(); });
 }
 
 void Composition::Parts::followAppearance()
@@ -273,8 +272,9 @@ void Composition::Parts::notify(const std::string& title, const std::string& tex
     m_messageCenter->add(request, [](const Expected<void, std::string>& /*shown*/) {});
 }
 
-Composition::Composition(BusStart& buses, const UserFolders& folders, ApplicationInstance& instance)
-    : m_parts(std::make_unique<Parts>(buses, folders, instance))
+Composition::Composition(Application& application, BusStart& buses, const UserFolders& folders,
+                         ApplicationInstance& instance)
+    : m_parts(std::make_unique<Parts>(application, buses, folders, instance))
 {}
 
 Composition::~Composition() = default;

@@ -4,6 +4,7 @@
 
 namespace brevlin {
 
+class Application;
 class ApplicationInstance;
 class BusStart;
 struct UserFolders;
@@ -13,7 +14,8 @@ struct UserFolders;
 class Composition final
 {
 public:
-    Composition(BusStart& buses, const UserFolders& folders, ApplicationInstance& instance);
+    Composition(Application& application, BusStart& buses, const UserFolders& folders,
+                ApplicationInstance& instance);
     ~Composition();
     Composition(const Composition&) = delete;
     Composition& operator=(const Composition&) = delete;

@@ -1,3 +1,4 @@
+#include "application.h"
 #include "composition.h"
 #include "platform/freedesktop/bus/bus_start.h"
 #include "platform/freedesktop/files/user_folders.h"
@@ -6,8 +7,6 @@
 #include "start_refusal.h"
 #include "ui/style/accessibility.h"
 #include "ui/style/typography.h"
-
-#include <QApplication>
 
 #include <csignal>
 
@@ -26,7 +25,7 @@ int main(int argc, char** argv)
     BusStart buses;
     buses.applicationIsToBeMade();
     qInstallMessageHandler(refuseWithoutDisplay);
-    QApplication application(argc, argv);
+    Application application(argc, argv);
     qInstallMessageHandler(nullptr);
     buses.applicationIsMade(X11Connection().accessibilityBus());
     QApplication::setApplicationName(QStringLiteral("Brevlin"));
@@ -55,6 +54,6 @@ int main(int argc, char** argv)
 
     installFonts();
     installAccessibility();
-    const Composition composition(buses, folders, instance);
+    const Composition composition(application, buses, folders, instance);
     return QApplication::exec();
 }

@@ -1,4 +1,6 @@
-"""A display that dies, or was never there."""
+"""A session that ends, a display that dies, or was never there."""
+
+import signal
 
 from harness import DesktopTest, main, now, wait_for
 
@@ -33,6 +35,24 @@ class Display(DesktopTest):
         self.start_and_wait()
         self.assertEqual(desktop.timer(), left)
         self.assertEqual(len(desktop.history()), 1)
+
+    def test_the_end_of_the_session_waits_for_the_disk_and_a_checkpoint_ends_nothing(self):
+        desktop = self.desktop
+        desktop.set_preferences(short_break=1500, auto_start=True)
+        timer = self.running_timer(4)
+        desktop.store_timer(timer)
+        (desktop.home / ".xsmstartup").write_text(" ".join([*SLOW_DISK, str(desktop.program())]) + "\n")
+        manager = desktop.run_in_background(["xsm"])
+        desktop.wait_for_window()
+        manager.send_signal(signal.SIGUSR1)
+        wait_for("the end of the phase", lambda: now() > timer["expectedEndAt"] + 0.2)
+        self.assertNotEqual(desktop.windows(), [], "the session goes on")
+        self.assertEqual(desktop.history(), [], "the disk is still busy with the record")
+        self.assertEqual(desktop.stop(manager), 0, "it ends when all its programs have")
+        self.assertEqual(desktop.windows(), [])
+        record, = desktop.history()
+        self.assertEqual(record["endedAt"], timer["expectedEndAt"])
+        self.assertEqual(desktop.timer()["phase"], "shortBreak")
 
     def test_without_a_screen_the_timer_runs_and_quitting_is_orderly(self):
         self.desktop.environment["QT_QPA_PLATFORM"] = "offscreen"
