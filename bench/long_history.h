@@ -7,7 +7,6 @@
 #include "support/fake_task_scheduler.h"
 #include "support/memory_durable_file.h"
 #include "support/memory_user_defaults.h"
-#include "support/no_capsule.h"
 
 #include <memory>
 #include <string>
@@ -69,7 +68,6 @@ private:
     test::FakeNotificationCenter m_center;
     test::FakeSoundPlayer m_player;
     test::FakeLoginItem m_loginItem;
-    test::NoCapsule m_capsule;
     std::unique_ptr<AppModel> m_model;
 };
 

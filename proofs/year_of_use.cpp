@@ -9,7 +9,6 @@
 #include "support/fake_desktop.h"
 #include "support/fake_document_thread.h"
 #include "support/fake_task_scheduler.h"
-#include "support/no_capsule.h"
 
 #include <malloc.h>
 
@@ -138,7 +137,6 @@ private:
     test::FakeTaskScheduler m_scheduler{m_clock};
     test::FakeDocumentThread m_thread;
     test::FakeSystemEvents m_events;
-    test::NoCapsule m_capsule;
     test::FakeNotificationCenter m_center;
     test::FakeSoundPlayer m_player;
     test::FakeLoginItem m_loginItem;

@@ -68,7 +68,6 @@ public:
     {
         m_notificationCenter.setBannerPlaceHandler({});
         m_notificationCenter.setBannerObstacle({});
-        m_capsule.attach(nullptr);
     }
     Parts(const Parts&) = delete;
     Parts& operator=(const Parts&) = delete;
@@ -101,13 +100,13 @@ private:
     X11PanelSystem m_panelSystem;
     BusSessionLock m_sessionLock;
     TopPanelController m_panelController;
-    CapsuleChoreography m_capsule;
     X11WindowSystem m_windowSystem;
     TerminationSignals m_terminationSignals;
     BrevlinStyle* m_style;       // owned by the application
     ColorScheme m_desktopScheme; // of the desktop's own palette, where it states no preference
     MainWindowStore m_windowStore;
     AppModel m_model;
+    CapsuleChoreography m_capsule;
     SectionSelection m_selection;
     MainWindow m_window;
     MenuBarExtra m_menuBarExtra;
@@ -135,11 +134,11 @@ Composition::Parts::Parts(Application& application, BusStart& buses, const UserF
     , m_panelSystem(m_scheduler)
     , m_sessionLock(m_sessionBus, buses.system(), m_scheduler)
     , m_panelController(m_panelSystem, m_sessionLock, m_scheduler, m_panelPositionStore)
-    , m_capsule(m_panelController, m_scheduler)
     , m_style(new BrevlinStyle)
     , m_desktopScheme(Theme::of(QApplication::palette()).scheme())
     , m_windowStore(disk())
     , m_model(modelParts(folders))
+    , m_capsule(m_panelController, m_scheduler, m_model)
     , m_selection(m_windowStore)
     , m_window((QApplication::setStyle(m_style), m_model), m_selection, m_windowStore, m_windowSystem,
                m_panelSystem)
@@ -155,7 +154,6 @@ Composition::Parts::Parts(Application& application, BusStart& buses, const UserF
 {
     QApplication::setWindowIcon(applicationIcon());
     followAppearance();
-    m_capsule.attach(&m_model);
     m_loginItem.followProgram();
     m_notificationCenter.setBannerPlaceHandler(
         [this](const std::optional<BannerPlace>& place) { m_panelController.setBannerPlace(place); });
@@ -179,7 +177,6 @@ AppModelParts Composition::Parts::modelParts(const UserFolders& folders)
     return {m_clock,
             m_scheduler,
             m_systemEvents,
-            m_capsule,
             std::make_unique<PreferencesStore>(disk()),
             std::make_unique<ActiveTimerPersistence>(disk()),
             std::make_unique<SessionStore>(defaultHistoryLocation(folders.applicationSupport),

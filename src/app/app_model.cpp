@@ -54,7 +54,6 @@ void AppModel::connectParts()
         if (std::exchange(m_isAlertSoundPlaying, playing) != playing) {
             Q_EMIT alertSoundPlayingChanged();
         }
-        m_parts.capsule.refresh();
     });
 }
 
@@ -125,7 +124,6 @@ void AppModel::tick()
         reconcile(m_isAsleep);
     } else {
         alignTicker();
-        m_parts.capsule.refresh();
     }
     Q_EMIT ticked();
 }
@@ -158,41 +156,25 @@ void AppModel::apply(const TimerTransition& transition, const TimerSnapshot& pre
     }
     publish(next);
     if (transition.finishedSession) {
-        recordFinishedSession(*transition.finishedSession);
-        announce(*transition.finishedSession);
+        const FinishedSession& finished = *transition.finishedSession;
+        recordFinishedSession(finished);
+        Q_EMIT phaseEnded(finished);
+        if (isCompletion(finished.outcome) && m_preferences.playCompletionSound) {
+            m_parts.soundService->play(m_preferences.timerSettings.alertIntensity, completionSoundName);
+        }
     }
     save(next);
     if (next.runState == TimerRunState::running) {
         startTicker();
         scheduleNotification(permission);
     }
-    m_parts.capsule.refresh();
+    Q_EMIT transitionApplied();
 }
 
 void AppModel::run(const TimerOperation& operation, AskForPermission permission)
 {
     const TimerSnapshot previous = m_snapshot;
     apply(operation(*m_engine, now()), previous, permission);
-}
-
-void AppModel::announce(const FinishedSession& finished)
-{
-    const auto headline = completionTitle(finished.phase, finished.outcome, language());
-    if (isCompletion(finished.outcome)) {
-        // Where the next phase started by itself there is nothing to decide, so no island.
-        if (m_snapshot.runState == TimerRunState::ringing) {
-            m_parts.capsule.presentCompletion({*headline});
-        } else {
-            m_parts.capsule.clearMorphState();
-        }
-        if (m_preferences.playCompletionSound) {
-            m_parts.soundService->play(m_preferences.timerSettings.alertIntensity, completionSoundName);
-        }
-    } else if (headline) {
-        m_parts.capsule.presentCompletion({*headline});
-    } else if (finished.outcome == SessionOutcome::switchedEarly) {
-        m_parts.capsule.clearMorphState();
-    }
 }
 
 void AppModel::publish(const TimerSnapshot& snapshot)

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "app/app_message.h"
-#include "app/top_capsule.h"
 #include "core/calendar.h"
 #include "core/session_record.h"
 #include "core/timer_engine.h"
@@ -32,7 +31,6 @@ struct AppModelParts
     Clock& clock;
     TaskScheduler& scheduler;
     SystemEvents& systemEvents;
-    TopCapsule& capsule;
     std::unique_ptr<PreferencesStore> preferencesStore;
     std::unique_ptr<ActiveTimerPersistence> activeTimerPersistence;
     std::unique_ptr<SessionStore> sessionStore;
@@ -40,6 +38,19 @@ struct AppModelParts
     std::unique_ptr<AlertSoundService> soundService;
     std::unique_ptr<LaunchAtLoginService> launchAtLoginService;
     std::string userLocale; ///< of the desktop, for the time of day; an ICU locale identifier
+};
+
+/// What the user does to the timer.
+enum class TimerCommand {
+    start,
+    pause,
+    resume,
+    addTime,
+    endCurrentPhase,
+    switchToNextPhase,
+    advance,
+    skipPendingPhase,
+    dismissCompletion,
 };
 
 /// The one observable object of the program: it owns the timer, the stores and the services, publishes what
@@ -131,10 +142,22 @@ public:
     std::vector<std::string> unsaved() const;
 
 Q_SIGNALS:
+    /// The user has acted, and the timer is still what it was.
+    void commandReceived(TimerCommand command);
+    /// Everything that follows from the command is done; there may have been nothing to do.
+    void commandCarriedOut(TimerCommand command);
+    /// A phase has ended and is recorded. The timer is published, and nothing sounds yet.
+    void phaseEnded(const FinishedSession& finished);
+    /// Instead of this phase another one waits now.
+    void pendingPhaseSkipped(TimerPhase skipped);
+    /// All of a transition of the timer has taken effect, whether it has changed anything or not.
+    void transitionApplied();
     void snapshotChanged();
     void remainingSecondsChanged();
     void sessionsChanged();
     void preferencesChanged();
+    /// Beside the changes that this made.
+    void defaultPreferencesRestored();
     void notificationAuthorizationChanged();
     void launchAtLoginStatusChanged();
     void alertSoundPlayingChanged();
@@ -165,7 +188,6 @@ private:
     void apply(const TimerTransition& transition, const TimerSnapshot& previous, AskForPermission permission);
     void save(const TimerSnapshot& snapshot);
     void recordFinishedSession(const FinishedSession& finished);
-    void announce(const FinishedSession& finished);
     void scheduleNotification(AskForPermission permission);
     void scheduleNow(const TimerSnapshot& snapshot, const BilingualText& failureTitle);
     void ensureNotificationAuthorization(std::function<void()> then);
@@ -185,7 +207,8 @@ private:
     /// One operation of the engine at this instant, whose transition takes effect.
     void run(const TimerOperation& operation, AskForPermission permission = AskForPermission::no);
     /// The shape of every timer command of the user, who has heard the alert.
-    void command(const TimerOperation& operation, AskForPermission permission = AskForPermission::no);
+    void command(TimerCommand command, const TimerOperation& operation,
+                 AskForPermission permission = AskForPermission::no);
 
     AppModelParts m_parts;
     AppPreferences m_preferences;

@@ -18,73 +18,75 @@ constexpr std::int64_t longestMinutes = 180;
 
 } // namespace
 
-void AppModel::command(const TimerOperation& operation, AskForPermission permission)
+void AppModel::command(TimerCommand command, const TimerOperation& operation, AskForPermission permission)
 {
+    Q_EMIT commandReceived(command);
     m_parts.soundService->stop();
     run(operation, permission);
+    Q_EMIT commandCarriedOut(command);
 }
 
 void AppModel::start()
 {
-    m_parts.capsule.clearMorphState();
-    command([](TimerEngine& engine, Instant at) { return engine.start(at); }, AskForPermission::yes);
+    command(
+        TimerCommand::start, [](TimerEngine& engine, Instant at) { return engine.start(at); },
+        AskForPermission::yes);
 }
 
 void AppModel::pause()
 {
-    command([](TimerEngine& engine, Instant at) { return engine.pause(at); });
+    command(TimerCommand::pause, [](TimerEngine& engine, Instant at) { return engine.pause(at); });
 }
 
 void AppModel::resume()
 {
-    command([](TimerEngine& engine, Instant at) { return engine.resume(at); });
+    command(TimerCommand::resume, [](TimerEngine& engine, Instant at) { return engine.resume(at); });
 }
 
 void AppModel::addFiveMinutes()
 {
-    command([](TimerEngine& engine, Instant at) { return engine.addTime(addedTime, at); });
+    command(TimerCommand::addTime,
+            [](TimerEngine& engine, Instant at) { return engine.addTime(addedTime, at); });
 }
 
 void AppModel::endCurrentPhase()
 {
-    m_parts.capsule.clearMorphState();
-    command([](TimerEngine& engine, Instant at) { return engine.endEarly(at); });
+    command(TimerCommand::endCurrentPhase,
+            [](TimerEngine& engine, Instant at) { return engine.endEarly(at); });
 }
 
 void AppModel::switchToNextPhase()
 {
-    m_parts.capsule.clearMorphState();
-    command([](TimerEngine& engine, Instant at) { return engine.switchAndStart(at); });
+    command(TimerCommand::switchToNextPhase,
+            [](TimerEngine& engine, Instant at) { return engine.switchAndStart(at); });
 }
 
 void AppModel::advance()
 {
-    m_parts.capsule.beginCompletionCollapse();
     const bool isIdle = m_snapshot.runState == TimerRunState::idle;
-    command(
-        [isIdle](TimerEngine& engine, Instant at) { return isIdle ? engine.start(at) : engine.advance(at); });
-    m_parts.capsule.finishCompletionCollapse();
+    command(TimerCommand::advance, [isIdle](TimerEngine& engine, Instant at) {
+        return isIdle ? engine.start(at) : engine.advance(at);
+    });
 }
 
 void AppModel::skipPendingPhase()
 {
-    m_parts.capsule.cancelMorph();
     const TimerPhase pending = m_snapshot.phase;
-    command([](TimerEngine& engine, Instant at) { return engine.skipPendingPhase(at); });
+    command(TimerCommand::skipPendingPhase,
+            [](TimerEngine& engine, Instant at) { return engine.skipPendingPhase(at); });
     if (m_snapshot.runState == TimerRunState::ringing && m_snapshot.phase != pending) {
-        m_parts.capsule.presentCompletion({*completionTitle(pending, SessionOutcome::skipped, language())});
+        Q_EMIT pendingPhaseSkipped(pending);
     }
 }
 
 void AppModel::dismissCompletion()
 {
+    Q_EMIT commandReceived(TimerCommand::dismissCompletion);
     m_parts.soundService->stop();
-    m_parts.capsule.cancelMorph();
     if (m_snapshot.runState == TimerRunState::ringing) {
         run([](TimerEngine& engine, Instant at) { return engine.reset(at); });
     }
-    m_parts.capsule.clearMorphState();
-    m_parts.capsule.hide();
+    Q_EMIT commandCarriedOut(TimerCommand::dismissCompletion);
 }
 
 void AppModel::performPrimaryAction()
@@ -145,7 +147,7 @@ void AppModel::setTopTimerAppearance(TopTimerAppearance appearance)
 void AppModel::restoreDefaultPreferences()
 {
     changePreferences([](AppPreferences& preferences) { preferences = {}; });
-    m_parts.capsule.foldTimerCapsule();
+    Q_EMIT defaultPreferencesRestored();
 }
 
 void AppModel::deleteSession(const SessionRecord& record)
@@ -220,10 +222,6 @@ void AppModel::adopt(const AppPreferences& preferences)
     if (before.playCompletionSound && !preferences.playCompletionSound) {
         m_parts.soundService->stop();
     }
-    if (before.showTopCapsuleWhileRunning && !preferences.showTopCapsuleWhileRunning) {
-        m_parts.capsule.foldTimerCapsule();
-    }
-    m_parts.capsule.refresh();
     run([&](TimerEngine& engine, Instant) { return engine.updateSettings(preferences.timerSettings); });
 }
 

@@ -3,6 +3,8 @@
 #include "app/app_model.h"
 #include "app/time_text.h"
 
+#include <utility>
+
 namespace brevlin {
 
 namespace {
@@ -16,13 +18,18 @@ constexpr double exitTolerance = 2.0;
 
 } // namespace
 
-CapsuleChoreography::CapsuleChoreography(CapsulePanel& panel, TaskScheduler& scheduler)
-    : m_panel(panel), m_scheduler(scheduler)
+CapsuleChoreography::CapsuleChoreography(CapsulePanel& panel, TaskScheduler& scheduler, AppModel& model)
+    : m_panel(panel)
+    , m_scheduler(scheduler)
+    , m_model(model)
+    , m_showsWhileRunning(model.preferences().showTopCapsuleWhileRunning)
 {
     m_panel.setObserver({[this](bool isHovering) { setTopCapsuleHovered(isHovering); },
                          [this](CapsuleCommand command) {
                              perform(command);
                          }});
+    listen();
+    refresh();
 }
 
 CapsuleChoreography::~CapsuleChoreography()
@@ -30,21 +37,88 @@ CapsuleChoreography::~CapsuleChoreography()
     m_panel.setObserver({});
 }
 
-void CapsuleChoreography::attach(AppModel* model)
+void CapsuleChoreography::listen()
 {
-    m_model = model;
+    connect(&m_model, &AppModel::commandReceived, this, &CapsuleChoreography::prepareFor);
+    connect(&m_model, &AppModel::commandCarriedOut, this, &CapsuleChoreography::follow);
+    connect(&m_model, &AppModel::phaseEnded, this, &CapsuleChoreography::showEnd);
+    connect(&m_model, &AppModel::pendingPhaseSkipped, this, [this](TimerPhase skipped) {
+        presentCompletion({*completionTitle(skipped, SessionOutcome::skipped, m_model.language())});
+    });
+    connect(&m_model, &AppModel::preferencesChanged, this, &CapsuleChoreography::followPreferences);
+    connect(&m_model, &AppModel::defaultPreferencesRestored, this, [this] {
+        foldTimerCapsule();
+        refresh();
+    });
+    // Not at snapshotChanged, which comes before the phase that has ended is told.
+    for (const auto signal :
+         {&AppModel::transitionApplied, &AppModel::alertSoundPlayingChanged, &AppModel::ticked}) {
+        connect(&m_model, signal, this, &CapsuleChoreography::refresh);
+    }
+}
+
+void CapsuleChoreography::prepareFor(TimerCommand command)
+{
+    switch (command) {
+    case TimerCommand::start:
+    case TimerCommand::endCurrentPhase:
+    case TimerCommand::switchToNextPhase:
+        clearMorphState();
+        break;
+    case TimerCommand::advance:
+        beginCompletionCollapse();
+        break;
+    case TimerCommand::skipPendingPhase:
+    case TimerCommand::dismissCompletion:
+        m_morphTask.reset();
+        break;
+    case TimerCommand::pause:
+    case TimerCommand::resume:
+    case TimerCommand::addTime:
+        break;
+    }
+}
+
+void CapsuleChoreography::follow(TimerCommand command)
+{
+    if (command == TimerCommand::advance) {
+        finishCompletionCollapse();
+    } else if (command == TimerCommand::dismissCompletion) {
+        clearMorphState();
+        m_panel.hide();
+    }
+}
+
+void CapsuleChoreography::showEnd(const FinishedSession& finished)
+{
+    const auto headline = completionTitle(finished.phase, finished.outcome, m_model.language());
+    // Where the next phase started by itself there is nothing to decide, so no island.
+    const bool isForTheUser = !isCompletion(finished.outcome) || isRinging();
+    if (headline && isForTheUser) {
+        presentCompletion({*headline});
+    } else if (headline || finished.outcome == SessionOutcome::switchedEarly) {
+        clearMorphState();
+    }
+}
+
+void CapsuleChoreography::followPreferences()
+{
+    const bool shows = m_model.preferences().showTopCapsuleWhileRunning;
+    if (std::exchange(m_showsWhileRunning, shows) && !shows) {
+        foldTimerCapsule();
+    }
     refresh();
 }
 
 bool CapsuleChoreography::isRinging() const
 {
-    return m_model != nullptr && m_model->snapshot().runState == TimerRunState::ringing;
+    return m_model.snapshot().runState == TimerRunState::ringing;
 }
 
 bool CapsuleChoreography::timerIsToBeShown() const
 {
-    return m_model->preferences().showTopCapsuleWhileRunning &&
-           m_model->snapshot().runState != TimerRunState::idle;
+    return m_model.preferences().showTopCapsuleWhileRunning &&
+           m_model.snapshot().runState != TimerRunState::idle;
 }
 
 CapsuleChoreography::Shown CapsuleChoreography::wantedState() const
@@ -70,9 +144,6 @@ CapsuleChoreography::Shown CapsuleChoreography::wantedState() const
 
 void CapsuleChoreography::refresh()
 {
-    if (m_model == nullptr) {
-        return;
-    }
     const Shown shown = wantedState();
     if (shown == Shown::nothing) {
         m_panel.hide();
@@ -88,8 +159,8 @@ void CapsuleChoreography::refresh()
 
 double CapsuleChoreography::expandedWidth() const
 {
-    return m_model->isAlertSoundPlaying() ? CapsuleLayouts::soundingTimerWidth
-                                          : CapsuleLayouts::expandedTimerWidth;
+    return m_model.isAlertSoundPlaying() ? CapsuleLayouts::soundingTimerWidth
+                                         : CapsuleLayouts::expandedTimerWidth;
 }
 
 CapsuleLayout CapsuleChoreography::layout(Shown shown) const
@@ -106,16 +177,16 @@ CapsuleLayout CapsuleChoreography::layout(Shown shown) const
 
 CapsuleContent CapsuleChoreography::content(Shown shown) const
 {
-    const TimerSnapshot& snapshot = m_model->snapshot();
+    const TimerSnapshot& snapshot = m_model.snapshot();
     CapsuleContent result;
     result.phase = snapshot.phase;
     result.runState = snapshot.runState;
-    result.clockText = TimeText::clock(m_model->remainingSeconds());
-    result.progress = m_forcesCompactMorph ? 0.0 : m_model->progress();
-    result.endTimeText = m_model->endTimeText();
-    result.cycleSummaryText = m_model->cycleSummaryText();
-    result.language = m_model->language();
-    result.appearance = m_model->preferences().topTimerAppearance;
+    result.clockText = TimeText::clock(m_model.remainingSeconds());
+    result.progress = m_forcesCompactMorph ? 0.0 : m_model.progress();
+    result.endTimeText = m_model.endTimeText();
+    result.cycleSummaryText = m_model.cycleSummaryText();
+    result.language = m_model.language();
+    result.appearance = m_model.preferences().topTimerAppearance;
     result.showsCompletion = shown == Shown::completion;
     result.showsMinimizedCompletion = result.showsCompletion && m_isCompletionMinimized;
     result.showsCompactTimer = shown == Shown::timer && !m_isTimerCapsuleExpanded;
@@ -124,14 +195,14 @@ CapsuleContent CapsuleChoreography::content(Shown shown) const
     if (m_completionPresentation) {
         result.completionTitle = m_completionPresentation->title;
     }
-    result.isAlertSoundPlaying = m_model->isAlertSoundPlaying();
+    result.isAlertSoundPlaying = m_model.isAlertSoundPlaying();
     return result;
 }
 
 void CapsuleChoreography::setTopCapsuleHovered(bool isHovering)
 {
     m_capsuleHoverTask.reset();
-    if (m_model == nullptr || m_completionPresentation || isRinging() || m_forcesCompactMorph) {
+    if (m_completionPresentation || isRinging() || m_forcesCompactMorph) {
         return;
     }
     if (isHovering) {
@@ -225,7 +296,7 @@ void CapsuleChoreography::finishCompletionCollapse()
         m_keepsCapsuleVisibleForMorph = false;
         refresh();
     };
-    if (m_model != nullptr && timerIsToBeShown()) {
+    if (timerIsToBeShown()) {
         letGo();
     } else {
         m_morphTask = m_scheduler.after(collapsedCircleDelay, letGo);
@@ -240,11 +311,6 @@ void CapsuleChoreography::clearMorphState()
     m_keepsCapsuleVisibleForMorph = false;
 }
 
-void CapsuleChoreography::cancelMorph()
-{
-    m_morphTask.reset();
-}
-
 void CapsuleChoreography::foldTimerCapsule()
 {
     m_capsuleHoverTask.reset();
@@ -252,11 +318,6 @@ void CapsuleChoreography::foldTimerCapsule()
     m_isTimerCapsuleExpanded = false;
     m_revealsExpandedTimerContent = false;
     m_timerCapsuleExpansionAnchor = HorizontalAnchor::center;
-}
-
-void CapsuleChoreography::hide()
-{
-    m_panel.hide();
 }
 
 void CapsuleChoreography::minimizeCompletion()
@@ -277,24 +338,21 @@ void CapsuleChoreography::restoreCompletion()
 
 void CapsuleChoreography::perform(CapsuleCommand command)
 {
-    if (m_model == nullptr) {
-        return;
-    }
     switch (command) {
     case CapsuleCommand::primary:
-        m_showsCompletion ? m_model->advance() : m_model->performPrimaryAction();
+        m_showsCompletion ? m_model.advance() : m_model.performPrimaryAction();
         break;
     case CapsuleCommand::addTime:
-        m_model->addFiveMinutes();
+        m_model.addFiveMinutes();
         break;
     case CapsuleCommand::skip:
-        m_model->switchToNextPhase();
+        m_model.switchToNextPhase();
         break;
     case CapsuleCommand::end:
-        m_model->endCurrentPhase();
+        m_model.endCurrentPhase();
         break;
     case CapsuleCommand::skipPending:
-        m_model->skipPendingPhase();
+        m_model.skipPendingPhase();
         break;
     case CapsuleCommand::minimize:
         minimizeCompletion();
@@ -303,10 +361,10 @@ void CapsuleChoreography::perform(CapsuleCommand command)
         restoreCompletion();
         break;
     case CapsuleCommand::dismiss:
-        m_model->dismissCompletion();
+        m_model.dismissCompletion();
         break;
     case CapsuleCommand::stopAlert:
-        m_model->stopAlertSound();
+        m_model.stopAlertSound();
         break;
     }
 }

@@ -1,46 +1,59 @@
 #pragma once
 
 #include "app/capsule_panel.h"
-#include "app/top_capsule.h"
+#include "core/finished_session.h"
 #include "platform/task_scheduler.h"
 
-#include <functional>
+#include <QObject>
+
 #include <optional>
+#include <string>
 
 namespace brevlin {
 
 class AppModel;
+enum class TimerCommand;
+
+/// What the completion island says when a phase has ended.
+struct CompletionPresentation
+{
+    std::string title;
+
+    bool operator==(const CompletionPresentation&) const = default;
+};
 
 /// Decides what the capsule shows and drives its transitions: the circle of a running timer, the capsule that
 /// it widens to under the pointer, the island that announces the end of a phase, and the way from one to the
-/// other. Every operation cancels the delayed steps that it supersedes.
-class CapsuleChoreography final : public TopCapsule
+/// other. It listens to the model and to the panel. Every operation cancels the delayed steps that it
+/// supersedes.
+class CapsuleChoreography final : public QObject
 {
+    Q_OBJECT
+
 public:
-    CapsuleChoreography(CapsulePanel& panel, TaskScheduler& scheduler);
+    /// Panel, scheduler and model outlive this object.
+    CapsuleChoreography(CapsulePanel& panel, TaskScheduler& scheduler, AppModel& model);
     ~CapsuleChoreography() override;
 
-    /// The model whose timer is shown; it outlives this object or is detached (null) before. Without one
-    /// nothing is shown.
-    void attach(AppModel* model);
+private:
+    enum class Shown { nothing, timer, completion };
 
-    void refresh() override;
-    void presentCompletion(const CompletionPresentation& presentation) override;
-    void clearMorphState() override;
-    void cancelMorph() override;
-    void beginCompletionCollapse() override;
-    void finishCompletionCollapse() override;
-    void foldTimerCapsule() override;
-    void hide() override;
-
+    void listen();
+    void prepareFor(TimerCommand command);
+    void follow(TimerCommand command);
+    void showEnd(const FinishedSession& finished);
+    void followPreferences();
     void setTopCapsuleHovered(bool isHovering);
     void minimizeCompletion();
     void restoreCompletion();
     void perform(CapsuleCommand command);
 
-private:
-    enum class Shown { nothing, timer, completion };
-
+    void refresh();
+    void presentCompletion(const CompletionPresentation& presentation);
+    void clearMorphState(); // does not refresh
+    void beginCompletionCollapse();
+    void finishCompletionCollapse();
+    void foldTimerCapsule(); // does not refresh
     Shown wantedState() const;
     bool isRinging() const;
     bool timerIsToBeShown() const;
@@ -53,7 +66,8 @@ private:
 
     CapsulePanel& m_panel;
     TaskScheduler& m_scheduler;
-    AppModel* m_model = nullptr;
+    AppModel& m_model;
+    bool m_showsWhileRunning; // the preference, as it was
     std::optional<CompletionPresentation> m_completionPresentation;
     TaskHandle m_morphTask;                // the pending step of a completion's transition
     TaskHandle m_capsuleHoverTask;         // the pending collapse after the pointer left

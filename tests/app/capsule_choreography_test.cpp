@@ -51,14 +51,16 @@ protected:
             p.showTopCapsuleWhileRunning = showsWhileRunning;
             p.timerSettings.alertIntensity = AlertIntensity::strong;
         });
-        modelOrNone = std::make_unique<AppModel>(makeParts(choreography));
-        choreography.attach(modelOrNone.get());
+        close();
+        modelOrNone = std::make_unique<AppModel>(makeParts());
+        choreography.emplace(panel, scheduler, *modelOrNone);
         scheduler.runPending();
     }
-    ~CapsuleChoreographyTest() override
+    void close()
     {
-        choreography.attach(nullptr);
+        choreography.reset();
         modelOrNone.reset();
+        panel.visible = false;
     }
 
     /// What the panel shows, in a word and its width.
@@ -84,7 +86,7 @@ protected:
     void command(CapsuleCommand what) { panel.observer.commanded(what); }
 
     FakePanel panel;
-    CapsuleChoreography choreography{panel, scheduler};
+    std::optional<CapsuleChoreography> choreography;
 };
 
 TEST_F(CapsuleChoreographyTest, the_circle_lives_while_a_phase_is_under_way)
@@ -106,6 +108,59 @@ TEST_F(CapsuleChoreographyTest, the_circle_lives_while_a_phase_is_under_way)
     EXPECT_EQ(shown(), "circle 50") << "it was folded";
     model().setTopTimerAppearance(TopTimerAppearance::light);
     EXPECT_EQ(panel.content.appearance, TopTimerAppearance::light);
+}
+
+TEST_F(CapsuleChoreographyTest, each_command_shows_what_follows_from_it)
+{
+    struct Case
+    {
+        void (AppModel::*command)();
+        TimerRunState before;
+        std::string shown;
+        std::optional<std::string> title;
+    };
+    const Case cases[] = {
+        {&AppModel::start, idle, "circle 50", {}},
+        {&AppModel::pause, running, "circle 50", {}},
+        {&AppModel::addFiveMinutes, ringing, "island 460", "Focus complete"},
+        {&AppModel::endCurrentPhase, running, "island 460", "Ended Focus early"},
+        {&AppModel::endCurrentPhase, ringing, "island 460", {}},
+        {&AppModel::switchToNextPhase, running, "circle 50", {}},
+        {&AppModel::switchToNextPhase, ringing, "island 460", {}},
+        {&AppModel::advance, ringing, "circle 50", {}},
+        {&AppModel::advance, idle, "circle 50", {}},
+        {&AppModel::skipPendingPhase, ringing, "island 460", "Skipped Break"},
+        {&AppModel::skipPendingPhase, idle, "hidden", {}},
+        {&AppModel::dismissCompletion, ringing, "hidden", {}},
+        {&AppModel::dismissCompletion, idle, "hidden", {}},
+    };
+    int number = 0;
+    for (const Case& c : cases) {
+        close();
+        defaults.values.erase("Brevlin.activeTimerSnapshot.v1");
+        open();
+        if (c.before != idle) {
+            model().start();
+        }
+        if (c.before == ringing) {
+            ring();
+        }
+        (model().*c.command)();
+        EXPECT_EQ(shown(), c.shown) << number;
+        if (panel.visible) {
+            EXPECT_EQ(panel.content.completionTitle, c.title) << number;
+        }
+        ++number;
+    }
+}
+
+TEST_F(CapsuleChoreographyTest, restored_defaults_fold_the_capsule)
+{
+    open();
+    model().start();
+    hover(true);
+    model().restoreDefaultPreferences();
+    EXPECT_EQ(shown(), "circle 50");
 }
 
 TEST_F(CapsuleChoreographyTest, hovering_widens_and_leaving_waits)
@@ -265,10 +320,6 @@ TEST_F(CapsuleChoreographyTest, a_ringing_timer_shows_its_island_after_a_restart
     open();
     model().start();
     ring();
-    choreography.attach(nullptr);
-    choreography.clearMorphState();
-    panel.visible = false;
-    modelOrNone.reset();
     open();
     EXPECT_EQ(shown(), "island 460");
     EXPECT_EQ(panel.content.completionTitle, std::nullopt);

@@ -15,26 +15,6 @@
 
 namespace brevlin::test {
 
-/// A capsule that only remembers what it was asked.
-class RecordingCapsule final : public TopCapsule
-{
-public:
-    void refresh() override { ++refreshes; }
-    void presentCompletion(const CompletionPresentation& presentation) override
-    {
-        log.push_back("present " + presentation.title);
-    }
-    void clearMorphState() override { log.emplace_back("clear"); }
-    void cancelMorph() override { log.emplace_back("cancel"); }
-    void beginCompletionCollapse() override { log.emplace_back("begin collapse"); }
-    void finishCompletionCollapse() override { log.emplace_back("finish collapse"); }
-    void foldTimerCapsule() override { log.emplace_back("fold"); }
-    void hide() override { log.emplace_back("hide"); }
-
-    int refreshes = 0;
-    std::vector<std::string> log;
-};
-
 /// A model over fakes in virtual time, in English with default settings unless a test stores other ones
 /// first.
 class ModelTest : public ::testing::Test
@@ -55,12 +35,11 @@ protected:
         ASSERT_TRUE(store.save(preferences));
     }
 
-    AppModelParts makeParts(TopCapsule& topCapsule)
+    AppModelParts makeParts()
     {
         return {clock,
                 scheduler,
                 events,
-                topCapsule,
                 std::make_unique<PreferencesStore>(disk()),
                 std::make_unique<ActiveTimerPersistence>(disk()),
                 std::make_unique<SessionStore>(HistoryLocation{"/data/sessions-v1.json", std::nullopt},
@@ -75,9 +54,8 @@ protected:
     AppModel& launch()
     {
         modelOrNone.reset();
-        modelOrNone = std::make_unique<AppModel>(makeParts(capsule));
+        modelOrNone = std::make_unique<AppModel>(makeParts());
         scheduler.runPending();
-        capsule.log.clear();
         return *modelOrNone;
     }
     AppModel& model() { return *modelOrNone; }
@@ -85,7 +63,6 @@ protected:
     AppModel& launchAndStart()
     {
         launch().start();
-        capsule.log.clear();
         return model();
     }
 
@@ -98,7 +75,6 @@ protected:
     FakeTaskScheduler scheduler{clock};
     FakeDocumentThread documents;
     FakeSystemEvents events;
-    RecordingCapsule capsule;
     MemoryUserDefaults defaults;
     MemoryDurableFile files;
     FakeNotificationCenter center;
