@@ -5,7 +5,7 @@
 #include "platform/freedesktop/bus/bus_start.h"
 #include "platform/freedesktop/event_loop/qt_task_scheduler.h"
 #include "platform/freedesktop/session/bus_session_lock.h"
-#include "platform/freedesktop/x11/x11_panel_system.h"
+#include "platform/freedesktop/x11/x11_floating_window_system.h"
 #include "support/fake_disk.h"
 #include "ui/capsule/top_panel_controller.h"
 #include "ui/style/brevlin_style.h"
@@ -101,10 +101,10 @@ int main(int argc, char** argv)
     QApplication::setStyle(new BrevlinStyle);
     QApplication::setPalette(Theme::palette(ColorScheme::light));
     QtTaskScheduler scheduler;
-    X11PanelSystem system(scheduler);
+    X11FloatingWindowSystem system(scheduler);
     BusSessionLock lock(buses.session(), buses.system(), scheduler);
     test::FakeDisk disk;
-    TopPanelPositionStore store(disk);
+    CapsulePositionStore store(disk);
     TopPanelController panel(system, lock, scheduler, store);
     const auto circle = CapsuleLayouts::capsule(CapsuleLayouts::circleDiameter, HorizontalAnchor::leading);
     const auto wide = CapsuleLayouts::capsule(CapsuleLayouts::expandedTimerWidth, HorizontalAnchor::leading);

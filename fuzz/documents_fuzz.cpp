@@ -3,9 +3,9 @@
 
 #include "json_mutator.h"
 #include "storage/app_preferences.h"
+#include "storage/capsule_position.h"
 #include "storage/session_archive.h"
 #include "storage/snapshot_document.h"
-#include "storage/top_panel_position.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -4,12 +4,12 @@
 #include "core/timer_engine.h"
 #include "json_mutator.h"
 #include "storage/active_timer_persistence.h"
+#include "storage/capsule_position.h"
 #include "storage/json/json_reader.h"
 #include "storage/main_window_store.h"
 #include "storage/preferences_store.h"
 #include "storage/session_store.h"
 #include "storage/snapshot_document.h"
-#include "storage/top_panel_position.h"
 #include "support/fake_disk.h"
 #include "support/memory_durable_file.h"
 
@@ -80,13 +80,13 @@ void checkPreferences(const std::string& document, std::string_view key)
 
 void checkPlaces(const std::string& document)
 {
-    for (const std::string_view key : {TopPanelPositionStore::key, TopPanelPositionStore::legacyKey}) {
+    for (const std::string_view key : {CapsulePositionStore::key, CapsulePositionStore::legacyKey}) {
         with(key, document, [](test::FakeDisk& disk) {
-            TopPanelPositionStore store(disk);
+            CapsulePositionStore store(disk);
             SavedPosition position = store.load().value_or(SavedPosition{});
             position.version = SavedPosition::currentVersion;
             require(bool(store.save(position)));
-            require(TopPanelPositionStore(disk).load() == position);
+            require(CapsulePositionStore(disk).load() == position);
         });
     }
     with(MainWindowStore::geometryKey, document, [](test::FakeDisk& disk) {

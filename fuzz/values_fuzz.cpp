@@ -2,10 +2,10 @@
 // a decoder loses is lost for them before they look.
 
 #include "storage/app_preferences.h"
+#include "storage/capsule_position.h"
 #include "storage/session_archive.h"
 #include "storage/snapshot_document.h"
 #include "storage/stored_limits.h"
-#include "storage/top_panel_position.h"
 
 #include <fuzzer/FuzzedDataProvider.h>
 

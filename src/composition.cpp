@@ -24,10 +24,10 @@
 #include "platform/freedesktop/session/desktop_system_events.h"
 #include "platform/freedesktop/sound/process_sound_player.h"
 #include "platform/freedesktop/status/desktop_status_item.h"
-#include "platform/freedesktop/x11/x11_panel_system.h"
+#include "platform/freedesktop/x11/x11_floating_window_system.h"
 #include "platform/freedesktop/x11/x11_window_system.h"
+#include "storage/capsule_position.h"
 #include "storage/main_window_store.h"
-#include "storage/top_panel_position.h"
 #include "ui/capsule/top_panel_controller.h"
 #include "ui/main/main_window.h"
 #include "ui/main/message_presenter.h"
@@ -96,10 +96,10 @@ private:
     ProcessSoundPlayer m_soundPlayer;
     AutostartLoginItem m_loginItem;
     DesktopStatusItem m_statusItem;
-    TopPanelPositionStore m_panelPositionStore;
-    X11PanelSystem m_panelSystem;
+    CapsulePositionStore m_capsulePositionStore;
+    X11FloatingWindowSystem m_floatingWindows;
     BusSessionLock m_sessionLock;
-    TopPanelController m_panelController;
+    TopPanelController m_capsuleController;
     X11WindowSystem m_windowSystem;
     TerminationSignals m_terminationSignals;
     BrevlinStyle* m_style;       // owned by the application
@@ -130,19 +130,19 @@ Composition::Parts::Parts(Application& application, BusStart& buses, const UserF
     , m_loginItem(folders.autostart, QCoreApplication::applicationFilePath().toStdString(), m_files,
                   m_documents)
     , m_statusItem(m_sessionBus, m_scheduler)
-    , m_panelPositionStore(disk())
-    , m_panelSystem(m_scheduler)
+    , m_capsulePositionStore(disk())
+    , m_floatingWindows(m_scheduler)
     , m_sessionLock(m_sessionBus, buses.system(), m_scheduler)
-    , m_panelController(m_panelSystem, m_sessionLock, m_scheduler, m_panelPositionStore)
+    , m_capsuleController(m_floatingWindows, m_sessionLock, m_scheduler, m_capsulePositionStore)
     , m_style(new BrevlinStyle)
     , m_desktopScheme(Theme::of(QApplication::palette()).scheme())
     , m_windowStore(disk())
     , m_model(modelParts(folders))
-    , m_capsule(m_panelController, m_scheduler, m_model)
+    , m_capsule(m_capsuleController, m_scheduler, m_model)
     , m_selection(m_windowStore)
     , m_window((QApplication::setStyle(m_style), m_model), m_selection, m_windowStore, m_windowSystem,
-               m_panelSystem)
-    , m_menuBarExtra(m_model, m_selection, m_statusItem, m_windowSystem, m_panelSystem)
+               m_floatingWindows)
+    , m_menuBarExtra(m_model, m_selection, m_statusItem, m_windowSystem, m_floatingWindows)
     , m_settingsWindow(m_model, m_windowSystem)
     , m_messagePresenter(m_model, {&m_window, &m_settingsWindow},
                          [this](const std::string& title, const std::string& text) { notify(title, text); })
@@ -156,9 +156,9 @@ Composition::Parts::Parts(Application& application, BusStart& buses, const UserF
     followAppearance();
     m_loginItem.followProgram();
     m_notificationCenter.setBannerPlaceHandler(
-        [this](const std::optional<BannerPlace>& place) { m_panelController.setBannerPlace(place); });
+        [this](const std::optional<BannerPlace>& place) { m_capsuleController.setBannerPlace(place); });
     m_notificationCenter.setBannerObstacle([this](const BannerPlace& place) {
-        return m_model.isEndPresented() && m_panelController.meetsBanners(place);
+        return m_model.isEndPresented() && m_capsuleController.meetsBanners(place);
     });
     connectQuitting(application);
     QObject::connect(&m_window, &MainWindow::settingsRequested, &m_settingsWindow,

@@ -18,23 +18,23 @@ constexpr double exitTolerance = 2.0;
 
 } // namespace
 
-CapsuleChoreography::CapsuleChoreography(CapsulePanel& panel, TaskScheduler& scheduler, AppModel& model)
-    : m_panel(panel)
+CapsuleChoreography::CapsuleChoreography(Capsule& capsule, TaskScheduler& scheduler, AppModel& model)
+    : m_capsule(capsule)
     , m_scheduler(scheduler)
     , m_model(model)
     , m_showsWhileRunning(model.preferences().showTopCapsuleWhileRunning)
 {
-    m_panel.setObserver({[this](bool isHovering) { setTopCapsuleHovered(isHovering); },
-                         [this](CapsuleCommand command) {
-                             perform(command);
-                         }});
+    m_capsule.setObserver({[this](bool isHovering) { setTopCapsuleHovered(isHovering); },
+                           [this](CapsuleCommand command) {
+                               perform(command);
+                           }});
     listen();
     refresh();
 }
 
 CapsuleChoreography::~CapsuleChoreography()
 {
-    m_panel.setObserver({});
+    m_capsule.setObserver({});
 }
 
 void CapsuleChoreography::listen()
@@ -85,7 +85,7 @@ void CapsuleChoreography::follow(TimerCommand command)
         finishCompletionCollapse();
     } else if (command == TimerCommand::dismissCompletion) {
         clearMorphState();
-        m_panel.hide();
+        m_capsule.hide();
     }
 }
 
@@ -146,14 +146,14 @@ void CapsuleChoreography::refresh()
 {
     const Shown shown = wantedState();
     if (shown == Shown::nothing) {
-        m_panel.hide();
+        m_capsule.hide();
         return;
     }
     m_showsCompletion = shown == Shown::completion;
-    if (m_panel.isVisible()) {
-        m_panel.update(content(shown), layout(shown));
+    if (m_capsule.isVisible()) {
+        m_capsule.update(content(shown), layout(shown));
     } else {
-        m_panel.show(content(shown), layout(shown));
+        m_capsule.show(content(shown), layout(shown));
     }
 }
 
@@ -207,7 +207,7 @@ void CapsuleChoreography::setTopCapsuleHovered(bool isHovering)
     }
     if (isHovering) {
         if (!m_isTimerCapsuleExpanded) {
-            m_timerCapsuleExpansionAnchor = m_panel.preferredExpansionAnchor(expandedWidth());
+            m_timerCapsuleExpansionAnchor = m_capsule.preferredExpansionAnchor(expandedWidth());
             m_revealsExpandedTimerContent = false;
             m_isTimerCapsuleExpanded = true;
             refresh();
@@ -221,7 +221,7 @@ void CapsuleChoreography::setTopCapsuleHovered(bool isHovering)
 
 void CapsuleChoreography::collapseAfterExit()
 {
-    if (!m_panel.hasPointerWithin(exitTolerance)) {
+    if (!m_capsule.hasPointerWithin(exitTolerance)) {
         m_revealsExpandedTimerContent = false;
         m_isTimerCapsuleExpanded = false;
         refresh();
@@ -261,7 +261,7 @@ void CapsuleChoreography::resetToCircle()
 void CapsuleChoreography::presentCompletion(const CompletionPresentation& presentation)
 {
     resetToCircle();
-    if (m_panel.isVisible()) {
+    if (m_capsule.isVisible()) {
         m_forcesCompactMorph = false;
         m_keepsCapsuleVisibleForMorph = false;
         m_completionPresentation = presentation;

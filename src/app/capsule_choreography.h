@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/capsule_panel.h"
+#include "app/capsule.h"
 #include "core/finished_session.h"
 #include "platform/task_scheduler.h"
 
@@ -24,15 +24,15 @@ struct CompletionPresentation
 
 /// Decides what the capsule shows and drives its transitions: the circle of a running timer, the capsule that
 /// it widens to under the pointer, the island that announces the end of a phase, and the way from one to the
-/// other. It listens to the model and to the panel. Every operation cancels the delayed steps that it
+/// other. It listens to the model and to the pointer. Every operation cancels the delayed steps that it
 /// supersedes.
 class CapsuleChoreography final : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Panel, scheduler and model outlive this object.
-    CapsuleChoreography(CapsulePanel& panel, TaskScheduler& scheduler, AppModel& model);
+    /// Capsule, scheduler and model outlive this object.
+    CapsuleChoreography(Capsule& capsule, TaskScheduler& scheduler, AppModel& model);
     ~CapsuleChoreography() override;
 
 private:
@@ -64,7 +64,7 @@ private:
     void collapseAfterExit();
     void resetToCircle();
 
-    CapsulePanel& m_panel;
+    Capsule& m_capsule;
     TaskScheduler& m_scheduler;
     AppModel& m_model;
     bool m_showsWhileRunning; // the preference, as it was

@@ -6,8 +6,8 @@ namespace {
 
 using enum TimerRunState;
 
-/// A panel that shows nothing and remembers the last thing that it was to show.
-class FakePanel final : public CapsulePanel
+/// A capsule that shows nothing and remembers the last thing that it was to show.
+class FakeCapsule final : public Capsule
 {
 public:
     void setObserver(Observer newObserver) override { observer = std::move(newObserver); }
@@ -53,39 +53,39 @@ protected:
         });
         close();
         modelOrNone = std::make_unique<AppModel>(makeParts());
-        choreography.emplace(panel, scheduler, *modelOrNone);
+        choreography.emplace(capsule, scheduler, *modelOrNone);
         scheduler.runPending();
     }
     void close()
     {
         choreography.reset();
         modelOrNone.reset();
-        panel.visible = false;
+        capsule.visible = false;
     }
 
-    /// What the panel shows, in a word and its width.
+    /// What the capsule shows, in a word and its width.
     std::string shown() const
     {
-        if (!panel.visible) {
+        if (!capsule.visible) {
             return "hidden";
         }
-        const CapsuleContent& c = panel.content;
+        const CapsuleContent& c = capsule.content;
         const std::string state = c.showsMinimizedCompletion ? "minimised"
                                   : c.showsCompletion        ? "island"
                                   : c.showsCompactTimer ? (c.showsProgressBorder ? "circle" : "bare circle")
                                   : c.revealsExpandedTimerContent ? "expanded"
                                                                   : "expanding";
-        return state + " " + std::to_string(static_cast<int>(panel.layout.width));
+        return state + " " + std::to_string(static_cast<int>(capsule.layout.width));
     }
     void ring()
     {
         scheduler.advance(model().remainingSeconds());
         ASSERT_EQ(runState(), ringing);
     }
-    void hover(bool isHovering) { panel.observer.hovered(isHovering); }
-    void command(CapsuleCommand what) { panel.observer.commanded(what); }
+    void hover(bool isHovering) { capsule.observer.hovered(isHovering); }
+    void command(CapsuleCommand what) { capsule.observer.commanded(what); }
 
-    FakePanel panel;
+    FakeCapsule capsule;
     std::optional<CapsuleChoreography> choreography;
 };
 
@@ -95,10 +95,10 @@ TEST_F(CapsuleChoreographyTest, the_circle_lives_while_a_phase_is_under_way)
     EXPECT_EQ(shown(), "hidden");
     model().start();
     EXPECT_EQ(shown(), "circle 50");
-    EXPECT_EQ(panel.content.clockText, "25:00");
+    EXPECT_EQ(capsule.content.clockText, "25:00");
     scheduler.advance(Seconds{375});
-    EXPECT_EQ(panel.content.clockText, "18:45");
-    EXPECT_DOUBLE_EQ(panel.content.progress, 0.25);
+    EXPECT_EQ(capsule.content.clockText, "18:45");
+    EXPECT_DOUBLE_EQ(capsule.content.progress, 0.25);
     model().pause();
     EXPECT_EQ(shown(), "circle 50");
     hover(true);
@@ -107,7 +107,7 @@ TEST_F(CapsuleChoreographyTest, the_circle_lives_while_a_phase_is_under_way)
     model().setShowTopCapsuleWhileRunning(true);
     EXPECT_EQ(shown(), "circle 50") << "it was folded";
     model().setTopTimerAppearance(TopTimerAppearance::light);
-    EXPECT_EQ(panel.content.appearance, TopTimerAppearance::light);
+    EXPECT_EQ(capsule.content.appearance, TopTimerAppearance::light);
 }
 
 TEST_F(CapsuleChoreographyTest, each_command_shows_what_follows_from_it)
@@ -147,8 +147,8 @@ TEST_F(CapsuleChoreographyTest, each_command_shows_what_follows_from_it)
         }
         (model().*c.command)();
         EXPECT_EQ(shown(), c.shown) << number;
-        if (panel.visible) {
-            EXPECT_EQ(panel.content.completionTitle, c.title) << number;
+        if (capsule.visible) {
+            EXPECT_EQ(capsule.content.completionTitle, c.title) << number;
         }
         ++number;
     }
@@ -166,12 +166,12 @@ TEST_F(CapsuleChoreographyTest, restored_defaults_fold_the_capsule)
 TEST_F(CapsuleChoreographyTest, hovering_widens_and_leaving_waits)
 {
     for (const auto anchor : {HorizontalAnchor::leading, HorizontalAnchor::trailing}) {
-        panel.anchor = anchor;
+        capsule.anchor = anchor;
         open();
         model().start();
         hover(true);
-        EXPECT_EQ(panel.askedWidth, 316);
-        EXPECT_EQ(panel.layout.horizontalAnchor, anchor);
+        EXPECT_EQ(capsule.askedWidth, 316);
+        EXPECT_EQ(capsule.layout.horizontalAnchor, anchor);
         if (anchor == HorizontalAnchor::leading) {
             EXPECT_EQ(shown(), "expanding 316");
             scheduler.advance(Seconds{0.056});
@@ -183,11 +183,11 @@ TEST_F(CapsuleChoreographyTest, hovering_widens_and_leaving_waits)
         hover(true);
         scheduler.advance(Seconds{1});
         EXPECT_EQ(shown(), "expanded 316") << "back in time";
-        panel.pointerIsNear = true;
+        capsule.pointerIsNear = true;
         hover(false);
         scheduler.advance(Seconds{1});
         EXPECT_EQ(shown(), "expanded 316") << "the exit was spurious";
-        panel.pointerIsNear = false;
+        capsule.pointerIsNear = false;
         hover(false);
         scheduler.advance(Seconds{0.15});
         EXPECT_EQ(shown(), "circle 50");
@@ -215,8 +215,8 @@ TEST_F(CapsuleChoreographyTest, a_visible_circle_grows_into_the_island_and_back)
     model().start();
     ring();
     EXPECT_EQ(shown(), "island 460");
-    EXPECT_EQ(panel.content.completionTitle, "Focus complete");
-    EXPECT_TRUE(panel.content.isAlertSoundPlaying);
+    EXPECT_EQ(capsule.content.completionTitle, "Focus complete");
+    EXPECT_TRUE(capsule.content.isAlertSoundPlaying);
     hover(true);
     scheduler.advance(Seconds{1});
     EXPECT_EQ(shown(), "island 460") << "the pointer does not expand an island";
@@ -224,11 +224,11 @@ TEST_F(CapsuleChoreographyTest, a_visible_circle_grows_into_the_island_and_back)
     EXPECT_EQ(shown(), "minimised 50");
     command(CapsuleCommand::restore);
     EXPECT_EQ(shown(), "island 460");
-    EXPECT_EQ(panel.content.completionTitle, "Focus complete");
+    EXPECT_EQ(capsule.content.completionTitle, "Focus complete");
     command(CapsuleCommand::primary);
     EXPECT_EQ(shown(), "circle 50");
-    EXPECT_EQ(panel.content.phase, TimerPhase::shortBreak);
-    EXPECT_FALSE(panel.content.isAlertSoundPlaying);
+    EXPECT_EQ(capsule.content.phase, TimerPhase::shortBreak);
+    EXPECT_FALSE(capsule.content.isAlertSoundPlaying);
 }
 
 TEST_F(CapsuleChoreographyTest, with_the_circle_switched_off_the_island_comes_and_goes_through_it)
@@ -238,7 +238,7 @@ TEST_F(CapsuleChoreographyTest, with_the_circle_switched_off_the_island_comes_an
     EXPECT_EQ(shown(), "hidden");
     ring();
     EXPECT_EQ(shown(), "bare circle 50");
-    EXPECT_EQ(panel.content.progress, 0.0);
+    EXPECT_EQ(capsule.content.progress, 0.0);
     scheduler.advance(Seconds{0.081});
     EXPECT_EQ(shown(), "island 460");
     command(CapsuleCommand::primary);
@@ -265,7 +265,7 @@ TEST_F(CapsuleChoreographyTest, whatever_comes_next_supersedes_a_step_that_is_pe
     model().endCurrentPhase(); // while the circle is about to go
     scheduler.advance(Seconds{2});
     EXPECT_EQ(shown(), "island 460");
-    EXPECT_EQ(panel.content.completionTitle, "Ended Focus early");
+    EXPECT_EQ(capsule.content.completionTitle, "Ended Focus early");
 }
 
 TEST_F(CapsuleChoreographyTest, skipping_the_pending_phase_keeps_the_island)
@@ -276,8 +276,8 @@ TEST_F(CapsuleChoreographyTest, skipping_the_pending_phase_keeps_the_island)
     model().setAppLanguage(AppLanguage::simplifiedChinese);
     command(CapsuleCommand::skipPending);
     EXPECT_EQ(shown(), "island 460");
-    EXPECT_EQ(panel.content.completionTitle, "已跳过休息");
-    EXPECT_EQ(panel.content.phase, TimerPhase::focus);
+    EXPECT_EQ(capsule.content.completionTitle, "已跳过休息");
+    EXPECT_EQ(capsule.content.phase, TimerPhase::focus);
     command(CapsuleCommand::dismiss);
     EXPECT_EQ(shown(), "hidden");
     EXPECT_EQ(runState(), idle);
@@ -312,7 +312,7 @@ TEST_F(CapsuleChoreographyTest, the_controls_of_the_capsule_drive_the_timer)
     EXPECT_EQ(model().snapshot().phase, TimerPhase::shortBreak);
     command(CapsuleCommand::end);
     EXPECT_EQ(shown(), "island 460");
-    EXPECT_EQ(panel.content.completionTitle, "Ended Break early");
+    EXPECT_EQ(capsule.content.completionTitle, "Ended Break early");
 }
 
 TEST_F(CapsuleChoreographyTest, a_ringing_timer_shows_its_island_after_a_restart)
@@ -322,9 +322,9 @@ TEST_F(CapsuleChoreographyTest, a_ringing_timer_shows_its_island_after_a_restart
     ring();
     open();
     EXPECT_EQ(shown(), "island 460");
-    EXPECT_EQ(panel.content.completionTitle, std::nullopt);
+    EXPECT_EQ(capsule.content.completionTitle, std::nullopt);
     model().setAppLanguage(AppLanguage::simplifiedChinese);
-    EXPECT_EQ(panel.content.language, AppLanguage::simplifiedChinese);
+    EXPECT_EQ(capsule.content.language, AppLanguage::simplifiedChinese);
     command(CapsuleCommand::minimize);
     EXPECT_EQ(shown(), "minimised 50");
     command(CapsuleCommand::restore);

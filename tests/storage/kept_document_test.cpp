@@ -1,6 +1,6 @@
 #include "storage/active_timer_persistence.h"
+#include "storage/capsule_position.h"
 #include "storage/preferences_store.h"
-#include "storage/top_panel_position.h"
 #include "support/fake_disk.h"
 
 #include <gtest/gtest.h>
@@ -102,7 +102,7 @@ TEST(KeptDocument, one_of_a_former_name_moves_once_it_can_and_never_over_the_cur
         {"Brevlin.topPanel.position.v1", "Kestrove.topPanel.position.v1",
          R"({"xFraction":0.5,"yFraction":1})",
          [](const DocumentDisk& disk) {
-             return TopPanelPositionStore(disk).load().has_value();
+             return CapsulePositionStore(disk).load().has_value();
          }},
     };
     for (const auto& document : documents) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/floating_panel_system.h"
+#include "platform/floating_window_system.h"
 #include "platform/window_system.h"
 
 namespace brevlin::test {
@@ -19,7 +19,7 @@ public:
 };
 
 /// A desktop without panels.
-class NoPanels final : public FloatingPanelSystem
+class NoPanels final : public FloatingWindowSystem
 {
 public:
     void prepareToShow(WindowId /*window*/) override {}

@@ -174,7 +174,7 @@ bool MinimizedCompletionButton::hitButton(const QPoint& position) const
     return isInCircle(*this, position);
 }
 
-// The events go on to the panel, which follows a drag; the press then was no click.
+// The events go on to the window, which follows a drag; the press then was no click.
 void MinimizedCompletionButton::mousePressEvent(QMouseEvent* event)
 {
     m_pressedAt = event->globalPosition().toPoint();

@@ -72,7 +72,7 @@ private:
     Look m_look;
 };
 
-/// The minimised completion: the phase's icon, all of it a button that the panel can be dragged by.
+/// The minimised completion: the phase's icon, all of it a button that the capsule can be dragged by.
 class MinimizedCompletionButton final : public PlainButton
 {
     Q_OBJECT

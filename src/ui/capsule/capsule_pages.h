@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/capsule_panel.h"
+#include "app/capsule.h"
 #include "ui/capsule/capsule_colors.h"
 
 #include <QWidget>
@@ -12,7 +12,7 @@ namespace brevlin {
 /// Tells what a control asks for.
 using CapsuleCommandHandler = std::function<void(CapsuleCommand)>;
 
-/// One state of the capsule with its controls. Empty areas leave the pointer to the panel behind.
+/// One state of the capsule with its controls. Empty areas leave the pointer to the window behind.
 class CapsulePage : public QWidget
 {
     Q_OBJECT

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/capsule_panel.h"
+#include "app/capsule.h"
 #include "ui/capsule/capsule_colors.h"
 #include "ui/style/animation.h"
 
@@ -11,7 +11,7 @@ namespace brevlin {
 class CapsulePage;
 
 /// Draws the capsule in one of its four states, exactly as its content says, and tells what its controls ask
-/// for. It fills the panel; what lies free of controls is left to the panel, which moves by it.
+/// for. It fills the window; what lies free of controls is left to the window, which moves by it.
 class TopCapsuleView final : public QWidget
 {
     Q_OBJECT
@@ -23,7 +23,7 @@ public:
     /// Where the content lies, in this widget's coordinates, while the capsule itself is still on its way
     /// there: what is to be read does not move with its edges. As large as the widget until told otherwise.
     void setContentPlace(const QRect& place);
-    /// Whether the window manager blurs what lies behind the panel.
+    /// Whether the window manager blurs what lies behind the capsule.
     void setBlurred(bool isBlurred);
     /// What assistive technology reads.
     QString spokenText() const;

@@ -1,9 +1,9 @@
 #include "ui/capsule/top_panel_controller.h"
 
-#include "platform/floating_panel_system.h"
+#include "platform/floating_window_system.h"
 #include "platform/session_lock.h"
-#include "ui/capsule/panel_screens.h"
-#include "ui/capsule/panel_window.h"
+#include "ui/capsule/capsule_screens.h"
+#include "ui/capsule/capsule_window.h"
 
 #include <QCursor>
 #include <QGuiApplication>
@@ -32,8 +32,8 @@ QRect primaryGeometry()
 
 } // namespace
 
-TopPanelController::TopPanelController(FloatingPanelSystem& system, SessionLock& lock,
-                                       TaskScheduler& scheduler, TopPanelPositionStore& store)
+TopPanelController::TopPanelController(FloatingWindowSystem& system, SessionLock& lock,
+                                       TaskScheduler& scheduler, CapsulePositionStore& store)
     : m_system(system), m_lock(lock), m_scheduler(scheduler), m_placement(store)
 {
     m_system.setChangeHandler([this] {
@@ -67,18 +67,18 @@ bool TopPanelController::isVisible() const
 
 void TopPanelController::makeWindow()
 {
-    m_window = std::make_unique<PanelWindow>(m_system);
+    m_window = std::make_unique<CapsuleWindow>(m_system);
     connect(&m_window->view(), &TopCapsuleView::commanded, this, [this](CapsuleCommand command) {
         if (m_observer.commanded) {
             m_observer.commanded(command);
         }
     });
-    connect(m_window.get(), &PanelWindow::hovered, this, &TopPanelController::setHovered);
-    connect(m_window.get(), &PanelWindow::pointerMoved, this, [this] {
+    connect(m_window.get(), &CapsuleWindow::hovered, this, &TopPanelController::setHovered);
+    connect(m_window.get(), &CapsuleWindow::pointerMoved, this, [this] {
         m_lostPointerTask = m_scheduler.after(lostPointerDelay, [this] { m_window->losePointer(); });
     });
-    connect(m_window.get(), &PanelWindow::dragged, this, &TopPanelController::drag);
-    connect(m_window.get(), &PanelWindow::released, this, &TopPanelController::scheduleEndOfDrag);
+    connect(m_window.get(), &CapsuleWindow::dragged, this, &TopPanelController::drag);
+    connect(m_window.get(), &CapsuleWindow::released, this, &TopPanelController::scheduleEndOfDrag);
     watchScreens();
 }
 
@@ -115,7 +115,7 @@ void TopPanelController::appear()
     if (m_lock.isLocked() || m_system.isScreenCovered()) {
         return;
     }
-    m_placement.setScreens(currentPanelScreens(m_system));
+    m_placement.setScreens(currentCapsuleScreens(m_system));
     const auto frame = m_placement.place(m_layout);
     if (!frame) {
         return; // no screen: shown when there is one again
@@ -185,7 +185,7 @@ bool TopPanelController::meetsBanners(const BannerPlace& place)
     if (m_lock.isLocked() || m_system.isScreenCovered()) {
         return false;
     }
-    m_placement.setScreens(currentPanelScreens(m_system));
+    m_placement.setScreens(currentCapsuleScreens(m_system));
     return m_placement.meetsIsland(place);
 }
 
@@ -199,7 +199,7 @@ void TopPanelController::scheduleReposition()
 
 void TopPanelController::reposition()
 {
-    m_placement.setScreens(currentPanelScreens(m_system));
+    m_placement.setScreens(currentCapsuleScreens(m_system));
     if (!isVisible() || m_placement.isDragging()) {
         return; // the end of the drag looks again
     }

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "app/capsule_panel.h"
+#include "app/capsule.h"
 #include "platform/task_scheduler.h"
-#include "ui/capsule/panel_placement.h"
+#include "ui/capsule/capsule_placement.h"
 
 #include <QObject>
 #include <QRect>
@@ -12,20 +12,20 @@
 
 namespace brevlin {
 
-class FloatingPanelSystem;
-class PanelWindow;
+class FloatingWindowSystem;
+class CapsuleWindow;
 class SessionLock;
 
-/// The capsule's panel: shows the content in its window, pins the window to its place through every layout,
+/// The capsule: shows the content in its window, pins the window to its place through every layout,
 /// lets the user drag it and follows the screens. While the session is locked it is not visible; what was to
 /// be seen meanwhile appears after the unlocking.
-class TopPanelController final : public QObject, public CapsulePanel
+class TopPanelController final : public QObject, public Capsule
 {
     Q_OBJECT
 
 public:
-    TopPanelController(FloatingPanelSystem& system, SessionLock& lock, TaskScheduler& scheduler,
-                       TopPanelPositionStore& store);
+    TopPanelController(FloatingWindowSystem& system, SessionLock& lock, TaskScheduler& scheduler,
+                       CapsulePositionStore& store);
     ~TopPanelController() override;
 
     void setObserver(Observer observer) override;
@@ -54,14 +54,14 @@ private:
     void scheduleEndOfDrag();
     void endDrag();
 
-    FloatingPanelSystem& m_system;
+    FloatingWindowSystem& m_system;
     SessionLock& m_lock;
     TaskScheduler& m_scheduler;
-    PanelPlacement m_placement;
+    CapsulePlacement m_placement;
     Observer m_observer;
     std::optional<CapsuleContent> m_content; // to be seen as soon as it may; none while hidden
     CapsuleLayout m_layout;
-    std::unique_ptr<PanelWindow> m_window; // made when it is first shown
+    std::unique_ptr<CapsuleWindow> m_window; // made when it is first shown
     TaskHandle m_repositionTask;
     TaskHandle m_exitTask;
     TaskHandle m_lostPointerTask;

@@ -39,13 +39,14 @@ constexpr BilingualText quitText{"退出 Brevlin", "Quit Brevlin"};
 } // namespace
 
 MainWindow::MainWindow(AppModel& model, SectionSelection& selection, MainWindowStore& store,
-                       WindowSystem& windowSystem, const FloatingPanelSystem& panels, QWidget* parent)
+                       WindowSystem& windowSystem, const FloatingWindowSystem& floatingWindows,
+                       QWidget* parent)
     : QWidget(parent, Qt::Window | Qt::FramelessWindowHint | Qt::WindowMinMaxButtonsHint |
                           Qt::WindowCloseButtonHint | Qt::WindowSystemMenuHint)
     , m_model(model)
     , m_store(store)
     , m_windowSystem(windowSystem)
-    , m_panels(panels)
+    , m_floatingWindows(floatingWindows)
     , m_rootView(new RootView(model, selection, this))
     , m_frame(new WindowFrame(*this, windowSystem))
 {
@@ -177,7 +178,7 @@ void MainWindow::followScreens()
 // Where the content may lie. A shadow may reach over the edge of the work area, a hairline is to be seen.
 std::vector<QRect> MainWindow::freeAreas() const
 {
-    std::vector<QRect> areas = workAreas(m_panels);
+    std::vector<QRect> areas = workAreas(m_floatingWindows);
     if (!m_frame->hasShadow()) {
         for (QRect& area : areas) {
             area = area.marginsRemoved(m_frame->margins());
@@ -194,7 +195,7 @@ void MainWindow::updateLeastSize()
 // Of the content, so that the whole window has room, its shadow too.
 QSize MainWindow::leastSize() const
 {
-    std::vector<QRect> areas = workAreas(m_panels);
+    std::vector<QRect> areas = workAreas(m_floatingWindows);
     for (QRect& area : areas) {
         area = area.marginsRemoved(m_frame->margins());
     }

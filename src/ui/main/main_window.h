@@ -11,7 +11,7 @@
 namespace brevlin {
 
 class AppModel;
-class FloatingPanelSystem;
+class FloatingWindowSystem;
 class RootView;
 class WindowFrame;
 class WindowSystem;
@@ -24,7 +24,8 @@ class MainWindow final : public QWidget
 
 public:
     MainWindow(AppModel& model, SectionSelection& selection, MainWindowStore& store,
-               WindowSystem& windowSystem, const FloatingPanelSystem& panels, QWidget* parent = nullptr);
+               WindowSystem& windowSystem, const FloatingWindowSystem& floatingWindows,
+               QWidget* parent = nullptr);
     ~MainWindow() override;
 
     /// Shows the window, raises it and gives it the keyboard. The token is what the desktop gave to the
@@ -61,7 +62,7 @@ private:
     AppModel& m_model;
     MainWindowStore& m_store;
     WindowSystem& m_windowSystem;
-    const FloatingPanelSystem& m_panels;
+    const FloatingWindowSystem& m_floatingWindows;
     RootView* m_rootView; // these are owned by this widget
     WindowFrame* m_frame;
     WindowGeometry m_normalGeometry; // of the content, without the margin for the shadow

@@ -1,6 +1,6 @@
 #include "ui/main/window_placement.h"
 
-#include "ui/capsule/panel_screens.h"
+#include "ui/capsule/capsule_screens.h"
 
 #include <QGuiApplication>
 #include <QScreen>
@@ -28,22 +28,23 @@ QRect centredIn(const QRect& workArea, const QSize& size)
 
 } // namespace
 
-QRect workArea(const QScreen& screen, const FloatingPanelSystem& panels)
+QRect workArea(const QScreen& screen, const FloatingWindowSystem& floatingWindows)
 {
     const QRect available = screen.availableGeometry();
-    // With one screen Qt knows the desktop's panels, unless the desktop does not tell them in the usual way.
+    // With one screen Qt knows the desktop's floatingWindows, unless the desktop does not tell them in the
+    // usual way.
     if (QGuiApplication::screens().size() == 1 && available != screen.geometry()) {
         return available;
     }
     return visibleGeometry({{}, screen.geometry(), available, screen.devicePixelRatio()},
-                           panels.reservedAreas());
+                           floatingWindows.reservedAreas());
 }
 
-std::vector<QRect> workAreas(const FloatingPanelSystem& panels)
+std::vector<QRect> workAreas(const FloatingWindowSystem& floatingWindows)
 {
     std::vector<QRect> areas;
     for (const QScreen* screen : QGuiApplication::screens()) { // Qt lists the primary one first
-        areas.push_back(workArea(*screen, panels));
+        areas.push_back(workArea(*screen, floatingWindows));
     }
     return areas;
 }

@@ -12,12 +12,12 @@ class QScreen;
 
 namespace brevlin {
 
-class FloatingPanelSystem;
+class FloatingWindowSystem;
 
 /// The part of a screen that no panel of the desktop takes, points.
-QRect workArea(const QScreen& screen, const FloatingPanelSystem& panels);
+QRect workArea(const QScreen& screen, const FloatingWindowSystem& floatingWindows);
 /// Of all screens, the primary one first; empty where there is none.
-std::vector<QRect> workAreas(const FloatingPanelSystem& panels);
+std::vector<QRect> workAreas(const FloatingWindowSystem& floatingWindows);
 
 /// Where a window goes that looked like this when it was last closed: wholly inside of the work area that it
 /// overlaps most, and in the centre of the first one while it has no place of its own. Never larger than that

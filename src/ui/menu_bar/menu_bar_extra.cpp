@@ -1,7 +1,7 @@
 #include "ui/menu_bar/menu_bar_extra.h"
 
 #include "app/app_model.h"
-#include "platform/floating_panel_system.h"
+#include "platform/floating_window_system.h"
 #include "platform/window_system.h"
 #include "ui/main/window_placement.h"
 #include "ui/menu_bar/menu_bar_panel.h"
@@ -38,7 +38,7 @@ const QScreen& screenOf(const QPoint& point)
 } // namespace
 
 MenuBarExtra::MenuBarExtra(AppModel& model, SectionSelection& selection, StatusItem& item,
-                           WindowSystem& windowSystem, const FloatingPanelSystem& panels)
+                           WindowSystem& windowSystem, const FloatingWindowSystem& panels)
     : m_model(model), m_selection(selection), m_item(item), m_windowSystem(windowSystem), m_panels(panels)
 {
     item.setObserver({[this](int x, int y) { togglePanel(clickedAnchor(x, y)); },

@@ -11,7 +11,7 @@
 namespace brevlin {
 
 class AppModel;
-class FloatingPanelSystem;
+class FloatingWindowSystem;
 class MenuBarPanel;
 class StatusItem;
 class WindowSystem;
@@ -24,7 +24,7 @@ class MenuBarExtra final : public QObject
 
 public:
     MenuBarExtra(AppModel& model, SectionSelection& selection, StatusItem& item, WindowSystem& windowSystem,
-                 const FloatingPanelSystem& panels);
+                 const FloatingWindowSystem& panels);
     ~MenuBarExtra() override;
 
 Q_SIGNALS:
@@ -42,7 +42,7 @@ private:
     SectionSelection& m_selection;
     StatusItem& m_item;
     WindowSystem& m_windowSystem;
-    const FloatingPanelSystem& m_panels;
+    const FloatingWindowSystem& m_panels;
     std::optional<MenuBarPictureContent> m_shownPicture;
     std::unique_ptr<MenuBarPanel> m_panel; // made when it is first opened
 };

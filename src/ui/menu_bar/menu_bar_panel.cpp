@@ -1,7 +1,7 @@
 #include "ui/menu_bar/menu_bar_panel.h"
 
 #include "app/app_model.h"
-#include "platform/floating_panel_system.h"
+#include "platform/floating_window_system.h"
 #include "platform/window_system.h"
 #include "ui/main/timer_control_row.h"
 #include "ui/main/timer_cycle_indicator.h"
@@ -52,7 +52,7 @@ constexpr std::array sections{AppSection::history, AppSection::statistics, AppSe
 
 } // namespace
 
-MenuBarPanel::MenuBarPanel(AppModel& model, WindowSystem& windowSystem, const FloatingPanelSystem& panels)
+MenuBarPanel::MenuBarPanel(AppModel& model, WindowSystem& windowSystem, const FloatingWindowSystem& panels)
     : QWidget(nullptr, Qt::Popup | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint)
     , m_model(model)
     , m_windowSystem(windowSystem)

@@ -10,7 +10,7 @@
 namespace brevlin {
 
 class AppModel;
-class FloatingPanelSystem;
+class FloatingWindowSystem;
 class MoreButton;
 class PressWatch;
 class WindowSystem;
@@ -24,7 +24,7 @@ class MenuBarPanel final : public QWidget
 public:
     static constexpr int contentWidth = 300;
 
-    MenuBarPanel(AppModel& model, WindowSystem& windowSystem, const FloatingPanelSystem& panels);
+    MenuBarPanel(AppModel& model, WindowSystem& windowSystem, const FloatingWindowSystem& panels);
     ~MenuBarPanel() override;
 
     /// Opens the panel beside this point of the screen, or closes it; does nothing when the click that asks
@@ -57,7 +57,7 @@ private:
 
     AppModel& m_model;
     WindowSystem& m_windowSystem;
-    const FloatingPanelSystem& m_panels;
+    const FloatingWindowSystem& m_panels;
     MoreButton* m_more; // owned by this widget
     bool m_hasShadow = false;
     std::unique_ptr<PressWatch> m_pressWatch; // where the pointer cannot be held everywhere

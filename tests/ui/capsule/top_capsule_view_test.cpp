@@ -123,7 +123,7 @@ TEST_F(TopCapsuleViewTest, a_tick_keeps_the_controls_under_the_pointer)
     EXPECT_EQ(buttons(), before);
     content.revealsExpandedTimerContent = false;
     view.setContent(content);
-    EXPECT_TRUE(buttons().empty()) << "hidden while the panel grows";
+    EXPECT_TRUE(buttons().empty()) << "hidden while the capsule grows";
 }
 
 TEST(CapsuleColors, its_texts_can_be_read_on_white_and_on_black)

@@ -34,12 +34,12 @@ QRect rectangle(const QJsonObject& object)
 
 } // namespace
 
-std::vector<FloatingPanelSystem::ReservedArea> swayReservedAreas(const QByteArray& workspaces,
-                                                                 const QByteArray& outputs)
+std::vector<FloatingWindowSystem::ReservedArea> swayReservedAreas(const QByteArray& workspaces,
+                                                                  const QByteArray& outputs)
 {
-    using enum FloatingPanelSystem::Edge;
-    std::vector<FloatingPanelSystem::ReservedArea> areas;
-    const auto add = [&areas](FloatingPanelSystem::Edge edge, const QRect& area) {
+    using enum FloatingWindowSystem::Edge;
+    std::vector<FloatingWindowSystem::ReservedArea> areas;
+    const auto add = [&areas](FloatingWindowSystem::Edge edge, const QRect& area) {
         if (!area.isEmpty()) {
             areas.push_back({edge, {area.x(), area.y(), area.width(), area.height()}});
         }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/floating_panel_system.h"
+#include "platform/floating_window_system.h"
 
 #include <QByteArray>
 #include <QLocalSocket>
@@ -21,7 +21,7 @@ class SwayWorkArea final : public QObject
 public:
     explicit SwayWorkArea(QObject* parent = nullptr);
 
-    const std::vector<FloatingPanelSystem::ReservedArea>& reservedAreas() const { return m_reserved; }
+    const std::vector<FloatingWindowSystem::ReservedArea>& reservedAreas() const { return m_reserved; }
     /// Asks again: a bar that comes or goes is no event there. The answer comes later.
     void ask();
 
@@ -36,11 +36,11 @@ private:
     QLocalSocket m_socket;
     QByteArray m_unread;
     QByteArray m_workspaces; // the latest answers
-    std::vector<FloatingPanelSystem::ReservedArea> m_reserved;
+    std::vector<FloatingWindowSystem::ReservedArea> m_reserved;
 };
 
 /// From the answers to GET_WORKSPACES and GET_OUTPUTS; nothing where they are not what the protocol says.
-std::vector<FloatingPanelSystem::ReservedArea> swayReservedAreas(const QByteArray& workspaces,
-                                                                 const QByteArray& outputs);
+std::vector<FloatingWindowSystem::ReservedArea> swayReservedAreas(const QByteArray& workspaces,
+                                                                  const QByteArray& outputs);
 
 } // namespace brevlin

@@ -93,7 +93,7 @@ void findManaged(const X11Connection& x11, std::vector<TopLevelWindow>& found)
     }
 }
 
-bool covers(const FloatingPanelSystem::Rectangle& area, const FloatingPanelSystem::Rectangle& screen)
+bool covers(const FloatingWindowSystem::Rectangle& area, const FloatingWindowSystem::Rectangle& screen)
 {
     return area.x <= screen.x && area.y <= screen.y && area.x + area.width >= screen.x + screen.width &&
            area.y + area.height >= screen.y + screen.height;
@@ -143,7 +143,7 @@ std::optional<xcb_window_t> highestManagedAbove(const std::vector<TopLevelWindow
 }
 
 std::optional<xcb_window_t> coveringWindow(const std::vector<TopLevelWindow>& windows, xcb_window_t other,
-                                           const std::vector<FloatingPanelSystem::Rectangle>& screens)
+                                           const std::vector<FloatingWindowSystem::Rectangle>& screens)
 {
     for (auto above = windows.rbegin(); above != windows.rend() && !above->isManaged; ++above) {
         if (above->id == other || above->isTheServers) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/floating_panel_system.h"
+#include "platform/floating_window_system.h"
 #include "platform/freedesktop/x11/x11_connection.h"
 
 #include <optional>
@@ -12,9 +12,9 @@ namespace brevlin {
 struct TopLevelWindow
 {
     xcb_window_t id = XCB_WINDOW_NONE;
-    bool isManaged = false;              ///< the window manager governs it, or one in it that it frames
-    bool isTheServers = false;           ///< the overlay that compositors draw to
-    FloatingPanelSystem::Rectangle area; ///< native pixels of the desktop
+    bool isManaged = false;               ///< the window manager governs it, or one in it that it frames
+    bool isTheServers = false;            ///< the overlay that compositors draw to
+    FloatingWindowSystem::Rectangle area; ///< native pixels of the desktop
 };
 
 /// The mapped windows below the root, the lowest first.
@@ -26,6 +26,6 @@ std::optional<xcb_window_t> highestManagedAbove(const std::vector<TopLevelWindow
 /// The window above all managed ones, other than this one, that nobody governs and that covers one of the
 /// screens.
 std::optional<xcb_window_t> coveringWindow(const std::vector<TopLevelWindow>& windows, xcb_window_t other,
-                                           const std::vector<FloatingPanelSystem::Rectangle>& screens);
+                                           const std::vector<FloatingWindowSystem::Rectangle>& screens);
 
 } // namespace brevlin

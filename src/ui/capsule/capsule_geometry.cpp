@@ -1,4 +1,4 @@
-#include "ui/capsule/panel_geometry.h"
+#include "ui/capsule/capsule_geometry.h"
 
 #include <algorithm>
 #include <cmath>
@@ -17,8 +17,8 @@ double share(double part, double whole)
     return whole > 0.0 ? fraction(part / whole) : 0.0;
 }
 
-// Records of earlier releases tell the panel's place by other points; each gives its lower left corner.
-PanelPoint restoredOrigin(const SavedPosition& saved, PanelSize size, const PanelFrame& visible)
+// Records of earlier releases tell the capsule's place by other points; each gives its lower left corner.
+CapsulePoint restoredOrigin(const SavedPosition& saved, CapsuleSize size, const CapsuleFrame& visible)
 {
     const double x = fraction(saved.xFraction);
     const double y = fraction(saved.yFraction);
@@ -49,13 +49,13 @@ PanelPoint restoredOrigin(const SavedPosition& saved, PanelSize size, const Pane
 
 } // namespace
 
-PanelSize PanelGeometry::fittedSize(const CapsuleLayout& layout, const PanelFrame& visibleFrame)
+CapsuleSize CapsuleGeometry::fittedSize(const CapsuleLayout& layout, const CapsuleFrame& visibleFrame)
 {
     return {std::min(layout.width, std::max(visibleFrame.width - 2 * layout.horizontalMargin, 1.0)),
             std::min(layout.height, std::max(visibleFrame.height, 1.0))};
 }
 
-PanelFrame PanelGeometry::frame(const StablePosition& position, PanelSize size, HorizontalAnchor anchor)
+CapsuleFrame CapsuleGeometry::frame(const StablePosition& position, CapsuleSize size, HorizontalAnchor anchor)
 {
     double x = position.compactCenterX - size.width / 2;
     if (anchor == HorizontalAnchor::leading) {
@@ -66,7 +66,7 @@ PanelFrame PanelGeometry::frame(const StablePosition& position, PanelSize size, 
     return {x, position.topY - size.height, size.width, size.height};
 }
 
-PanelFrame PanelGeometry::clamped(const PanelFrame& frame, const PanelFrame& visibleFrame)
+CapsuleFrame CapsuleGeometry::clamped(const CapsuleFrame& frame, const CapsuleFrame& visibleFrame)
 {
     const auto within = [](double value, double low, double high) {
         return std::min(std::max(value, low), std::max(high, low));
@@ -75,14 +75,14 @@ PanelFrame PanelGeometry::clamped(const PanelFrame& frame, const PanelFrame& vis
             within(frame.y, visibleFrame.y, visibleFrame.maxY() - frame.height), frame.width, frame.height};
 }
 
-PanelFrame PanelGeometry::placedFrame(const StablePosition& position, const CapsuleLayout& layout,
-                                      const PanelFrame& visibleFrame)
+CapsuleFrame CapsuleGeometry::placedFrame(const StablePosition& position, const CapsuleLayout& layout,
+                                          const CapsuleFrame& visibleFrame)
 {
     return clamped(frame(position, fittedSize(layout, visibleFrame), layout.horizontalAnchor), visibleFrame);
 }
 
-StablePosition PanelGeometry::stablePosition(const PanelFrame& frame, HorizontalAnchor anchor,
-                                             std::optional<std::uint32_t> displayID)
+StablePosition CapsuleGeometry::stablePosition(const CapsuleFrame& frame, HorizontalAnchor anchor,
+                                               std::optional<std::uint32_t> displayID)
 {
     double centerX = frame.midX();
     if (anchor == HorizontalAnchor::leading) {
@@ -93,24 +93,24 @@ StablePosition PanelGeometry::stablePosition(const PanelFrame& frame, Horizontal
     return {displayID, centerX, frame.maxY()};
 }
 
-StablePosition PanelGeometry::defaultPosition(const CapsuleLayout& layout, const PanelScreen& screen)
+StablePosition CapsuleGeometry::defaultPosition(const CapsuleLayout& layout, const CapsuleScreen& screen)
 {
-    const PanelFrame& visible = screen.visibleFrame;
-    const PanelSize size = fittedSize(layout, visible);
-    const PanelFrame placed =
+    const CapsuleFrame& visible = screen.visibleFrame;
+    const CapsuleSize size = fittedSize(layout, visible);
+    const CapsuleFrame placed =
         clamped({visible.midX() - size.width / 2, visible.maxY() - size.height - layout.topMargin, size.width,
                  size.height},
                 visible);
     return stablePosition(placed, HorizontalAnchor::center, screen.displayID);
 }
 
-bool PanelGeometry::intersect(const PanelFrame& first, const PanelFrame& second)
+bool CapsuleGeometry::intersect(const CapsuleFrame& first, const CapsuleFrame& second)
 {
     return first.x < second.maxX() && second.x < first.maxX() && first.y < second.maxY() &&
            second.y < first.maxY();
 }
 
-bool PanelGeometry::framesApproximatelyEqual(const PanelFrame& first, const PanelFrame& second)
+bool CapsuleGeometry::framesApproximatelyEqual(const CapsuleFrame& first, const CapsuleFrame& second)
 {
     constexpr double tolerance = 0.75;
     const auto near = [](double a, double b) {
@@ -120,8 +120,8 @@ bool PanelGeometry::framesApproximatelyEqual(const PanelFrame& first, const Pane
            near(first.height, second.height);
 }
 
-StablePosition PanelGeometry::snapped(const StablePosition& position, const PanelFrame& frame,
-                                      const PanelFrame& visibleFrame)
+StablePosition CapsuleGeometry::snapped(const StablePosition& position, const CapsuleFrame& frame,
+                                        const CapsuleFrame& visibleFrame)
 {
     const double leftGap = frame.x - visibleFrame.x;
     const double rightGap = visibleFrame.maxX() - frame.maxX();
@@ -133,9 +133,9 @@ StablePosition PanelGeometry::snapped(const StablePosition& position, const Pane
     return result;
 }
 
-HorizontalAnchor PanelGeometry::preferredExpansionAnchor(const StablePosition& position, double width,
-                                                         double horizontalMargin,
-                                                         const PanelFrame& visibleFrame)
+HorizontalAnchor CapsuleGeometry::preferredExpansionAnchor(const StablePosition& position, double width,
+                                                           double horizontalMargin,
+                                                           const CapsuleFrame& visibleFrame)
 {
     const double left = position.compactCenterX - compactReferenceRadius;
     const double right = position.compactCenterX + compactReferenceRadius;
@@ -155,44 +155,46 @@ HorizontalAnchor PanelGeometry::preferredExpansionAnchor(const StablePosition& p
     return growsLeft ? HorizontalAnchor::trailing : HorizontalAnchor::leading;
 }
 
-const PanelScreen* PanelGeometry::screenWithDisplayID(const std::vector<PanelScreen>& screens,
-                                                      std::optional<std::uint32_t> displayID)
+const CapsuleScreen* CapsuleGeometry::screenWithDisplayID(const std::vector<CapsuleScreen>& screens,
+                                                          std::optional<std::uint32_t> displayID)
 {
-    const auto found = std::find_if(screens.begin(), screens.end(), [&](const PanelScreen& screen) {
+    const auto found = std::find_if(screens.begin(), screens.end(), [&](const CapsuleScreen& screen) {
         return displayID && screen.displayID == displayID;
     });
     return found != screens.end() ? &*found : nullptr;
 }
 
-const PanelScreen* PanelGeometry::screenContaining(const std::vector<PanelScreen>& screens, PanelPoint point)
+const CapsuleScreen* CapsuleGeometry::screenContaining(const std::vector<CapsuleScreen>& screens,
+                                                       CapsulePoint point)
 {
-    const auto found = std::find_if(screens.begin(), screens.end(),
-                                    [&](const PanelScreen& screen) { return screen.frame.contains(point); });
+    const auto found = std::find_if(screens.begin(), screens.end(), [&](const CapsuleScreen& screen) {
+        return screen.frame.contains(point);
+    });
     return found != screens.end() ? &*found : nullptr;
 }
 
-SavedPosition PanelGeometry::savedPosition(const StablePosition& position, const PanelScreen& screen)
+SavedPosition CapsuleGeometry::savedPosition(const StablePosition& position, const CapsuleScreen& screen)
 {
-    const PanelFrame& visible = screen.visibleFrame;
+    const CapsuleFrame& visible = screen.visibleFrame;
     return {screen.displayID, share(position.compactCenterX - visible.x, visible.width),
             share(position.topY - visible.y, visible.height), SavedPosition::currentVersion,
             HorizontalAnchor::center};
 }
 
-StablePosition PanelGeometry::restoredPosition(const SavedPosition& saved, const CapsuleLayout& layout,
-                                               const std::vector<PanelScreen>& screens,
-                                               const PanelScreen& fallback)
+StablePosition CapsuleGeometry::restoredPosition(const SavedPosition& saved, const CapsuleLayout& layout,
+                                                 const std::vector<CapsuleScreen>& screens,
+                                                 const CapsuleScreen& fallback)
 {
-    const PanelScreen* own = screenWithDisplayID(screens, saved.displayID);
-    const PanelScreen& screen = own != nullptr ? *own : fallback;
-    const PanelFrame& visible = screen.visibleFrame;
+    const CapsuleScreen* own = screenWithDisplayID(screens, saved.displayID);
+    const CapsuleScreen& screen = own != nullptr ? *own : fallback;
+    const CapsuleFrame& visible = screen.visibleFrame;
     if (saved.version == SavedPosition::currentVersion) {
         return {screen.displayID, visible.x + fraction(saved.xFraction) * visible.width,
                 visible.y + fraction(saved.yFraction) * visible.height};
     }
-    const PanelSize size = fittedSize(layout, visible);
-    const PanelPoint origin = restoredOrigin(saved, size, visible);
-    const PanelFrame placed = clamped({origin.x, origin.y, size.width, size.height}, visible);
+    const CapsuleSize size = fittedSize(layout, visible);
+    const CapsulePoint origin = restoredOrigin(saved, size, visible);
+    const CapsuleFrame placed = clamped({origin.x, origin.y, size.width, size.height}, visible);
     return stablePosition(placed, layout.horizontalAnchor, screen.displayID);
 }
 

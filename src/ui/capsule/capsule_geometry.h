@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/capsule_panel.h"
-#include "storage/top_panel_position.h"
+#include "app/capsule.h"
+#include "storage/capsule_position.h"
 
 #include <cstdint>
 #include <optional>
@@ -10,25 +10,25 @@
 namespace brevlin {
 
 // Where the capsule lies, as pure arithmetic. Coordinates are points with the origin at the bottom left of
-// the primary screen and y upwards; PanelFrame's x and y are its lower left corner.
+// the primary screen and y upwards; CapsuleFrame's x and y are its lower left corner.
 
-struct PanelSize
+struct CapsuleSize
 {
     double width = 0;
     double height = 0;
 
-    bool operator==(const PanelSize&) const = default;
+    bool operator==(const CapsuleSize&) const = default;
 };
 
-struct PanelPoint
+struct CapsulePoint
 {
     double x = 0;
     double y = 0;
 
-    bool operator==(const PanelPoint&) const = default;
+    bool operator==(const CapsulePoint&) const = default;
 };
 
-struct PanelFrame
+struct CapsuleFrame
 {
     double x = 0;
     double y = 0;
@@ -39,19 +39,19 @@ struct PanelFrame
     double midY() const { return y + height / 2; }
     double maxX() const { return x + width; }
     double maxY() const { return y + height; }
-    bool contains(PanelPoint point) const
+    bool contains(CapsulePoint point) const
     {
         return point.x >= x && point.x < maxX() && point.y >= y && point.y < maxY();
     }
-    bool operator==(const PanelFrame&) const = default;
+    bool operator==(const CapsuleFrame&) const = default;
 };
 
 /// An attached screen.
-struct PanelScreen
+struct CapsuleScreen
 {
     std::optional<std::uint32_t> displayID; ///< stays the same for a monitor across restarts
-    PanelFrame frame;
-    PanelFrame visibleFrame; ///< without the desktop's panels
+    CapsuleFrame frame;
+    CapsuleFrame visibleFrame; ///< without the desktop's panels
 };
 
 /// What stays put while the capsule changes its width: the centre of the compact circle and the top edge.
@@ -64,7 +64,7 @@ struct StablePosition
     bool operator==(const StablePosition&) const = default;
 };
 
-namespace PanelGeometry {
+namespace CapsuleGeometry {
 
 /// The compact circle's diameter, and the distance of its centre from a leading or trailing end.
 inline constexpr double compactReferenceDiameter = 50;
@@ -73,44 +73,44 @@ inline constexpr double compactReferenceRadius = compactReferenceDiameter / 2;
 inline constexpr double snapDistance = 50;
 
 /// The layout's size as far as the visible frame has room for it.
-PanelSize fittedSize(const CapsuleLayout& layout, const PanelFrame& visibleFrame);
+CapsuleSize fittedSize(const CapsuleLayout& layout, const CapsuleFrame& visibleFrame);
 /// Not yet clamped.
-PanelFrame frame(const StablePosition& position, PanelSize size, HorizontalAnchor anchor);
+CapsuleFrame frame(const StablePosition& position, CapsuleSize size, HorizontalAnchor anchor);
 /// Whether they share more than an edge.
-bool intersect(const PanelFrame& first, const PanelFrame& second);
+bool intersect(const CapsuleFrame& first, const CapsuleFrame& second);
 /// Moved as far as necessary to lie inside.
-PanelFrame clamped(const PanelFrame& frame, const PanelFrame& visibleFrame);
+CapsuleFrame clamped(const CapsuleFrame& frame, const CapsuleFrame& visibleFrame);
 /// Fitted, anchored and clamped: where the capsule lies on a screen.
-PanelFrame placedFrame(const StablePosition& position, const CapsuleLayout& layout,
-                       const PanelFrame& visibleFrame);
-StablePosition stablePosition(const PanelFrame& frame, HorizontalAnchor anchor,
+CapsuleFrame placedFrame(const StablePosition& position, const CapsuleLayout& layout,
+                         const CapsuleFrame& visibleFrame);
+StablePosition stablePosition(const CapsuleFrame& frame, HorizontalAnchor anchor,
                               std::optional<std::uint32_t> displayID);
 /// The circle's place at the top centre of the visible frame, below the layout's margin: the same in every
 /// layout.
-StablePosition defaultPosition(const CapsuleLayout& layout, const PanelScreen& screen);
+StablePosition defaultPosition(const CapsuleLayout& layout, const CapsuleScreen& screen);
 /// Equal up to 0.75 points in every number; how places are to be compared, which only tests do.
-bool framesApproximatelyEqual(const PanelFrame& first, const PanelFrame& second);
+bool framesApproximatelyEqual(const CapsuleFrame& first, const CapsuleFrame& second);
 
 /// The position moved flush to the nearer side edge, if the frame lies near one.
-StablePosition snapped(const StablePosition& position, const PanelFrame& frame,
-                       const PanelFrame& visibleFrame);
+StablePosition snapped(const StablePosition& position, const CapsuleFrame& frame,
+                       const CapsuleFrame& visibleFrame);
 /// leading or trailing: the end to hold when the circle grows to this width.
 HorizontalAnchor preferredExpansionAnchor(const StablePosition& position, double width,
-                                          double horizontalMargin, const PanelFrame& visibleFrame);
+                                          double horizontalMargin, const CapsuleFrame& visibleFrame);
 
 /// The screen with this number; none for an absent number or one that is not attached.
-const PanelScreen* screenWithDisplayID(const std::vector<PanelScreen>& screens,
-                                       std::optional<std::uint32_t> displayID);
+const CapsuleScreen* screenWithDisplayID(const std::vector<CapsuleScreen>& screens,
+                                         std::optional<std::uint32_t> displayID);
 /// The first screen whose whole frame contains the point.
-const PanelScreen* screenContaining(const std::vector<PanelScreen>& screens, PanelPoint point);
+const CapsuleScreen* screenContaining(const std::vector<CapsuleScreen>& screens, CapsulePoint point);
 
 /// The record of a position on this screen.
-SavedPosition savedPosition(const StablePosition& position, const PanelScreen& screen);
+SavedPosition savedPosition(const StablePosition& position, const CapsuleScreen& screen);
 /// The position that a record of any readable version tells, on its own display or, where that is gone, on
 /// the fallback.
 StablePosition restoredPosition(const SavedPosition& saved, const CapsuleLayout& layout,
-                                const std::vector<PanelScreen>& screens, const PanelScreen& fallback);
+                                const std::vector<CapsuleScreen>& screens, const CapsuleScreen& fallback);
 
-} // namespace PanelGeometry
+} // namespace CapsuleGeometry
 
 } // namespace brevlin

@@ -45,14 +45,14 @@ Expected<SavedPosition, DocumentError> decodeSavedPosition(const std::string& do
 
 /// Keeps the capsule's position. It is a convenience: what cannot be read counts as absent and is left as it
 /// is until the next save.
-class TopPanelPositionStore final
+class CapsulePositionStore final
 {
 public:
     static constexpr std::string_view key = "Brevlin.topPanel.position.v1";
     /// Where the first release kept it, under its former name.
     static constexpr std::string_view legacyKey = "Kestrove.topPanel.position.v1";
 
-    explicit TopPanelPositionStore(const DocumentDisk& disk);
+    explicit CapsulePositionStore(const DocumentDisk& disk);
 
     /// Moves a document under the legacy key to the current one.
     std::optional<SavedPosition> load();

@@ -1,4 +1,4 @@
-#include "ui/capsule/panel_screens.h"
+#include "ui/capsule/capsule_screens.h"
 
 #include <QGuiApplication>
 #include <QScreen>
@@ -26,7 +26,7 @@ QString monitorName(const ScreenIdentity& screen)
     return screen.manufacturer + separator + screen.model + separator + screen.serialNumber;
 }
 
-QRect toPoints(const FloatingPanelSystem::Rectangle& area, const ScreenFacts& screen)
+QRect toPoints(const FloatingWindowSystem::Rectangle& area, const ScreenFacts& screen)
 {
     // A screen's origin is the same number in points and in native pixels.
     const QPoint origin = screen.geometry.topLeft();
@@ -37,20 +37,20 @@ QRect toPoints(const FloatingPanelSystem::Rectangle& area, const ScreenFacts& sc
             scaled(area.width), scaled(area.height)};
 }
 
-QRect without(const QRect& rect, const QRect& area, FloatingPanelSystem::Edge edge)
+QRect without(const QRect& rect, const QRect& area, FloatingWindowSystem::Edge edge)
 {
     QRect rest = rect;
     switch (edge) {
-    case FloatingPanelSystem::Edge::left:
+    case FloatingWindowSystem::Edge::left:
         rest.setLeft(std::max(rest.left(), area.right() + 1));
         break;
-    case FloatingPanelSystem::Edge::right:
+    case FloatingWindowSystem::Edge::right:
         rest.setRight(std::min(rest.right(), area.left() - 1));
         break;
-    case FloatingPanelSystem::Edge::top:
+    case FloatingWindowSystem::Edge::top:
         rest.setTop(std::max(rest.top(), area.bottom() + 1));
         break;
-    case FloatingPanelSystem::Edge::bottom:
+    case FloatingWindowSystem::Edge::bottom:
         rest.setBottom(std::min(rest.bottom(), area.top() - 1));
         break;
     }
@@ -74,7 +74,7 @@ std::vector<std::uint32_t> displayNumbers(const std::vector<ScreenIdentity>& scr
 }
 
 QRect visibleGeometry(const ScreenFacts& screen,
-                      const std::vector<FloatingPanelSystem::ReservedArea>& reservedAreas)
+                      const std::vector<FloatingWindowSystem::ReservedArea>& reservedAreas)
 {
     QRect visible = screen.availableGeometry;
     for (const auto& reserved : reservedAreas) {
@@ -89,8 +89,8 @@ QRect visibleGeometry(const ScreenFacts& screen,
     return visible;
 }
 
-PanelScreens panelScreens(const std::vector<ScreenFacts>& screens,
-                          const std::vector<FloatingPanelSystem::ReservedArea>& reservedAreas)
+CapsuleScreens capsuleScreens(const std::vector<ScreenFacts>& screens,
+                              const std::vector<FloatingWindowSystem::ReservedArea>& reservedAreas)
 {
     std::vector<ScreenIdentity> identities;
     identities.reserve(screens.size());
@@ -98,7 +98,7 @@ PanelScreens panelScreens(const std::vector<ScreenFacts>& screens,
         identities.push_back(screen.identity);
     }
     const auto numbers = displayNumbers(identities);
-    PanelScreens result;
+    CapsuleScreens result;
     for (std::size_t index = 0; index < screens.size(); ++index) {
         const ScreenFacts& screen = screens[index];
         const QRect& primary = screens.front().geometry;
@@ -108,7 +108,7 @@ PanelScreens panelScreens(const std::vector<ScreenFacts>& screens,
     return result;
 }
 
-PanelScreens currentPanelScreens(const FloatingPanelSystem& system)
+CapsuleScreens currentCapsuleScreens(const FloatingWindowSystem& system)
 {
     std::vector<ScreenFacts> screens;
     for (const QScreen* screen : QGuiApplication::screens()) { // Qt lists the primary one first
@@ -117,10 +117,10 @@ PanelScreens currentPanelScreens(const FloatingPanelSystem& system)
                            screen->availableGeometry(),
                            screen->devicePixelRatio()});
     }
-    return panelScreens(screens, system.reservedAreas());
+    return capsuleScreens(screens, system.reservedAreas());
 }
 
-QRect toQt(const PanelFrame& frame, const QRect& primary)
+QRect toQt(const CapsuleFrame& frame, const QRect& primary)
 {
     const auto rounded = [](double value) {
         return static_cast<int>(std::lround(value));
@@ -131,7 +131,7 @@ QRect toQt(const PanelFrame& frame, const QRect& primary)
     return {left, top, rounded(frame.width), rounded(frame.height)};
 }
 
-PanelFrame fromQt(const QRect& rect, const QRect& primary)
+CapsuleFrame fromQt(const QRect& rect, const QRect& primary)
 {
     const int bottom = primary.top() + primary.height();
     return {static_cast<double>(rect.left()), static_cast<double>(bottom - rect.top() - rect.height()),

@@ -6,7 +6,7 @@
 namespace brevlin {
 namespace {
 
-using Rectangle = FloatingPanelSystem::Rectangle;
+using Rectangle = FloatingWindowSystem::Rectangle;
 
 constexpr Rectangle screen{0, 0, 1280, 900};
 constexpr xcb_window_t panel = 7;
@@ -56,13 +56,13 @@ TEST(X11WindowTree, the_panel_rises_above_managed_windows_alone_and_appears_belo
 
 TEST(SwayWorkArea, what_a_visible_workspace_lacks_of_its_output_is_reserved)
 {
-    using enum FloatingPanelSystem::Edge;
+    using enum FloatingWindowSystem::Edge;
     const QByteArray outputs = R"([{"name":"A","rect":{"x":0,"y":0,"width":1440,"height":900}},
                                    {"name":"B","rect":{"x":1440,"y":100,"width":1024,"height":768}}])";
     struct Case
     {
         const char* workspaces;
-        std::vector<FloatingPanelSystem::ReservedArea> areas;
+        std::vector<FloatingWindowSystem::ReservedArea> areas;
     };
     const std::vector<Case> cases{
         {R"([{"output":"A","visible":true,"rect":{"x":0,"y":30,"width":1440,"height":870}}])",

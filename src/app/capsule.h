@@ -2,7 +2,7 @@
 
 #include "core/timer_vocabulary.h"
 #include "storage/app_preferences.h"
-#include "storage/top_panel_position.h"
+#include "storage/capsule_position.h"
 
 #include <functional>
 #include <optional>
@@ -77,28 +77,28 @@ enum class CapsuleCommand {
 };
 
 /// The floating window that shows the capsule. It knows where it is and nothing of the timer.
-class CapsulePanel
+class Capsule
 {
 public:
     struct Observer
     {
-        std::function<void(bool)> hovered; ///< the pointer entered (true) or left the panel
+        std::function<void(bool)> hovered; ///< the pointer entered (true) or left the capsule
         std::function<void(CapsuleCommand)> commanded;
     };
 
-    virtual ~CapsulePanel() = default;
+    virtual ~Capsule() = default;
 
     virtual void setObserver(Observer observer) = 0;
     virtual bool isVisible() const = 0;
-    /// For a panel that is not visible: places it and fades it in.
+    /// For a capsule that is not visible: places it and fades it in.
     virtual void show(const CapsuleContent& content, const CapsuleLayout& layout) = 0;
-    /// For a visible panel: also resizes it where the layout has changed.
+    /// For a visible capsule: also resizes it where the layout has changed.
     virtual void update(const CapsuleContent& content, const CapsuleLayout& layout) = 0;
-    /// Fades the panel out; nothing happens while it is not visible.
+    /// Fades the capsule out; nothing happens while it is not visible.
     virtual void hide() = 0;
     /// The end (leading or trailing) that has to stay when the capsule grows to this width.
     virtual HorizontalAnchor preferredExpansionAnchor(double width) const = 0;
-    /// Whether the panel is visible and the pointer in its frame grown by this many points on every side.
+    /// Whether the capsule is visible and the pointer in its frame grown by this many points on every side.
     virtual bool hasPointerWithin(double distance) const = 0;
 };
 

@@ -7,9 +7,9 @@
 
 namespace brevlin {
 
-/// What a panel that floats above every other window, without a window manager's help, needs from the window
+/// What a window that floats above every other window, without a window manager's help, needs from the window
 /// system. Windows are named by their native identifier; lengths are native pixels.
-class FloatingPanelSystem
+class FloatingWindowSystem
 {
 public:
     using WindowId = std::uint64_t;
@@ -42,7 +42,7 @@ public:
         std::optional<std::vector<Rectangle>> clicked; ///< nothing: all that is seen
     };
 
-    virtual ~FloatingPanelSystem() = default;
+    virtual ~FloatingWindowSystem() = default;
 
     /// Says what the window is, so that it never gets the keyboard and no compositor adds a shadow. To be
     /// called before every time that it is shown.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/floating_panel_system.h"
+#include "platform/floating_window_system.h"
 #include "platform/freedesktop/x11/sway_work_area.h"
 #include "platform/freedesktop/x11/x11_connection.h"
 #include "platform/task_scheduler.h"
@@ -10,17 +10,19 @@
 
 namespace brevlin {
 
-/// A floating panel on X11, by an override-redirect window that no window manager governs: what a manager
+/// A floating window on X11, by an override-redirect window that no window manager governs: what a manager
 /// would do for it is done here. It follows the Extended Window Manager Hints
 /// (https://specifications.freedesktop.org/wm-spec/), with the blur of Plasma's compositor
 /// (_KDE_NET_WM_BLUR_BEHIND_REGION). Away from X11 it offers nothing.
-class X11PanelSystem final : public QObject, public FloatingPanelSystem, private QAbstractNativeEventFilter
+class X11FloatingWindowSystem final : public QObject,
+                                      public FloatingWindowSystem,
+                                      private QAbstractNativeEventFilter
 {
     Q_OBJECT
 
 public:
-    explicit X11PanelSystem(TaskScheduler& scheduler, QObject* parent = nullptr);
-    ~X11PanelSystem() override;
+    explicit X11FloatingWindowSystem(TaskScheduler& scheduler, QObject* parent = nullptr);
+    ~X11FloatingWindowSystem() override;
 
     void prepareToShow(WindowId window) override;
     void keepAbove(WindowId window) override;
@@ -46,7 +48,7 @@ private:
     bool m_knowsPointerEverywhere = true;
     std::vector<xcb_atom_t> m_watchedProperties;  // of the root window, that the change handler is told of
     std::vector<xcb_atom_t> m_stackingProperties; // of the root window, that change with the order of windows
-    xcb_window_t m_panel = XCB_WINDOW_NONE;       // to be kept above
+    xcb_window_t m_floating = XCB_WINDOW_NONE;    // to be kept above
     xcb_window_t m_cover = XCB_WINDOW_NONE;       // hides a screen; its end is waited for
     TaskHandle m_raiseTask;
     bool m_hasOrderChangedSince = false; // the raising task was scheduled

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/floating_panel_system.h"
-#include "ui/capsule/panel_placement.h"
+#include "platform/floating_window_system.h"
+#include "ui/capsule/capsule_placement.h"
 
 #include <QRect>
 #include <QString>
@@ -36,16 +36,16 @@ std::vector<std::uint32_t> displayNumbers(const std::vector<ScreenIdentity>& scr
 /// The part of a screen that no panel of the desktop takes. Panels that lie on another screen are left out:
 /// they are measured from the desktop's edge and so seem to cover all that is between.
 QRect visibleGeometry(const ScreenFacts& screen,
-                      const std::vector<FloatingPanelSystem::ReservedArea>& reservedAreas);
+                      const std::vector<FloatingWindowSystem::ReservedArea>& reservedAreas);
 
 /// The screens, the first of which is the primary one.
-PanelScreens panelScreens(const std::vector<ScreenFacts>& screens,
-                          const std::vector<FloatingPanelSystem::ReservedArea>& reservedAreas);
+CapsuleScreens capsuleScreens(const std::vector<ScreenFacts>& screens,
+                              const std::vector<FloatingWindowSystem::ReservedArea>& reservedAreas);
 /// The same of the running application.
-PanelScreens currentPanelScreens(const FloatingPanelSystem& system);
+CapsuleScreens currentCapsuleScreens(const FloatingWindowSystem& system);
 
 /// In Qt's coordinates on whole points; `primary` is the primary screen's geometry.
-QRect toQt(const PanelFrame& frame, const QRect& primary);
-PanelFrame fromQt(const QRect& rect, const QRect& primary);
+QRect toQt(const CapsuleFrame& frame, const QRect& primary);
+CapsuleFrame fromQt(const QRect& rect, const QRect& primary);
 
 } // namespace brevlin

@@ -1,29 +1,29 @@
 #include "support/fake_disk.h"
-#include "ui/capsule/panel_placement.h"
-#include "ui/capsule/panel_screens.h"
-#include "ui/capsule/panel_shape.h"
+#include "ui/capsule/capsule_placement.h"
+#include "ui/capsule/capsule_screens.h"
+#include "ui/capsule/capsule_shape.h"
 
 #include <gtest/gtest.h>
 
 namespace brevlin {
 namespace {
 
-using Edge = FloatingPanelSystem::Edge;
+using Edge = FloatingWindowSystem::Edge;
 
 constexpr auto circle = CapsuleLayouts::capsule(50, HorizontalAnchor::center);
 
-const PanelScreen left{7, {0, 0, 1280, 900}, {0, 30, 1280, 840}};
-const PanelScreen right{9, {1280, 100, 1024, 768}, {1280, 100, 1024, 768}};
+const CapsuleScreen left{7, {0, 0, 1280, 900}, {0, 30, 1280, 840}};
+const CapsuleScreen right{9, {1280, 100, 1024, 768}, {1280, 100, 1024, 768}};
 
 struct Placed
 {
     test::FakeDisk disk;
-    TopPanelPositionStore store{disk};
-    PanelPlacement placement{store};
+    CapsulePositionStore store{disk};
+    CapsulePlacement placement{store};
 
     Placed() { placement.setScreens({{left, right}, 0}); }
 
-    std::optional<PanelFrame> drag(double x, double y)
+    std::optional<CapsuleFrame> drag(double x, double y)
     {
         placement.beginDrag(*placement.place(circle));
         placement.dragBy(x / 2, y / 2);
@@ -32,27 +32,27 @@ struct Placed
     }
 };
 
-TEST(PanelPlacement, a_place_nobody_chose_follows_the_desktops_panels)
+TEST(CapsulePlacement, a_place_nobody_chose_follows_the_desktops_panels)
 {
     Placed placed;
-    EXPECT_EQ(placed.placement.place(circle), (PanelFrame{615, 812, 50, 50}));
-    PanelScreen withPanel = left;
+    EXPECT_EQ(placed.placement.place(circle), (CapsuleFrame{615, 812, 50, 50}));
+    CapsuleScreen withPanel = left;
     withPanel.visibleFrame.height -= 40;
     placed.placement.setScreens({{withPanel}, 0});
-    EXPECT_EQ(placed.placement.place(circle), (PanelFrame{615, 772, 50, 50}));
+    EXPECT_EQ(placed.placement.place(circle), (CapsuleFrame{615, 772, 50, 50}));
     // A chosen one stays where it is.
-    EXPECT_EQ(placed.drag(0, -100), (PanelFrame{615, 672, 50, 50}));
+    EXPECT_EQ(placed.drag(0, -100), (CapsuleFrame{615, 672, 50, 50}));
     placed.placement.setScreens({{left}, 0});
-    EXPECT_EQ(placed.placement.place(circle), (PanelFrame{615, 672, 50, 50}));
+    EXPECT_EQ(placed.placement.place(circle), (CapsuleFrame{615, 672, 50, 50}));
 }
 
-TEST(PanelPlacement, a_drag_snaps_to_a_near_edge_and_is_remembered)
+TEST(CapsulePlacement, a_drag_snaps_to_a_near_edge_and_is_remembered)
 {
     struct Case
     {
         double x;
         double y;
-        PanelFrame frame;
+        CapsuleFrame frame;
         HorizontalAnchor growing;
     };
     for (const Case& c : {Case{-400, -300, {215, 512, 50, 50}, HorizontalAnchor::leading},
@@ -64,15 +64,16 @@ TEST(PanelPlacement, a_drag_snaps_to_a_near_edge_and_is_remembered)
         Placed placed;
         EXPECT_EQ(placed.drag(c.x, c.y), c.frame);
         EXPECT_EQ(placed.placement.preferredExpansionAnchor(316), c.growing);
-        PanelPlacement afterRestart(placed.store);
+        CapsulePlacement afterRestart(placed.store);
         afterRestart.setScreens({{left, right}, 0});
         const auto frame = afterRestart.place(circle);
         ASSERT_TRUE(frame);
-        EXPECT_TRUE(PanelGeometry::framesApproximatelyEqual(*frame, c.frame)) << frame->x << ' ' << frame->y;
+        EXPECT_TRUE(CapsuleGeometry::framesApproximatelyEqual(*frame, c.frame))
+            << frame->x << ' ' << frame->y;
     }
 }
 
-TEST(PanelPlacement, a_capsule_whose_screen_goes_moves_to_the_same_fractions_of_another)
+TEST(CapsulePlacement, a_capsule_whose_screen_goes_moves_to_the_same_fractions_of_another)
 {
     Placed placed;
     placed.drag(1000, -200); // on the right screen: 360 / 1024 and 562 / 768 of it
@@ -86,15 +87,15 @@ TEST(PanelPlacement, a_capsule_whose_screen_goes_moves_to_the_same_fractions_of_
     EXPECT_EQ(placed.placement.preferredExpansionAnchor(316), HorizontalAnchor::leading);
 }
 
-TEST(PanelPlacement, the_island_keeps_clear_of_the_desktops_banners)
+TEST(CapsulePlacement, the_island_keeps_clear_of_the_desktops_banners)
 {
     using enum BannerPlace::Position;
     const BannerPlace corner{topRight, 460, 130, false};
     struct Case
     {
         std::optional<BannerPlace> place;
-        PanelPoint moved; // from the top centre, by the user
-        PanelFrame island;
+        CapsulePoint moved; // from the top centre, by the user
+        CapsuleFrame island;
     };
     // The left screen's work area ends at 870 and is 1280 wide.
     for (const Case& c : {Case{corner, {0, 0}, {410, 606, 460, 126}},
@@ -104,7 +105,7 @@ TEST(PanelPlacement, the_island_keeps_clear_of_the_desktops_banners)
                           {std::nullopt, {0, 0}, {410, 736, 460, 126}}}) {
         Placed placed;
         placed.placement.setBannerPlace(c.place);
-        if (c.moved != PanelPoint{}) {
+        if (c.moved != CapsulePoint{}) {
             placed.drag(c.moved.x, c.moved.y);
         }
         placed.placement.place(circle);
@@ -114,14 +115,14 @@ TEST(PanelPlacement, the_island_keeps_clear_of_the_desktops_banners)
     }
 }
 
-TEST(PanelPlacement, banners_at_the_top_centre_meet_an_island_that_is_there)
+TEST(CapsulePlacement, banners_at_the_top_centre_meet_an_island_that_is_there)
 {
     const BannerPlace place{BannerPlace::Position::topCentre, 520, 190, true};
-    for (const auto& [moved, meets] : {std::pair{PanelPoint{0, 0}, true},
-                                       {PanelPoint{-200, 0}, true},
-                                       {PanelPoint{0, -200}, false},
-                                       {PanelPoint{-600, 0}, true},
-                                       {PanelPoint{900, -100}, false}}) {
+    for (const auto& [moved, meets] : {std::pair{CapsulePoint{0, 0}, true},
+                                       {CapsulePoint{-200, 0}, true},
+                                       {CapsulePoint{0, -200}, false},
+                                       {CapsulePoint{-600, 0}, true},
+                                       {CapsulePoint{900, -100}, false}}) {
         Placed placed;
         placed.drag(moved.x, moved.y);
         EXPECT_EQ(placed.placement.meetsIsland(place), meets) << moved.x;
@@ -129,7 +130,7 @@ TEST(PanelPlacement, banners_at_the_top_centre_meet_an_island_that_is_there)
     }
 }
 
-TEST(PanelPlacement, an_opened_capsule_stays_where_it_is_when_the_screens_are_looked_at_again)
+TEST(CapsulePlacement, an_opened_capsule_stays_where_it_is_when_the_screens_are_looked_at_again)
 {
     Placed placed;
     placed.placement.place(circle);
@@ -137,7 +138,7 @@ TEST(PanelPlacement, an_opened_capsule_stays_where_it_is_when_the_screens_are_lo
     const auto before = placed.placement.place(opened);
     placed.placement.setScreens({{left, right}, 0});
     EXPECT_EQ(placed.placement.place(opened), before);
-    EXPECT_EQ(placed.placement.place(circle), (PanelFrame{615, 812, 50, 50}));
+    EXPECT_EQ(placed.placement.place(circle), (CapsuleFrame{615, 812, 50, 50}));
 }
 
 ScreenIdentity monitor(const char* serialNumber, const char* connector)
@@ -146,7 +147,7 @@ ScreenIdentity monitor(const char* serialNumber, const char* connector)
             QString::fromLatin1(connector)};
 }
 
-TEST(PanelScreens, a_monitor_keeps_its_number_at_any_connector)
+TEST(CapsuleScreens, a_monitor_keeps_its_number_at_any_connector)
 {
     const ScreenIdentity first = monitor("123", "DP-1");
     const ScreenIdentity second = monitor("124", "DP-2");
@@ -160,7 +161,7 @@ TEST(PanelScreens, a_monitor_keeps_its_number_at_any_connector)
     EXPECT_EQ(numbers[0], 3885887966U) << "a number that changes loses everybody's places";
 }
 
-TEST(PanelScreens, the_desktops_panels_are_left_out_on_their_own_screen_only)
+TEST(CapsuleScreens, the_desktops_panels_are_left_out_on_their_own_screen_only)
 {
     const ScreenFacts upper{{}, {0, 0, 1000, 800}, {0, 0, 1000, 800}, 1};
     const ScreenFacts lower{{}, {0, 800, 1000, 800}, {0, 800, 1000, 800}, 1};
@@ -168,7 +169,7 @@ TEST(PanelScreens, the_desktops_panels_are_left_out_on_their_own_screen_only)
     struct Case
     {
         ScreenFacts screen;
-        FloatingPanelSystem::ReservedArea area;
+        FloatingWindowSystem::ReservedArea area;
         QRect visible;
     };
     for (const Case& c : {Case{upper, {Edge::top, {0, 0, 1000, 30}}, {0, 30, 1000, 770}},
@@ -184,17 +185,17 @@ TEST(PanelScreens, the_desktops_panels_are_left_out_on_their_own_screen_only)
     }
 }
 
-TEST(PanelScreens, coordinates_turn_over_and_back)
+TEST(CapsuleScreens, coordinates_turn_over_and_back)
 {
     const QRect primary(0, 0, 1280, 900);
-    EXPECT_EQ(fromQt({615, 8, 50, 50}, primary), (PanelFrame{615, 842, 50, 50}));
+    EXPECT_EQ(fromQt({615, 8, 50, 50}, primary), (CapsuleFrame{615, 842, 50, 50}));
     for (const QRect& rect :
          {QRect{615, 8, 50, 50}, QRect{-400, -120, 316, 50}, QRect{2000, 1100, 460, 126}}) {
         EXPECT_EQ(toQt(fromQt(rect, primary), primary), rect);
     }
 }
 
-TEST(PanelShape, a_soft_edge_keeps_what_a_hard_one_cuts_and_both_spare_the_corners)
+TEST(CapsuleShape, a_soft_edge_keeps_what_a_hard_one_cuts_and_both_spare_the_corners)
 {
     for (const QSize& size : {QSize(50, 50), QSize(316, 50), QSize(460, 126)}) {
         const QRegion hard = roundedRegion(size, 30, ShapeEdge::hard);

@@ -1,4 +1,4 @@
-#include "storage/top_panel_position.h"
+#include "storage/capsule_position.h"
 
 #include "storage/json/json_reader.h"
 #include "storage/json/json_writer.h"
@@ -44,11 +44,11 @@ Expected<SavedPosition, DocumentError> decodeSavedPosition(const std::string& do
     return reader.finish(result);
 }
 
-TopPanelPositionStore::TopPanelPositionStore(const DocumentDisk& disk)
+CapsulePositionStore::CapsulePositionStore(const DocumentDisk& disk)
     : m_document(disk, std::string{key}, std::string{legacyKey})
 {}
 
-std::optional<SavedPosition> TopPanelPositionStore::load()
+std::optional<SavedPosition> CapsulePositionStore::load()
 {
     const auto document = m_document.read();
     if (!document || !*document) {
@@ -61,7 +61,7 @@ std::optional<SavedPosition> TopPanelPositionStore::load()
     return position ? std::optional{*position} : std::nullopt;
 }
 
-Expected<void, DocumentError> TopPanelPositionStore::save(const SavedPosition& position)
+Expected<void, DocumentError> CapsulePositionStore::save(const SavedPosition& position)
 {
     auto document = encode(position);
     if (!document) {

@@ -1,4 +1,4 @@
-#include "ui/capsule/panel_geometry.h"
+#include "ui/capsule/capsule_geometry.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 
 namespace brevlin {
 
-void PrintTo(const PanelFrame& frame, std::ostream* stream)
+void PrintTo(const CapsuleFrame& frame, std::ostream* stream)
 {
     *stream << '(' << frame.x << ", " << frame.y << ", " << frame.width << " x " << frame.height << ')';
 }
@@ -20,10 +20,10 @@ namespace {
 
 using enum HorizontalAnchor;
 
-const PanelScreen main{7, {0, 0, 1280, 900}, {0, 30, 1280, 840}};
-const PanelScreen left{9, {-1024, 100, 1024, 768}, {-1024, 100, 1024, 768}};
-const PanelScreen tiny{11, {1280, 0, 320, 200}, {1290, 0, 300, 180}};
-const std::vector<PanelScreen> screens{main, left, tiny};
+const CapsuleScreen main{7, {0, 0, 1280, 900}, {0, 30, 1280, 840}};
+const CapsuleScreen left{9, {-1024, 100, 1024, 768}, {-1024, 100, 1024, 768}};
+const CapsuleScreen tiny{11, {1280, 0, 320, 200}, {1290, 0, 300, 180}};
+const std::vector<CapsuleScreen> screens{main, left, tiny};
 
 constexpr CapsuleLayout circle{50, 50, center, 25};
 constexpr CapsuleLayout island{460, 126, center, 30};
@@ -33,42 +33,42 @@ CapsuleLayout expanded(HorizontalAnchor anchor)
     return {316, 50, anchor, 25};
 }
 
-TEST(PanelGeometry, the_first_place_is_the_top_centre_below_the_work_areas_edge)
+TEST(CapsuleGeometry, the_first_place_is_the_top_centre_below_the_work_areas_edge)
 {
-    const StablePosition position = PanelGeometry::defaultPosition(circle, main);
+    const StablePosition position = CapsuleGeometry::defaultPosition(circle, main);
     EXPECT_EQ(position, (StablePosition{7, 640, 862}));
-    EXPECT_EQ(PanelGeometry::placedFrame(position, circle, main.visibleFrame),
-              (PanelFrame{615, 812, 50, 50}));
-    EXPECT_EQ(PanelGeometry::defaultPosition(island, left), (StablePosition{9, -512, 860}));
+    EXPECT_EQ(CapsuleGeometry::placedFrame(position, circle, main.visibleFrame),
+              (CapsuleFrame{615, 812, 50, 50}));
+    EXPECT_EQ(CapsuleGeometry::defaultPosition(island, left), (StablePosition{9, -512, 860}));
 }
 
-TEST(PanelGeometry, the_circle_stays_where_it_is_in_every_layout)
+TEST(CapsuleGeometry, the_circle_stays_where_it_is_in_every_layout)
 {
     const StablePosition position{7, 600, 800};
     struct Case
     {
         CapsuleLayout layout;
-        PanelFrame frame;
+        CapsuleFrame frame;
     };
     for (const Case& c : {Case{circle, {575, 750, 50, 50}},
                           {expanded(leading), {575, 750, 316, 50}},
                           {expanded(trailing), {309, 750, 316, 50}},
                           {expanded(center), {442, 750, 316, 50}},
                           {island, {370, 674, 460, 126}}}) {
-        const PanelFrame frame = PanelGeometry::placedFrame(position, c.layout, main.visibleFrame);
+        const CapsuleFrame frame = CapsuleGeometry::placedFrame(position, c.layout, main.visibleFrame);
         EXPECT_EQ(frame, c.frame);
-        EXPECT_EQ(PanelGeometry::stablePosition(frame, c.layout.horizontalAnchor, 7), position);
+        EXPECT_EQ(CapsuleGeometry::stablePosition(frame, c.layout.horizontalAnchor, 7), position);
     }
 }
 
-TEST(PanelGeometry, no_part_leaves_the_visible_frame)
+TEST(CapsuleGeometry, no_part_leaves_the_visible_frame)
 {
     struct Case
     {
         StablePosition position;
         CapsuleLayout layout;
-        PanelFrame visible;
-        PanelFrame frame;
+        CapsuleFrame visible;
+        CapsuleFrame frame;
     };
     const Case cases[] = {
         {{7, 25, 870}, island, main.visibleFrame, {0, 744, 460, 126}},
@@ -80,11 +80,11 @@ TEST(PanelGeometry, no_part_leaves_the_visible_frame)
         {{11, 1440, 180}, island, {1290, 0, 20, 100}, {1309, 0, 1, 100}},
     };
     for (const Case& c : cases) {
-        EXPECT_EQ(PanelGeometry::placedFrame(c.position, c.layout, c.visible), c.frame);
+        EXPECT_EQ(CapsuleGeometry::placedFrame(c.position, c.layout, c.visible), c.frame);
     }
 }
 
-TEST(PanelGeometry, a_capsule_that_is_dropped_near_a_side_snaps_to_it)
+TEST(CapsuleGeometry, a_capsule_that_is_dropped_near_a_side_snaps_to_it)
 {
     struct Case
     {
@@ -93,14 +93,14 @@ TEST(PanelGeometry, a_capsule_that_is_dropped_near_a_side_snaps_to_it)
     };
     for (const Case& c :
          {Case{0, 25}, {50, 25}, {50.5, 75.5}, {640, 665}, {1179.5, 1204.5}, {1180, 1255}, {1230, 1255}}) {
-        const PanelFrame frame{c.x, 500, 50, 50};
-        const StablePosition position = PanelGeometry::stablePosition(frame, center, 7);
-        EXPECT_EQ(PanelGeometry::snapped(position, frame, main.visibleFrame).compactCenterX, c.snappedTo)
+        const CapsuleFrame frame{c.x, 500, 50, 50};
+        const StablePosition position = CapsuleGeometry::stablePosition(frame, center, 7);
+        EXPECT_EQ(CapsuleGeometry::snapped(position, frame, main.visibleFrame).compactCenterX, c.snappedTo)
             << c.x;
     }
 }
 
-TEST(PanelGeometry, the_capsule_grows_to_where_there_is_room)
+TEST(CapsuleGeometry, the_capsule_grows_to_where_there_is_room)
 {
     struct Case
     {
@@ -119,12 +119,13 @@ TEST(PanelGeometry, the_capsule_grows_to_where_there_is_room)
                           {640, 1270, leading},
                           {700, 1270, trailing}}) {
         const StablePosition position{7, c.centerX, 800};
-        EXPECT_EQ(PanelGeometry::preferredExpansionAnchor(position, c.width, 12, main.visibleFrame), c.anchor)
+        EXPECT_EQ(CapsuleGeometry::preferredExpansionAnchor(position, c.width, 12, main.visibleFrame),
+                  c.anchor)
             << c.centerX << " " << c.width;
     }
 }
 
-TEST(PanelGeometry, every_readable_record_returns_to_its_place)
+TEST(CapsuleGeometry, every_readable_record_returns_to_its_place)
 {
     struct Case
     {
@@ -144,23 +145,23 @@ TEST(PanelGeometry, every_readable_record_returns_to_its_place)
         {{7, 1.0, 0.0, 99, std::nullopt}, {7, 1255, 80}},
     };
     for (const Case& c : cases) {
-        EXPECT_EQ(PanelGeometry::restoredPosition(c.saved, circle, screens, main), c.restored)
+        EXPECT_EQ(CapsuleGeometry::restoredPosition(c.saved, circle, screens, main), c.restored)
             << c.saved.version.value_or(0);
     }
     const StablePosition position{9, -300, 500};
-    const SavedPosition saved = PanelGeometry::savedPosition(position, left);
+    const SavedPosition saved = CapsuleGeometry::savedPosition(position, left);
     EXPECT_EQ(saved.version, 5);
-    EXPECT_EQ(PanelGeometry::restoredPosition(saved, circle, screens, main), position);
+    EXPECT_EQ(CapsuleGeometry::restoredPosition(saved, circle, screens, main), position);
 }
 
-TEST(PanelGeometry, screens_are_found_by_number_and_by_point)
+TEST(CapsuleGeometry, screens_are_found_by_number_and_by_point)
 {
-    EXPECT_EQ(PanelGeometry::screenWithDisplayID(screens, std::nullopt), nullptr);
-    EXPECT_EQ(PanelGeometry::screenWithDisplayID(screens, 404), nullptr);
-    EXPECT_EQ(PanelGeometry::screenWithDisplayID(screens, 9)->displayID, 9U);
-    EXPECT_EQ(PanelGeometry::screenContaining(screens, {-1, 500})->displayID, 9U);
-    EXPECT_EQ(PanelGeometry::screenContaining(screens, {1280, 10})->displayID, 11U);
-    EXPECT_EQ(PanelGeometry::screenContaining(screens, {0, -1}), nullptr);
+    EXPECT_EQ(CapsuleGeometry::screenWithDisplayID(screens, std::nullopt), nullptr);
+    EXPECT_EQ(CapsuleGeometry::screenWithDisplayID(screens, 404), nullptr);
+    EXPECT_EQ(CapsuleGeometry::screenWithDisplayID(screens, 9)->displayID, 9U);
+    EXPECT_EQ(CapsuleGeometry::screenContaining(screens, {-1, 500})->displayID, 9U);
+    EXPECT_EQ(CapsuleGeometry::screenContaining(screens, {1280, 10})->displayID, 11U);
+    EXPECT_EQ(CapsuleGeometry::screenContaining(screens, {0, -1}), nullptr);
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "storage/top_panel_position.h"
+#include "storage/capsule_position.h"
 #include "support/fake_disk.h"
 
 #include <gtest/gtest.h>
@@ -8,11 +8,11 @@ namespace {
 
 constexpr const char* key = "Brevlin.topPanel.position.v1";
 
-TEST(TopPanelPositionStore, writes_and_reads_the_documented_form)
+TEST(CapsulePositionStore, writes_and_reads_the_documented_form)
 {
     test::FakeDisk disk;
     auto& defaults = disk.defaults;
-    TopPanelPositionStore store(disk);
+    CapsulePositionStore store(disk);
     EXPECT_EQ(store.load(), std::nullopt);
     const SavedPosition position{4'294'967'295U, 0.5, 0.25, 5, HorizontalAnchor::center};
     ASSERT_TRUE(store.save(position));
@@ -24,7 +24,7 @@ TEST(TopPanelPositionStore, writes_and_reads_the_documented_form)
     EXPECT_EQ(store.load(), (SavedPosition{std::nullopt, 1, 0, std::nullopt, std::nullopt}));
 }
 
-TEST(TopPanelPositionStore, what_cannot_be_read_counts_as_absent_and_stays)
+TEST(CapsulePositionStore, what_cannot_be_read_counts_as_absent_and_stays)
 {
     for (const char* document : {"", "{}", R"({"xFraction":1})", R"({"xFraction":"1","yFraction":0})",
                                  R"({"displayID":-1,"xFraction":1,"yFraction":0})",
@@ -33,10 +33,10 @@ TEST(TopPanelPositionStore, what_cannot_be_read_counts_as_absent_and_stays)
         test::FakeDisk disk;
         auto& defaults = disk.defaults;
         defaults.values[key] = document;
-        EXPECT_EQ(TopPanelPositionStore(disk).load(), std::nullopt) << document;
+        EXPECT_EQ(CapsulePositionStore(disk).load(), std::nullopt) << document;
         EXPECT_EQ(defaults.values[key], document);
         defaults.unreadable = {key};
-        EXPECT_EQ(TopPanelPositionStore(disk).load(), std::nullopt);
+        EXPECT_EQ(CapsulePositionStore(disk).load(), std::nullopt);
     }
 }
 

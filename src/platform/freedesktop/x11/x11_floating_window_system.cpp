@@ -1,4 +1,4 @@
-#include "platform/freedesktop/x11/x11_panel_system.h"
+#include "platform/freedesktop/x11/x11_floating_window_system.h"
 
 #include "platform/freedesktop/x11/x11_window_tree.h"
 
@@ -21,7 +21,7 @@ constexpr Seconds secondLookDelay{0.25};
 
 constexpr std::string_view blurHint = "_KDE_NET_WM_BLUR_BEHIND_REGION";
 
-xcb_window_t nativeWindow(FloatingPanelSystem::WindowId window)
+xcb_window_t nativeWindow(FloatingWindowSystem::WindowId window)
 {
     return static_cast<xcb_window_t>(window);
 }
@@ -45,14 +45,14 @@ enum StrutNumber {
 };
 
 void addReservedAreas(const std::vector<std::uint32_t>& strut, int width, int height,
-                      std::vector<FloatingPanelSystem::ReservedArea>& areas)
+                      std::vector<FloatingWindowSystem::ReservedArea>& areas)
 {
-    using enum FloatingPanelSystem::Edge;
+    using enum FloatingWindowSystem::Edge;
     const auto number = [&](StrutNumber index) {
         constexpr std::uint32_t largest = 0xFFFF; // of the protocol's own coordinates
         return static_cast<int>(std::min(strut.at(index), largest));
     };
-    const auto add = [&](FloatingPanelSystem::Edge edge, StrutNumber depth, StrutNumber start,
+    const auto add = [&](FloatingWindowSystem::Edge edge, StrutNumber depth, StrutNumber start,
                          StrutNumber end) {
         const int thickness = number(depth);
         const int length = number(end) - number(start) + 1;
@@ -63,8 +63,8 @@ void addReservedAreas(const std::vector<std::uint32_t>& strut, int width, int he
         const int y = edge == bottom ? height - thickness : 0;
         const bool isColumn = edge == left || edge == right;
         areas.push_back({edge, isColumn
-                                   ? FloatingPanelSystem::Rectangle{x, number(start), thickness, length}
-                                   : FloatingPanelSystem::Rectangle{number(start), y, length, thickness}});
+                                   ? FloatingWindowSystem::Rectangle{x, number(start), thickness, length}
+                                   : FloatingWindowSystem::Rectangle{number(start), y, length, thickness}});
     };
     add(left, leftDepth, leftStart, leftEnd);
     add(right, rightDepth, rightStart, rightEnd);
@@ -72,9 +72,9 @@ void addReservedAreas(const std::vector<std::uint32_t>& strut, int width, int he
     add(bottom, bottomDepth, bottomStart, bottomEnd);
 }
 
-std::vector<FloatingPanelSystem::Rectangle> nativeScreens()
+std::vector<FloatingWindowSystem::Rectangle> nativeScreens()
 {
-    std::vector<FloatingPanelSystem::Rectangle> screens;
+    std::vector<FloatingWindowSystem::Rectangle> screens;
     for (const QScreen* screen : QGuiApplication::screens()) {
         const QPoint origin = screen->geometry().topLeft(); // the same number in points and native pixels
         const QSize size = screen->geometry().size() * screen->devicePixelRatio();
@@ -89,7 +89,8 @@ bool contains(const std::vector<xcb_atom_t>& atoms, xcb_atom_t atom)
 }
 
 // Which side or corner, or the middle, stays where it is.
-std::uint32_t bitGravity(const FloatingPanelSystem::Rectangle& from, const FloatingPanelSystem::Rectangle& to)
+std::uint32_t bitGravity(const FloatingWindowSystem::Rectangle& from,
+                         const FloatingWindowSystem::Rectangle& to)
 {
     constexpr std::uint32_t gravities[3][3] = {
         {XCB_GRAVITY_NORTH_WEST, XCB_GRAVITY_NORTH, XCB_GRAVITY_NORTH_EAST},
@@ -101,7 +102,8 @@ std::uint32_t bitGravity(const FloatingPanelSystem::Rectangle& from, const Float
     return gravities[third(from.y, from.height, to.y, to.height)][third(from.x, from.width, to.x, to.width)];
 }
 
-std::vector<xcb_rectangle_t> protocolRectangles(const std::vector<FloatingPanelSystem::Rectangle>& rectangles)
+std::vector<xcb_rectangle_t>
+protocolRectangles(const std::vector<FloatingWindowSystem::Rectangle>& rectangles)
 {
     std::vector<xcb_rectangle_t> result;
     result.reserve(rectangles.size());
@@ -115,7 +117,7 @@ std::vector<xcb_rectangle_t> protocolRectangles(const std::vector<FloatingPanelS
 
 } // namespace
 
-X11PanelSystem::X11PanelSystem(TaskScheduler& scheduler, QObject* parent)
+X11FloatingWindowSystem::X11FloatingWindowSystem(TaskScheduler& scheduler, QObject* parent)
     : QObject(parent), m_scheduler(scheduler)
 {
     if (m_x11.isConnected()) {
@@ -133,19 +135,20 @@ X11PanelSystem::X11PanelSystem(TaskScheduler& scheduler, QObject* parent)
     }
 }
 
-X11PanelSystem::~X11PanelSystem()
+X11FloatingWindowSystem::~X11FloatingWindowSystem()
 {
     if (m_x11.isConnected()) {
         qGuiApp->removeNativeEventFilter(this);
     }
 }
 
-void X11PanelSystem::setChangeHandler(std::function<void()> handler)
+void X11FloatingWindowSystem::setChangeHandler(std::function<void()> handler)
 {
     m_changeHandler = std::move(handler);
 }
 
-bool X11PanelSystem::nativeEventFilter(const QByteArray& eventType, void* message, qintptr* /*result*/)
+bool X11FloatingWindowSystem::nativeEventFilter(const QByteArray& eventType, void* message,
+                                                qintptr* /*result*/)
 {
     if (eventType != "xcb_generic_event_t") {
         return false;
@@ -166,7 +169,7 @@ bool X11PanelSystem::nativeEventFilter(const QByteArray& eventType, void* messag
     return false;
 }
 
-void X11PanelSystem::prepareToShow(WindowId window)
+void X11FloatingWindowSystem::prepareToShow(WindowId window)
 {
     if (!m_x11.isConnected()) {
         return;
@@ -179,7 +182,7 @@ void X11PanelSystem::prepareToShow(WindowId window)
 }
 
 // Qt lists WM_TAKE_FOCUS for every window: some managers would then offer it the keyboard with a click.
-void X11PanelSystem::refuseFocus(xcb_window_t window)
+void X11FloatingWindowSystem::refuseFocus(xcb_window_t window)
 {
     const auto name = m_x11.atom("WM_PROTOCOLS");
     auto protocols = m_x11.numbers(window, name);
@@ -188,10 +191,10 @@ void X11PanelSystem::refuseFocus(xcb_window_t window)
     }
 }
 
-void X11PanelSystem::keepAbove(WindowId window)
+void X11FloatingWindowSystem::keepAbove(WindowId window)
 {
     if (m_x11.isConnected()) {
-        m_panel = nativeWindow(window);
+        m_floating = nativeWindow(window);
         scheduleRaise();
     }
 }
@@ -199,9 +202,9 @@ void X11PanelSystem::keepAbove(WindowId window)
 // Only the window manager's own doings are followed. Whoever else lies above, as a menu, a picture that is
 // dragged or a screen locker, does so for a reason, and lockers raise themselves when they are covered: two
 // that raise themselves would never come to rest.
-void X11PanelSystem::scheduleRaise()
+void X11FloatingWindowSystem::scheduleRaise()
 {
-    if (m_panel == XCB_WINDOW_NONE) {
+    if (m_floating == XCB_WINDOW_NONE) {
         return;
     }
     if (m_raiseTask) {
@@ -220,22 +223,23 @@ void X11PanelSystem::scheduleRaise()
     });
 }
 
-void X11PanelSystem::raise() const
+void X11FloatingWindowSystem::raise() const
 {
     const auto windows = topLevelWindows(m_x11);
-    const bool isShown = std::any_of(windows.begin(), windows.end(),
-                                     [this](const TopLevelWindow& window) { return window.id == m_panel; });
+    const bool isShown = std::any_of(windows.begin(), windows.end(), [this](const TopLevelWindow& window) {
+        return window.id == m_floating;
+    });
     if (!isShown) {
         return;
     }
-    if (const auto managed = highestManagedAbove(windows, m_panel)) {
-        m_x11.placeAbove(m_panel, *managed);
+    if (const auto managed = highestManagedAbove(windows, m_floating)) {
+        m_x11.placeAbove(m_floating, *managed);
     }
 }
 
 // A compositor would show for a frame what the server has put there, and the picture at its old distance from
 // the window's upper left corner.
-void X11PanelSystem::prepareResize(WindowId window, const Rectangle& from, const Rectangle& to)
+void X11FloatingWindowSystem::prepareResize(WindowId window, const Rectangle& from, const Rectangle& to)
 {
     if (!m_x11.isConnected()) {
         return;
@@ -246,7 +250,7 @@ void X11PanelSystem::prepareResize(WindowId window, const Rectangle& from, const
                                  values);
 }
 
-void X11PanelSystem::setShape(WindowId window, const Shape& shape)
+void X11FloatingWindowSystem::setShape(WindowId window, const Shape& shape)
 {
     if (!m_x11.isConnected()) {
         return;
@@ -267,16 +271,16 @@ void X11PanelSystem::setShape(WindowId window, const Shape& shape)
     xcb_flush(m_x11.get());
 }
 
-bool X11PanelSystem::isScreenCovered()
+bool X11FloatingWindowSystem::isScreenCovered()
 {
     if (!m_x11.isConnected()) {
         return false;
     }
     if (m_cover == XCB_WINDOW_NONE) {
-        if (const auto cover = coveringWindow(topLevelWindows(m_x11), m_panel, nativeScreens())) {
+        if (const auto cover = coveringWindow(topLevelWindows(m_x11), m_floating, nativeScreens())) {
             // Its end may have come before it was watched, so it is looked at once more.
             m_x11.watchStructure(*cover);
-            const auto still = coveringWindow(topLevelWindows(m_x11), m_panel, nativeScreens());
+            const auto still = coveringWindow(topLevelWindows(m_x11), m_floating, nativeScreens());
             m_cover = still.value_or(static_cast<xcb_window_t>(XCB_WINDOW_NONE));
             if (m_cover != *cover && m_cover != XCB_WINDOW_NONE) {
                 m_x11.watchStructure(m_cover);
@@ -286,13 +290,13 @@ bool X11PanelSystem::isScreenCovered()
     return m_cover != XCB_WINDOW_NONE;
 }
 
-bool X11PanelSystem::isComposited() const
+bool X11FloatingWindowSystem::isComposited() const
 {
     return m_x11.isConnected() && m_x11.isComposited();
 }
 
 // The compositor announces its blur by a property of that name on the root window.
-bool X11PanelSystem::blurs() const
+bool X11FloatingWindowSystem::blurs() const
 {
     if (!m_x11.isConnected() || !m_x11.isComposited()) {
         return false;
@@ -300,7 +304,7 @@ bool X11PanelSystem::blurs() const
     return m_x11.hasProperty(m_x11.root(), m_x11.atom(blurHint));
 }
 
-void X11PanelSystem::setBlurredPart(WindowId window, const std::vector<Rectangle>& part)
+void X11FloatingWindowSystem::setBlurredPart(WindowId window, const std::vector<Rectangle>& part)
 {
     if (!m_x11.isConnected()) {
         return;
@@ -314,7 +318,7 @@ void X11PanelSystem::setBlurredPart(WindowId window, const std::vector<Rectangle
     m_x11.setNumbers(nativeWindow(window), m_x11.atom(blurHint), XCB_ATOM_CARDINAL, numbers);
 }
 
-std::vector<FloatingPanelSystem::ReservedArea> X11PanelSystem::reservedAreas() const
+std::vector<FloatingWindowSystem::ReservedArea> X11FloatingWindowSystem::reservedAreas() const
 {
     std::vector<ReservedArea> areas = m_swayWorkArea.reservedAreas();
     if (!m_x11.isConnected()) {

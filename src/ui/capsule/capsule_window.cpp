@@ -1,4 +1,4 @@
-#include "ui/capsule/panel_window.h"
+#include "ui/capsule/capsule_window.h"
 
 #include "ui/capsule/capsule_controls.h"
 #include "ui/style/shapes.h"
@@ -35,7 +35,7 @@ QRect between(const QRect& start, const QRect& target, double share)
 
 } // namespace
 
-PanelWindow::PanelWindow(FloatingPanelSystem& system)
+CapsuleWindow::CapsuleWindow(FloatingWindowSystem& system)
     : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
                            Qt::WindowDoesNotAcceptFocus | Qt::X11BypassWindowManagerHint)
     , m_system(system)
@@ -52,7 +52,7 @@ PanelWindow::PanelWindow(FloatingPanelSystem& system)
     setAttribute(Qt::WA_AlwaysShowToolTips); // it is never the active window
     setAttribute(Qt::WA_QuitOnClose, false);
     setCursor(Qt::OpenHandCursor);
-    connect(&m_motion, &ValueAnimation::valueChanged, this, &PanelWindow::showStep);
+    connect(&m_motion, &ValueAnimation::valueChanged, this, &CapsuleWindow::showStep);
     connect(&m_opacity, &ValueAnimation::valueChanged, this, [this](double opacity) {
         if (m_isDisappearing && opacity <= 0.0) {
             m_isDisappearing = false;
@@ -63,24 +63,24 @@ PanelWindow::PanelWindow(FloatingPanelSystem& system)
     });
 }
 
-QRect PanelWindow::frame() const
+QRect CapsuleWindow::frame() const
 {
     return m_view->geometry().translated(pos());
 }
 
-bool PanelWindow::covers(const QPoint& point, double distance) const
+bool CapsuleWindow::covers(const QPoint& point, double distance) const
 {
     const QRectF grown = QRectF(frame()).adjusted(-distance, -distance, distance, distance);
     return continuousRoundedRect(grown, m_cornerRadius + distance)
         .contains(QPointF(point) + QPointF(0.5, 0.5));
 }
 
-bool PanelWindow::fades() const
+bool CapsuleWindow::fades() const
 {
     return m_isComposited && animationsEnabled(*this);
 }
 
-void PanelWindow::appear(const QRect& frame, double cornerRadius)
+void CapsuleWindow::appear(const QRect& frame, double cornerRadius)
 {
     const WId window = winId();
     if (!m_system.knowsPointerEverywhere()) {
@@ -97,7 +97,7 @@ void PanelWindow::appear(const QRect& frame, double cornerRadius)
     m_opacity.animateTo(1.0, fadeInTiming);
 }
 
-void PanelWindow::disappear()
+void CapsuleWindow::disappear()
 {
     if (!isVisible() || m_isDisappearing) {
         return;
@@ -110,7 +110,7 @@ void PanelWindow::disappear()
     m_opacity.animateTo(0.0, fadeOutTiming);
 }
 
-void PanelWindow::stay()
+void CapsuleWindow::stay()
 {
     // A capsule that is fading in goes on doing so.
     if (std::exchange(m_isDisappearing, false)) {
@@ -118,12 +118,12 @@ void PanelWindow::stay()
     }
 }
 
-void PanelWindow::morphTo(const QRect& frame, double cornerRadius)
+void CapsuleWindow::morphTo(const QRect& frame, double cornerRadius)
 {
     startMotion(frame, cornerRadius);
 }
 
-void PanelWindow::putAt(const QRect& frame, double cornerRadius)
+void CapsuleWindow::putAt(const QRect& frame, double cornerRadius)
 {
     endMotion();
     m_target = frame;
@@ -134,21 +134,21 @@ void PanelWindow::putAt(const QRect& frame, double cornerRadius)
     updateShape();
 }
 
-void PanelWindow::moveTo(const QRect& frame)
+void CapsuleWindow::moveTo(const QRect& frame)
 {
     endMotion();
     m_target = frame;
     placeView(frame);
 }
 
-void PanelWindow::glideTo(const QRect& frame)
+void CapsuleWindow::glideTo(const QRect& frame)
 {
     startMotion(frame, m_cornerRadius);
 }
 
 // The capsule stays where it is on the desktop while its window changes around it, and is painted at once:
 // what a resize leaves behind is not worth seeing.
-void PanelWindow::fitWindow()
+void CapsuleWindow::fitWindow()
 {
     QRect area = m_spansWay ? m_start | m_target : frame();
     if (m_hasPointer && !m_system.knowsPointerEverywhere()) {
@@ -165,7 +165,7 @@ void PanelWindow::fitWindow()
     repaint();
 }
 
-void PanelWindow::startMotion(const QRect& frame, double cornerRadius)
+void CapsuleWindow::startMotion(const QRect& frame, double cornerRadius)
 {
     m_motion.setValue(0.0);
     m_start = this->frame();
@@ -180,14 +180,14 @@ void PanelWindow::startMotion(const QRect& frame, double cornerRadius)
     }
 }
 
-void PanelWindow::endMotion()
+void CapsuleWindow::endMotion()
 {
     if (m_motion.isRunning()) {
         m_motion.setValue(1.0);
     }
 }
 
-void PanelWindow::showStep(double share)
+void CapsuleWindow::showStep(double share)
 {
     const bool isLast = !m_motion.isRunning();
     const QRect next = isLast ? m_target : between(m_start, m_target, m_curve.valueForProgress(share));
@@ -208,7 +208,7 @@ void PanelWindow::showStep(double share)
 }
 
 // A capsule that keeps its size takes its window along, so that nothing is painted anew.
-void PanelWindow::placeView(const QRect& frame)
+void CapsuleWindow::placeView(const QRect& frame)
 {
     if (!m_spansWay && frame.size() == m_view->size()) {
         move(pos() + frame.topLeft() - this->frame().topLeft());
@@ -220,9 +220,9 @@ void PanelWindow::placeView(const QRect& frame)
 
 // A compositor blends the pixels at the edge, so it is given the whole window and only the clicks are cut;
 // without one the window itself is. While the capsule moves under a compositor, all of the way is its own.
-void PanelWindow::updateShape()
+void CapsuleWindow::updateShape()
 {
-    FloatingPanelSystem::Shape part;
+    FloatingWindowSystem::Shape part;
     if (!m_isComposited) {
         part.seen = shape(ShapeEdge::hard);
     } else if (!m_motion.isRunning()) {
@@ -234,7 +234,7 @@ void PanelWindow::updateShape()
     }
 }
 
-FloatingPanelSystem::Rectangle PanelWindow::native(const QRect& rect) const
+FloatingWindowSystem::Rectangle CapsuleWindow::native(const QRect& rect) const
 {
     const double scale = devicePixelRatioF();
     return {qRound(rect.x() * scale), qRound(rect.y() * scale), qRound(rect.width() * scale),
@@ -242,19 +242,19 @@ FloatingPanelSystem::Rectangle PanelWindow::native(const QRect& rect) const
 }
 
 // Native pixels of the window.
-std::vector<FloatingPanelSystem::Rectangle> PanelWindow::shape(ShapeEdge edge) const
+std::vector<FloatingWindowSystem::Rectangle> CapsuleWindow::shape(ShapeEdge edge) const
 {
     const double scale = devicePixelRatioF();
     const QPoint origin = (QPointF(m_view->pos()) * scale).toPoint();
     const QSize size = (QSizeF(m_view->size()) * scale).toSize();
-    std::vector<FloatingPanelSystem::Rectangle> part;
+    std::vector<FloatingWindowSystem::Rectangle> part;
     for (const QRect& rect : roundedRegion(size, m_cornerRadius * scale, edge).translated(origin)) {
         part.push_back({rect.x(), rect.y(), rect.width(), rect.height()});
     }
     return part;
 }
 
-void PanelWindow::followSystem()
+void CapsuleWindow::followSystem()
 {
     m_isComposited = m_system.isComposited();
     m_isBlurred = m_system.blurs(); // asked here only: every question waits for the X server
@@ -265,19 +265,19 @@ void PanelWindow::followSystem()
     }
 }
 
-void PanelWindow::enterEvent(QEnterEvent* event)
+void CapsuleWindow::enterEvent(QEnterEvent* event)
 {
     QWidget::enterEvent(event);
     setHasPointer(true);
 }
 
-void PanelWindow::leaveEvent(QEvent* event)
+void CapsuleWindow::leaveEvent(QEvent* event)
 {
     QWidget::leaveEvent(event);
     setHasPointer(false);
 }
 
-void PanelWindow::setHasPointer(bool hasPointer)
+void CapsuleWindow::setHasPointer(bool hasPointer)
 {
     if (std::exchange(m_hasPointer, hasPointer) != hasPointer) {
         fitWindow();
@@ -288,7 +288,7 @@ void PanelWindow::setHasPointer(bool hasPointer)
 }
 
 // Every movement of the pointer, whichever control it is above. One that was lost enters without an event.
-bool PanelWindow::eventFilter(QObject* watched, QEvent* event)
+bool CapsuleWindow::eventFilter(QObject* watched, QEvent* event)
 {
     if (event->type() == QEvent::MouseMove) {
         if (!m_hasPointer) {
@@ -299,7 +299,7 @@ bool PanelWindow::eventFilter(QObject* watched, QEvent* event)
     return QWidget::eventFilter(watched, event);
 }
 
-void PanelWindow::mousePressEvent(QMouseEvent* event)
+void CapsuleWindow::mousePressEvent(QMouseEvent* event)
 {
     if (event->button() == Qt::LeftButton) {
         m_pointer = event->globalPosition().toPoint();
@@ -308,7 +308,7 @@ void PanelWindow::mousePressEvent(QMouseEvent* event)
     }
 }
 
-void PanelWindow::mouseMoveEvent(QMouseEvent* event)
+void CapsuleWindow::mouseMoveEvent(QMouseEvent* event)
 {
     if (!m_heldAt) {
         return;
@@ -322,14 +322,14 @@ void PanelWindow::mouseMoveEvent(QMouseEvent* event)
     Q_EMIT dragged(distance);
 }
 
-void PanelWindow::mouseReleaseEvent(QMouseEvent* event)
+void CapsuleWindow::mouseReleaseEvent(QMouseEvent* event)
 {
     if (event->button() == Qt::LeftButton) {
         letGo();
     }
 }
 
-void PanelWindow::letGo()
+void CapsuleWindow::letGo()
 {
     m_heldAt.reset();
     setCursor(Qt::OpenHandCursor);
@@ -338,7 +338,7 @@ void PanelWindow::letGo()
     }
 }
 
-void PanelWindow::restartDrag()
+void CapsuleWindow::restartDrag()
 {
     if (m_heldAt) {
         m_heldAt = m_pointer;
@@ -346,12 +346,12 @@ void PanelWindow::restartDrag()
 }
 
 // Other programs may offer to close it, but only the timer decides that.
-void PanelWindow::closeEvent(QCloseEvent* event)
+void CapsuleWindow::closeEvent(QCloseEvent* event)
 {
     event->ignore();
 }
 
-void PanelWindow::hideEvent(QHideEvent* event)
+void CapsuleWindow::hideEvent(QHideEvent* event)
 {
     QWidget::hideEvent(event);
     m_hasPointer = false;

@@ -1,4 +1,4 @@
-#include "ui/capsule/panel_shape.h"
+#include "ui/capsule/capsule_shape.h"
 
 #include "ui/style/shapes.h"
 

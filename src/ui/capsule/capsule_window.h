@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/floating_panel_system.h"
-#include "ui/capsule/panel_shape.h"
+#include "platform/floating_window_system.h"
+#include "ui/capsule/capsule_shape.h"
 #include "ui/capsule/top_capsule_view.h"
 #include "ui/style/animation.h"
 
@@ -18,12 +18,12 @@ namespace brevlin {
 /// nothing has to be resized with every frame. Where the pointer is known above windows of the X server only,
 /// it has a margin while the pointer is inside, so that the pointer is seen leaving. All rectangles are
 /// points of the desktop.
-class PanelWindow final : public QWidget
+class CapsuleWindow final : public QWidget
 {
     Q_OBJECT
 
 public:
-    explicit PanelWindow(FloatingPanelSystem& system);
+    explicit CapsuleWindow(FloatingWindowSystem& system);
 
     TopCapsuleView& view() { return *m_view; }
     /// Where the capsule lies now, and where it is going.
@@ -82,12 +82,12 @@ private:
     void showStep(double share);
     void placeView(const QRect& frame);
     void updateShape();
-    FloatingPanelSystem::Rectangle native(const QRect& rect) const;
-    std::vector<FloatingPanelSystem::Rectangle> shape(ShapeEdge edge) const;
+    FloatingWindowSystem::Rectangle native(const QRect& rect) const;
+    std::vector<FloatingWindowSystem::Rectangle> shape(ShapeEdge edge) const;
     void updateBlur();
     void letGo();
 
-    FloatingPanelSystem& m_system;
+    FloatingWindowSystem& m_system;
     TopCapsuleView* m_view; // owned by this window
     QEasingCurve m_curve;
     QRect m_start;
