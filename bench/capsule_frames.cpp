@@ -8,7 +8,7 @@
 #include "platform/freedesktop/x11/x11_floating_window_system.h"
 #include "support/fake_disk.h"
 #include "ui/capsule/top_panel_controller.h"
-#include "ui/style/brevlin_style.h"
+#include "ui/controls/brevlin_style.h"
 #include "ui/style/theme.h"
 
 #include <QApplication>

@@ -3,9 +3,9 @@
 
 #include "long_history.h"
 #include "report.h"
+#include "ui/controls/brevlin_style.h"
 #include "ui/screens/history/history_list.h"
 #include "ui/screens/history/history_view.h"
-#include "ui/style/brevlin_style.h"
 #include "ui/style/theme.h"
 
 #include <QApplication>

@@ -2,9 +2,9 @@
 
 #include "long_history.h"
 #include "report.h"
+#include "ui/controls/brevlin_style.h"
 #include "ui/screens/statistics/activity_chart.h"
 #include "ui/screens/statistics/statistics_view.h"
-#include "ui/style/brevlin_style.h"
 
 #include <QApplication>
 #include <QTest>

@@ -1,7 +1,6 @@
 #include "composition.h"
 
 #include "app/app_model.h"
-#include "app/app_section.h"
 #include "app/capsule_choreography.h"
 #include "application.h"
 #include "platform/freedesktop/appearance/portal_desktop_settings.h"
@@ -23,22 +22,23 @@
 #include "platform/freedesktop/session/bus_session_lock.h"
 #include "platform/freedesktop/session/desktop_system_events.h"
 #include "platform/freedesktop/sound/process_sound_player.h"
-#include "platform/freedesktop/status/desktop_status_item.h"
+#include "platform/freedesktop/tray/desktop_status_item.h"
 #include "platform/freedesktop/x11/x11_floating_window_system.h"
 #include "platform/freedesktop/x11/x11_window_system.h"
 #include "storage/capsule_position.h"
 #include "storage/main_window_store.h"
 #include "ui/capsule/top_panel_controller.h"
+#include "ui/controls/accessibility.h"
+#include "ui/controls/brevlin_style.h"
+#include "ui/main/app_section.h"
 #include "ui/main/main_window.h"
 #include "ui/main/message_presenter.h"
 #include "ui/main/quit_sequence.h"
 #include "ui/main/settings_window.h"
-#include "ui/menu_bar/menu_bar_extra.h"
-#include "ui/style/accessibility.h"
 #include "ui/style/application_icon.h"
-#include "ui/style/brevlin_style.h"
 #include "ui/style/theme.h"
 #include "ui/style/typography.h"
+#include "ui/tray/tray.h"
 
 #include <QApplication>
 #include <QSessionManager>
@@ -109,7 +109,7 @@ private:
     CapsuleChoreography m_capsule;
     SectionSelection m_selection;
     MainWindow m_window;
-    MenuBarExtra m_menuBarExtra;
+    Tray m_tray;
     SettingsWindow m_settingsWindow;
     MessagePresenter m_messagePresenter;
     QuitSequence m_quitSequence;
@@ -142,7 +142,7 @@ Composition::Parts::Parts(Application& application, BusStart& buses, const UserF
     , m_selection(m_windowStore)
     , m_window((QApplication::setStyle(m_style), m_model), m_selection, m_windowStore, m_windowSystem,
                m_floatingWindows)
-    , m_menuBarExtra(m_model, m_selection, m_statusItem, m_windowSystem, m_floatingWindows)
+    , m_tray(m_model, m_selection, m_statusItem, m_windowSystem, m_floatingWindows)
     , m_settingsWindow(m_model, m_windowSystem)
     , m_messagePresenter(m_model, {&m_window, &m_settingsWindow},
                          [this](const std::string& title, const std::string& text) { notify(title, text); })
@@ -194,7 +194,7 @@ void Composition::Parts::connectQuitting(const Application& application)
     };
     QObject::connect(&m_window, &MainWindow::quitRequested, &m_quitSequence, quit);
     QObject::connect(&m_settingsWindow, &SettingsWindow::quitRequested, &m_quitSequence, quit);
-    QObject::connect(&m_menuBarExtra, &MenuBarExtra::quitRequested, &m_quitSequence, quit);
+    QObject::connect(&m_tray, &Tray::quitRequested, &m_quitSequence, quit);
     QObject::connect(&m_terminationSignals, &TerminationSignals::received, &m_quitSequence,
                      [this] { m_quitSequence.begin(QuitSequence::Origin::system); });
     QObject::connect(&application, &Application::endRequested, &m_quitSequence,

@@ -5,7 +5,7 @@
 #include "platform/freedesktop/session/application_instance.h"
 #include "platform/freedesktop/x11/x11_connection.h"
 #include "start_refusal.h"
-#include "ui/style/accessibility.h"
+#include "ui/controls/accessibility.h"
 #include "ui/style/typography.h"
 
 #include <csignal>

@@ -1,7 +1,7 @@
 #include "start_refusal.h"
 
+#include "ui/controls/brevlin_style.h"
 #include "ui/main/message_dialog.h"
-#include "ui/style/brevlin_style.h"
 #include "ui/style/theme.h"
 #include "ui/style/typography.h"
 

@@ -1,12 +1,12 @@
-#include "ui/style/bar_buttons.h"
+#include "ui/controls/bar_buttons.h"
+#include "ui/controls/brevlin_style.h"
+#include "ui/controls/capsule_button.h"
+#include "ui/controls/card_surface.h"
+#include "ui/controls/numeric_text.h"
+#include "ui/controls/thin_divider.h"
 #include "ui/style/brevlin_mark.h"
-#include "ui/style/brevlin_style.h"
-#include "ui/style/capsule_button.h"
-#include "ui/style/card_surface.h"
-#include "ui/style/numeric_text.h"
 #include "ui/style/symbol.h"
 #include "ui/style/theme.h"
-#include "ui/style/thin_divider.h"
 #include "ui/style/typography.h"
 
 #include <QApplication>

@@ -1,7 +1,5 @@
-#include "app/app_section.h"
 #include "app/model_fixture.h"
 #include "app/time_text.h"
-#include "storage/main_window_store.h"
 
 #include <cmath>
 
@@ -127,24 +125,6 @@ TEST_F(DisplayValuesTest, the_cycle_counts_focus_since_the_last_completed_long_b
     model().switchToNextPhase();
     scheduler.advance(Seconds{125});
     EXPECT_EQ(model().currentCycleFocusMinutes(), 37) << "a break is no focus";
-}
-
-TEST_F(DisplayValuesTest, the_section_is_remembered_and_an_unknown_one_forgotten)
-{
-    MainWindowStore store(disk());
-    int changes = 0;
-    {
-        SectionSelection selection(store);
-        EXPECT_EQ(selection.section(), AppSection::timer);
-        QObject::connect(&selection, &SectionSelection::sectionChanged, [&] { ++changes; });
-        selection.select(AppSection::statistics);
-        selection.select(AppSection::statistics);
-    }
-    EXPECT_EQ(changes, 1);
-    EXPECT_EQ(defaults.values["com.quillmark.brevlin.mainSection"], "\"statistics\"");
-    EXPECT_EQ(SectionSelection(store).section(), AppSection::statistics);
-    defaults.values["com.quillmark.brevlin.mainSection"] = "\"diary\"";
-    EXPECT_EQ(SectionSelection(store).section(), AppSection::timer);
 }
 
 } // namespace

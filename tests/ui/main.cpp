@@ -1,4 +1,4 @@
-#include "ui/style/brevlin_style.h"
+#include "ui/controls/brevlin_style.h"
 
 #include <QApplication>
 

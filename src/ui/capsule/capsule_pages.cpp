@@ -1,5 +1,6 @@
 #include "ui/capsule/capsule_pages.h"
 
+#include "app/timer_words.h"
 #include "ui/capsule/capsule_controls.h"
 #include "ui/style/brevlin_mark.h"
 #include "ui/style/text.h"
@@ -21,11 +22,6 @@ namespace {
 QString text(const BilingualText& pair, const CapsuleContent& content)
 {
     return qtText(pair.in(content.language));
-}
-
-QString phaseText(const BilingualText& verb, const CapsuleContent& content)
-{
-    return text(verb, content) + qtText(title(content.phase, content.language));
 }
 
 template <typename Button>
@@ -153,9 +149,9 @@ public:
         add(new CapsuleRoundButton(QStringLiteral("+5"), {colors.buttonFill, colors.secondary}, this),
             {"延长 5 分钟", "Add 5 minutes"}, CapsuleCommand::addTime);
         if (content.runState == TimerRunState::paused) {
-            add(icon(Symbol::playFill, true), {"继续", "Resume"}, CapsuleCommand::primary);
+            add(icon(Symbol::playFill, true), TimerWords::resume, CapsuleCommand::primary);
         } else {
-            add(icon(Symbol::pauseFill, true), {"暂停", "Pause"}, CapsuleCommand::primary);
+            add(icon(Symbol::pauseFill, true), TimerWords::pause, CapsuleCommand::primary);
         }
         add(icon(Symbol::stopFill, false), {"提前结束当前阶段", "End current phase early"},
             CapsuleCommand::end);
@@ -216,18 +212,20 @@ public:
         bottom->setSpacing(10);
         const auto secondary = IslandButton::secondaryLook(colors.buttonFill, colors.secondary);
         if (content.isAlertSoundPlaying) {
-            bottom->addWidget(connected(new IslandButton(text({"停止声音", "Stop sound"}, content),
+            bottom->addWidget(connected(new IslandButton(text(TimerWords::stopSound, content),
                                                          Symbol::speakerSlashFill, secondary, this),
                                         CapsuleCommand::stopAlert));
         }
         bottom->addStretch(1);
         bottom->addWidget(
-            connected(new IslandButton(phaseText({"跳过", "Skip "}, content), Symbol::none, secondary, this),
+            connected(new IslandButton(qtText(TimerWords::skip(content.phase, content.language)),
+                                       Symbol::none, secondary, this),
                       CapsuleCommand::skipPending));
         const QColor tint = Theme::of(*this).color(phaseColor(content.phase));
-        bottom->addWidget(connected(new IslandButton(phaseText({"开始", "Start "}, content), Symbol::none,
-                                                     IslandButton::primaryLook(tint), this),
-                                    CapsuleCommand::primary));
+        bottom->addWidget(
+            connected(new IslandButton(qtText(TimerWords::start(content.phase, content.language)),
+                                       Symbol::none, IslandButton::primaryLook(tint), this),
+                      CapsuleCommand::primary));
         column->addLayout(bottom);
         setTexts(content);
     }

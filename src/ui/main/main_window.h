@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/app_section.h"
 #include "storage/main_window_store.h"
+#include "ui/main/app_section.h"
 
 #include <QWidget>
 

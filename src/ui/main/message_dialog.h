@@ -2,7 +2,7 @@
 
 #include "app/app_message.h"
 #include "core/language.h"
-#include "ui/style/alert_dialog.h"
+#include "ui/controls/alert_dialog.h"
 
 namespace brevlin {
 

@@ -1,6 +1,6 @@
 #include "ui/main/metric_view.h"
 
-#include "ui/style/spoken_element.h"
+#include "ui/controls/spoken_element.h"
 #include "ui/style/text.h"
 #include "ui/style/theme.h"
 #include "ui/style/typography.h"

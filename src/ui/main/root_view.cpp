@@ -1,13 +1,13 @@
 #include "ui/main/root_view.h"
 
 #include "app/app_model.h"
+#include "ui/controls/scroll_view.h"
 #include "ui/main/timer_dashboard_view.h"
 #include "ui/main/top_bar.h"
 #include "ui/screens/about/about_view.h"
 #include "ui/screens/history/history_view.h"
 #include "ui/screens/settings/app_settings_view.h"
 #include "ui/screens/statistics/statistics_view.h"
-#include "ui/style/scroll_view.h"
 #include "ui/style/shapes.h"
 #include "ui/style/theme.h"
 

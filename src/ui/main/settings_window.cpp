@@ -1,8 +1,8 @@
 #include "ui/main/settings_window.h"
 
 #include "app/app_model.h"
-#include "app/app_section.h"
 #include "platform/window_system.h"
+#include "ui/main/app_section.h"
 #include "ui/screens/settings/app_settings_view.h"
 #include "ui/style/text.h"
 #include "ui/style/theme.h"

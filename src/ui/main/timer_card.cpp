@@ -1,8 +1,8 @@
 #include "ui/main/timer_card.h"
 
-#include "ui/main/timer_control_row.h"
-#include "ui/main/timer_cycle_indicator.h"
-#include "ui/main/timer_ring_view.h"
+#include "ui/timer/timer_control_row.h"
+#include "ui/timer/timer_cycle_indicator.h"
+#include "ui/timer/timer_ring_view.h"
 
 #include <algorithm>
 #include <array>

@@ -1,8 +1,8 @@
 #include "ui/main/timer_dashboard_view.h"
 
+#include "ui/controls/card_surface.h"
 #include "ui/main/timer_card.h"
 #include "ui/main/today_strip.h"
-#include "ui/style/card_surface.h"
 
 #include <QVBoxLayout>
 

@@ -1,7 +1,7 @@
 #include "ui/main/top_bar.h"
 
 #include "app/app_model.h"
-#include "ui/style/bar_buttons.h"
+#include "ui/controls/bar_buttons.h"
 #include "ui/style/text.h"
 
 #include <QApplication>

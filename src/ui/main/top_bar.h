@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/app_section.h"
+#include "ui/main/app_section.h"
 
 #include <QWidget>
 

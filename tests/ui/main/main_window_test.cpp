@@ -1,17 +1,17 @@
 #include "app/model_fixture.h"
 #include "support/plain_desktop.h"
+#include "ui/controls/bar_buttons.h"
+#include "ui/controls/capsule_button.h"
 #include "ui/main/main_window.h"
 #include "ui/main/message_dialog.h"
 #include "ui/main/message_presenter.h"
 #include "ui/main/metric_view.h"
 #include "ui/main/quit_sequence.h"
 #include "ui/main/timer_card.h"
-#include "ui/main/timer_control_row.h"
-#include "ui/main/timer_cycle_indicator.h"
-#include "ui/main/timer_ring_view.h"
 #include "ui/main/top_bar.h"
-#include "ui/style/bar_buttons.h"
-#include "ui/style/capsule_button.h"
+#include "ui/timer/timer_control_row.h"
+#include "ui/timer/timer_cycle_indicator.h"
+#include "ui/timer/timer_ring_view.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -328,6 +328,24 @@ TEST_F(MainWindowTest, in_a_window_that_is_too_low_the_controls_are_scrolled_to)
     window().resize(802, 572);
     QApplication::processEvents();
     EXPECT_EQ(window().findChild<TimerCard*>()->parentWidget()->parentWidget()->height(), 520);
+}
+
+TEST_F(MainWindowTest, the_section_is_remembered_and_an_unknown_one_forgotten)
+{
+    MainWindowStore store(disk());
+    int changes = 0;
+    {
+        SectionSelection selection(store);
+        EXPECT_EQ(selection.section(), AppSection::timer);
+        QObject::connect(&selection, &SectionSelection::sectionChanged, [&] { ++changes; });
+        selection.select(AppSection::statistics);
+        selection.select(AppSection::statistics);
+    }
+    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(defaults.values["com.quillmark.brevlin.mainSection"], "\"statistics\"");
+    EXPECT_EQ(SectionSelection(store).section(), AppSection::statistics);
+    defaults.values["com.quillmark.brevlin.mainSection"] = "\"diary\"";
+    EXPECT_EQ(SectionSelection(store).section(), AppSection::timer);
 }
 
 } // namespace

@@ -1,13 +1,13 @@
 #include "app/model_fixture.h"
+#include "ui/controls/capsule_button.h"
+#include "ui/controls/link_button.h"
+#include "ui/controls/number_stepper.h"
+#include "ui/controls/segmented_picker.h"
+#include "ui/controls/switch_control.h"
 #include "ui/screens/about/product.h"
 #include "ui/screens/settings/app_settings_view.h"
 #include "ui/screens/settings/clear_history_dialog.h"
 #include "ui/screens/settings/settings_texts.h"
-#include "ui/style/capsule_button.h"
-#include "ui/style/link_button.h"
-#include "ui/style/number_stepper.h"
-#include "ui/style/segmented_picker.h"
-#include "ui/style/switch_control.h"
 
 #include <QAccessible>
 #include <QApplication>

@@ -1,11 +1,11 @@
 #include "app/model_fixture.h"
 #include "support/time_zones.h"
+#include "ui/controls/segmented_picker.h"
 #include "ui/screens/statistics/activity_chart.h"
 #include "ui/screens/statistics/activity_texts.h"
 #include "ui/screens/statistics/statistics_texts.h"
 #include "ui/screens/statistics/statistics_view.h"
 #include "ui/screens/statistics/summary_strip.h"
-#include "ui/style/segmented_picker.h"
 
 #include <QAbstractButton>
 #include <QAccessible>

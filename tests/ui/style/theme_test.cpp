@@ -1,5 +1,5 @@
 #include "support/contrast.h"
-#include "ui/style/capsule_button.h"
+#include "ui/controls/capsule_button.h"
 #include "ui/style/theme.h"
 
 #include <QWidget>

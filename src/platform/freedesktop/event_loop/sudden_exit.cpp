@@ -18,8 +18,8 @@ SuddenExit::SuddenExit(std::function<void()> lastWord) : m_state(new State{std::
 {
     const auto end = [](int code, void* argument) {
         const std::unique_ptr<State> state(static_cast<State*>(argument));
-        if (const auto lastWord = std::exchange(state->lastWord, {})) {
-            lastWord();
+        if (const auto say = std::exchange(state->lastWord, {})) {
+            say();
             _exit(code);
         }
     };

@@ -1,6 +1,6 @@
 #include "ui/screens/about/about_row.h"
 
-#include "ui/style/card_surface.h"
+#include "ui/controls/card_surface.h"
 #include "ui/style/shapes.h"
 #include "ui/style/text.h"
 #include "ui/style/theme.h"

@@ -1,13 +1,13 @@
 #include "ui/screens/about/about_view.h"
 
 #include "app/app_model.h"
+#include "ui/controls/card_surface.h"
+#include "ui/controls/form.h"
+#include "ui/controls/thin_divider.h"
 #include "ui/screens/about/about_row.h"
 #include "ui/screens/about/product.h"
 #include "ui/style/brevlin_mark.h"
-#include "ui/style/card_surface.h"
-#include "ui/style/form.h"
 #include "ui/style/text.h"
-#include "ui/style/thin_divider.h"
 #include "ui/style/typography.h"
 
 #include <QDesktopServices>

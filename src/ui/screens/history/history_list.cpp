@@ -1,9 +1,9 @@
 #include "ui/screens/history/history_list.h"
 
 #include "app/app_model.h"
+#include "ui/controls/card_surface.h"
+#include "ui/controls/scroll_view.h"
 #include "ui/screens/history/history_list_accessible.h"
-#include "ui/style/card_surface.h"
-#include "ui/style/scroll_view.h"
 #include "ui/style/text.h"
 
 #include <QContextMenuEvent>

@@ -1,7 +1,7 @@
 #include "ui/screens/history/history_painter.h"
 
+#include "ui/controls/card_surface.h"
 #include "ui/style/brevlin_mark.h"
-#include "ui/style/card_surface.h"
 #include "ui/style/focus_ring.h"
 #include "ui/style/shapes.h"
 #include "ui/style/text.h"

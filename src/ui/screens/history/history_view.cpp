@@ -1,8 +1,8 @@
 #include "ui/screens/history/history_view.h"
 
 #include "app/app_model.h"
+#include "ui/controls/empty_state_view.h"
 #include "ui/screens/history/history_list.h"
-#include "ui/style/empty_state_view.h"
 #include "ui/style/text.h"
 
 namespace brevlin {

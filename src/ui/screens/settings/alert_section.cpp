@@ -1,9 +1,9 @@
 #include "app/app_model.h"
+#include "ui/controls/link_button.h"
+#include "ui/controls/segmented_picker.h"
+#include "ui/controls/switch_control.h"
 #include "ui/screens/settings/settings_sections.h"
 #include "ui/screens/settings/settings_texts.h"
-#include "ui/style/link_button.h"
-#include "ui/style/segmented_picker.h"
-#include "ui/style/switch_control.h"
 #include "ui/style/text.h"
 
 namespace brevlin {

@@ -1,7 +1,7 @@
 #include "ui/screens/settings/app_settings_view.h"
 
+#include "ui/controls/scroll_view.h"
 #include "ui/screens/settings/settings_sections.h"
-#include "ui/style/scroll_view.h"
 
 #include <QHBoxLayout>
 #include <QVBoxLayout>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/style/alert_dialog.h"
+#include "ui/controls/alert_dialog.h"
 
 namespace brevlin {
 

@@ -1,7 +1,7 @@
 #include "app/app_model.h"
+#include "ui/controls/capsule_button.h"
 #include "ui/screens/settings/clear_history_dialog.h"
 #include "ui/screens/settings/settings_sections.h"
-#include "ui/style/capsule_button.h"
 #include "ui/style/text.h"
 #include "ui/style/typography.h"
 

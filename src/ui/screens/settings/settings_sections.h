@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/timer_settings.h"
-#include "ui/style/form.h"
+#include "ui/controls/form.h"
 
 #include <QPointer>
 

@@ -1,8 +1,8 @@
 #include "app/app_model.h"
+#include "ui/controls/number_stepper.h"
+#include "ui/controls/switch_control.h"
 #include "ui/screens/settings/settings_sections.h"
 #include "ui/screens/settings/settings_texts.h"
-#include "ui/style/number_stepper.h"
-#include "ui/style/switch_control.h"
 #include "ui/style/text.h"
 
 #include <algorithm>

@@ -1,8 +1,8 @@
 #include "ui/screens/statistics/activity_card.h"
 
+#include "ui/controls/form.h"
 #include "ui/screens/statistics/activity_chart.h"
 #include "ui/screens/statistics/statistics_texts.h"
-#include "ui/style/form.h"
 #include "ui/style/text.h"
 #include "ui/style/typography.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "ui/controls/card_surface.h"
 #include "ui/screens/statistics/activity_picture.h"
-#include "ui/style/card_surface.h"
 
 #include <cstdint>
 

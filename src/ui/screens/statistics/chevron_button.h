@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/style/plain_button.h"
+#include "ui/controls/plain_button.h"
 #include "ui/style/symbol.h"
 
 namespace brevlin {

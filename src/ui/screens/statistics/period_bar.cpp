@@ -1,11 +1,11 @@
 #include "ui/screens/statistics/period_bar.h"
 
+#include "ui/controls/form.h"
+#include "ui/controls/link_button.h"
+#include "ui/controls/numeric_text.h"
+#include "ui/controls/segmented_picker.h"
 #include "ui/screens/statistics/chevron_button.h"
 #include "ui/screens/statistics/statistics_texts.h"
-#include "ui/style/form.h"
-#include "ui/style/link_button.h"
-#include "ui/style/numeric_text.h"
-#include "ui/style/segmented_picker.h"
 #include "ui/style/text.h"
 #include "ui/style/typography.h"
 

@@ -1,11 +1,11 @@
 #include "ui/screens/statistics/statistics_view.h"
 
 #include "app/app_model.h"
+#include "ui/controls/scroll_view.h"
 #include "ui/screens/statistics/activity_card.h"
 #include "ui/screens/statistics/period_bar.h"
 #include "ui/screens/statistics/statistics_texts.h"
 #include "ui/screens/statistics/summary_strip.h"
-#include "ui/style/scroll_view.h"
 
 #include <QShortcut>
 #include <QVBoxLayout>

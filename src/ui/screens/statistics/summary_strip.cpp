@@ -1,9 +1,9 @@
 #include "ui/screens/statistics/summary_strip.h"
 
+#include "ui/controls/numeric_text.h"
+#include "ui/controls/spoken_element.h"
 #include "ui/screens/statistics/statistics_texts.h"
-#include "ui/style/numeric_text.h"
 #include "ui/style/shapes.h"
-#include "ui/style/spoken_element.h"
 #include "ui/style/text.h"
 #include "ui/style/theme.h"
 #include "ui/style/typography.h"

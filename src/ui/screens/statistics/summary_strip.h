@@ -2,7 +2,7 @@
 
 #include "core/language.h"
 #include "core/statistics_calculator.h"
-#include "ui/style/card_surface.h"
+#include "ui/controls/card_surface.h"
 #include "ui/style/symbol.h"
 
 #include <QWidget>

@@ -1,0 +1,66 @@
+#include "ui/controls/spoken_element.h"
+
+#include <QAccessibleWidget>
+#include <QObject>
+
+#include <utility>
+
+namespace brevlin {
+
+namespace {
+
+constexpr const char* keeperName = "brevlin-spoken-element";
+
+/// Holds the name's source as a child of the widget, where the factory finds it.
+class NameKeeper final : public QObject
+{
+public:
+    NameKeeper(QAccessible::Role elementRole, std::function<QString()> source, QObject* parent)
+        : QObject(parent), role(elementRole), name(std::move(source))
+    {
+        setObjectName(QLatin1String(keeperName));
+    }
+
+    QAccessible::Role role;
+    std::function<QString()> name;
+};
+
+class SpokenElement final : public QAccessibleWidget
+{
+public:
+    SpokenElement(QWidget* widget, const NameKeeper& keeper)
+        : QAccessibleWidget(widget, keeper.role), m_keeper(keeper)
+    {}
+
+    QString text(QAccessible::Text text) const override
+    {
+        return text == QAccessible::Name ? m_keeper.name() : QAccessibleWidget::text(text);
+    }
+    int childCount() const override { return 0; }
+    QAccessibleInterface* child(int /*index*/) const override { return nullptr; }
+    QAccessibleInterface* childAt(int /*x*/, int /*y*/) const override { return nullptr; }
+
+private:
+    const NameKeeper& m_keeper; // lives as long as the widget
+};
+
+QAccessibleInterface* makeInterface(const QString& /*className*/, QObject* object)
+{
+    auto* widget = qobject_cast<QWidget*>(object);
+    if (widget == nullptr) {
+        return nullptr;
+    }
+    const auto* keeper = widget->findChild<QObject*>(QLatin1String(keeperName), Qt::FindDirectChildrenOnly);
+    return keeper != nullptr ? new SpokenElement(widget, *static_cast<const NameKeeper*>(keeper)) : nullptr;
+}
+
+} // namespace
+
+void makeSpokenElement(QWidget& widget, QAccessible::Role role, std::function<QString()> name)
+{
+    new NameKeeper(role, std::move(name), &widget);
+    // Installing the same function again changes nothing.
+    QAccessible::installFactory(makeInterface);
+}
+
+} // namespace brevlin

@@ -1,0 +1,165 @@
+#include "ui/timer/timer_control_row.h"
+
+#include "app/app_model.h"
+#include "app/timer_words.h"
+#include "ui/controls/capsule_button.h"
+#include "ui/style/text.h"
+#include "ui/style/theme.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QHBoxLayout>
+#include <QShortcut>
+
+namespace brevlin {
+
+namespace {
+
+constexpr BilingualText fiveMinutes{"+5 分钟", "+5 min"};
+constexpr BilingualText endText{"结束", "End"};
+constexpr BilingualText switchText{"切换", "Switch"};
+
+int buttonSpacing(TimerControlStyle style, TimerRunState state)
+{
+    if (style == TimerControlStyle::mainWindow) {
+        return 12;
+    }
+    return state == TimerRunState::idle || state == TimerRunState::ringing ? 8 : 6;
+}
+
+} // namespace
+
+TimerControlRow::TimerControlRow(AppModel& model, TimerControlStyle style, QWidget* parent)
+    : QWidget(parent)
+    , m_model(model)
+    , m_style(style)
+    , m_layout(new QHBoxLayout(this))
+    , m_space(new QShortcut(Qt::Key_Space, this))
+{
+    m_layout->setContentsMargins(0, 0, 0, 0);
+    m_layout->setAlignment(Qt::AlignCenter);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    connect(&model, &AppModel::snapshotChanged, this, &TimerControlRow::refresh);
+    connect(&model, &AppModel::preferencesChanged, this, &TimerControlRow::refresh);
+    connect(&model, &AppModel::alertSoundPlayingChanged, this, &TimerControlRow::refresh);
+    m_space->setAutoRepeat(false);
+    connect(m_space, &QShortcut::activated, this, [this] {
+        // A copy: the action replaces the controls.
+        const std::function<void()> action = m_spaceAction;
+        action();
+    });
+    connect(qApp, &QApplication::focusChanged, this, &TimerControlRow::followKeyboard);
+    refresh();
+}
+
+// A button that has the keyboard gives it up while it is destroyed, when the shortcut is gone already.
+TimerControlRow::~TimerControlRow()
+{
+    disconnect(qApp, nullptr, this, nullptr);
+}
+
+std::vector<TimerControlRow::Control> TimerControlRow::controls() const
+{
+    const AppLanguage language = m_model.language();
+    const TimerSnapshot& snapshot = m_model.snapshot();
+    const auto text = [language](const BilingualText& pair) {
+        return qtText(pair.in(language));
+    };
+    AppModel* model = &m_model;
+
+    const Control addTime{Symbol::none, text(fiveMinutes), false, false, [model] {
+                              model->addFiveMinutes();
+                          }};
+    const Control end{Symbol::stopFill, text(endText), false, false, [model] {
+                          model->endCurrentPhase();
+                      }};
+    const Control next{Symbol::forwardEndFill, text(switchText), false, false, [model] {
+                           model->switchToNextPhase();
+                       }};
+    const auto primaryAction = [model] {
+        model->performPrimaryAction();
+    };
+    const QString primaryText =
+        qtText(TimerWords::primaryAction(snapshot.phase, snapshot.runState, language));
+    switch (snapshot.runState) {
+    case TimerRunState::idle:
+        return {{Symbol::none, primaryText, true, true, [model] {
+                     model->start();
+                 }}};
+    case TimerRunState::running:
+        return {addTime, {Symbol::pauseFill, primaryText, false, true, primaryAction}, end, next};
+    case TimerRunState::paused:
+        return {addTime, {Symbol::playFill, primaryText, true, true, primaryAction}, end, next};
+    case TimerRunState::ringing:
+        break;
+    }
+    std::vector<Control> ringing;
+    if (m_model.isAlertSoundPlaying()) {
+        ringing.push_back({Symbol::none, text(TimerWords::stopSound), false, false, [model] {
+                               model->stopAlertSound();
+                           }});
+    }
+    ringing.push_back(
+        {Symbol::none, qtText(TimerWords::skip(snapshot.phase, language)), false, false, [model] {
+             model->skipPendingPhase();
+         }});
+    ringing.push_back({Symbol::none, primaryText, true, false, [model] {
+                           model->advance();
+                       }});
+    return ringing;
+}
+
+void TimerControlRow::refresh()
+{
+    const std::vector<Control> wanted = controls();
+    m_spaceAction = {};
+    for (const Control& control : wanted) {
+        if (control.isOnSpace) {
+            m_spaceAction = control.action;
+        }
+    }
+    m_layout->setSpacing(buttonSpacing(m_style, m_model.snapshot().runState));
+    rebuild(wanted);
+    followKeyboard();
+}
+
+void TimerControlRow::rebuild(const std::vector<Control>& controls)
+{
+    // The keyboard stays with the control that goes on with the timer: left to Qt it would wander to whatever
+    // comes next, and Space would then press that.
+    bool hadFocus = false;
+    for (CapsuleButton* button : m_buttons) {
+        hadFocus = hadFocus || button->hasFocus();
+        m_layout->removeWidget(button);
+        button->hide();
+        button->deleteLater();
+    }
+    m_buttons.clear();
+    const ThemeColor tint = phaseColor(m_model.snapshot().phase);
+    const ControlSize size =
+        m_style == TimerControlStyle::trayPanel ? ControlSize::compact : ControlSize::regular;
+    for (const Control& control : controls) {
+        auto* button = new CapsuleButton(control.isPrimary ? CapsuleStyle::primary : CapsuleStyle::secondary,
+                                         size, this);
+        button->setText(control.text);
+        button->setSymbol(control.symbol);
+        button->setTint(tint);
+        connect(button, &QAbstractButton::clicked, this, control.action);
+        m_layout->addWidget(button);
+        button->show(); // now, not from the next turn of the event loop, so that the row is never seen empty
+        m_buttons.push_back(button);
+        if (hadFocus && (control.isOnSpace || control.isPrimary)) {
+            button->setFocus(Qt::TabFocusReason);
+        }
+    }
+}
+
+void TimerControlRow::followKeyboard()
+{
+    // A control that the keyboard is on takes Space for itself.
+    const QWidget* focused = QApplication::focusWidget();
+    const bool isTaken = focused != nullptr && (focused->focusPolicy() & Qt::TabFocus) != 0;
+    m_space->setEnabled(m_spaceAction && !isTaken);
+}
+
+} // namespace brevlin

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "core/timer_vocabulary.h"
+#include "ui/style/symbol.h"
+
+#include <QString>
+#include <QWidget>
+
+#include <functional>
+#include <vector>
+
+class QHBoxLayout;
+class QShortcut;
+
+namespace brevlin {
+
+class AppModel;
+class CapsuleButton;
+
+enum class TimerControlStyle { mainWindow, trayPanel };
+
+/// The buttons that the timer's state offers. Space presses the one that goes on with the timer, unless the
+/// keyboard is on another button.
+class TimerControlRow final : public QWidget
+{
+    Q_OBJECT
+
+public:
+    TimerControlRow(AppModel& model, TimerControlStyle style, QWidget* parent = nullptr);
+    ~TimerControlRow() override;
+
+private:
+    struct Control
+    {
+        Symbol symbol = Symbol::none;
+        QString text;
+        bool isPrimary = false;
+        bool isOnSpace = false;
+        std::function<void()> action;
+    };
+
+    std::vector<Control> controls() const;
+    void refresh();
+    void rebuild(const std::vector<Control>& controls);
+    void followKeyboard();
+
+    AppModel& m_model;
+    TimerControlStyle m_style;
+    QHBoxLayout* m_layout;
+    QShortcut* m_space;                    // owned by this widget
+    std::vector<CapsuleButton*> m_buttons; // owned by this widget
+    std::function<void()> m_spaceAction;   // none while nothing is on Space
+};
+
+} // namespace brevlin

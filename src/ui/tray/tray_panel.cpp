@@ -1,0 +1,264 @@
+#include "ui/tray/tray_panel.h"
+
+#include "app/app_model.h"
+#include "platform/floating_window_system.h"
+#include "platform/window_system.h"
+#include "ui/main/window_placement.h"
+#include "ui/style/shapes.h"
+#include "ui/style/text.h"
+#include "ui/style/theme.h"
+#include "ui/timer/timer_control_row.h"
+#include "ui/timer/timer_cycle_indicator.h"
+#include "ui/timer/timer_ring_view.h"
+#include "ui/tray/more_button.h"
+#include "ui/tray/tray_panel_origin.h"
+
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPainterPath>
+#include <QScreen>
+#include <QVBoxLayout>
+#include <QWindow>
+
+#include <cmath>
+
+namespace brevlin {
+
+namespace {
+
+constexpr TimerRingMetrics ringMetrics{150, 51, 32, 7};
+constexpr int padding = 14;
+constexpr int spacing = 13;
+constexpr int rowSpacing = 8;
+constexpr int ringPadding = 13;
+constexpr double cornerRadius = 14;
+constexpr int shadowMargin = 20;
+// The press that closes the panel and the click on the item that it belongs to; milliseconds.
+constexpr qint64 sameClick = 400;
+// While a button is held somewhere, nobody else can take hold of the pointer.
+constexpr int grabInterval = 30; // milliseconds
+constexpr int grabAttempts = 100;
+// Cinnamon lets others take hold of it during the click, and takes it from them when that ends.
+constexpr int grabConfirmations = 20;
+
+constexpr BilingualText moreText{"更多", "More"};
+constexpr std::array sections{AppSection::history, AppSection::statistics, AppSection::settings,
+                              AppSection::about};
+
+} // namespace
+
+TrayPanel::TrayPanel(AppModel& model, WindowSystem& windowSystem, const FloatingWindowSystem& panels)
+    : QWidget(nullptr, Qt::Popup | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint)
+    , m_model(model)
+    , m_windowSystem(windowSystem)
+    , m_panels(panels)
+    , m_more(new MoreButton(this))
+{
+    setAttribute(Qt::WA_TranslucentBackground);
+    setWindowTitle(QStringLiteral("Brevlin"));
+    // Holds the keyboard until Tab moves it, so that Space is the timer's.
+    setFocusPolicy(Qt::ClickFocus);
+    layOut();
+    translate();
+    connect(m_more, &QAbstractButton::clicked, this, &TrayPanel::showMenu);
+    connect(&model, &AppModel::preferencesChanged, this, &TrayPanel::translate);
+    setFocus();
+}
+
+TrayPanel::~TrayPanel() = default;
+
+void TrayPanel::layOut()
+{
+    auto* top = new QHBoxLayout;
+    top->setSpacing(rowSpacing);
+    top->addWidget(new TimerCycleIndicator(m_model, true, Qt::AlignLeft, this));
+    top->addStretch();
+    top->addWidget(m_more);
+
+    auto* ring = new TimerRingView(m_model, ringMetrics, this);
+    ring->setBackdrop(ThemeColor::panelBackground);
+    auto* ringRow = new QVBoxLayout;
+    ringRow->setContentsMargins(0, ringPadding, 0, ringPadding);
+    ringRow->addWidget(ring, 0, Qt::AlignHCenter);
+
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(padding, padding, padding, padding);
+    column->setSpacing(spacing);
+    column->addLayout(top);
+    column->addLayout(ringRow);
+    column->addWidget(new TimerControlRow(m_model, TimerControlStyle::trayPanel, this));
+}
+
+void TrayPanel::translate()
+{
+    const QString more = qtText(moreText.in(m_model.language()));
+    m_more->setText(more);
+    m_more->setToolTip(more);
+}
+
+void TrayPanel::toggle(const QPoint& anchor)
+{
+    if (isVisible()) {
+        hide();
+        return;
+    }
+    if (m_sinceClosingPress.isValid() && m_sinceClosingPress.elapsed() < sameClick) {
+        return;
+    }
+    m_hasShadow = m_windowSystem.isComposited();
+    const int margin = m_hasShadow ? shadowMargin : 0;
+    setContentsMargins(margin, margin, margin, margin);
+    const int width = contentWidth + 2 * margin;
+    setFixedWidth(width);
+    layout()->activate();
+    resize(width, sizeHint().height());
+
+    const QScreen* screen = QGuiApplication::screenAt(anchor);
+    screen = screen != nullptr ? screen : QGuiApplication::primaryScreen();
+    const QPoint origin =
+        panelOrigin(anchor, contentRect().size(), screen->geometry(), workArea(*screen, m_panels));
+    move(origin - contentRect().topLeft());
+    if (!m_panels.knowsPointerEverywhere()) {
+        m_pressWatch = m_windowSystem.watchPresses([this] { closeByPress(); });
+    }
+    show();
+    raise();
+    setFocus(Qt::PopupFocusReason);
+    m_grabsLeft = grabAttempts;
+    m_grabsHeld = 0;
+    holdInput();
+}
+
+// A panel of the desktop still holds the pointer while the click is under way that opened this; without the
+// pointer a click elsewhere would not be heard of.
+void TrayPanel::holdInput()
+{
+    const bool isHeld =
+        windowHandle()->setMouseGrabEnabled(true) && windowHandle()->setKeyboardGrabEnabled(true);
+    if (m_grabTimer != 0) {
+        killTimer(m_grabTimer);
+        m_grabTimer = 0;
+    }
+    m_grabsHeld = isHeld ? m_grabsHeld + 1 : 0;
+    if (m_grabsHeld < grabConfirmations && --m_grabsLeft > 0) {
+        m_grabTimer = startTimer(grabInterval);
+    }
+}
+
+void TrayPanel::timerEvent(QTimerEvent* event)
+{
+    if (event->timerId() == m_grabTimer && isVisible()) {
+        holdInput();
+    }
+}
+
+void TrayPanel::hideEvent(QHideEvent* event)
+{
+    QWidget::hideEvent(event);
+    m_pressWatch.reset();
+    if (m_grabTimer != 0) {
+        killTimer(m_grabTimer);
+        m_grabTimer = 0;
+    }
+}
+
+void TrayPanel::mousePressEvent(QMouseEvent* event)
+{
+    // Every press comes here while the panel is open; one on the shadow is not on the panel either.
+    if (!contentRect().contains(event->position().toPoint())) {
+        closeByPress();
+        return;
+    }
+    QWidget::mousePressEvent(event);
+}
+
+void TrayPanel::closeByPress()
+{
+    m_sinceClosingPress.start();
+    hide();
+}
+
+void TrayPanel::keyPressEvent(QKeyEvent* event)
+{
+    if (event->matches(QKeySequence::Cancel)) {
+        hide();
+    } else {
+        QWidget::keyPressEvent(event);
+    }
+}
+
+void TrayPanel::closeEvent(QCloseEvent* event)
+{
+    event->ignore();
+}
+
+void TrayPanel::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    if (m_hasShadow) {
+        clearMask();
+    } else {
+        setMask(QRegion(continuousRoundedRect(rect(), cornerRadius).toFillPolygon().toPolygon()));
+    }
+}
+
+void TrayPanel::showMenu()
+{
+    auto* menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    for (const AppSection section : sections) {
+        if (section == AppSection::about) {
+            menu->addSeparator();
+        }
+        connect(menu->addAction(qtText(title(section, m_model.language()))), &QAction::triggered, this,
+                [this, section] {
+                    hide();
+                    Q_EMIT sectionRequested(section);
+                });
+    }
+    const QPoint corner = m_more->mapToGlobal(QPoint(m_more->width(), m_more->height() + 2));
+    menu->popup(corner - QPoint(menu->sizeHint().width(), 0));
+}
+
+void TrayPanel::paintEvent(QPaintEvent* /*event*/)
+{
+    const Theme theme = Theme::of(*this);
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF content = contentRect();
+    if (m_hasShadow) {
+        paintShadow(painter);
+        // The rim keeps the panel apart from a window of the same colour.
+        painter.fillPath(continuousRoundedRect(content.adjusted(-1, -1, 1, 1), cornerRadius + 1),
+                         theme.color(ThemeColor::label, 0.14));
+        painter.fillPath(continuousRoundedRect(content, cornerRadius),
+                         theme.color(ThemeColor::panelBackground));
+        return;
+    }
+    // The mask cuts the corners on whole pixels: filled beyond them they have no gaps.
+    painter.fillRect(
+        content, blended(theme.color(ThemeColor::quaternaryLabel), theme.color(ThemeColor::panelBackground)));
+    painter.fillPath(continuousRoundedRect(content.adjusted(1, 1, -1, -1), cornerRadius - 1),
+                     theme.color(ThemeColor::panelBackground));
+}
+
+// Layers of faint outlines add up to a soft edge.
+void TrayPanel::paintShadow(QPainter& painter) const
+{
+    constexpr int reach = shadowMargin - 4;
+    const QRectF content = QRectF(contentRect()).translated(0, 3);
+    for (int distance = reach; distance >= 0; --distance) {
+        const double nearness = 1.0 - static_cast<double>(distance) / reach;
+        const QColor layer(0, 0, 0, static_cast<int>(std::lround(1.0 + 3.0 * nearness * nearness)));
+        painter.fillPath(continuousRoundedRect(content.adjusted(-distance, -distance, distance, distance),
+                                               cornerRadius + distance),
+                         layer);
+    }
+}
+
+} // namespace brevlin

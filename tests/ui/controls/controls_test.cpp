@@ -1,0 +1,118 @@
+#include "ui/controls/bar_buttons.h"
+#include "ui/controls/capsule_button.h"
+#include "ui/controls/card_surface.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QFocusEvent>
+#include <QHBoxLayout>
+#include <QImage>
+
+#include <gtest/gtest.h>
+
+namespace brevlin {
+namespace {
+
+QImage picture(QWidget& widget, double ratio = 1)
+{
+    QImage image(widget.size() * ratio, QImage::Format_RGB32);
+    image.setDevicePixelRatio(ratio);
+    image.fill(Qt::white);
+    widget.render(&image, {}, {}, QWidget::DrawChildren);
+    return image;
+}
+
+void sendFocus(QWidget& widget, QEvent::Type type, Qt::FocusReason reason)
+{
+    QFocusEvent event(type, reason);
+    QCoreApplication::sendEvent(&widget, &event);
+}
+
+TEST(CapsuleButton, looks_different_in_every_state)
+{
+    CapsuleButton button(CapsuleStyle::secondary, ControlSize::regular);
+    button.setText(QStringLiteral("End"));
+    button.resize(button.sizeHint());
+    const QImage normal = picture(button);
+    button.setEnabled(false);
+    EXPECT_NE(picture(button), normal);
+    button.setEnabled(true);
+    sendFocus(button, QEvent::FocusIn, Qt::TabFocusReason);
+    EXPECT_NE(picture(button), normal);
+    sendFocus(button, QEvent::FocusOut, Qt::TabFocusReason);
+    EXPECT_EQ(picture(button), normal);
+    Q_EMIT button.pressed();
+    EXPECT_NE(picture(button), normal);
+}
+
+TEST(PlainButton, only_the_keyboard_shows_the_focus_ring)
+{
+    SectionTab tab;
+    sendFocus(tab, QEvent::FocusIn, Qt::MouseFocusReason);
+    EXPECT_FALSE(tab.showsFocusRing());
+    sendFocus(tab, QEvent::FocusIn, Qt::BacktabFocusReason);
+    EXPECT_TRUE(tab.showsFocusRing());
+    sendFocus(tab, QEvent::FocusOut, Qt::ActiveWindowFocusReason);
+    EXPECT_FALSE(tab.showsFocusRing());
+    sendFocus(tab, QEvent::FocusIn, Qt::ActiveWindowFocusReason);
+    EXPECT_TRUE(tab.showsFocusRing()) << "the ring comes back with the window";
+}
+
+TEST(SectionTab, stands_still_when_the_selection_moves)
+{
+    SectionTab tab;
+    tab.setText(QStringLiteral("Statistics"));
+    const QSize size = tab.sizeHint();
+    EXPECT_EQ(size.height(), 32);
+    tab.setSelected(true);
+    EXPECT_EQ(tab.sizeHint(), size);
+}
+
+TEST(SectionTab, tells_assistive_technology_that_it_is_selected)
+{
+    SectionTab tab;
+    tab.setText(QStringLiteral("记录"));
+    QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(&tab);
+    EXPECT_EQ(accessible->role(), QAccessible::PageTab);
+    EXPECT_EQ(accessible->text(QAccessible::Name), QStringLiteral("记录"));
+    EXPECT_FALSE(accessible->state().selected);
+    tab.setSelected(true);
+    EXPECT_TRUE(accessible->state().selected);
+}
+
+TEST(CardSurface, fills_its_place_and_casts_its_shadow_outside)
+{
+    QWidget window;
+    auto* layout = new QHBoxLayout(&window);
+    layout->setContentsMargins(24, 24, 24, 24);
+    auto* card = new CardSurface(18);
+    auto* content = new QHBoxLayout(card);
+    content->setContentsMargins(0, 0, 0, 0);
+    auto* inner = new QWidget;
+    content->addWidget(inner);
+    layout->addWidget(card);
+    window.resize(400, 300);
+    layout->activate();
+    content->activate();
+    EXPECT_EQ(card->cardRect().translated(card->pos()), QRect(24, 24, 352, 252));
+    EXPECT_EQ(QRect(inner->mapTo(&window, QPoint()), inner->size()), QRect(42, 42, 316, 216));
+}
+
+TEST(CardSurface, its_border_is_one_whole_pixel_at_every_scale)
+{
+    CardSurface card(0);
+    card.resize(202, 120);
+    for (const double ratio : {1.0, 100.0 / 96, 1.25, 2.0}) {
+        const QImage image = picture(card, ratio);
+        const int middle = image.height() / 2;
+        const int left = qRound(card.cardRect().left() * ratio);
+        const int right = qRound((card.cardRect().right() + 1) * ratio) - 1;
+        for (const auto& [border, inside] : {std::pair{left, left + 1}, std::pair{right, right - 1}}) {
+            EXPECT_LT(image.pixelColor(border, middle).lightness(), 235) << ratio;
+            EXPECT_GT(image.pixelColor(inside, middle).lightness(), 250) << ratio;
+        }
+    }
+}
+
+} // namespace
+} // namespace brevlin

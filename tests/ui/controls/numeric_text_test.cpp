@@ -1,0 +1,144 @@
+#include "ui/controls/brevlin_style.h"
+#include "ui/controls/numeric_text.h"
+#include "ui/style/animation.h"
+#include "ui/style/typography.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QPaintEvent>
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+namespace brevlin {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// Shown off screen; counts how often and how widely it is painted.
+class NumericTextTest : public testing::Test
+{
+protected:
+    NumericTextTest()
+    {
+        text.setAttribute(Qt::WA_DontShowOnScreen);
+        text.setText(QStringLiteral("25:00"));
+        text.resize(text.sizeHint());
+        text.show();
+        QApplication::processEvents();
+    }
+    ~NumericTextTest() override { style().setReducesMotion(false); }
+
+    static BrevlinStyle& style() { return *qobject_cast<BrevlinStyle*>(QApplication::style()); }
+
+    NumericText text{systemFont(54, QFont::DemiBold)};
+};
+
+TEST_F(NumericTextTest, every_clock_of_five_characters_is_equally_wide)
+{
+    const QSize size = text.sizeHint();
+    for (const char* clock : {"11:11", "00:00", "17:47", "88:88", "40:04"}) {
+        text.setText(QString::fromLatin1(clock));
+        EXPECT_EQ(text.sizeHint(), size) << clock;
+    }
+}
+
+TEST_F(NumericTextTest, digits_keep_their_cells_whatever_they_are)
+{
+    NumericText::Cells cells(systemFont(54));
+    cells.digitWidth = 200; // many fonts have digits of one width already; these cells are wider than any
+    const auto narrow = NumericText::pieces(QStringLiteral("11 分钟 1"), cells);
+    const auto wide = NumericText::pieces(QStringLiteral("88 分钟 8"), cells);
+    ASSERT_EQ(narrow.size(), 4U);
+    ASSERT_EQ(wide.size(), 4U);
+    for (std::size_t index = 0; index < narrow.size(); ++index) {
+        EXPECT_EQ(narrow[index].left, wide[index].left);
+        EXPECT_EQ(narrow[index].width, wide[index].width);
+    }
+    EXPECT_EQ(narrow[2], wide[2]);
+    EXPECT_EQ(narrow[1].left, 200);
+    EXPECT_NEAR(narrow[0].inset, (200 - cells.metrics.horizontalAdvance(QLatin1Char('1'))) / 2, 0.001);
+}
+
+TEST_F(NumericTextTest, only_a_colon_between_digits_is_lifted)
+{
+    const NumericText::Cells cells(systemFont(54));
+    EXPECT_GT(NumericText::pieces(QStringLiteral("25:00"), cells)[2].rise, 0);
+    EXPECT_EQ(NumericText::pieces(QStringLiteral("Focus: 25"), cells)[0].rise, 0);
+}
+
+TEST_F(NumericTextTest, a_change_fades_in_a_few_steps)
+{
+    text.setText(QStringLiteral("24:59"));
+    ASSERT_TRUE(text.transition().isRunning());
+    int steps = 0;
+    QObject::connect(&text.transition(), &ValueAnimation::valueChanged, &text, [&steps] { ++steps; });
+    for (auto elapsed = 0ms; elapsed <= 250ms; elapsed += 1ms)
+        text.transition().advanceTo(elapsed);
+    EXPECT_FALSE(text.transition().isRunning());
+    EXPECT_EQ(text.transition().value(), 1);
+    EXPECT_GE(steps, 4);
+    EXPECT_LE(steps, 6);
+}
+
+TEST_F(NumericTextTest, what_stays_is_not_repainted)
+{
+    class PaintArea : public QObject
+    {
+    public:
+        QRect area;
+
+    protected:
+        bool eventFilter(QObject*, QEvent* event) override
+        {
+            if (event->type() == QEvent::Paint)
+                area |= static_cast<QPaintEvent*>(event)->rect();
+            return false;
+        }
+    } painted;
+    text.installEventFilter(&painted);
+    text.setText(QStringLiteral("25:01"));
+    QApplication::processEvents();
+    EXPECT_TRUE(painted.area.isEmpty()) << "the fade begins with what is there already";
+    text.transition().advanceTo(std::chrono::milliseconds(100));
+    QApplication::processEvents();
+    EXPECT_FALSE(painted.area.isEmpty());
+    EXPECT_LE(painted.area.width(), text.width() / 3);
+    EXPECT_GE(painted.area.left(), text.width() / 2);
+}
+
+TEST_F(NumericTextTest, a_change_is_immediate_when_motion_is_reduced)
+{
+    style().setReducesMotion(true);
+    text.setText(QStringLiteral("24:59"));
+    EXPECT_FALSE(text.transition().isRunning());
+    EXPECT_EQ(text.transition().value(), 1);
+}
+
+TEST_F(NumericTextTest, a_change_under_way_ends_when_motion_becomes_reduced)
+{
+    text.setText(QStringLiteral("24:59"));
+    ASSERT_TRUE(text.transition().isRunning());
+    style().setReducesMotion(true);
+    EXPECT_FALSE(text.transition().isRunning());
+    EXPECT_EQ(text.transition().value(), 1);
+}
+
+TEST_F(NumericTextTest, a_hidden_text_does_not_animate)
+{
+    text.hide();
+    text.setText(QStringLiteral("24:59"));
+    EXPECT_FALSE(text.transition().isRunning());
+}
+
+TEST_F(NumericTextTest, assistive_technology_reads_the_text)
+{
+    QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(&text);
+    ASSERT_NE(accessible, nullptr);
+    EXPECT_EQ(accessible->role(), QAccessible::StaticText);
+    EXPECT_EQ(accessible->text(QAccessible::Name), QStringLiteral("25:00"));
+}
+
+} // namespace
+} // namespace brevlin
