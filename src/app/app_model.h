@@ -113,6 +113,9 @@ public:
     void stopAlertSound();
 
     // Settings commands
+    /// Takes over what `change` makes of the preferences, keeps it and lets follow what follows from it. The
+    /// commands below are this one under the names of what they change.
+    void changePreferences(const std::function<void(AppPreferences&)>& change);
     /// The minutes are kept within 1 to 180.
     void setDuration(std::int64_t minutes, TimerPhase phase);
     void commitTimerSettings(const TimerSettings& settings);
@@ -200,7 +203,6 @@ private:
     void finishLaunchAtLogin(bool enabled,
                              const Expected<LaunchAtLoginStatus, LaunchAtLoginServiceError>& status);
     void publishLaunchAtLoginStatus(LaunchAtLoginStatus status);
-    void changePreferences(const std::function<void(AppPreferences&)>& change);
     void adopt(const AppPreferences& preferences);
     void raise(const BilingualText& messageTitle, const std::string& detail);
     void refreshCalendar();

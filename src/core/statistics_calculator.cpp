@@ -99,21 +99,17 @@ std::int64_t currentStreak(std::vector<LocalDay> activeDays, LocalDay today, con
     return streak;
 }
 
-std::vector<Instant> bucketStarts(StatisticsGranularity granularity, const DateInterval& interval,
+std::vector<Instant> bucketStarts(const StatisticsGranularityRow& kind, const DateInterval& interval,
                                   const Calendar& calendar)
 {
     std::vector<Instant> starts;
     const LocalDay first = calendar.localDay(interval.start);
-    if (granularity == StatisticsGranularity::day) {
-        for (int hour = 0; hour < 24; ++hour) {
-            starts.push_back(calendar.date(first, hour));
-        }
-        return starts;
-    }
     const std::int64_t count =
-        granularity == StatisticsGranularity::week ? 7 : calendar.dayDifference(interval.start, interval.end);
+        kind.bucketCount > 0 ? kind.bucketCount : calendar.dayDifference(interval.start, interval.end);
     for (std::int64_t offset = 0; offset < count; ++offset) {
-        starts.push_back(calendar.start(first + days{offset}));
+        starts.push_back(kind.bucketSize == FocusTimeBucketSize::hour
+                             ? calendar.date(first, static_cast<int>(offset))
+                             : calendar.start(first + days{offset}));
     }
     return starts;
 }
@@ -125,19 +121,17 @@ double rate(std::int64_t completed, std::int64_t attempted)
 
 } // namespace
 
-CalendarUnit calendarUnit(StatisticsGranularity granularity)
+const StatisticsGranularityRow& row(StatisticsGranularity granularity)
 {
-    switch (granularity) {
-    case StatisticsGranularity::day:
-        return CalendarUnit::day;
-    case StatisticsGranularity::week:
-        return CalendarUnit::weekOfYear;
-    case StatisticsGranularity::month:
-        return CalendarUnit::month;
-    case StatisticsGranularity::year:
-        break;
-    }
-    return CalendarUnit::year;
+    using enum StatisticsGranularity;
+    static constexpr std::array rows{
+        StatisticsGranularityRow{day, CalendarUnit::day, FocusTimeBucketSize::hour, 24},
+        StatisticsGranularityRow{week, CalendarUnit::weekOfYear, FocusTimeBucketSize::day, 7},
+        StatisticsGranularityRow{month, CalendarUnit::month, FocusTimeBucketSize::day, 0},
+        StatisticsGranularityRow{year, CalendarUnit::year, FocusTimeBucketSize::day, 0},
+    };
+    return *std::find_if(rows.begin(), rows.end(),
+                         [granularity](const auto& each) { return each.granularity == granularity; });
 }
 
 StatisticsSummary StatisticsCalculator::calculate(std::span<const SessionRecord> sessions, Instant now,
@@ -191,8 +185,9 @@ PeriodStatistics StatisticsCalculator::calculatePeriod(std::span<const SessionRe
 {
     PeriodStatistics result;
     result.granularity = granularity;
-    result.interval = calendar.interval(calendarUnit(granularity), anchor);
-    const std::vector<Instant> starts = bucketStarts(granularity, result.interval, calendar);
+    const StatisticsGranularityRow& kind = row(granularity);
+    result.interval = calendar.interval(kind.period, anchor);
+    const std::vector<Instant> starts = bucketStarts(kind, result.interval, calendar);
     const LocalDay firstDay = calendar.localDay(result.interval.start);
 
     LocalDayReader localDays(calendar);
@@ -209,7 +204,7 @@ PeriodStatistics StatisticsCalculator::calculatePeriod(std::span<const SessionRe
             continue;
         }
         whole.add(record);
-        const std::int64_t bucket = granularity == StatisticsGranularity::day
+        const std::int64_t bucket = kind.bucketSize == FocusTimeBucketSize::hour
                                         ? calendar.hour(record.endedAt)
                                         : (localDays.read(record.endedAt) - firstDay).count();
         if (bucket >= 0 && bucket < static_cast<std::int64_t>(totals.size())) {

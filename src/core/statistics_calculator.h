@@ -37,6 +37,8 @@ struct StatisticsSummary
 
 enum class StatisticsGranularity { day, week, month, year };
 
+enum class FocusTimeBucketSize { hour, day };
+
 template <>
 struct RawValues<StatisticsGranularity>
 {
@@ -48,8 +50,15 @@ struct RawValues<StatisticsGranularity>
     };
 };
 
-/// The unit of the calendar that a period of this granularity is.
-CalendarUnit calendarUnit(StatisticsGranularity granularity);
+/// What a granularity means to the calendar.
+struct StatisticsGranularityRow
+{
+    StatisticsGranularity granularity = StatisticsGranularity::week;
+    CalendarUnit period = CalendarUnit::weekOfYear;
+    FocusTimeBucketSize bucketSize = FocusTimeBucketSize::day;
+    int bucketCount = 0; ///< 0 for as many days as the period has
+};
+const StatisticsGranularityRow& row(StatisticsGranularity granularity);
 
 /// One hour of a day, or one day of a longer period.
 struct FocusTimeBucket

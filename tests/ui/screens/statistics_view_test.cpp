@@ -104,7 +104,7 @@ TEST(ActivityPicture, puts_every_day_in_the_row_of_its_weekday)
             emptyInput(row.granularity, row.y, row.m, row.granularity == year ? 31 : 15);
         const ActivityPicture picture = activityPicture(input, 700);
         ASSERT_EQ(picture.elements.size(), row.elements) << row.y << '-' << row.m;
-        if (picture.isHeatmap()) {
+        if (picture.isHeatmap) {
             const double step = row.granularity == year ? 14 : 27;
             const double top = row.granularity == year ? 20 : 0;
             const QRectF first = picture.elements.front().shape;

@@ -2,6 +2,7 @@
 
 #include "ui/controls/form.h"
 #include "ui/screens/statistics/activity_chart.h"
+#include "ui/screens/statistics/granularity_row.h"
 #include "ui/screens/statistics/statistics_texts.h"
 #include "ui/style/text.h"
 #include "ui/style/typography.h"
@@ -96,7 +97,7 @@ void ActivityCard::show(const ActivityInput& input, std::int64_t currentStreak)
 {
     const PeriodStatistics& statistics = input.statistics;
     const AppLanguage language = input.language;
-    m_title->setText(qtText(granularityTexts(statistics.granularity).activityTitle.in(language)));
+    m_title->setText(qtText(granularityRow(statistics.granularity).activityTitle.in(language)));
     m_subtitle->setText(activitySubtitle(statistics, language));
     m_total->setText(qtText(BilingualText{"共 ", "Total "}.in(language)) +
                      focusDurationText(statistics.totalFocusMinutes, language));

@@ -3,6 +3,8 @@
 #include "ui/screens/statistics/accessible_activity.h"
 #include "ui/screens/statistics/activity_painter.h"
 #include "ui/screens/statistics/activity_texts.h"
+#include "ui/screens/statistics/granularity_row.h"
+#include "ui/style/text.h"
 
 #include <QAccessible>
 #include <QKeyEvent>
@@ -59,7 +61,7 @@ void ActivityChart::show(const ActivityInput& input)
     }
     m_input = input;
     m_picture = activityPicture(input, width());
-    setAccessibleName(activityName(input.statistics.granularity, input.language));
+    setAccessibleName(qtText(granularityRow(input.statistics.granularity).chartName.in(input.language)));
     if (m_picture.size.height() != heightBefore) {
         updateGeometry();
     }

@@ -97,9 +97,8 @@ private:
         if (isToday) {
             return m_theme.color(ThemeColor::focus);
         }
-        const bool isYear = m_picture.granularity == StatisticsGranularity::year;
-        const double opacity = level == 0 ? (isYear ? 0.05 : 0.055) : (isYear ? 0.02 : 0.025);
-        return m_theme.color(ThemeColor::label, opacity);
+        return m_theme.color(ThemeColor::label,
+                             level == 0 ? m_picture.emptyCellBorder : m_picture.filledCellBorder);
     }
 
     QPainter& m_painter;
@@ -157,7 +156,7 @@ void paintLabels(QPainter& painter, const ActivityPicture& picture, bool arePinn
 void paintActivity(QPainter& painter, const ActivityPicture& picture, const Theme& theme)
 {
     painter.setRenderHint(QPainter::Antialiasing);
-    if (picture.isHeatmap()) {
+    if (picture.isHeatmap) {
         paintCells(painter, picture, theme);
     } else {
         paintBars(painter, picture, theme);
@@ -178,7 +177,7 @@ void paintPointedAt(QPainter& painter, const ActivityPicture& picture, std::size
     const ActivityElement& element = picture.elements.at(index);
     const QRectF shape = alignedToPixels(painter, element.shape);
     painter.setRenderHint(QPainter::Antialiasing);
-    if (picture.isHeatmap()) {
+    if (picture.isHeatmap) {
         QPainterPath frame;
         addFrame(frame, shape, picture.cornerRadius, frameWidth);
         painter.fillPath(frame, theme.color(ThemeColor::label, 0.6));

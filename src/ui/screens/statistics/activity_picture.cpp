@@ -1,5 +1,6 @@
 #include "ui/screens/statistics/activity_picture.h"
 
+#include "ui/screens/statistics/granularity_row.h"
 #include "ui/style/text.h"
 #include "ui/style/typography.h"
 
@@ -233,6 +234,8 @@ ActivityPicture monthHeatmap(const ActivityInput& input, double width)
     picture.size = {width, gridHeight + legendGap + map.cellSize};
     picture.cornerRadius = 4;
     picture.todayBorder = 1.5;
+    picture.emptyCellBorder = 0.055;
+    picture.filledCellBorder = 0.025;
     addCells(picture, map, input, std::nullopt);
     addWeekdays(picture, map, input);
     addLegend(picture, map, width, gridHeight + legendGap, input.language);
@@ -272,6 +275,8 @@ ActivityPicture yearHeatmap(const ActivityInput& input, double width)
     picture.pinnedWidth = map.weekdayWidth + map.weekdayGap;
     picture.cornerRadius = 2.5;
     picture.todayBorder = 1.25;
+    picture.emptyCellBorder = 0.05;
+    picture.filledCellBorder = 0.02;
     addCells(picture, map, input, input.startOfToday);
     addMonthNames(picture, map, padding, monthHeight, input);
     addWeekdays(picture, map, input);
@@ -283,25 +288,28 @@ ActivityPicture yearHeatmap(const ActivityInput& input, double width)
 
 ActivityPicture activityPicture(const ActivityInput& input, double width)
 {
+    const StatisticsGranularity granularity = input.statistics.granularity;
+    const ActivityForm form = granularityRow(granularity).form;
     ActivityPicture picture;
-    switch (input.statistics.granularity) {
-    case StatisticsGranularity::day:
+    switch (form) {
+    case ActivityForm::hourChart:
         picture = hourChart(input, width);
         break;
-    case StatisticsGranularity::week:
+    case ActivityForm::weekChart:
         picture = weekChart(input, width);
         break;
-    case StatisticsGranularity::month:
+    case ActivityForm::monthHeatmap:
         picture = monthHeatmap(input, width);
         break;
-    case StatisticsGranularity::year:
+    case ActivityForm::yearHeatmap:
         picture = yearHeatmap(input, width);
         break;
     }
-    picture.granularity = input.statistics.granularity;
+    picture.granularity = granularity;
+    picture.isHeatmap = form == ActivityForm::monthHeatmap || form == ActivityForm::yearHeatmap;
+    const bool isByDay = row(granularity).bucketSize == FocusTimeBucketSize::day;
     for (ActivityElement& element : picture.elements) {
-        element.isToday =
-            picture.granularity != StatisticsGranularity::day && element.bucket.start == input.startOfToday;
+        element.isToday = isByDay && element.bucket.start == input.startOfToday;
     }
     return picture;
 }
@@ -324,8 +332,8 @@ QColor heatColor(int level, const Theme& theme)
 
 std::size_t neighbor(const ActivityPicture& picture, std::size_t index, Qt::Key key)
 {
-    const std::ptrdiff_t sideways = picture.isHeatmap() ? daysPerWeek : 1;
-    const std::ptrdiff_t upright = picture.isHeatmap() ? 1 : 0;
+    const std::ptrdiff_t sideways = picture.isHeatmap ? daysPerWeek : 1;
+    const std::ptrdiff_t upright = picture.isHeatmap ? 1 : 0;
     std::ptrdiff_t target = static_cast<std::ptrdiff_t>(index);
     switch (key) {
     case Qt::Key_Left:

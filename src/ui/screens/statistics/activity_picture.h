@@ -53,18 +53,16 @@ struct ActivityLabel
 struct ActivityPicture
 {
     StatisticsGranularity granularity = StatisticsGranularity::week;
+    bool isHeatmap = false;
     QSizeF size;            ///< of a year, possibly wider than what was asked for
     double pinnedWidth = 0; ///< of the leading part that is not moved sideways
     double cornerRadius = 0;
-    double todayBorder = 0; ///< in points
+    double todayBorder = 0;     ///< in points
+    double emptyCellBorder = 0; ///< opacity of the hairline around the cell of a day with nothing done
+    double filledCellBorder = 0;
     std::vector<ActivityElement> elements;
     std::vector<ActivityLabel> labels;
     std::vector<QRectF> legend; ///< squares of the levels 0 to 4; pinned
-
-    bool isHeatmap() const
-    {
-        return granularity == StatisticsGranularity::month || granularity == StatisticsGranularity::year;
-    }
 };
 
 /// The chart of the period's granularity in a room of this width.

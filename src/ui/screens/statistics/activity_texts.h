@@ -10,9 +10,6 @@
 // year would take longer to make than the chart to paint.
 namespace brevlin {
 
-/// The chart's name for assistive technology.
-QString activityName(StatisticsGranularity granularity, AppLanguage language);
-
 QString bucketToolTip(StatisticsGranularity granularity, const FocusTimeBucket& bucket,
                       const Calendar& calendar, AppLanguage language);
 /// The hour or the day, for assistive technology.

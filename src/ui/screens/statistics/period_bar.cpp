@@ -5,7 +5,7 @@
 #include "ui/controls/numeric_text.h"
 #include "ui/controls/segmented_picker.h"
 #include "ui/screens/statistics/chevron_button.h"
-#include "ui/screens/statistics/statistics_texts.h"
+#include "ui/screens/statistics/granularity_row.h"
 #include "ui/style/text.h"
 #include "ui/style/typography.h"
 
@@ -75,19 +75,19 @@ PeriodBar::PeriodBar(QWidget* parent)
 
 void PeriodBar::show(StatisticsGranularity granularity, const QString& title, AppLanguage language)
 {
-    const GranularityTexts& texts = granularityTexts(granularity);
-    const QString name = qtText(texts.title.in(language));
+    const GranularityRow& kind = granularityRow(granularity);
+    const QString name = qtText(kind.title.in(language));
     setName(*m_previous, {"上一个", "Previous "}, name, language);
     setName(*m_next, {"下一个", "Next "}, name, language);
     m_title->setText(title);
-    m_detail->setText(qtText(texts.detail.in(language)));
+    m_detail->setText(qtText(kind.detail.in(language)));
     m_today->setText(qtText(BilingualText{"回到今天", "Today"}.in(language)));
 
     QStringList shortTitles;
     QStringList titles;
     for (const auto& each : granularities) {
-        shortTitles << qtText(granularityTexts(each.first).shortTitle.in(language));
-        titles << qtText(granularityTexts(each.first).title.in(language));
+        shortTitles << qtText(granularityRow(each.first).shortTitle.in(language));
+        titles << qtText(granularityRow(each.first).title.in(language));
     }
     m_picker->setTexts(shortTitles);
     m_picker->setNames(titles);

@@ -1,8 +1,8 @@
 #include "ui/screens/statistics/statistics_texts.h"
 
+#include "ui/screens/statistics/granularity_row.h"
 #include "ui/style/text.h"
 
-#include <array>
 #include <chrono>
 #include <cmath>
 
@@ -10,58 +10,25 @@ namespace brevlin {
 
 namespace {
 
-// In the order of StatisticsGranularity.
-constexpr std::array texts{
-    GranularityTexts{{"天", "Day"},
-                     {"日", "D"},
-                     {"按完成时刻查看 24 小时分布", "24-hour distribution by completion time"},
-                     {"当日专注", "Daily focus"},
-                     {"24 小时专注分布", "24-hour focus distribution"}},
-    GranularityTexts{{"周", "Week"},
-                     {"周", "W"},
-                     {"按天查看本周节奏", "Daily rhythm for the week"},
-                     {"本周专注", "Weekly focus"},
-                     {"一周专注趋势", "Weekly focus trend"}},
-    GranularityTexts{{"月", "Month"},
-                     {"月", "M"},
-                     {"按日期查看专注热力", "Daily focus heatmap for the month"},
-                     {"本月专注", "Monthly focus"},
-                     {"月度专注热力", "Monthly focus heatmap"}},
-    GranularityTexts{{"年", "Year"},
-                     {"年", "Y"},
-                     {"按天查看全年专注热力", "Daily focus heatmap for the year"},
-                     {"本年专注", "Yearly focus"},
-                     {"年度专注热力", "Yearly focus heatmap"}},
-};
-
-constexpr std::string_view monthAndDay = "MMMd";
-
 QString insightTitle(const PeriodStatistics& statistics, const FocusTimeBucket& best,
                      const Calendar& calendar, AppLanguage language)
 {
     const bool isEnglish = language == AppLanguage::english;
-    switch (statistics.granularity) {
-    case StatisticsGranularity::day: {
-        const QString hour = QStringLiteral("%1:00").arg(best.index, 2, 10, QLatin1Char('0'));
+    if (row(statistics.granularity).bucketSize == FocusTimeBucketSize::hour) {
+        const QString hour = hourText(best);
         return isEnglish ? QStringLiteral("Most focus completed at ") + hour
                          : hour + QStringLiteral(" 完成的专注最多");
     }
-    case StatisticsGranularity::week:
-    case StatisticsGranularity::month:
-    case StatisticsGranularity::year:
-        break;
-    }
-    const bool isWeek = statistics.granularity == StatisticsGranularity::week;
-    const QString day = qtText(calendar.text(isWeek ? "EEEE" : monthAndDay, best.start));
+    const QString day = qtText(calendar.text(granularityRow(statistics.granularity).bestBucket, best.start));
     return isEnglish ? QStringLiteral("Most focus completed on ") + day
                      : day + QStringLiteral("完成的专注最多");
 }
 
 } // namespace
 
-const GranularityTexts& granularityTexts(StatisticsGranularity granularity)
+QString hourText(const FocusTimeBucket& bucket)
 {
-    return texts.at(static_cast<std::size_t>(granularity));
+    return QStringLiteral("%1:00").arg(bucket.index, 2, 10, QLatin1Char('0'));
 }
 
 Calendar statisticsCalendar(const TimeZone& zone, AppLanguage language)
@@ -74,21 +41,13 @@ Calendar statisticsCalendar(const TimeZone& zone, AppLanguage language)
 
 QString periodTitle(const PeriodStatistics& statistics, const Calendar& calendar)
 {
-    const Instant start = statistics.interval.start;
-    switch (statistics.granularity) {
-    case StatisticsGranularity::day:
-        return qtText(calendar.text("yMMMdEEEE", start));
-    case StatisticsGranularity::week: {
-        const Instant last = calendar.adding(CalendarUnit::day, -1, statistics.interval.end);
-        return qtText(calendar.text(monthAndDay, start)) + QStringLiteral(" – ") +
-               qtText(calendar.text(monthAndDay, last));
+    const GranularityRow& kind = granularityRow(statistics.granularity);
+    const QString first = qtText(calendar.text(kind.period, statistics.interval.start));
+    if (!kind.isPeriodOfTwoDates) {
+        return first;
     }
-    case StatisticsGranularity::month:
-        return qtText(calendar.text("yMMMM", start));
-    case StatisticsGranularity::year:
-        break;
-    }
-    return qtText(calendar.text("y", start));
+    const Instant last = calendar.adding(CalendarUnit::day, -1, statistics.interval.end);
+    return first + QStringLiteral(" – ") + qtText(calendar.text(kind.period, last));
 }
 
 QString focusDurationText(std::int64_t minutes, AppLanguage language)

@@ -12,22 +12,13 @@
 // What the statistics screen says, from values alone.
 namespace brevlin {
 
-/// The fixed texts of one granularity.
-struct GranularityTexts
-{
-    BilingualText title;
-    BilingualText shortTitle;
-    BilingualText detail;
-    BilingualText metricTitle;
-    BilingualText activityTitle;
-};
-const GranularityTexts& granularityTexts(StatisticsGranularity granularity);
-
 /// Dates in the language's own form and the given zone, in weeks that begin on Monday.
 Calendar statisticsCalendar(const TimeZone& zone, AppLanguage language);
 
 /// Takes the calendar's locale for the form of dates.
 QString periodTitle(const PeriodStatistics& statistics, const Calendar& calendar);
+/// The bucket's hour: "09:00".
+QString hourText(const FocusTimeBucket& bucket);
 /// Minutes, or hours and minutes: "45 min", "2 hr 5 min", "2时 5分". At least 0 minutes.
 QString focusDurationText(std::int64_t minutes, AppLanguage language);
 QString percentText(double rate);

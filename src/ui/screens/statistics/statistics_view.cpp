@@ -10,8 +10,6 @@
 #include <QShortcut>
 #include <QVBoxLayout>
 
-#include <array>
-
 namespace brevlin {
 
 namespace {
@@ -75,10 +73,9 @@ void StatisticsView::addKeys()
     add(Qt::Key_Left, [this] { movePeriod(-1); });
     add(Qt::Key_Right, [this] { movePeriod(1); });
     add(Qt::Key_Home, [this] { showToday(); });
-    constexpr std::array digits{Qt::Key_1, Qt::Key_2, Qt::Key_3, Qt::Key_4};
-    for (std::size_t index = 0; index < digits.size(); ++index) {
-        add(digits.at(index),
-            [this, index] { setGranularity(RawValues<StatisticsGranularity>::cases.at(index).first); });
+    int digit = Qt::Key_1;
+    for (const auto& each : RawValues<StatisticsGranularity>::cases) {
+        add(static_cast<Qt::Key>(digit++), [this, granularity = each.first] { setGranularity(granularity); });
     }
 }
 
@@ -87,7 +84,7 @@ void StatisticsView::movePeriod(int periods)
     if (periods > 0 && m_model.now() < m_statistics.interval.end) {
         return;
     }
-    m_anchor = m_calendar.adding(calendarUnit(m_granularity), periods, m_anchor);
+    m_anchor = m_calendar.adding(row(m_granularity).period, periods, m_anchor);
     showPeriod();
 }
 

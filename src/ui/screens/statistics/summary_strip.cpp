@@ -2,6 +2,7 @@
 
 #include "ui/controls/numeric_text.h"
 #include "ui/controls/spoken_element.h"
+#include "ui/screens/statistics/granularity_row.h"
 #include "ui/screens/statistics/statistics_texts.h"
 #include "ui/style/shapes.h"
 #include "ui/style/text.h"
@@ -108,20 +109,20 @@ SummaryStrip::SummaryStrip(QWidget* parent)
 
 void SummaryStrip::show(const PeriodStatistics& statistics, AppLanguage language)
 {
-    const bool isDay = statistics.granularity == StatisticsGranularity::day;
+    const bool isByHour = row(statistics.granularity).bucketSize == FocusTimeBucketSize::hour;
     const auto text = [language](const BilingualText& both) {
         return qtText(both.in(language));
     };
     const auto number = [](std::int64_t value) {
         return QString::number(value);
     };
-    m_metrics[0]->setTexts(text(granularityTexts(statistics.granularity).metricTitle),
+    m_metrics[0]->setTexts(text(granularityRow(statistics.granularity).metricTitle),
                            focusDurationText(statistics.totalFocusMinutes, language));
     m_metrics[1]->setTexts(text({"完成番茄", "Completed"}),
                            number(statistics.completedPomodoros) + text({" 个", ""}));
-    m_metrics[2]->setTexts(isDay ? text({"活跃小时", "Active hours"}) : text({"专注天数", "Focus days"}),
+    m_metrics[2]->setTexts(isByHour ? text({"活跃小时", "Active hours"}) : text({"专注天数", "Focus days"}),
                            number(statistics.activeUnitCount) +
-                               (isDay ? text({" 小时", " hr"}) : text({" 天", " days"})));
+                               (isByHour ? text({" 小时", " hr"}) : text({" 天", " days"})));
     m_metrics[3]->setTexts(text({"完成率", "Completion rate"}), percentText(statistics.completionRate));
 }
 
