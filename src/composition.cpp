@@ -79,6 +79,7 @@ private:
     void followAppearance();
     void applyAppearance();
     void showFirst();
+    void follow(const InstanceRequest& request);
     void showWindow(const std::string& activationToken);
     void notify(const std::string& title, const std::string& text);
 
@@ -165,8 +166,8 @@ Composition::Parts::Parts(Application& application, BusStart& buses, const UserF
                      [this] { m_settingsWindow.present(); });
     QObject::connect(&m_model, &AppModel::mainWindowActivationRequested, &m_window,
                      [this] { showWindow(m_notificationCenter.activationToken()); });
-    QObject::connect(&instance, &ApplicationInstance::activationRequested, &m_window,
-                     [this](const QString& token) { showWindow(token.toStdString()); });
+    QObject::connect(&instance, &ApplicationInstance::requested, &m_window,
+                     [this](const InstanceRequest& request) { follow(request); });
     m_firstShow = m_scheduler.after(longestWaitForAppearance, [this] { showFirst(); });
 }
 
@@ -237,6 +238,15 @@ void Composition::Parts::showFirst()
     m_firstShow.reset();
     m_window.show();
     m_messagePresenter.start();
+}
+
+// The sections of the window are the actions.
+void Composition::Parts::follow(const InstanceRequest& request)
+{
+    if (const auto section = fromRawValue<AppSection>(request.action.toStdString())) {
+        m_selection.select(*section);
+    }
+    showWindow(request.token.toStdString());
 }
 
 void Composition::Parts::showWindow(const std::string& activationToken)

@@ -35,7 +35,7 @@ int main(int argc, char** argv)
 
     const UserFolders folders = userFolders();
     ApplicationInstance instance(buses.session(), {folders.data, folders.preferences}, folders.runtime);
-    switch (instance.claim(token)) {
+    switch (instance.claim({{}, token})) {
     case ApplicationInstance::Claim::first:
         break;
     case ApplicationInstance::Claim::activated:

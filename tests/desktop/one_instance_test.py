@@ -74,7 +74,10 @@ class OneInstance(OneInstanceTest):
         self.desktop.bus().call_blocking(BUS_NAME, OBJECT_PATH, "org.freedesktop.Application", "Activate", "a{sv}",
                                          [{}])
         self.assert_is_in_front(first, window)
-
+        self.desktop.bus().call_blocking(BUS_NAME, OBJECT_PATH, "org.freedesktop.Application", "ActivateAction",
+                                         "sava{sv}", ["history", [], {}])
+        section = self.desktop.config / "com.quillmark.brevlin.mainSection.json"
+        wait_for("the history", lambda: section.exists() and "history" in section.read_text())
 
     def test_a_start_while_the_last_one_still_writes_follows_it(self):
         desktop = self.desktop

@@ -29,16 +29,17 @@ ActivationService::ActivationService(MessageBus& bus, const QString& path)
     : BusObject(bus, path, interface, description)
 {}
 
-// There are no documents to open and no actions in the desktop entry: whoever asks for any of them wants to
-// see the program.
-QVariantList ActivationService::answer(const QString& /*method*/, const QVariantList& arguments)
+// There are no documents to open: whoever asks for one wants to see the program.
+QVariantList ActivationService::answer(const QString& method, const QVariantList& arguments)
 {
     const auto platformData = qdbus_cast<QVariantMap>(arguments.constLast());
     const auto text = [&platformData](const char* key) {
         return busValue<QString>(platformData.value(QString::fromLatin1(key))).value_or(QString());
     };
     const QString startupIdentifier = text("desktop-startup-id");
-    Q_EMIT activated(startupIdentifier.isEmpty() ? text("activation-token") : startupIdentifier);
+    Q_EMIT requested(
+        {method == QLatin1String("ActivateAction") ? arguments.constFirst().toString() : QString(),
+         startupIdentifier.isEmpty() ? text("activation-token") : startupIdentifier});
     return {};
 }
 

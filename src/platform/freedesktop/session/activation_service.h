@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/freedesktop/bus/bus_object.h"
+#include "platform/freedesktop/session/instance_request.h"
 
 namespace brevlin {
 
@@ -16,8 +17,7 @@ public:
     ActivationService(MessageBus& bus, const QString& path);
 
 Q_SIGNALS:
-    /// With the token or startup identifier of the user's action, empty where none was given.
-    void activated(const QString& token);
+    void requested(const InstanceRequest& request);
 
 protected:
     QVariantList answer(const QString& method, const QVariantList& arguments) override;

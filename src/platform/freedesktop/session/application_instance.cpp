@@ -32,6 +32,8 @@ const QString objectPath = QStringLiteral("/com/quillmark/Brevlin");
 constexpr int answerTimeout = 3000; // milliseconds; only a second start waits, with nothing else to do
 constexpr int attempts = 20;
 constexpr unsigned long attemptInterval = 100; // milliseconds
+// A line to the socket is the token, and behind this the action if there is one.
+constexpr QLatin1Char separator('\t');
 constexpr QByteArrayView acknowledgement{"ok"};
 constexpr QByteArrayView farewell{"ending"}; // which takes as long as the disk does
 
@@ -80,7 +82,7 @@ void ApplicationInstance::releaseFolders()
     }
 }
 
-ApplicationInstance::Claim ApplicationInstance::claim(const QString& token)
+ApplicationInstance::Claim ApplicationInstance::claim(const InstanceRequest& request)
 {
     // Another process may hold the lock and not answer yet, or be about to end.
     for (int attempt = 0; attempt < attempts;) {
@@ -88,10 +90,10 @@ ApplicationInstance::Claim ApplicationInstance::claim(const QString& token)
         if (lock == Lock::failed) {
             return Claim::failed;
         }
-        if (lock == Lock::held && activateThroughBus(token)) {
+        if (lock == Lock::held && askThroughBus(request)) {
             return Claim::activated;
         }
-        const QByteArray answer = answerOfSocket(token);
+        const QByteArray answer = answerOfSocket(request);
         if (answer.startsWith(acknowledgement.data())) {
             return Claim::activated;
         }
@@ -155,7 +157,8 @@ ApplicationInstance::Lock ApplicationInstance::lockFolder(const std::string& fol
     if (isLocked) {
         return Lock::taken;
     }
-    // The kernel lets go of it however the process ends.
+    // The kernel lets go of it however the process ends. QLockFile would leave a file in the user's folder,
+    // and takes a lock for forsaken by the number of a process that another machine or container may have.
     int locked = 0;
     do {
         locked = flock(descriptor, LOCK_EX | LOCK_NB);
@@ -174,24 +177,29 @@ void ApplicationInstance::serveBus()
 {
     // The object first: whoever sees the name may call at once.
     m_service = std::make_unique<ActivationService>(m_bus, objectPath);
-    connect(m_service.get(), &ActivationService::activated, this, &ApplicationInstance::activationRequested);
+    connect(m_service.get(), &ActivationService::requested, this, &ApplicationInstance::requested);
     m_bus.connection().interface()->registerService(busName, QDBusConnectionInterface::DontQueueService,
                                                     QDBusConnectionInterface::DontAllowReplacement);
 }
 
-bool ApplicationInstance::activateThroughBus(const QString& token) const
+bool ApplicationInstance::askThroughBus(const InstanceRequest& request) const
 {
     const QDBusConnection bus = m_bus.connection();
     if (!m_bus.isOpen() || !bus.interface()->isServiceRegistered(busName)) {
         return false;
     }
     QVariantMap platformData;
-    if (!token.isEmpty()) {
-        platformData = {{QStringLiteral("desktop-startup-id"), token},
-                        {QStringLiteral("activation-token"), token}};
+    if (!request.token.isEmpty()) {
+        platformData = {{QStringLiteral("desktop-startup-id"), request.token},
+                        {QStringLiteral("activation-token"), request.token}};
     }
+    const bool isForWindow = request.action.isEmpty();
     QDBusMessage message = QDBusMessage::createMethodCall(busName, objectPath, ActivationService::interface,
-                                                          QStringLiteral("Activate"));
+                                                          isForWindow ? QStringLiteral("Activate")
+                                                                      : QStringLiteral("ActivateAction"));
+    if (!isForWindow) {
+        message << request.action << QVariantList();
+    }
     message << platformData;
     return bus.call(message, QDBus::Block, answerTimeout).type() == QDBusMessage::ReplyMessage;
 }
@@ -210,12 +218,12 @@ void ApplicationInstance::serveSocket()
             if (!socket->canReadLine()) {
                 return;
             }
-            const QString token = QString::fromUtf8(socket->readLine().trimmed());
+            const QStringList parts = QString::fromUtf8(socket->readLine()).chopped(1).split(separator);
             const QByteArrayView answer = m_isRetired ? farewell : acknowledgement;
             socket->write(answer.data(), answer.size());
             socket->disconnectFromServer();
             if (!m_isRetired) {
-                Q_EMIT activationRequested(token);
+                Q_EMIT requested({parts.value(1), parts.constFirst()});
             }
         });
     });
@@ -224,7 +232,7 @@ void ApplicationInstance::serveSocket()
     m_server->listen(socketPath());
 }
 
-QByteArray ApplicationInstance::answerOfSocket(const QString& token) const
+QByteArray ApplicationInstance::answerOfSocket(const InstanceRequest& request) const
 {
     if (!m_runtimeFolder) {
         return {};
@@ -234,7 +242,9 @@ QByteArray ApplicationInstance::answerOfSocket(const QString& token) const
     if (!socket.waitForConnected(answerTimeout)) {
         return {};
     }
-    socket.write(token.toUtf8() + '\n');
+    const QString line =
+        request.action.isEmpty() ? request.token : request.token + separator + request.action;
+    socket.write(line.toUtf8() + '\n');
     return socket.waitForReadyRead(answerTimeout) ? socket.readAll() : QByteArray();
 }
 

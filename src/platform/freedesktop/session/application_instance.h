@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/freedesktop/session/instance_request.h"
+
 #include <QByteArray>
 #include <QObject>
 #include <QString>
@@ -37,16 +39,16 @@ public:
                         std::optional<std::string> runtimeFolder, QObject* parent = nullptr);
     ~ApplicationInstance() override;
 
-    /// The token is what the desktop gave to the start of this process; see launchToken.
-    Claim claim(const QString& token);
+    /// Where another process owns the files, the request goes to it. Where this one comes to own them, it is
+    /// the caller's to follow.
+    Claim claim(const InstanceRequest& request);
     /// The program is about to end: a start from now on waits until it is gone.
     void retire();
     /// In the system's words.
     const std::string& failure() const { return m_failure; }
 
 Q_SIGNALS:
-    /// A second start, or the desktop, asks for the window, with the user's activation token if there is one.
-    void activationRequested(const QString& token);
+    void requested(const InstanceRequest& request);
 
 private:
     enum class Lock { taken, held, failed };
@@ -56,9 +58,9 @@ private:
     Lock lockFolder(const std::string& folder);
     void serveBus();
     void serveSocket();
-    bool activateThroughBus(const QString& token) const;
+    bool askThroughBus(const InstanceRequest& request) const;
     /// Empty where nobody answers.
-    QByteArray answerOfSocket(const QString& token) const;
+    QByteArray answerOfSocket(const InstanceRequest& request) const;
     QString socketPath() const;
 
     MessageBus& m_bus;
