@@ -42,6 +42,7 @@
 
 #include <QApplication>
 #include <QSessionManager>
+#include <QStandardPaths>
 
 namespace brevlin {
 
@@ -51,6 +52,15 @@ namespace {
 // flash. The answer takes long only where it is the first that this session asks for, and no time where
 // nobody gives any.
 constexpr Seconds longestWaitForAppearance{1.0};
+
+std::vector<std::string> sharedDataFolders()
+{
+    std::vector<std::string> folders;
+    for (const QString& folder : QStandardPaths::standardLocations(QStandardPaths::GenericDataLocation)) {
+        folders.push_back(folder.toStdString());
+    }
+    return folders;
+}
 
 ColorScheme schemeOf(DesktopSettings::ColorScheme scheme)
 {
@@ -127,7 +137,7 @@ Composition::Parts::Parts(Application& application, BusStart& buses, const UserF
     , m_systemEvents(buses.system())
     , m_desktopSettings(m_sessionBus)
     , m_notificationCenter(std::make_unique<DBusNotificationServer>(m_sessionBus), m_clock, m_scheduler)
-    , m_soundPlayer(m_scheduler, folders.sharedData, "freedesktop")
+    , m_soundPlayer(m_scheduler, sharedDataFolders(), "freedesktop")
     , m_loginItem(folders.autostart, QCoreApplication::applicationFilePath().toStdString(), m_files,
                   m_documents)
     , m_statusItem(m_sessionBus, m_scheduler)

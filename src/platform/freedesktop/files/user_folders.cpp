@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <optional>
-#include <sstream>
 
 namespace brevlin {
 
@@ -16,20 +15,6 @@ std::optional<std::string> environmentValue(const char* name)
 {
     const char* value = std::getenv(name);
     return value != nullptr ? std::optional<std::string>{value} : std::nullopt;
-}
-
-// By https://specifications.freedesktop.org/basedir-spec/latest/: the user's folder, then $XDG_DATA_DIRS.
-std::vector<std::string> sharedDataFolders(const std::string& userFolder)
-{
-    std::vector<std::string> folders{userFolder};
-    const auto configured = environmentValue("XDG_DATA_DIRS");
-    std::istringstream list{configured && !configured->empty() ? *configured : "/usr/local/share:/usr/share"};
-    for (std::string folder; std::getline(list, folder, ':');) {
-        if (folder.starts_with('/')) {
-            folders.push_back(folder);
-        }
-    }
-    return folders;
 }
 
 } // namespace
@@ -49,8 +34,7 @@ UserFolders userFolders()
             folders.data + "/Brevlin",
             folders.config + "/Brevlin",
             folders.config + "/autostart",
-            runtimeFolder(environmentValue("XDG_RUNTIME_DIR"), environment.temporaryFolder),
-            sharedDataFolders(folders.data)};
+            runtimeFolder(environmentValue("XDG_RUNTIME_DIR"), environment.temporaryFolder)};
 }
 
 } // namespace brevlin

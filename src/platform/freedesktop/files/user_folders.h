@@ -2,7 +2,6 @@
 
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace brevlin {
 
@@ -14,7 +13,6 @@ struct UserFolders
     std::string preferences;             ///< ours in the base folder for settings
     std::string autostart;               ///< entries of what the desktop starts at login
     std::optional<std::string> runtime;  ///< for sockets; nothing where there is no safe place
-    std::vector<std::string> sharedData; ///< base folders for data, by precedence
 };
 
 /// As the environment says.

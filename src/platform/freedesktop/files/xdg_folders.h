@@ -24,7 +24,8 @@ struct XdgFolders
 };
 
 /// By https://specifications.freedesktop.org/basedir-spec/latest/: a value that is not an absolute path is
-/// ignored. Without a home folder everything goes to the temporary one.
+/// ignored. Without a home folder everything goes to the temporary one; QStandardPaths would then write below
+/// the root of the file system.
 XdgFolders xdgFolders(const XdgEnvironment& environment);
 
 } // namespace brevlin

@@ -26,6 +26,8 @@ struct Line
     std::string_view value;
 };
 
+// Line by line rather than by GKeyFile or QSettings: an entry that the user has edited keeps its order, its
+// comments and the lines that say nothing to us, and a faulty line does not make the others unreadable.
 void forEachLine(std::string_view document, const std::function<void(const Line&)>& visit)
 {
     bool isInGroup = false;
