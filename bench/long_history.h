@@ -45,7 +45,7 @@ public:
         m_files.files[path] = text.view();
         const DocumentDisk disk{m_defaults, m_documents, m_scheduler, m_clock};
         m_model = std::make_unique<AppModel>(AppModelParts{
-            m_clock, m_scheduler, m_events, m_capsule, std::make_unique<PreferencesStore>(disk),
+            m_clock, m_scheduler, m_events, std::make_unique<PreferencesStore>(disk),
             std::make_unique<ActiveTimerPersistence>(disk),
             std::make_unique<SessionStore>(HistoryLocation{path, std::nullopt},
                                            HistoryDisk{m_files, m_documents, m_scheduler, m_clock}),

@@ -55,7 +55,7 @@ public:
     {
         m_model.reset();
         m_model = std::make_unique<AppModel>(AppModelParts{
-            m_clock, m_scheduler, m_events, m_capsule, std::make_unique<PreferencesStore>(disk()),
+            m_clock, m_scheduler, m_events, std::make_unique<PreferencesStore>(disk()),
             std::make_unique<ActiveTimerPersistence>(disk()),
             std::make_unique<SessionStore>(HistoryLocation{m_path, std::nullopt},
                                            HistoryDisk{m_files, m_thread, m_scheduler, m_clock}),
@@ -125,7 +125,7 @@ private:
             m_model->performPrimaryAction();
         }
         m_scheduler.advance(Seconds{static_cast<double>(60 + m_dice() % 900)});
-        m_model->clearAppMessage();
+        m_model->messages().clearAppMessage();
         // What the fakes remember is no part of the program.
         m_player.log.clear();
     }

@@ -155,7 +155,7 @@ Composition::Parts::Parts(Application& application, BusStart& buses, const UserF
                m_floatingWindows)
     , m_tray(m_model, m_selection, m_statusItem, m_windowSystem, m_floatingWindows)
     , m_settingsWindow(m_model, m_windowSystem)
-    , m_messagePresenter(m_model, {&m_window, &m_settingsWindow},
+    , m_messagePresenter(m_model.messages(), {&m_window, &m_settingsWindow},
                          [this](const std::string& title, const std::string& text) { notify(title, text); })
     , m_quitSequence(m_model, m_documents, m_scheduler)
     , m_suddenExit([this] {

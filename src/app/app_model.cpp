@@ -25,7 +25,11 @@ bool outdatesAnnouncement(const TimerTransition& transition, const TimerSnapshot
 } // namespace
 
 AppModel::AppModel(AppModelParts parts, QObject* parent)
-    : QObject(parent), m_parts(std::move(parts)), m_calendar(m_parts.clock.timeZone(), m_parts.userLocale)
+    : QObject(parent)
+    , m_parts(std::move(parts))
+    , m_launchAtLogin(std::move(m_parts.launchAtLoginService), m_messages)
+    , m_announcer(std::move(m_parts.notificationService), m_parts.clock, m_messages)
+    , m_calendar(m_parts.clock.timeZone(), m_parts.userLocale)
 {
     restore();
     connectParts();
@@ -37,19 +41,12 @@ AppModel::~AppModel()
 {
     retryWrites();
     m_parts.systemEvents.setObserver({});
-    m_parts.notificationService->setActionHandler({});
-    m_parts.notificationService->setAuthorizationChangeHandler({});
     m_parts.soundService->setPlaybackStateHandler({});
-    m_parts.launchAtLoginService->setChangeHandler({});
 }
 
 void AppModel::connectParts()
 {
-    m_parts.notificationService->setActionHandler(
-        [this](const TimerNotificationAction& action, const std::optional<Uuid>& sessionID) {
-            handleNotificationAction(action, sessionID);
-        });
-    m_parts.notificationService->setAuthorizationChangeHandler([this] { authorizationMayHaveChanged(); });
+    connect(&m_announcer, &PhaseAnnouncer::actionChosen, this, &AppModel::handleNotificationAction);
     m_parts.soundService->setPlaybackStateHandler([this](bool playing) {
         if (std::exchange(m_isAlertSoundPlaying, playing) != playing) {
             Q_EMIT alertSoundPlayingChanged();
@@ -59,8 +56,6 @@ void AppModel::connectParts()
 
 void AppModel::observeSystemEvents()
 {
-    m_parts.launchAtLoginService->setChangeHandler(
-        [this] { publishLaunchAtLoginStatus(m_parts.launchAtLoginService->status()); });
     SystemEvents::Observer observer;
     observer.willSleep = [this] {
         m_isAsleep = true;
@@ -133,8 +128,8 @@ void AppModel::refreshSystemStateAndReconcile(bool completedWhileAway)
     // Without waiting for the desktop's answer: what ended while the program was closed shall not be taken
     // for a phase that ended just now.
     reconcile(completedWhileAway);
-    publishLaunchAtLoginStatus(m_parts.launchAtLoginService->status());
-    readNotificationAuthorization([] {});
+    m_launchAtLogin.refresh();
+    m_announcer.readNotificationAuthorization();
 }
 
 void AppModel::reconcile(bool completedWhileAway)
@@ -149,10 +144,10 @@ void AppModel::apply(const TimerTransition& transition, const TimerSnapshot& pre
 {
     const TimerSnapshot& next = transition.snapshot;
     if (next.runState != TimerRunState::running || next.sessionID != previous.sessionID) {
-        m_parts.notificationService->cancel(previous.sessionID);
+        m_announcer.cancel(previous.sessionID);
     }
     if (outdatesAnnouncement(transition, previous)) {
-        m_parts.notificationService->withdrawAnnouncement();
+        m_announcer.withdrawAnnouncement();
     }
     publish(next);
     if (transition.finishedSession) {
@@ -166,7 +161,7 @@ void AppModel::apply(const TimerTransition& transition, const TimerSnapshot& pre
     save(next);
     if (next.runState == TimerRunState::running) {
         startTicker();
-        scheduleNotification(permission);
+        m_announcer.schedule(permission);
     }
     Q_EMIT transitionApplied();
 }
@@ -177,10 +172,36 @@ void AppModel::run(const TimerOperation& operation, AskForPermission permission)
     apply(operation(*m_engine, now()), previous, permission);
 }
 
+void AppModel::handleNotificationAction(const TimerNotificationAction& action,
+                                        const std::optional<Uuid>& sessionID)
+{
+    // A ringing phase has no run of its own, so that the buttons of the phase that just ended are honoured.
+    if (sessionID && m_snapshot.sessionID && *m_snapshot.sessionID != *sessionID) {
+        return;
+    }
+    using Kind = TimerNotificationAction::Kind;
+    switch (action.kind) {
+    case Kind::opened:
+        m_parts.soundService->stop();
+        activateMainWindow();
+        break;
+    case Kind::startNextPhase:
+        advance();
+        break;
+    case Kind::stopAlert:
+        m_parts.soundService->stop();
+        break;
+    case Kind::dismissed:
+    case Kind::unknown:
+        break;
+    }
+}
+
 void AppModel::publish(const TimerSnapshot& snapshot)
 {
     const bool changed = m_snapshot != snapshot;
     m_snapshot = snapshot;
+    m_announcer.follow(snapshot, m_preferences.timerSettings.alertIntensity);
     publishRemainingSeconds();
     if (changed) {
         Q_EMIT snapshotChanged();
@@ -196,13 +217,6 @@ void AppModel::publishRemainingSeconds()
     }
     if (std::exchange(m_remainingSeconds, remaining) != remaining) {
         Q_EMIT remainingSecondsChanged();
-    }
-}
-
-void AppModel::publishLaunchAtLoginStatus(LaunchAtLoginStatus status)
-{
-    if (std::exchange(m_launchAtLoginStatus, status) != status) {
-        Q_EMIT launchAtLoginStatusChanged();
     }
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
-#include "app/app_message.h"
+#include "app/app_messages.h"
+#include "app/launch_at_login.h"
+#include "app/phase_announcer.h"
 #include "core/calendar.h"
 #include "core/session_record.h"
 #include "core/timer_engine.h"
@@ -8,15 +10,12 @@
 #include "platform/system_events.h"
 #include "platform/task_scheduler.h"
 #include "services/alert_sound_service.h"
-#include "services/launch_at_login_service.h"
-#include "services/notification_service.h"
 #include "storage/active_timer_persistence.h"
 #include "storage/preferences_store.h"
 #include "storage/session_store.h"
 
 #include <QObject>
 
-#include <deque>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -24,6 +23,8 @@
 #include <vector>
 
 namespace brevlin {
+
+struct StorageMessage;
 
 /// Everything that the model works with. What it borrows outlives it; the rest is its own.
 struct AppModelParts
@@ -73,15 +74,12 @@ public:
     const std::vector<SessionRecord>& sessions() const { return m_parts.sessionStore->sessions(); }
     const AppPreferences& preferences() const { return m_preferences; }
     AppLanguage language() const { return m_preferences.appLanguage; }
-    const NotificationAuthorizationSnapshot& notificationAuthorization() const { return m_authorization; }
-    LaunchAtLoginStatus launchAtLoginStatus() const { return m_launchAtLoginStatus; }
     bool isAlertSoundPlaying() const { return m_isAlertSoundPlaying; }
-    /// What the user is to be told now; more may wait behind it.
-    std::optional<AppMessage> appMessage() const
-    {
-        return m_messages.empty() ? std::nullopt : std::optional{m_messages.front()};
-    }
-    const std::deque<AppMessage>& appMessages() const { return m_messages; }
+
+    // What stands beside the timer
+    AppMessages& messages() { return m_messages; }
+    LaunchAtLogin& launchAtLogin() { return m_launchAtLogin; }
+    PhaseAnnouncer& announcer() { return m_announcer; }
 
     // Display values, from the published state
     double progress() const;
@@ -129,14 +127,7 @@ public:
     void deleteSession(const SessionRecord& record);
     void clearHistory();
 
-    // System commands
-    void requestNotificationPermission();
-    void setLaunchAtLogin(bool enabled);
-    /// Shows the desktop's own list of what starts at login.
-    void openLoginItemSettings();
     void activateMainWindow();
-    /// The user has read the message; the next one takes its place.
-    void clearAppMessage();
 
     // What is to be on the disk
     /// Tries now to write what the disk has not taken yet. At the end there is nothing left to wait for.
@@ -161,17 +152,13 @@ Q_SIGNALS:
     void preferencesChanged();
     /// Beside the changes that this made.
     void defaultPreferencesRestored();
-    void notificationAuthorizationChanged();
-    void launchAtLoginStatusChanged();
     void alertSoundPlayingChanged();
-    /// Another message is to be told now, or one more waits.
-    void appMessageChanged();
     /// A second has passed, or the clock was set.
     void ticked();
     void mainWindowActivationRequested();
 
 private:
-    enum class AskForPermission { no, yes };
+    using AskForPermission = PhaseAnnouncer::AskForPermission;
     using TimerOperation = std::function<TimerTransition(TimerEngine&, Instant)>;
 
     void restore();
@@ -180,7 +167,6 @@ private:
     void takePreferences(const AppPreferences& stored);
     void takeTimer(const ActiveTimerPersistence::Loaded& stored);
     void recordSuperseded(const TimerSnapshot& stored);
-    void tellOfHistory(const SessionStoreError& error);
     void connectParts();
     void observeSystemEvents();
     void startTicker();
@@ -191,20 +177,12 @@ private:
     void apply(const TimerTransition& transition, const TimerSnapshot& previous, AskForPermission permission);
     void save(const TimerSnapshot& snapshot);
     void recordFinishedSession(const FinishedSession& finished);
-    void scheduleNotification(AskForPermission permission);
-    void scheduleNow(const TimerSnapshot& snapshot, const BilingualText& failureTitle);
-    void ensureNotificationAuthorization(std::function<void()> then);
-    void readNotificationAuthorization(std::function<void()> then);
-    void authorizationMayHaveChanged();
     void handleNotificationAction(const TimerNotificationAction& action,
                                   const std::optional<Uuid>& sessionID);
     void publish(const TimerSnapshot& snapshot);
     void publishRemainingSeconds();
-    void finishLaunchAtLogin(bool enabled,
-                             const Expected<LaunchAtLoginStatus, LaunchAtLoginServiceError>& status);
-    void publishLaunchAtLoginStatus(LaunchAtLoginStatus status);
     void adopt(const AppPreferences& preferences);
-    void raise(const BilingualText& messageTitle, const std::string& detail);
+    void raise(const StorageMessage& message);
     void refreshCalendar();
     /// One operation of the engine at this instant, whose transition takes effect.
     void run(const TimerOperation& operation, AskForPermission permission = AskForPermission::no);
@@ -213,17 +191,17 @@ private:
                  AskForPermission permission = AskForPermission::no);
 
     AppModelParts m_parts;
+    AppMessages m_messages;
+    LaunchAtLogin m_launchAtLogin;
+    PhaseAnnouncer m_announcer;
     AppPreferences m_preferences;
     AppPreferences m_startPreferences;   // what m_preferences started from
     std::optional<TimerEngine> m_engine; // made once the stored state is known, then never absent
     TimerSnapshot m_snapshot;
     std::optional<TimerSnapshot> m_savedSnapshot; // what the disk has or will get
     Seconds m_remainingSeconds{0.0};
-    NotificationAuthorizationSnapshot m_authorization;
-    LaunchAtLoginStatus m_launchAtLoginStatus = LaunchAtLoginStatus::unavailable;
     bool m_isAlertSoundPlaying = false;
     bool m_isAsleep = false; // from the announcement of sleep to the waking
-    std::deque<AppMessage> m_messages;
     Calendar m_calendar;
     TaskHandle m_ticker;
     TaskHandle m_startUpTask;

@@ -1,17 +1,11 @@
 #include "app/app_model.h"
 
-#include <QPointer>
-
 #include <algorithm>
 #include <utility>
 
 namespace brevlin {
 
 namespace {
-
-constexpr BilingualText launchAtLoginFailed{"登录启动设置失败", "Launch at login failed"};
-constexpr BilingualText entryWithoutEffect{"登录启动项已写入，但系统没有采用。",
-                                           "The entry was written, but the desktop does not take it."};
 
 constexpr Seconds addedTime{300.0};
 constexpr std::int64_t longestMinutes = 180;
@@ -162,36 +156,6 @@ void AppModel::clearHistory()
     Q_EMIT sessionsChanged();
 }
 
-void AppModel::setLaunchAtLogin(bool enabled)
-{
-    m_parts.launchAtLoginService->setEnabled(enabled, [self = QPointer(this), enabled](const auto& status) {
-        if (self) {
-            self->finishLaunchAtLogin(enabled, status);
-        }
-    });
-}
-
-void AppModel::finishLaunchAtLogin(bool enabled,
-                                   const Expected<LaunchAtLoginStatus, LaunchAtLoginServiceError>& status)
-{
-    const LaunchAtLoginStatus result = status ? *status : m_launchAtLoginStatus;
-    const bool hasEffect =
-        result == LaunchAtLoginStatus::enabled || result == LaunchAtLoginStatus::requiresApproval;
-    if (!status) {
-        raise(launchAtLoginFailed, status.error().errorDescription());
-    } else if (enabled && !hasEffect) {
-        raise(launchAtLoginFailed, std::string{entryWithoutEffect.in(language())});
-    }
-    // Also where nothing has changed: the switch shows the wish until now.
-    m_launchAtLoginStatus = result;
-    Q_EMIT launchAtLoginStatusChanged();
-}
-
-void AppModel::openLoginItemSettings()
-{
-    m_parts.launchAtLoginService->openSettings();
-}
-
 void AppModel::activateMainWindow()
 {
     Q_EMIT mainWindowActivationRequested();
@@ -217,7 +181,8 @@ void AppModel::adopt(const AppPreferences& preferences)
     }
     Q_EMIT preferencesChanged();
     if (before.appLanguage != preferences.appLanguage) {
-        m_parts.notificationService->setLanguage(preferences.appLanguage);
+        m_messages.setLanguage(preferences.appLanguage);
+        m_announcer.setLanguage(preferences.appLanguage);
     }
     if (before.playCompletionSound && !preferences.playCompletionSound) {
         m_parts.soundService->stop();

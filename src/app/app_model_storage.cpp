@@ -1,73 +1,28 @@
 #include "app/app_model.h"
+#include "app/storage_messages.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace brevlin {
-
-namespace {
-
-constexpr BilingualText timerStateReset{"计时状态已重置", "Timer state reset"};
-constexpr BilingualText timerStateResetDetail{
-    "上次保存的计时状态无法读取，已安全恢复为默认状态。",
-    "The previous timer state could not be read and was safely reset."};
-constexpr BilingualText timerStateUnread{"计时状态读取失败", "Failed to load timer state"};
-constexpr BilingualText timerStateNotSaved{"计时状态保存失败", "Failed to save timer state"};
-constexpr BilingualText historyUnread{"本地记录读取失败", "Failed to load local history"};
-constexpr BilingualText recordNotSaved{"记录保存失败", "Failed to save record"};
-constexpr BilingualText recordNotDeleted{"无法删除记录", "Unable to delete record"};
-constexpr BilingualText historyNotCleared{"无法清空记录", "Unable to clear history"};
-// In both languages, because the choice of one is among what could not be read.
-constexpr std::string_view preferencesUnread = "偏好设置读取失败 · Failed to load preferences";
-
-// What the user can count on, behind the system's own words.
-constexpr BilingualText isReadAgain{
-    "文件会原样保留，稍后会再次读取；在此之前不会写入。",
-    "The file stays as it is and is read again; until then nothing is written to it."};
-constexpr BilingualText recordsWait{
-    "文件会原样保留，稍后会再次读取；新记录会先留在内存中，读取成功后再一并保存。",
-    "The file stays as it is and is read again; new records wait in memory and join "
-    "the others once it could be read."};
-constexpr BilingualText isWrittenAgain{"稍后会自动重试保存。", "Saving is tried again."};
-constexpr BilingualText recordIsKept{"记录仍保留在历史中，稍后会自动重试保存。",
-                                     "The record stays in the history, and saving is tried again."};
-
-std::string sentences(const std::string& systemsWords, std::string_view ours, AppLanguage language)
-{
-    return systemsWords + (language == AppLanguage::english ? ". " : "。") + std::string(ours);
-}
-
-std::string promiseToKeep(const std::string& path, AppLanguage language)
-{
-    return language == AppLanguage::english
-               ? "The file “" + path + "” is kept as it is: before the next save it is renamed to " +
-                     "“sessions-v1.unreadable-(UTC time).json”."
-               : "文件“" + path +
-                     "”会原样保留：下次保存前将改名为“sessions-v1.unreadable-（UTC 时间）.json”。";
-}
-
-} // namespace
 
 void AppModel::restore()
 {
     m_preferences = m_parts.preferencesStore->load();
     m_startPreferences = m_preferences;
     if (const auto& error = m_parts.preferencesStore->readError()) {
-        m_messages.push_back(
-            {Uuid::random(), std::string(preferencesUnread),
-             sentences(error->description, isReadAgain.simplifiedChinese, AppLanguage::simplifiedChinese) +
-                 " " + std::string(isReadAgain.english)});
+        raise(StorageMessages::preferencesUnread(*error));
     }
+    m_messages.setLanguage(language());
     std::optional<TimerSnapshot> restored = restoreTimer();
     connectStores();
-    m_parts.notificationService->setLanguage(language());
+    m_announcer.setLanguage(language());
 
     const bool wasRunning = restored && restored->runState == TimerRunState::running;
     m_engine.emplace(m_preferences.timerSettings, std::move(restored),
                      [this] { return m_parts.clock.timeZone()->identifier(); });
     m_snapshot = m_engine->snapshot();
     m_remainingSeconds = m_snapshot.remainingSeconds(now());
-    m_launchAtLoginStatus = m_parts.launchAtLoginService->status();
+    m_announcer.follow(m_snapshot, m_preferences.timerSettings.alertIntensity);
     m_startUpTask = m_parts.scheduler.after(
         Seconds::zero(), [this, wasRunning] { refreshSystemStateAndReconcile(wasRunning); });
 }
@@ -81,10 +36,9 @@ std::optional<TimerSnapshot> AppModel::restoreTimer()
     if (stored.error().isAboutContent) {
         // Keeps what could not be read under another name; should that fail, the next save tries again.
         m_parts.activeTimerPersistence->clear();
-        raise(timerStateReset, std::string{timerStateResetDetail.in(language())});
+        raise(StorageMessages::timerReset(language()));
     } else {
-        raise(timerStateUnread,
-              sentences(stored.error().description, isReadAgain.in(language()), language()));
+        raise(StorageMessages::timerUnread(stored.error(), language()));
     }
     return std::nullopt;
 }
@@ -96,13 +50,13 @@ void AppModel::connectStores()
     m_parts.activeTimerPersistence->setObserver(
         {[this](const ActiveTimerPersistence::Loaded& stored) { takeTimer(stored); },
          [this](const DocumentError& error) {
-             raise(timerStateNotSaved,
-                   sentences(error.description, isWrittenAgain.in(language()), language()));
+             raise(StorageMessages::timerNotSaved(error, true, language()));
          }});
-    m_parts.sessionStore->setObserver({[this] { Q_EMIT sessionsChanged(); },
-                                       [this](const SessionStoreError& error) {
-                                           tellOfHistory(error);
-                                       }});
+    m_parts.sessionStore->setObserver(
+        {[this] { Q_EMIT sessionsChanged(); },
+         [this](const SessionStoreError& error) {
+             raise(StorageMessages::history(error, *m_parts.sessionStore, language()));
+         }});
 }
 
 // The preferences could not be read at the start and can be now.
@@ -121,11 +75,12 @@ void AppModel::takePreferences(const AppPreferences& stored)
 void AppModel::takeTimer(const ActiveTimerPersistence::Loaded& stored)
 {
     if (!stored) {
-        raise(timerStateReset, std::string{timerStateResetDetail.in(language())});
+        raise(StorageMessages::timerReset(language()));
     } else if (*stored && m_snapshot == freshSnapshot(m_preferences.timerSettings)) {
         m_engine.emplace(m_preferences.timerSettings, **stored,
                          [this] { return m_parts.clock.timeZone()->identifier(); });
-        apply({m_engine->snapshot(), std::nullopt}, TimerSnapshot(m_snapshot), AskForPermission::no);
+        apply({m_engine->snapshot(), std::nullopt}, TimerSnapshot(m_snapshot),
+              PhaseAnnouncer::AskForPermission::no);
         reconcile((*stored)->runState == TimerRunState::running);
     } else if (*stored) {
         recordSuperseded(**stored);
@@ -156,7 +111,7 @@ void AppModel::save(const TimerSnapshot& snapshot)
     if (const auto saved = m_parts.activeTimerPersistence->save(snapshot)) {
         m_savedSnapshot = snapshot;
     } else {
-        raise(timerStateNotSaved, saved.error().description);
+        raise(StorageMessages::timerNotSaved(saved.error(), false, language()));
     }
     retryWrites(); // where there is room for this there may be room for more
 }
@@ -165,32 +120,6 @@ void AppModel::recordFinishedSession(const FinishedSession& finished)
 {
     m_parts.sessionStore->insert(finished);
     Q_EMIT sessionsChanged();
-}
-
-void AppModel::tellOfHistory(const SessionStoreError& error)
-{
-    using Operation = SessionStoreError::Operation;
-    const std::string description = error.errorDescription();
-    switch (error.operation) {
-    case Operation::fetch:
-        raise(historyUnread, sentences(description,
-                                       m_parts.sessionStore->isLoaded()
-                                           ? promiseToKeep(m_parts.sessionStore->path(), language())
-                                           : std::string(recordsWait.in(language())),
-                                       language()));
-        break;
-    case Operation::insert:
-        raise(recordNotSaved, m_parts.sessionStore->isSaved()
-                                  ? description
-                                  : sentences(description, recordIsKept.in(language()), language()));
-        break;
-    case Operation::delete_:
-        raise(recordNotDeleted, description);
-        break;
-    case Operation::clear:
-        raise(historyNotCleared, description);
-        break;
-    }
 }
 
 void AppModel::retryWrites(HistoryFile::Patience patience)
@@ -217,25 +146,9 @@ std::vector<std::string> AppModel::unsaved() const
     return result;
 }
 
-void AppModel::raise(const BilingualText& messageTitle, const std::string& detail)
+void AppModel::raise(const StorageMessage& message)
 {
-    const AppMessage message{Uuid::random(), std::string{messageTitle.in(language())}, detail};
-    const bool waitsAlready = std::any_of(m_messages.begin(), m_messages.end(), [&](const AppMessage& other) {
-        return other.title == message.title && other.detail == message.detail;
-    });
-    if (waitsAlready) {
-        return;
-    }
-    m_messages.push_back(message);
-    Q_EMIT appMessageChanged();
-}
-
-void AppModel::clearAppMessage()
-{
-    if (!m_messages.empty()) {
-        m_messages.pop_front();
-        Q_EMIT appMessageChanged();
-    }
+    m_messages.raise(message.title, message.detail);
 }
 
 } // namespace brevlin

@@ -94,7 +94,7 @@ TEST_F(AppModelAnnouncementTest, an_answer_that_comes_late_schedules_nothing_for
     center.failure = "the server is gone";
     center.answerNow();
     EXPECT_EQ(messageTitle(), "Failed to schedule notification");
-    EXPECT_EQ(model().appMessage()->detail, "the server is gone");
+    EXPECT_EQ(model().messages().appMessage()->detail, "the server is gone");
 }
 
 TEST_F(AppModelAnnouncementTest, an_announcement_is_withdrawn_once_the_user_goes_on_and_not_by_its_own_end)
@@ -134,7 +134,7 @@ TEST_F(AppModelAnnouncementTest, a_server_that_comes_late_announces_the_running_
     center.settings.alertsEnabled = true;
     center.settingsChanged();
     EXPECT_EQ(center.pending.size(), 1U);
-    EXPECT_TRUE(model().notificationAuthorization().alertsEnabled);
+    EXPECT_TRUE(model().announcer().notificationAuthorization().alertsEnabled);
 }
 
 TEST_F(AppModelAnnouncementTest, reactions_to_a_notification_act_for_their_own_run_only)

@@ -143,7 +143,7 @@ TEST_F(CommandsTest, history_commands_change_the_file_or_nothing)
     const SessionRecord latest = model().sessions().front();
     model().deleteSession(latest);
     EXPECT_EQ(messageTitle(), "Unable to delete record");
-    model().clearAppMessage();
+    model().messages().clearAppMessage();
     model().clearHistory();
     EXPECT_EQ(messageTitle(), "Unable to clear history");
     EXPECT_EQ(model().sessions().size(), 2U);
@@ -160,28 +160,29 @@ TEST_F(CommandsTest, asking_for_permission_schedules_the_running_phase)
     center.settings.state = NotificationAuthorizationState::denied;
     launchAndStart();
     EXPECT_TRUE(center.pending.empty());
-    model().requestNotificationPermission();
+    model().announcer().requestNotificationPermission();
     EXPECT_EQ(center.pending.size(), 1U);
-    EXPECT_EQ(model().notificationAuthorization().state, NotificationAuthorizationState::authorized);
+    EXPECT_EQ(model().announcer().notificationAuthorization().state,
+              NotificationAuthorizationState::authorized);
     center.failure = "refused";
-    model().requestNotificationPermission();
+    model().announcer().requestNotificationPermission();
     EXPECT_EQ(messageTitle(), "Unable to enable notifications");
 }
 
 TEST_F(CommandsTest, launch_at_login_keeps_its_status_when_it_fails)
 {
     launch();
-    model().setLaunchAtLogin(true);
-    EXPECT_EQ(model().launchAtLoginStatus(), LaunchAtLoginStatus::enabled);
+    model().launchAtLogin().setLaunchAtLogin(true);
+    EXPECT_EQ(model().launchAtLogin().launchAtLoginStatus(), LaunchAtLoginStatus::enabled);
     loginItem.failure = "read-only folder";
-    model().setLaunchAtLogin(false);
-    EXPECT_EQ(model().launchAtLoginStatus(), LaunchAtLoginStatus::enabled);
+    model().launchAtLogin().setLaunchAtLogin(false);
+    EXPECT_EQ(model().launchAtLogin().launchAtLoginStatus(), LaunchAtLoginStatus::enabled);
     EXPECT_EQ(messageTitle(), "Launch at login failed");
-    model().openLoginItemSettings();
+    model().launchAtLogin().openLoginItemSettings();
     EXPECT_EQ(loginItem.openedSettings, 1);
     loginItem.current = LoginItem::Status::requiresApproval;
     loginItem.changed();
-    EXPECT_EQ(model().launchAtLoginStatus(), LaunchAtLoginStatus::requiresApproval);
+    EXPECT_EQ(model().launchAtLogin().launchAtLoginStatus(), LaunchAtLoginStatus::requiresApproval);
 }
 
 } // namespace

@@ -122,10 +122,10 @@ TEST_F(AppModelTest, an_unreadable_timer_is_reset_kept_and_told_of)
     launch();
     EXPECT_EQ(model().snapshot(), freshSnapshot({}));
     EXPECT_EQ(messageTitle(), "Timer state reset");
-    EXPECT_EQ(model().appMessage()->detail,
+    EXPECT_EQ(model().messages().appMessage()->detail,
               "The previous timer state could not be read and was safely reset.");
-    model().clearAppMessage();
-    EXPECT_FALSE(model().appMessage());
+    model().messages().clearAppMessage();
+    EXPECT_FALSE(model().messages().appMessage());
     bool isKept = false;
     for (const auto& [key, value] : defaults.values) {
         isKept = isKept || (value == damaged && key.find("unreadable") != std::string::npos);
@@ -138,13 +138,14 @@ TEST_F(AppModelTest, an_unreadable_history_is_told_of_in_the_stored_language)
     files.files["/data/sessions-v1.json"] = "{";
     launch();
     EXPECT_EQ(messageTitle(), "Failed to load local history");
-    EXPECT_NE(model().appMessage()->detail.find("“/data/sessions-v1.json” is kept as it is"),
+    EXPECT_NE(model().messages().appMessage()->detail.find("“/data/sessions-v1.json” is kept as it is"),
               std::string::npos);
     storePreferences([](AppPreferences& p) { p.appLanguage = AppLanguage::simplifiedChinese; });
     launch();
     EXPECT_EQ(messageTitle(), "本地记录读取失败");
-    EXPECT_TRUE(model().appMessage()->detail.starts_with("无法读取专注记录："));
-    EXPECT_NE(model().appMessage()->detail.find("“/data/sessions-v1.json”会原样保留"), std::string::npos);
+    EXPECT_TRUE(model().messages().appMessage()->detail.starts_with("无法读取专注记录："));
+    EXPECT_NE(model().messages().appMessage()->detail.find("“/data/sessions-v1.json”会原样保留"),
+              std::string::npos);
 }
 
 TEST_F(AppModelTest, what_cannot_be_saved_is_told_of_one_by_one_and_tried_again)
@@ -159,9 +160,9 @@ TEST_F(AppModelTest, what_cannot_be_saved_is_told_of_one_by_one_and_tried_again)
     EXPECT_EQ(runState(), running);
     EXPECT_EQ(model().unsaved(), (Log{"history (records: 1)", "timer state"}));
     EXPECT_EQ(messageTitle(), "Failed to save record");
-    model().clearAppMessage();
+    model().messages().clearAppMessage();
     EXPECT_EQ(messageTitle(), "Failed to save timer state") << "it did not take the other one's place";
-    model().clearAppMessage();
+    model().messages().clearAppMessage();
     EXPECT_EQ(messageTitle(), "") << "the same failure does not queue up twice";
     events.observer.didBecomeActive();
     events.observer.didWake();
@@ -218,7 +219,7 @@ TEST_F(AppModelTest, timer_history_and_preferences_that_could_not_be_read_are_al
     files.unreadable = {"/data/sessions-v1.json"};
     launch();
     std::vector<std::string> titles;
-    for (; model().appMessage(); model().clearAppMessage()) {
+    for (; model().messages().appMessage(); model().messages().clearAppMessage()) {
         titles.push_back(messageTitle());
     }
     EXPECT_EQ(titles,

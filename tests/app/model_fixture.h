@@ -69,7 +69,10 @@ protected:
     DocumentDisk disk() { return {defaults, documents, scheduler, clock}; }
     HistoryDisk historyDisk() { return {files, documents, scheduler, clock}; }
     TimerRunState runState() { return model().snapshot().runState; }
-    std::string messageTitle() { return model().appMessage() ? model().appMessage()->title : ""; }
+    std::string messageTitle()
+    {
+        return model().messages().appMessage() ? model().messages().appMessage()->title : "";
+    }
 
     FakeClock clock;
     FakeTaskScheduler scheduler{clock};

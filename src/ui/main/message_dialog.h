@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/app_message.h"
+#include "app/app_messages.h"
 #include "core/language.h"
 #include "ui/controls/alert_dialog.h"
 

@@ -1,6 +1,6 @@
 #include "ui/main/message_presenter.h"
 
-#include "app/app_model.h"
+#include "app/app_messages.h"
 #include "ui/main/message_dialog.h"
 
 #include <QApplication>
@@ -12,15 +12,15 @@
 
 namespace brevlin {
 
-MessagePresenter::MessagePresenter(AppModel& model, std::vector<QWidget*> windows,
+MessagePresenter::MessagePresenter(AppMessages& messages, std::vector<QWidget*> windows,
                                    std::function<void(const std::string&, const std::string&)> notify,
                                    QObject* parent)
-    : QObject(parent), m_model(model), m_windows(std::move(windows)), m_notify(std::move(notify))
+    : QObject(parent), m_messages(messages), m_windows(std::move(windows)), m_notify(std::move(notify))
 {
     for (QWidget* window : m_windows) {
         window->installEventFilter(this);
     }
-    connect(&model, &AppModel::appMessageChanged, this, &MessagePresenter::present);
+    connect(&messages, &AppMessages::appMessageChanged, this, &MessagePresenter::present);
 }
 
 void MessagePresenter::start()
@@ -41,7 +41,7 @@ bool MessagePresenter::eventFilter(QObject* watched, QEvent* event)
 
 void MessagePresenter::present()
 {
-    const auto message = m_model.appMessage();
+    const auto message = m_messages.appMessage();
     if (m_dialog && (!message || message->id != m_dialog->messageID())) {
         // Without clearing the message: another one takes its place.
         disconnect(m_dialog, &QDialog::finished, nullptr, nullptr);
@@ -56,10 +56,10 @@ void MessagePresenter::present()
         notifyOfNewMessages();
         return;
     }
-    m_dialog = new MessageDialog(*message, m_model.language(), window);
+    m_dialog = new MessageDialog(*message, m_messages.language(), window);
     connect(m_dialog, &QDialog::finished, this, [this] {
         m_dialog.clear();
-        m_model.clearAppMessage();
+        m_messages.clearAppMessage();
     });
     m_dialog->show();
 }
@@ -69,12 +69,12 @@ void MessagePresenter::notifyOfNewMessages()
     // All of them, because the next notification takes the place of this one.
     std::string text;
     bool isNew = false;
-    for (const AppMessage& message : m_model.appMessages()) {
+    for (const AppMessage& message : m_messages.appMessages()) {
         isNew = m_notified.insert(message.id).second || isNew;
         text += text.empty() ? message.detail : "\n" + message.title + "\n" + message.detail;
     }
     if (isNew) {
-        m_notify(m_model.appMessages().front().title, text);
+        m_notify(m_messages.appMessages().front().title, text);
     }
 }
 

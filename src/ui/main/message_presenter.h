@@ -14,10 +14,10 @@ class QWidget;
 
 namespace brevlin {
 
-class AppModel;
+class AppMessages;
 class MessageDialog;
 
-/// Tells the user what the model has to tell, one message after the other, in front of the window that he
+/// Tells the user what there is to tell, one message after the other, in front of the window that he
 /// works in. While none is open a notification tells of it, and the window as soon as one opens.
 class MessagePresenter final : public QObject
 {
@@ -25,7 +25,7 @@ class MessagePresenter final : public QObject
 
 public:
     /// The first window of those that are open is taken where none of them is active.
-    MessagePresenter(AppModel& model, std::vector<QWidget*> windows,
+    MessagePresenter(AppMessages& messages, std::vector<QWidget*> windows,
                      std::function<void(const std::string& title, const std::string& text)> notify,
                      QObject* parent = nullptr);
 
@@ -40,7 +40,7 @@ private:
     void notifyOfNewMessages();
     QWidget* frontWindow() const;
 
-    AppModel& m_model;
+    AppMessages& m_messages;
     std::vector<QWidget*> m_windows;
     std::function<void(const std::string&, const std::string&)> m_notify;
     QPointer<MessageDialog> m_dialog;

@@ -99,7 +99,7 @@ void Tray::togglePanel(const QPoint& anchor)
         connect(m_panel.get(), &TrayPanel::sectionRequested, this, &Tray::openMainWindow);
         // What comes to the front then is not to lie behind the panel.
         connect(&m_model, &AppModel::mainWindowActivationRequested, m_panel.get(), &QWidget::hide);
-        connect(&m_model, &AppModel::appMessageChanged, m_panel.get(), &QWidget::hide);
+        connect(&m_model.messages(), &AppMessages::appMessageChanged, m_panel.get(), &QWidget::hide);
     }
     m_panel->toggle(anchor);
 }

@@ -36,7 +36,7 @@ protected:
         m_selection = std::make_unique<SectionSelection>(m_store);
         m_window = std::make_unique<MainWindow>(model(), *m_selection, m_store, m_windowSystem, m_panels);
         m_presenter =
-            std::make_unique<MessagePresenter>(model(), std::vector<QWidget*>{m_window.get()},
+            std::make_unique<MessagePresenter>(model().messages(), std::vector<QWidget*>{m_window.get()},
                                                [this](const std::string& title, const std::string& text) {
                                                    m_notified.push_back(title + ": " + text);
                                                });
@@ -215,7 +215,7 @@ TEST_F(MainWindowTest, messages_are_shown_one_after_the_other_and_told_of_while_
     window().close();
     model().clearHistory();
     loginItem.failure = "no room";
-    model().setLaunchAtLogin(true);
+    model().launchAtLogin().setLaunchAtLogin(true);
     ASSERT_EQ(m_notified.size(), 2U);
     EXPECT_TRUE(m_notified[0].starts_with("Unable to clear history: "));
     EXPECT_EQ(m_notified[1], m_notified[0] + "\nLaunch at login failed\n无法开启登录时启动：no room");

@@ -68,7 +68,7 @@ TEST_F(SettingsViewTest, a_number_is_typed_or_stepped_and_stays_in_its_range)
         press(focus, key);
     }
     EXPECT_EQ(stored().timerSettings.focusDuration, Seconds{1500}) << "it is still being typed";
-    model().requestNotificationPermission(); // what the form shows changes
+    model().announcer().requestNotificationPermission(); // what the form shows changes
     model().setPlayCompletionSound(false);
     EXPECT_EQ(focus.text(), QStringLiteral("180")) << "what is typed stays";
     press(focus, Qt::Key_Return);

@@ -22,9 +22,10 @@ constexpr BilingualText enableText{"开启通知", "Enable notifications"};
 
 } // namespace
 
-AlertSection::AlertSection(AppModel& model, QWidget* parent)
+AlertSection::AlertSection(AppModel& model, PhaseAnnouncer& announcer, QWidget* parent)
     : FormSection(parent)
     , m_model(model)
+    , m_announcer(announcer)
     , m_intensityRow(addRow())
     , m_intensity(new SegmentedPicker(static_cast<int>(allCases<AlertIntensity>().size())))
     , m_intensityDetail(m_intensityRow->addNote())
@@ -44,9 +45,11 @@ AlertSection::AlertSection(AppModel& model, QWidget* parent)
         m_model.commitTimerSettings(settings);
     });
     connect(m_sound, &QAbstractButton::clicked, &model, &AppModel::setPlayCompletionSound);
-    connect(m_enable, &QAbstractButton::clicked, &model, &AppModel::requestNotificationPermission);
+    connect(m_enable, &QAbstractButton::clicked, &m_announcer,
+            &PhaseAnnouncer::requestNotificationPermission);
     connect(&model, &AppModel::preferencesChanged, this, &AlertSection::refresh);
-    connect(&model, &AppModel::notificationAuthorizationChanged, this, &AlertSection::refreshStatus);
+    connect(&m_announcer, &PhaseAnnouncer::notificationAuthorizationChanged, this,
+            &AlertSection::refreshStatus);
     refresh();
 }
 
@@ -77,7 +80,7 @@ void AlertSection::refresh()
 void AlertSection::refreshStatus()
 {
     const AlertIntensity intensity = m_model.preferences().timerSettings.alertIntensity;
-    const auto& authorization = m_model.notificationAuthorization();
+    const auto& authorization = m_announcer.notificationAuthorization();
     const NotificationStatus status = notificationStatus(authorization.state, m_model.language());
     m_weakened->setVisible(strongAlertIsWeakened(intensity, authorization));
     m_statusRow->setSymbol(status.symbol, status.symbol == Symbol::bellBadgeFill

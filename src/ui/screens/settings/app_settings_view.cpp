@@ -1,5 +1,6 @@
 #include "ui/screens/settings/app_settings_view.h"
 
+#include "app/app_model.h"
 #include "ui/controls/scroll_view.h"
 #include "ui/screens/settings/settings_sections.h"
 
@@ -24,8 +25,8 @@ AppSettingsView::AppSettingsView(AppModel& model, QWidget* parent) : QWidget(par
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(sectionSpacing - CardSurface::shadowMargins.bottom());
     column->addWidget(new TimerSection(model, form));
-    column->addWidget(new AlertSection(model, form));
-    column->addWidget(new AppearanceSection(model, form));
+    column->addWidget(new AlertSection(model, model.announcer(), form));
+    column->addWidget(new AppearanceSection(model, model.launchAtLogin(), form));
     column->addWidget(new ResetSection(model, form));
     column->addWidget(new DataSection(model, form));
     column->addStretch(1);

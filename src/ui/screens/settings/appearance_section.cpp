@@ -29,12 +29,13 @@ constexpr BilingualText openSettingsText{"打开系统设置", "Open System Sett
 
 } // namespace
 
-AppearanceSection::AppearanceSection(AppModel& model, QWidget* parent) : FormSection(parent), m_model(model)
+AppearanceSection::AppearanceSection(AppModel& model, LaunchAtLogin& launchAtLogin, QWidget* parent)
+    : FormSection(parent), m_model(model), m_launchAtLogin(launchAtLogin)
 {
     addPickers();
     addSwitches();
     connect(&model, &AppModel::preferencesChanged, this, &AppearanceSection::refresh);
-    connect(&model, &AppModel::launchAtLoginStatusChanged, this, &AppearanceSection::refresh);
+    connect(&m_launchAtLogin, &LaunchAtLogin::launchAtLoginStatusChanged, this, &AppearanceSection::refresh);
     refresh();
 }
 
@@ -68,12 +69,13 @@ void AppearanceSection::addSwitches()
     m_launchRow = addRow();
     m_launch = new SwitchControl;
     m_launchRow->addControl(m_launch, SwitchControl::bleed);
-    connect(m_launch, &QAbstractButton::clicked, &m_model, &AppModel::setLaunchAtLogin);
+    connect(m_launch, &QAbstractButton::clicked, &m_launchAtLogin, &LaunchAtLogin::setLaunchAtLogin);
 
     m_approvalRow = addRow();
     m_openSettings = new LinkButton;
     m_approvalRow->addControl(m_openSettings, LinkButton::bleed);
-    connect(m_openSettings, &QAbstractButton::clicked, &m_model, &AppModel::openLoginItemSettings);
+    connect(m_openSettings, &QAbstractButton::clicked, &m_launchAtLogin,
+            &LaunchAtLogin::openLoginItemSettings);
 }
 
 void AppearanceSection::refresh()
@@ -110,7 +112,7 @@ void AppearanceSection::refresh()
     m_capsule->setChecked(preferences.showTopCapsuleWhileRunning);
     m_capsuleNote->setText(text(capsuleNoteText));
 
-    const LaunchAtLoginStatus status = m_model.launchAtLoginStatus();
+    const LaunchAtLoginStatus status = m_launchAtLogin.launchAtLoginStatus();
     name(m_launchRow, m_launch, launchText);
     m_launch->setChecked(status == LaunchAtLoginStatus::enabled);
     m_approvalRow->setVisible(status == LaunchAtLoginStatus::requiresApproval);

@@ -13,8 +13,10 @@ namespace brevlin {
 class AppModel;
 class CapsuleButton;
 class ClearHistoryDialog;
+class LaunchAtLogin;
 class LinkButton;
 class NumberStepper;
+class PhaseAnnouncer;
 class SegmentedPicker;
 class SwitchControl;
 
@@ -45,13 +47,14 @@ class AlertSection final : public FormSection
     Q_OBJECT
 
 public:
-    explicit AlertSection(AppModel& model, QWidget* parent = nullptr);
+    AlertSection(AppModel& model, PhaseAnnouncer& announcer, QWidget* parent = nullptr);
 
 private:
     void refresh();
     void refreshStatus();
 
     AppModel& m_model;
+    PhaseAnnouncer& m_announcer;
     FormRow* m_intensityRow;
     SegmentedPicker* m_intensity;
     FormNote* m_intensityDetail;
@@ -68,7 +71,7 @@ class AppearanceSection final : public FormSection
     Q_OBJECT
 
 public:
-    explicit AppearanceSection(AppModel& model, QWidget* parent = nullptr);
+    AppearanceSection(AppModel& model, LaunchAtLogin& launchAtLogin, QWidget* parent = nullptr);
 
 private:
     void addPickers();
@@ -76,6 +79,7 @@ private:
     void refresh();
 
     AppModel& m_model;
+    LaunchAtLogin& m_launchAtLogin;
     FormRow* m_languageRow;
     SegmentedPicker* m_language;
     FormNote* m_languageNote;

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "core/language.h"
+#include "storage/document_error.h"
+#include "storage/session_store_error.h"
+
+#include <string>
+
+namespace brevlin {
+
+class SessionStore;
+
+/// What the user is told of a document that could not be read or written, and what he can count on.
+struct StorageMessage
+{
+    std::string title;
+    std::string detail;
+};
+
+namespace StorageMessages {
+
+/// In both languages, because the choice of one is among what could not be read.
+StorageMessage preferencesUnread(const DocumentError& error);
+StorageMessage timerReset(AppLanguage language);
+StorageMessage timerUnread(const DocumentError& error, AppLanguage language);
+/// It is tried again where the disk refused; nothing helps where the timer cannot be expressed.
+StorageMessage timerNotSaved(const DocumentError& error, bool isTriedAgain, AppLanguage language);
+StorageMessage history(const SessionStoreError& error, const SessionStore& store, AppLanguage language);
+
+} // namespace StorageMessages
+
+} // namespace brevlin
