@@ -30,9 +30,7 @@ UserFolders userFolders()
         environment.temporaryFolder = temporary.string();
     }
     const XdgFolders folders = xdgFolders(environment);
-    return {folders.data,
-            folders.data + "/Brevlin",
-            folders.config + "/Brevlin",
+    return {folders.data, folders.data + "/Brevlin", folders.config + "/Brevlin",
             folders.config + "/autostart",
             runtimeFolder(environmentValue("XDG_RUNTIME_DIR"), environment.temporaryFolder)};
 }
