@@ -10,6 +10,7 @@
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QShortcut>
+#include <QVBoxLayout>
 
 namespace brevlin {
 
@@ -33,11 +34,10 @@ TimerControlRow::TimerControlRow(AppModel& model, TimerControlStyle style, QWidg
     : QWidget(parent)
     , m_model(model)
     , m_style(style)
-    , m_layout(new QHBoxLayout(this))
+    , m_rows(new QVBoxLayout(this))
     , m_space(new QShortcut(Qt::Key_Space, this))
 {
-    m_layout->setContentsMargins(0, 0, 0, 0);
-    m_layout->setAlignment(Qt::AlignCenter);
+    m_rows->setContentsMargins(0, 0, 0, 0);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     connect(&model, &AppModel::snapshotChanged, this, &TimerControlRow::refresh);
     connect(&model, &AppModel::preferencesChanged, this, &TimerControlRow::refresh);
@@ -118,7 +118,6 @@ void TimerControlRow::refresh()
             m_spaceAction = control.action;
         }
     }
-    m_layout->setSpacing(buttonSpacing(m_style, m_model.snapshot().runState));
     rebuild(wanted);
     followKeyboard();
 }
@@ -130,7 +129,6 @@ void TimerControlRow::rebuild(const std::vector<Control>& controls)
     bool hadFocus = false;
     for (CapsuleButton* button : m_buttons) {
         hadFocus = hadFocus || button->hasFocus();
-        m_layout->removeWidget(button);
         button->hide();
         button->deleteLater();
     }
@@ -145,12 +143,42 @@ void TimerControlRow::rebuild(const std::vector<Control>& controls)
         button->setSymbol(control.symbol);
         button->setTint(tint);
         connect(button, &QAbstractButton::clicked, this, control.action);
-        m_layout->addWidget(button);
         button->show(); // now, not from the next turn of the event loop, so that the row is never seen empty
         m_buttons.push_back(button);
         if (hadFocus && (control.isOnSpace || control.isPrimary)) {
             button->setFocus(Qt::TabFocusReason);
         }
+    }
+    arrange();
+}
+
+void TimerControlRow::setLongestRow(int width)
+{
+    m_longestRow = width;
+    arrange();
+}
+
+// From the last button, which goes on with the timer, so that what it stands with is nearest to it.
+void TimerControlRow::arrange()
+{
+    while (QLayoutItem* row = m_rows->takeAt(0)) {
+        delete row;
+    }
+    const int spacing = buttonSpacing(m_style, m_model.snapshot().runState);
+    m_rows->setSpacing(spacing);
+    QHBoxLayout* row = nullptr;
+    int left = 0;
+    for (auto button = m_buttons.rbegin(); button != m_buttons.rend(); ++button) {
+        const int width = (*button)->sizeHint().width() + spacing;
+        if (row == nullptr || width > left) {
+            row = new QHBoxLayout;
+            row->setSpacing(spacing);
+            row->setAlignment(Qt::AlignCenter);
+            m_rows->insertLayout(0, row);
+            left = m_longestRow + spacing;
+        }
+        row->insertWidget(0, *button);
+        left -= width;
     }
 }
 

@@ -9,8 +9,8 @@
 #include <functional>
 #include <vector>
 
-class QHBoxLayout;
 class QShortcut;
+class QVBoxLayout;
 
 namespace brevlin {
 
@@ -29,6 +29,9 @@ public:
     TimerControlRow(AppModel& model, TimerControlStyle style, QWidget* parent = nullptr);
     ~TimerControlRow() override;
 
+    /// The buttons stand in one row, or, where that is wider than this, in several; points.
+    void setLongestRow(int width);
+
 private:
     struct Control
     {
@@ -42,11 +45,13 @@ private:
     std::vector<Control> controls() const;
     void refresh();
     void rebuild(const std::vector<Control>& controls);
+    void arrange();
     void followKeyboard();
 
     AppModel& m_model;
     TimerControlStyle m_style;
-    QHBoxLayout* m_layout;
+    QVBoxLayout* m_rows;
+    int m_longestRow = QWIDGETSIZE_MAX;
     QShortcut* m_space;                    // owned by this widget
     std::vector<CapsuleButton*> m_buttons; // owned by this widget
     std::function<void()> m_spaceAction;   // none while nothing is on Space

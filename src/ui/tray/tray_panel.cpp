@@ -91,7 +91,9 @@ void TrayPanel::layOut()
     column->setSpacing(spacing);
     column->addLayout(top);
     column->addLayout(ringRow);
-    column->addWidget(new TimerControlRow(m_model, TimerControlStyle::trayPanel, this));
+    auto* controls = new TimerControlRow(m_model, TimerControlStyle::trayPanel, this);
+    controls->setLongestRow(contentWidth - 2 * padding);
+    column->addWidget(controls);
 }
 
 void TrayPanel::translate()
@@ -148,6 +150,16 @@ void TrayPanel::holdInput()
     if (m_grabsHeld < grabConfirmations && --m_grabsLeft > 0) {
         m_grabTimer = startTimer(grabInterval);
     }
+}
+
+// The controls change under an open panel, and may need one row more or less.
+bool TrayPanel::event(QEvent* event)
+{
+    const bool isTaken = QWidget::event(event);
+    if (event->type() == QEvent::LayoutRequest && isVisible()) {
+        resize(width(), sizeHint().height());
+    }
+    return isTaken;
 }
 
 void TrayPanel::timerEvent(QTimerEvent* event)

@@ -40,6 +40,7 @@ protected:
     /// Qt closes popups when any window appears, and the capsule does when a button of the panel starts the
     /// timer. Whatever else ends the panel hides it.
     void closeEvent(QCloseEvent* event) override;
+    bool event(QEvent* event) override;
     void hideEvent(QHideEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;

@@ -2,6 +2,7 @@
 #include "storage/main_window_store.h"
 #include "support/fake_status_item.h"
 #include "support/plain_desktop.h"
+#include "ui/timer/timer_control_row.h"
 #include "ui/timer/timer_cycle_indicator.h"
 #include "ui/tray/tray.h"
 #include "ui/tray/tray_panel.h"
@@ -97,6 +98,29 @@ TEST_F(TrayTest, the_longest_cycle_has_room_beside_the_button_of_the_panel)
                   300)
             << "the panel's width";
     }
+}
+
+TEST_F(TrayTest, the_buttons_of_the_panel_stand_whole_in_it_also_while_the_alert_sounds)
+{
+    TimerSettings settings = model().preferences().timerSettings;
+    settings.focusSessionsPerLongBreak = 1;
+    settings.alertIntensity = AlertIntensity::strong;
+    model().commitTimerSettings(settings);
+    model().start();
+    scheduler.advance(Seconds{1500});
+    ASSERT_TRUE(model().isAlertSoundPlaying());
+    TrayPanel panel(model(), windowSystem, panels);
+    panel.toggle({600, 15});
+    const int height = panel.height();
+    const auto buttons = panel.findChild<TimerControlRow*>()->findChildren<QAbstractButton*>();
+    ASSERT_EQ(buttons.size(), 3);
+    for (const QAbstractButton* button : buttons) {
+        EXPECT_GE(button->width(), button->sizeHint().width()) << button->text().toStdString();
+        EXPECT_TRUE(panel.contentRect().contains(QRect(button->mapTo(&panel, QPoint()), button->size())));
+    }
+    model().stopAlertSound();
+    QApplication::processEvents();
+    EXPECT_LT(panel.height(), height) << "one row is enough again";
 }
 
 TEST_F(TrayTest, the_rows_of_the_menu_lead_where_they_say)

@@ -23,9 +23,9 @@ struct GranularityRow
     BilingualText chartName; ///< for assistive technology
     std::string_view period;
     bool isPeriodOfTwoDates = false; ///< its first and its last day
-    std::string_view bucketTip;
-    std::string_view bucketName; ///< for assistive technology
-    std::string_view bestBucket;
+    std::string_view bucketTip{};
+    std::string_view bucketName{}; ///< for assistive technology
+    std::string_view bestBucket{};
 };
 const GranularityRow& granularityRow(StatisticsGranularity granularity);
 
