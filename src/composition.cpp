@@ -164,6 +164,7 @@ Composition::Parts::Parts(Application& application, BusStart& buses, const UserF
     })
 {
     QApplication::setWindowIcon(applicationIcon());
+    m_style->setCompositing([this] { return m_windowSystem.isComposited(); });
     followAppearance();
     m_loginItem.followProgram();
     m_notificationCenter.setBannerPlaceHandler(

@@ -1,13 +1,16 @@
 #include "ui/controls/alert_dialog.h"
 
+#include "ui/controls/popup_frame.h"
 #include "ui/style/theme.h"
 #include "ui/style/typography.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QVBoxLayout>
+#include <QWindow>
 
 namespace brevlin {
 
@@ -16,6 +19,7 @@ namespace {
 constexpr int dialogWidth = 380;
 constexpr int padding = 24;
 constexpr int buttonWidth = 96;
+constexpr double cornerRadius = 12;
 
 QLabel* makeLabel(const QFont& font, QWidget* parent)
 {
@@ -31,7 +35,8 @@ QLabel* makeLabel(const QFont& font, QWidget* parent)
 } // namespace
 
 AlertDialog::AlertDialog(QWidget* parent)
-    : QDialog(parent)
+    // Without the window manager's frame, which would say the title a second time.
+    : QDialog(parent, Qt::Dialog | Qt::FramelessWindowHint)
     , m_column(new QVBoxLayout(this))
     , m_title(makeLabel(textFont(TextRole::headline, QFont::DemiBold), this))
     , m_detail(makeLabel(textFont(TextRole::body), this))
@@ -39,6 +44,10 @@ AlertDialog::AlertDialog(QWidget* parent)
 {
     setWindowModality(Qt::WindowModal);
     setAttribute(Qt::WA_DeleteOnClose);
+    m_hasShadow = isComposited(*this);
+    setAttribute(Qt::WA_TranslucentBackground, m_hasShadow);
+    const int margin = m_hasShadow ? popupShadowMargin : 0;
+    setContentsMargins(margin, margin, margin, margin);
     m_column->setContentsMargins(padding, padding, padding, padding);
     m_column->setSpacing(8);
     m_column->addWidget(m_title);
@@ -70,10 +79,11 @@ CapsuleButton* AlertDialog::addButton(CapsuleStyle style)
 
 void AlertDialog::fit()
 {
-    setFixedWidth(dialogWidth);
-    setFixedHeight(m_column->totalHeightForWidth(dialogWidth));
+    const QMargins margins = contentsMargins();
+    setFixedWidth(dialogWidth + margins.left() + margins.right());
+    setFixedHeight(m_column->totalHeightForWidth(width()));
     if (const QWidget* window = parentWidget(); window != nullptr && !isVisible()) {
-        move(window->mapToGlobal(window->rect().center()) - QPoint(dialogWidth / 2, height() / 2));
+        move(window->mapToGlobal(window->rect().center()) - rect().center());
     }
 }
 
@@ -106,7 +116,28 @@ void AlertDialog::keyPressEvent(QKeyEvent* event)
 
 void AlertDialog::paintEvent(QPaintEvent* /*event*/)
 {
-    QPainter(this).fillRect(rect(), Theme::of(*this).color(ThemeColor::panelBackground));
+    QPainter painter(this);
+    if (m_hasShadow) {
+        paintPopup(painter, contentsRect(), cornerRadius, PopupShadow::soft, Theme::of(*this));
+    } else {
+        paintMaskedPopup(painter, rect(), cornerRadius, Theme::of(*this));
+    }
+}
+
+void AlertDialog::resizeEvent(QResizeEvent* event)
+{
+    QDialog::resizeEvent(event);
+    if (!m_hasShadow) {
+        setMask(popupMask(rect(), cornerRadius));
+    }
+}
+
+// There is no title bar to move it by.
+void AlertDialog::mousePressEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton && windowHandle() != nullptr) {
+        windowHandle()->startSystemMove();
+    }
 }
 
 } // namespace brevlin

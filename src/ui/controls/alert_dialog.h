@@ -31,13 +31,16 @@ public:
 protected:
     bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     QVBoxLayout* m_column; // these are owned by this widget
     QLabel* m_title;
     QLabel* m_detail;
     QHBoxLayout* m_buttons;
+    bool m_hasShadow = false;
 };
 
 } // namespace brevlin

@@ -1,12 +1,15 @@
 #include "ui/controls/brevlin_style.h"
 
 #include "ui/controls/card_surface.h"
+#include "ui/controls/menu_look.h"
+#include "ui/controls/popup_frame.h"
 #include "ui/controls/scroll_view.h"
 #include "ui/style/theme.h"
 #include "ui/style/typography.h"
 
 #include <QApplication>
 #include <QBitmap>
+#include <QMenu>
 #include <QPainter>
 #include <QStyleOption>
 
@@ -18,8 +21,10 @@ namespace {
 
 constexpr int toolTipPadding = 6;
 constexpr int toolTipRadius = 5;
-constexpr int menuPadding = 4;
-constexpr int menuEntryHeight = 26;
+constexpr int menuPadding = 5;
+constexpr int menuRadius = 8;
+constexpr QSize leastMenuEntry{128, 28};
+constexpr int menuSeparatorHeight = 9;
 
 // A tool tip's window is opaque, so its corners are cut off.
 QRegion roundedMask(const QSize& size)
@@ -92,6 +97,12 @@ int BrevlinStyle::styleHint(StyleHint hint, const QStyleOption* option, const QW
         }
         return 1;
     }
+    if (hint == SH_Menu_Mask && !isComposited()) {
+        if (auto* mask = qstyleoption_cast<QStyleHintReturnMask*>(returnData)) {
+            mask->region = popupMask(option->rect, menuRadius);
+        }
+        return 1;
+    }
     return QProxyStyle::styleHint(hint, option, widget, returnData);
 }
 
@@ -103,6 +114,8 @@ int BrevlinStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, co
     case PM_MenuHMargin:
     case PM_MenuVMargin:
         return menuPadding;
+    case PM_MenuPanelWidth:
+        return 0; // the rim lies within the padding
     default:
         return QProxyStyle::pixelMetric(metric, option, widget);
     }
@@ -113,17 +126,31 @@ QSize BrevlinStyle::sizeFromContents(ContentsType type, const QStyleOption* opti
 {
     const QSize wanted = QProxyStyle::sizeFromContents(type, option, size, widget);
     const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
-    const bool isEntry =
-        type == CT_MenuItem && item != nullptr && item->menuItemType != QStyleOptionMenuItem::Separator;
-    return isEntry ? wanted.expandedTo({0, menuEntryHeight}) : wanted;
+    if (type != CT_MenuItem || item == nullptr) {
+        return wanted;
+    }
+    const bool isSeparator = item->menuItemType == QStyleOptionMenuItem::Separator;
+    return isSeparator ? QSize(wanted.width(), menuSeparatorHeight) : wanted.expandedTo(leastMenuEntry);
+}
+
+void BrevlinStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                               const QWidget* widget) const
+{
+    const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+    if (element == CE_MenuItem && item != nullptr) {
+        painter->save();
+        paintMenuItem(*painter, *item, qobject_cast<const QMenu*>(widget));
+        painter->restore();
+    } else if (element != CE_MenuEmptyArea) {
+        QProxyStyle::drawControl(element, option, painter, widget);
+    }
 }
 
 void BrevlinStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                                  const QWidget* widget) const
 {
-    if (element == PE_FrameMenu) {
-        painter->setPen(QPen(Theme::of(option->palette).color(ThemeColor::cardBorder), 1));
-        painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+    if (const auto* menu = qobject_cast<const QMenu*>(widget); menu != nullptr && element == PE_PanelMenu) {
+        paintMenuGround(*painter, *menu);
         return;
     }
     if (element != PE_PanelTipLabel) {
@@ -143,6 +170,9 @@ void BrevlinStyle::polish(QWidget* widget)
     QProxyStyle::polish(widget);
     if (widget->inherits("QTipLabel")) {
         widget->setFont(textFont(TextRole::caption));
+    }
+    if (qobject_cast<QMenu*>(widget) != nullptr && isComposited()) {
+        widget->setAttribute(Qt::WA_TranslucentBackground);
     }
 }
 

@@ -2,11 +2,13 @@
 
 #include <QProxyStyle>
 
+#include <functional>
+#include <utility>
+
 namespace brevlin {
 
-/// The application's style: Fusion with tool tips and menus of the theme and the user's wish for less
-/// motion. Every animation asks the style of
-/// its widget, so that the wish needs no other channel.
+/// The application's style: Fusion with tool tips and menus of the theme, the user's wish for less motion,
+/// and whether windows are composited. Widgets ask their style, so that neither needs another channel.
 class BrevlinStyle final : public QProxyStyle
 {
     Q_OBJECT
@@ -18,6 +20,10 @@ public:
     /// Animations that are under way end at once.
     void setReducesMotion(bool reducesMotion);
 
+    /// Asked whenever a menu or a dialog is about to be seen; without it nothing is composited.
+    void setCompositing(std::function<bool()> isComposited) { m_isComposited = std::move(isComposited); }
+    bool isComposited() const { return m_isComposited && m_isComposited(); }
+
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* returnData) const override;
     QRect subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl subControl,
@@ -27,6 +33,8 @@ public:
     int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
     QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
                            const QWidget* widget) const override;
+    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override;
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget) const override;
     using QProxyStyle::polish;
@@ -34,6 +42,7 @@ public:
 
 private:
     bool m_reducesMotion = false;
+    std::function<bool()> m_isComposited;
 };
 
 } // namespace brevlin

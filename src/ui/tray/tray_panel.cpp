@@ -3,8 +3,8 @@
 #include "app/app_model.h"
 #include "platform/floating_window_system.h"
 #include "platform/window_system.h"
+#include "ui/controls/popup_frame.h"
 #include "ui/main/window_placement.h"
-#include "ui/style/shapes.h"
 #include "ui/style/text.h"
 #include "ui/style/theme.h"
 #include "ui/timer/timer_control_row.h"
@@ -20,12 +20,9 @@
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QPainterPath>
 #include <QScreen>
 #include <QVBoxLayout>
 #include <QWindow>
-
-#include <cmath>
 
 namespace brevlin {
 
@@ -37,7 +34,6 @@ constexpr int spacing = 13;
 constexpr int rowSpacing = 8;
 constexpr int ringPadding = 13;
 constexpr double cornerRadius = 14;
-constexpr int shadowMargin = 20;
 // The press that closes the panel and the click on the item that it belongs to; milliseconds.
 constexpr qint64 sameClick = 400;
 // While a button is held somewhere, nobody else can take hold of the pointer.
@@ -113,7 +109,7 @@ void TrayPanel::toggle(const QPoint& anchor)
         return;
     }
     m_hasShadow = m_windowSystem.isComposited();
-    const int margin = m_hasShadow ? shadowMargin : 0;
+    const int margin = m_hasShadow ? popupShadowMargin : 0;
     setContentsMargins(margin, margin, margin, margin);
     const int width = contentWidth + 2 * margin;
     setFixedWidth(width);
@@ -215,7 +211,7 @@ void TrayPanel::resizeEvent(QResizeEvent* event)
     if (m_hasShadow) {
         clearMask();
     } else {
-        setMask(QRegion(continuousRoundedRect(rect(), cornerRadius).toFillPolygon().toPolygon()));
+        setMask(popupMask(rect(), cornerRadius));
     }
 }
 
@@ -241,35 +237,10 @@ void TrayPanel::paintEvent(QPaintEvent* /*event*/)
 {
     const Theme theme = Theme::of(*this);
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    const QRectF content = contentRect();
     if (m_hasShadow) {
-        paintShadow(painter);
-        // The rim keeps the panel apart from a window of the same colour.
-        painter.fillPath(continuousRoundedRect(content.adjusted(-1, -1, 1, 1), cornerRadius + 1),
-                         theme.color(ThemeColor::label, 0.14));
-        painter.fillPath(continuousRoundedRect(content, cornerRadius),
-                         theme.color(ThemeColor::panelBackground));
-        return;
-    }
-    // The mask cuts the corners on whole pixels: filled beyond them they have no gaps.
-    painter.fillRect(
-        content, blended(theme.color(ThemeColor::quaternaryLabel), theme.color(ThemeColor::panelBackground)));
-    painter.fillPath(continuousRoundedRect(content.adjusted(1, 1, -1, -1), cornerRadius - 1),
-                     theme.color(ThemeColor::panelBackground));
-}
-
-// Layers of faint outlines add up to a soft edge.
-void TrayPanel::paintShadow(QPainter& painter) const
-{
-    constexpr int reach = shadowMargin - 4;
-    const QRectF content = QRectF(contentRect()).translated(0, 3);
-    for (int distance = reach; distance >= 0; --distance) {
-        const double nearness = 1.0 - static_cast<double>(distance) / reach;
-        const QColor layer(0, 0, 0, static_cast<int>(std::lround(1.0 + 3.0 * nearness * nearness)));
-        painter.fillPath(continuousRoundedRect(content.adjusted(-distance, -distance, distance, distance),
-                                               cornerRadius + distance),
-                         layer);
+        paintPopup(painter, contentRect(), cornerRadius, PopupShadow::soft, theme);
+    } else {
+        paintMaskedPopup(painter, contentRect(), cornerRadius, theme);
     }
 }
 

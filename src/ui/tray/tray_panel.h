@@ -54,7 +54,6 @@ private:
     void showMenu();
     void holdInput();
     void closeByPress();
-    void paintShadow(QPainter& painter) const;
 
     AppModel& m_model;
     WindowSystem& m_windowSystem;

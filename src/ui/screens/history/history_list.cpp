@@ -2,6 +2,7 @@
 
 #include "app/app_model.h"
 #include "ui/controls/card_surface.h"
+#include "ui/controls/menu_look.h"
 #include "ui/controls/scroll_view.h"
 #include "ui/screens/history/history_list_accessible.h"
 #include "ui/style/text.h"
@@ -286,12 +287,13 @@ void HistoryList::openMenu(std::size_t row, const QPoint& globalPosition)
     auto* menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     // The list may change while the menu is open.
-    connect(menu->addAction(qtText(deleteText.in(m_model.language()))), &QAction::triggered, this,
-            [this, id = record(row).id] {
-                if (const auto now = rowOf(id)) {
-                    deleteRow(*now);
-                }
-            });
+    QAction* deletion = menu->addAction(qtText(deleteText.in(m_model.language())));
+    markDestructive(*deletion);
+    connect(deletion, &QAction::triggered, this, [this, id = record(row).id] {
+        if (const auto now = rowOf(id)) {
+            deleteRow(*now);
+        }
+    });
     connect(menu, &QMenu::aboutToHide, this, [this] {
         m_menuRow.reset();
         viewport()->update();
