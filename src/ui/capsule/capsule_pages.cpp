@@ -2,6 +2,7 @@
 
 #include "app/timer_words.h"
 #include "ui/capsule/capsule_controls.h"
+#include "ui/controls/numeric_text.h"
 #include "ui/style/brevlin_mark.h"
 #include "ui/style/text.h"
 #include "ui/style/theme.h"
@@ -91,6 +92,53 @@ private:
     std::vector<Line> m_lines;
 };
 
+/// One line of text, made smaller where its room is too narrow.
+class ShrinkingLine final : public QWidget
+{
+public:
+    using QWidget::QWidget;
+
+    void setLine(const QFont& font, const QColor& color, const QString& text)
+    {
+        m_font = font;
+        m_color = color;
+        m_text = text;
+        updateGeometry();
+        update();
+    }
+
+    QSize sizeHint() const override
+    {
+        const QFontMetricsF metrics(m_font);
+        return {static_cast<int>(std::ceil(metrics.horizontalAdvance(m_text))),
+                static_cast<int>(std::ceil(metrics.height()))};
+    }
+    QSize minimumSizeHint() const override
+    {
+        return {static_cast<int>(std::ceil(sizeHint().width() * smallestScale)), sizeHint().height()};
+    }
+
+protected:
+    void paintEvent(QPaintEvent* /*event*/) override
+    {
+        QPainter painter(this);
+        const double scale =
+            std::clamp(width() / std::max(1.0, 1.0 * sizeHint().width()), smallestScale, 1.0);
+        painter.translate(0, height() * (1 - scale) / 2);
+        painter.scale(scale, scale);
+        painter.setFont(m_font);
+        painter.setPen(m_color);
+        drawTextOnBaseline(painter, QRectF(0, 0, width() / scale, height()), Qt::AlignLeft, m_text);
+    }
+
+private:
+    static constexpr double smallestScale = 0.72;
+
+    QFont m_font;
+    QColor m_color;
+    QString m_text;
+};
+
 /// The phase's icon on a disc in its colour.
 class PhaseDisc final : public QWidget
 {
@@ -124,14 +172,25 @@ class ExpandedTimerPage final : public CapsulePage
 public:
     ExpandedTimerPage(const CapsuleContent& content, const CapsuleColors& colors,
                       const CapsuleCommandHandler& handler, QWidget* parent)
-        : CapsulePage(parent), m_colors(colors), m_texts(new TextPair(0, 66, this))
+        : CapsulePage(parent)
+        , m_colors(colors)
+        , m_clock(new NumericText(capsuleClockFont(clockSize), this))
+        , m_end(new ShrinkingLine(this))
     {
+        constexpr int leastTextWidth = 66;
         auto* row = new QHBoxLayout(this);
         row->setContentsMargins(12, 0, 12, 0);
         row->setSpacing(9);
         row->addWidget(new PhaseIconView(content.phase, 25, this));
-        row->addWidget(m_texts);
+        auto* texts = new QVBoxLayout;
+        texts->setSpacing(0);
+        texts->addStrut(leastTextWidth);
+        texts->addWidget(m_clock);
+        texts->addWidget(m_end);
+        texts->setAlignment(Qt::AlignVCenter);
+        row->addLayout(texts);
         row->addStretch(1);
+        m_clock->setInk(colors.text);
 
         const auto add = [&](CapsuleRoundButton* button, const BilingualText& help, CapsuleCommand command) {
             withHelp(button, text(help, content));
@@ -167,15 +226,17 @@ public:
     void setTexts(const CapsuleContent& content) override
     {
         const QString end = text({"结束于 ", "Ends at "}, content) + qtText(content.endTimeText);
-        m_texts->setLines({systemFont(17, QFont::DemiBold, FontDesign::monospaced), m_colors.text,
-                           qtText(content.clockText)},
-                          {systemFont(9.5, QFont::Medium), m_colors.endTime, end});
+        m_clock->setText(qtText(content.clockText));
+        m_end->setLine(systemFont(9.5, QFont::Medium), m_colors.endTime, end);
         setVisible(content.revealsExpandedTimerContent);
     }
 
 private:
+    static constexpr double clockSize = 17;
+
     CapsuleColors m_colors;
-    TextPair* m_texts; // owned by this widget
+    NumericText* m_clock; // these are owned by this widget
+    ShrinkingLine* m_end;
 };
 
 class CompletionIslandPage final : public CapsulePage
@@ -263,6 +324,11 @@ public:
 };
 
 } // namespace
+
+QFont capsuleClockFont(double points, QFont::Weight weight)
+{
+    return systemFont(points, weight, FontDesign::monospaced);
+}
 
 bool haveSamePage(const CapsuleContent& first, const CapsuleContent& second)
 {

@@ -24,6 +24,9 @@ public:
     virtual void setTexts(const CapsuleContent& content) = 0;
 };
 
+/// Of the capsule's clock.
+QFont capsuleClockFont(double points, QFont::Weight weight = QFont::DemiBold);
+
 /// Whether both contents have the same page: the same state, look and controls. Texts may differ.
 bool haveSamePage(const CapsuleContent& first, const CapsuleContent& second);
 

@@ -3,13 +3,12 @@
 #include "app/time_text.h"
 #include "ui/capsule/capsule_border.h"
 #include "ui/capsule/capsule_pages.h"
+#include "ui/controls/numeric_text.h"
 #include "ui/style/shapes.h"
 #include "ui/style/text.h"
 #include "ui/style/theme.h"
-#include "ui/style/typography.h"
 
 #include <QEvent>
-#include <QFontMetricsF>
 #include <QGraphicsOpacityEffect>
 #include <QHelpEvent>
 #include <QPainter>
@@ -29,6 +28,10 @@ constexpr double islandRadius = 30;
 constexpr double capsuleRadius = 25;
 constexpr double borderInset = 1.7;
 constexpr double borderWidth = 3;
+constexpr int clockPadding = 5;
+constexpr double shortClockSize = 11.5; ///< of the compact timer's clock; points
+constexpr double longClockSize = 9.5;   ///< from an hour on
+constexpr double smallestClockScale = 0.72;
 constexpr AnimationTiming progressTiming{300ms, QEasingCurve::Linear, 12};
 constexpr AnimationTiming opacityTiming{200ms, QEasingCurve::InOutQuad, 10};
 // The border of a long phase moves by a fraction of a point a second; more at once is a jump that the eye
@@ -38,22 +41,41 @@ constexpr double smoothStep = 0.01;
 } // namespace
 
 TopCapsuleView::TopCapsuleView(QWidget* parent)
-    : QWidget(parent), m_progress(*this), m_pageOpacity(*this, 1.0)
+    : QWidget(parent)
+    , m_compactClock(new NumericText(capsuleClockFont(shortClockSize, QFont::Bold), this))
+    , m_progress(*this)
+    , m_pageOpacity(*this, 1.0)
 {
+    m_compactClock->setAttribute(Qt::WA_TransparentForMouseEvents);
+    m_compactClock->setAlignment(Qt::AlignCenter);
+    m_compactClock->setMinimumScale(smallestClockScale);
     updateColors();
     connect(&m_progress, &ValueAnimation::valueChanged, this, [this] { update(); });
-    connect(&m_pageOpacity, &ValueAnimation::valueChanged, this, [this](double opacity) {
-        if (m_page == nullptr) {
+    connect(&m_pageOpacity, &ValueAnimation::valueChanged, this, &TopCapsuleView::showOpacity);
+    rebuild();
+    showCompactTimer();
+}
+
+void TopCapsuleView::showOpacity(double opacity)
+{
+    // The effect costs a picture of the page with every frame, so it is there only while it shows.
+    if (opacity >= 1.0) {
+        if (m_page != nullptr) {
+            m_page->setGraphicsEffect(nullptr);
+        }
+        delete m_leavingPage;
+        return;
+    }
+    const auto setOpacity = [](QWidget* page, double value) {
+        if (page == nullptr) {
             return;
         }
-        // The effect costs a picture of the page with every frame, so it is there only while it shows.
-        if (opacity >= 1.0) {
-            m_page->setGraphicsEffect(nullptr);
-        } else if (auto* effect = qobject_cast<QGraphicsOpacityEffect*>(m_page->graphicsEffect())) {
-            effect->setOpacity(opacity);
+        if (auto* effect = qobject_cast<QGraphicsOpacityEffect*>(page->graphicsEffect())) {
+            effect->setOpacity(value);
         }
-    });
-    rebuild();
+    };
+    setOpacity(m_page, opacity);
+    setOpacity(m_leavingPage, 1.0 - opacity);
 }
 
 void TopCapsuleView::setContent(const CapsuleContent& content)
@@ -69,18 +91,48 @@ void TopCapsuleView::setContent(const CapsuleContent& content)
     }
     if (!haveSamePage(before, content)) {
         updateColors();
-        rebuild();
         const bool fades = before.showsCompletion != content.showsCompletion ||
                            before.showsMinimizedCompletion != content.showsMinimizedCompletion;
-        if (fades && m_page != nullptr) {
-            m_page->setGraphicsEffect(new QGraphicsOpacityEffect(m_page));
-            m_pageOpacity.setValue(0.0);
-            m_pageOpacity.animateTo(1.0, opacityTiming);
+        if (fades) {
+            exchangePages(before.showsCompletion);
+        } else {
+            rebuild();
         }
     } else if (m_page != nullptr) {
         m_page->setTexts(content);
     }
+    showCompactTimer();
     update();
+}
+
+// A completion enters and leaves by its opacity.
+void TopCapsuleView::exchangePages(bool hadCompletion)
+{
+    delete m_leavingPage;
+    if (hadCompletion && m_page != nullptr) {
+        m_leavingPage = std::exchange(m_page, nullptr);
+        m_leavingPage->setAttribute(Qt::WA_TransparentForMouseEvents);
+        m_leavingPage->setGraphicsEffect(new QGraphicsOpacityEffect(m_leavingPage));
+    }
+    rebuild();
+    if (m_page != nullptr && m_content.showsCompletion) {
+        m_page->setGraphicsEffect(new QGraphicsOpacityEffect(m_page));
+    }
+    m_pageOpacity.setValue(0.0);
+    m_pageOpacity.animateTo(1.0, opacityTiming);
+}
+
+void TopCapsuleView::showCompactTimer()
+{
+    constexpr std::size_t longText = 5;
+    const bool isShown = m_content.showsCompactTimer && !m_content.showsCompletion;
+    m_compactClock->setVisible(isShown);
+    if (isShown) {
+        const double size = m_content.clockText.size() > longText ? longClockSize : shortClockSize;
+        m_compactClock->setTextFont(capsuleClockFont(size, QFont::Bold));
+        m_compactClock->setInk(m_colors.text);
+        m_compactClock->setText(qtText(m_content.clockText));
+    }
 }
 
 void TopCapsuleView::setBlurred(bool isBlurred)
@@ -88,6 +140,7 @@ void TopCapsuleView::setBlurred(bool isBlurred)
     if (std::exchange(m_isBlurred, isBlurred) != isBlurred) {
         updateColors();
         rebuild();
+        showCompactTimer();
         update();
     }
 }
@@ -102,8 +155,10 @@ void TopCapsuleView::setContentPlace(const QRect& place)
 
 void TopCapsuleView::layOutPage()
 {
+    const QRect place = m_contentPlace.isNull() ? rect() : m_contentPlace;
+    m_compactClock->setGeometry(place.adjusted(clockPadding, 0, -clockPadding, 0));
     if (m_page != nullptr) {
-        m_page->setGeometry(m_contentPlace.isNull() ? rect() : m_contentPlace);
+        m_page->setGeometry(place);
     }
 }
 
@@ -142,11 +197,6 @@ QString TopCapsuleView::spokenText() const
            qtText(m_content.clockText);
 }
 
-bool TopCapsuleView::showsCompactTimer() const
-{
-    return m_content.showsCompactTimer && !m_content.showsCompletion;
-}
-
 // Below the capsule, where it hides nothing of it.
 bool TopCapsuleView::event(QEvent* event)
 {
@@ -181,27 +231,6 @@ void TopCapsuleView::paintEvent(QPaintEvent* /*event*/)
         painter.setBrush(Qt::NoBrush);
         painter.drawPath(capsuleBorderProgress(border, m_progress.value()));
     }
-    if (showsCompactTimer()) {
-        paintCompactTimer(painter);
-    }
-}
-
-void TopCapsuleView::paintCompactTimer(QPainter& painter) const
-{
-    constexpr double padding = 5;
-    constexpr double smallestScale = 0.72;
-    constexpr std::size_t longText = 5;
-    const QString text = qtText(m_content.clockText);
-    const double size = m_content.clockText.size() > longText ? 9.5 : 11.5;
-    const auto font = [size](double scale) {
-        return systemFont(size * scale, QFont::Bold, FontDesign::monospaced);
-    };
-    const QRect place = m_contentPlace.isNull() ? rect() : m_contentPlace;
-    const double room = place.width() - 2 * padding;
-    const double needed = QFontMetricsF(font(1.0)).horizontalAdvance(text);
-    painter.setFont(font(needed > room ? std::max(room / needed, smallestScale) : 1.0));
-    painter.setPen(m_colors.text);
-    drawTextOnBaseline(painter, place, Qt::AlignHCenter, text);
 }
 
 void TopCapsuleView::resizeEvent(QResizeEvent* event)
@@ -216,6 +245,7 @@ void TopCapsuleView::changeEvent(QEvent* event)
     if (event->type() == QEvent::PaletteChange) {
         updateColors();
         rebuild();
+        showCompactTimer();
     }
 }
 

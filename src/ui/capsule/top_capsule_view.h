@@ -4,11 +4,13 @@
 #include "ui/capsule/capsule_colors.h"
 #include "ui/style/animation.h"
 
+#include <QPointer>
 #include <QWidget>
 
 namespace brevlin {
 
 class CapsulePage;
+class NumericText;
 
 /// Draws the capsule in one of its four states, exactly as its content says, and tells what its controls ask
 /// for. It fills the window; what lies free of controls is left to the window, which moves by it.
@@ -41,14 +43,17 @@ private:
     void rebuild();
     void updateColors();
     void layOutPage();
-    bool showsCompactTimer() const;
-    void paintCompactTimer(QPainter& painter) const;
+    void showCompactTimer();
+    void exchangePages(bool hadCompletion);
+    void showOpacity(double opacity);
 
     CapsuleContent m_content;
     CapsuleColors m_colors;
     QRect m_contentPlace; // null: all of the widget
     bool m_isBlurred = false;
-    CapsulePage* m_page = nullptr; // owned by this widget; none for the compact timer
+    NumericText* m_compactClock;         // these are owned by this widget
+    CapsulePage* m_page = nullptr;       // none for the compact timer
+    QPointer<CapsulePage> m_leavingPage; // while it fades out
     ValueAnimation m_progress;
     ValueAnimation m_pageOpacity;
 };

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace brevlin {
 
@@ -117,6 +118,22 @@ void NumericText::setColor(ThemeColor color)
     update();
 }
 
+void NumericText::setInk(const QColor& ink)
+{
+    m_ink = ink;
+    update();
+}
+
+void NumericText::setTextFont(const QFont& font)
+{
+    if (font == m_font)
+        return;
+    m_font = font;
+    m_cells = Cells(font);
+    m_width = 0; // so that the text is laid out anew, without a fade
+    setText(std::exchange(m_text, {}));
+}
+
 void NumericText::setAlignment(Qt::Alignment alignment)
 {
     m_alignment = alignment;
@@ -209,7 +226,9 @@ void NumericText::paintPieces(QPainter& painter, const QRectF& exposed, const st
         return;
     // A translucent pen, not the painter's opacity: with that Qt blends on its thread pool, at eight times
     // the cost.
-    painter.setPen(Theme::of(*this).color(m_color, opacity));
+    QColor ink = m_ink ? *m_ink : Theme::of(*this).color(m_color);
+    ink.setAlphaF(ink.alphaF() * static_cast<float>(opacity));
+    painter.setPen(ink);
     for (const Piece& piece : pieces) {
         // To shape what is clipped away costs most of a frame.
         const bool isExposed = piece.left - glyphOverhang < exposed.right() &&

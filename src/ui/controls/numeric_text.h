@@ -25,6 +25,9 @@ public:
     QString text() const { return m_text; }
     void setText(const QString& text);
     void setColor(ThemeColor color);
+    /// In place of the theme's colour.
+    void setInk(const QColor& ink);
+    void setTextFont(const QFont& font);
     void setAlignment(Qt::Alignment alignment);
     /// How far (0 to 1) the text may shrink when its room is narrow; 1, the default, never shrinks.
     void setMinimumScale(double scale);
@@ -80,6 +83,7 @@ private:
     Cells m_cells;
     QString m_text;
     ThemeColor m_color = ThemeColor::label;
+    std::optional<QColor> m_ink;
     Qt::Alignment m_alignment = Qt::AlignLeft | Qt::AlignVCenter;
     double m_minimumScale = 1;
     std::optional<ThemeColor> m_backdrop;

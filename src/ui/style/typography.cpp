@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFontDatabase>
+#include <QFontInfo>
 #include <QFontMetrics>
 
 #include <algorithm>
@@ -75,7 +76,9 @@ QFont systemFont(double points, QFont::Weight weight, FontDesign design)
     QFont font = design == FontDesign::rounded ? QApplication::font(roundedFontKey) : QApplication::font();
     if (design == FontDesign::monospaced) {
         QStringList families = font.families();
-        families.prepend(QFontDatabase::systemFont(QFontDatabase::FixedFont).family());
+        // What an alias such as "monospace" stands for; the alias itself is no family that Qt would find.
+        static const QString fixed = QFontInfo(QFontDatabase::systemFont(QFontDatabase::FixedFont)).family();
+        families.prepend(fixed);
         font.setFamilies(families);
         font.setFixedPitch(true);
     }

@@ -1,9 +1,13 @@
 #include "support/contrast.h"
 #include "ui/capsule/capsule_border.h"
+#include "ui/capsule/capsule_pages.h"
 #include "ui/capsule/top_capsule_view.h"
+#include "ui/controls/brevlin_style.h"
 #include "ui/style/theme.h"
 
 #include <QAbstractButton>
+#include <QGraphicsEffect>
+#include <QTest>
 
 #include <gtest/gtest.h>
 
@@ -140,6 +144,32 @@ TEST(CapsuleColors, its_texts_can_be_read_on_white_and_on_black)
                     }
                 }
             }
+        }
+    }
+}
+
+TEST_F(TopCapsuleViewTest, an_island_that_goes_fades_out_and_its_buttons_are_no_more_unless_motion_is_reduced)
+{
+    auto* style = new BrevlinStyle;
+    view.setStyle(style);
+    style->setParent(&view);
+    view.resize(460, 126);
+    view.show();
+    for (const bool reducesMotion : {false, true}) {
+        style->setReducesMotion(reducesMotion);
+        content.showsCompletion = true;
+        view.setContent(content);
+        const auto pages = [this] {
+            return view.findChildren<CapsulePage*>();
+        };
+        ASSERT_EQ(pages().size(), 1);
+        content.showsCompletion = false;
+        view.setContent(content);
+        ASSERT_EQ(pages().size(), reducesMotion ? 0 : 1);
+        if (!reducesMotion) {
+            EXPECT_NE(pages().front()->graphicsEffect(), nullptr);
+            EXPECT_TRUE(pages().front()->testAttribute(Qt::WA_TransparentForMouseEvents));
+            EXPECT_TRUE(QTest::qWaitFor([&] { return pages().isEmpty(); }, 1000));
         }
     }
 }
