@@ -59,6 +59,8 @@ TEST(HistoryDays, records_stand_under_the_day_they_ended_on_with_its_focus)
                                                "Sunday, Mar 1, 2026 | 1 entries · 0 min focus",
                                                "2026年3月1日星期日 | 1 条 · 专注 0 分钟"}));
     EXPECT_EQ(days.recordIndex(2), 2U);
+    const HistoryLayout layout(days);
+    EXPECT_EQ(layout.cardTop(1) - layout.cardTop(0) - layout.cardHeight(0), 14);
     // In another zone the same instants fall on other days.
     EXPECT_EQ(HistoryDays(records, Calendar{test::zone("America/New_York"), "en"}).days().size(), 3U);
     EXPECT_EQ(HistoryDays(records, Calendar{test::zone("America/New_York"), "en"}).days().front().count, 3U);

@@ -10,7 +10,7 @@ HistoryLayout::HistoryLayout(HistoryDays days) : m_days(std::move(days))
     int top = topPadding;
     for (std::size_t day = 0; day < this->days().size(); ++day) {
         m_tops.push_back(top);
-        top += cardHeight(day) + 1 + cardSpacing;
+        top += cardHeight(day) + cardSpacing;
     }
     m_height = m_tops.empty() ? 0 : top - cardSpacing + bottomPadding;
 }

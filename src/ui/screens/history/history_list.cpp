@@ -20,6 +20,7 @@ namespace brevlin {
 namespace {
 
 constexpr int sidePadding = 24;
+constexpr int rightPadding = sidePadding - SlimScrollBar::thickness; // the bar stands in the rest of it
 constexpr int scrollStep = 24;
 constexpr BilingualText deleteText{"删除记录", "Delete"};
 constexpr BilingualText listName{"记录", "History"};
@@ -86,12 +87,12 @@ const SessionRecord& HistoryList::record(std::size_t row) const
 QRect HistoryList::rowRect(std::size_t row) const
 {
     return {sidePadding, m_layout.rowTop(row) - verticalScrollBar()->value(),
-            viewport()->width() - 2 * sidePadding, HistoryLayout::rowHeight};
+            viewport()->width() - sidePadding - rightPadding, HistoryLayout::rowHeight};
 }
 
 std::optional<std::size_t> HistoryList::rowAt(const QPoint& position) const
 {
-    const bool isOnCard = position.x() >= sidePadding && position.x() < viewport()->width() - sidePadding;
+    const bool isOnCard = position.x() >= sidePadding && position.x() < viewport()->width() - rightPadding;
     return isOnCard ? m_layout.rowAt(position.y() + verticalScrollBar()->value()) : std::nullopt;
 }
 
@@ -171,7 +172,7 @@ void HistoryList::paintDay(QPainter& painter, std::size_t index, const QRect& vi
     const Theme theme = Theme::of(*this);
     const HistoryDay& day = m_layout.days()[index];
     const QRect card(sidePadding, m_layout.cardTop(index) - verticalScrollBar()->value(),
-                     viewport()->width() - 2 * sidePadding, m_layout.cardHeight(index));
+                     viewport()->width() - sidePadding - rightPadding, m_layout.cardHeight(index));
     m_painter.paintCard(painter, card, visible, theme);
     const QRect header(card.topLeft(), QSize(card.width(), HistoryLayout::headerHeight));
     if (header.intersects(visible)) {

@@ -297,11 +297,13 @@ void ActivityChart::walkTo(std::size_t index)
     update();
 }
 
-// Below the bar or cell, where it hides neither this one nor the ones beside it.
+// Below the bar with its labels, or below the cell, where it hides neither this one nor the ones beside it.
 void ActivityChart::showToolTip(std::size_t index)
 {
     constexpr QPoint ownOffset{2, 11}; // Qt puts a tool tip (2, 16) away from where it is asked to be
-    const QPoint below = mapToGlobal(elementRect(index).bottomLeft().toPoint());
+    const QRectF shape = elementRect(index);
+    const double bottom = m_picture.isHeatmap ? shape.bottom() : m_picture.elements.at(index).area.bottom();
+    const QPoint below = mapToGlobal(QPointF(shape.left(), bottom).toPoint());
     QToolTip::showText(below - ownOffset, elementToolTip(index), this);
 }
 
