@@ -21,12 +21,14 @@ constexpr int segmentHeight = 26;
 constexpr int segmentPadding = 14;
 constexpr int trackInset = 2; // of the plates in their track
 constexpr double trackRadius = 8;
-constexpr double plateRadius = 6.5;
+constexpr double plateRadius = 7;
+constexpr double trackOpacity = 0.075;
 
-// The heavier weight of the chosen one must not widen it.
-QFont segmentFont(bool isChosen)
+// The heavier weight of the chosen one must not widen it. Where a tint tells it apart as well, the others can
+// be lighter.
+QFont segmentFont(bool isChosen, bool isTinted)
 {
-    return textFont(TextRole::callout, isChosen ? QFont::DemiBold : QFont::Medium);
+    return textFont(TextRole::callout, isChosen ? QFont::DemiBold : isTinted ? QFont::Normal : QFont::Medium);
 }
 
 QColor textColor(const Segment& segment, std::optional<ThemeColor> tint, const Theme& theme)
@@ -35,7 +37,7 @@ QColor textColor(const Segment& segment, std::optional<ThemeColor> tint, const T
         return theme.color(ThemeColor::tertiaryLabel);
     if (segment.isChecked() && tint)
         return theme.color(ThemeColor::onFill);
-    if (segment.isChecked() || segment.state() != ControlState::normal)
+    if (segment.isChecked() || tint || segment.state() != ControlState::normal)
         return theme.color(ThemeColor::label);
     return theme.color(ThemeColor::secondaryLabel);
 }
@@ -50,7 +52,7 @@ Segment::Segment(QWidget* parent) : PlainButton(parent)
 
 QSize Segment::sizeHint() const
 {
-    const double text = QFontMetricsF(segmentFont(true)).horizontalAdvance(this->text());
+    const double text = QFontMetricsF(segmentFont(true, m_tint.has_value())).horizontalAdvance(this->text());
     return {static_cast<int>(std::ceil(text)) + 2 * segmentPadding, segmentHeight};
 }
 
@@ -64,7 +66,7 @@ void Segment::paintEvent(QPaintEvent*)
         painter.fillPath(continuousRoundedRect(rect(), plateRadius),
                          theme.color(ThemeColor::label, state() == ControlState::pressed ? 0.1 : 0.05));
     }
-    painter.setFont(segmentFont(isChecked()));
+    painter.setFont(segmentFont(isChecked(), m_tint.has_value()));
     painter.setPen(textColor(*this, m_tint, theme));
     drawTextOnBaseline(painter, rect(), Qt::AlignHCenter, text());
     if (showsFocusRing())
@@ -211,7 +213,8 @@ void SegmentedPicker::paintEvent(QPaintEvent*)
     const bool isDark = theme.scheme() == ColorScheme::dark;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.fillPath(continuousRoundedRect(rect(), trackRadius), theme.color(ThemeColor::label, 0.065));
+    painter.fillPath(continuousRoundedRect(rect(), trackRadius),
+                     theme.color(ThemeColor::label, trackOpacity));
 
     const QRectF plate = segmentRect(m_position.value());
     if (m_tint) {
