@@ -91,6 +91,16 @@ private:
     NumericText* m_widget;
 };
 
+/// What only holds other elements. Qt calls it a border or a client area, and a screen reader takes the first for
+/// a window that is not active, so that it drops all that happens inside.
+QAccessible::Role containerRole(const QWidget& widget)
+{
+    if (!widget.isWindow()) {
+        return QAccessible::Grouping;
+    }
+    return widget.windowType() == Qt::Dialog ? QAccessible::Dialog : QAccessible::Window;
+}
+
 /// Qt leaves popups out of the application's children, so that nobody would find what stands in one. Menus
 /// are found by the events that they send.
 class AccessibleApplication final : public QAccessibleApplication
@@ -127,7 +137,7 @@ private:
     }
 };
 
-QAccessibleInterface* makeInterface(const QString&, QObject* object)
+QAccessibleInterface* makeInterface(const QString& className, QObject* object)
 {
     if (object == qApp)
         return new AccessibleApplication;
@@ -141,6 +151,10 @@ QAccessibleInterface* makeInterface(const QString&, QObject* object)
         return new QAccessibleWidget(picker, QAccessible::Grouping);
     if (auto* text = qobject_cast<NumericText*>(object))
         return new AccessibleNumericText(text);
+    // Asked for each class from the most special on: nobody knew better what it is.
+    auto* widget = qobject_cast<QWidget*>(object);
+    if (widget != nullptr && (className == QLatin1String("QWidget") || className == QLatin1String("QFrame")))
+        return new QAccessibleWidget(widget, containerRole(*widget));
     return nullptr;
 }
 

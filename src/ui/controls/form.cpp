@@ -198,6 +198,7 @@ FormSection::FormSection(QWidget* parent)
 void FormSection::setHeading(const QString& heading)
 {
     m_heading->setText(heading);
+    m_card->setAccessibleName(heading);
 }
 
 FormRow* FormSection::addRow()
