@@ -3,6 +3,7 @@
 #include "app/timer_words.h"
 #include "ui/capsule/capsule_controls.h"
 #include "ui/controls/numeric_text.h"
+#include "ui/controls/spoken_element.h"
 #include "ui/style/brevlin_mark.h"
 #include "ui/style/text.h"
 #include "ui/style/theme.h"
@@ -48,8 +49,17 @@ public:
         : QWidget(parent), m_spacing(spacing), m_leastWidth(leastWidth)
     {
         setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+        makeSpokenElement(*this, QAccessible::StaticText, [this] { return spokenText(); });
     }
 
+    QString spokenText() const
+    {
+        QStringList texts;
+        for (const Line& line : m_lines) {
+            texts << line.text;
+        }
+        return texts.join(QStringLiteral(", "));
+    }
     void setLines(const Line& first, const Line& second)
     {
         m_lines = {first, second};
@@ -96,7 +106,10 @@ private:
 class ShrinkingLine final : public QWidget
 {
 public:
-    using QWidget::QWidget;
+    explicit ShrinkingLine(QWidget* parent) : QWidget(parent)
+    {
+        makeSpokenElement(*this, QAccessible::StaticText, [this] { return m_text; });
+    }
 
     void setLine(const QFont& font, const QColor& color, const QString& text)
     {
@@ -289,6 +302,8 @@ public:
                       CapsuleCommand::primary));
         column->addLayout(bottom);
         setTexts(content);
+        // Read aloud when it appears; the seconds never are.
+        makeSpokenGroup(*this, QAccessible::Notification, [this] { return m_texts->spokenText(); });
     }
 
     void setTexts(const CapsuleContent& content) override

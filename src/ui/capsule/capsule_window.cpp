@@ -1,6 +1,7 @@
 #include "ui/capsule/capsule_window.h"
 
 #include "ui/capsule/capsule_controls.h"
+#include "ui/controls/spoken_element.h"
 #include "ui/style/shapes.h"
 
 #include <QCloseEvent>
@@ -47,6 +48,7 @@ CapsuleWindow::CapsuleWindow(FloatingWindowSystem& system)
     m_curve.addCubicBezierSegment({0.22, 0.82}, {0.24, 1.0}, {1.0, 1.0});
     setWindowTitle(QStringLiteral("顶部专注胶囊"));
     setWindowRole(QStringLiteral("capsule"));
+    makeSpokenGroup(*this, QAccessible::Window, [this] { return m_view->name(); });
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_AlwaysShowToolTips); // it is never the active window

@@ -4,6 +4,7 @@
 #include "ui/capsule/capsule_border.h"
 #include "ui/capsule/capsule_pages.h"
 #include "ui/controls/numeric_text.h"
+#include "ui/controls/spoken_element.h"
 #include "ui/style/shapes.h"
 #include "ui/style/text.h"
 #include "ui/style/theme.h"
@@ -52,6 +53,7 @@ TopCapsuleView::TopCapsuleView(QWidget* parent)
     updateColors();
     connect(&m_progress, &ValueAnimation::valueChanged, this, [this] { update(); });
     connect(&m_pageOpacity, &ValueAnimation::valueChanged, this, &TopCapsuleView::showOpacity);
+    makeSpokenGroup(*this, QAccessible::Grouping, [this] { return spokenText(); });
     rebuild();
     showCompactTimer();
 }
@@ -185,7 +187,11 @@ void TopCapsuleView::rebuild()
             ? BilingualText{"点击展开提醒，拖动可移动", "Click to expand; drag to move"}
             : BilingualText{"拖动任意空白区域可移动", "Drag any empty area to move"};
     setToolTip(qtText(help.in(m_content.language)));
-    setAccessibleName(spokenText());
+}
+
+QString TopCapsuleView::name() const
+{
+    return qtText(BilingualText{"顶部专注胶囊", "Top focus capsule"}.in(m_content.language));
 }
 
 QString TopCapsuleView::spokenText() const

@@ -27,6 +27,8 @@ public:
     void setContentPlace(const QRect& place);
     /// Whether the window manager blurs what lies behind the capsule.
     void setBlurred(bool isBlurred);
+    /// What the capsule is called, for assistive technology.
+    QString name() const;
     /// What assistive technology reads.
     QString spokenText() const;
 

@@ -15,14 +15,15 @@ constexpr const char* keeperName = "brevlin-spoken-element";
 class NameKeeper final : public QObject
 {
 public:
-    NameKeeper(QAccessible::Role elementRole, std::function<QString()> source, QObject* parent)
-        : QObject(parent), role(elementRole), name(std::move(source))
+    NameKeeper(QAccessible::Role elementRole, std::function<QString()> source, bool isGroup, QObject* parent)
+        : QObject(parent), role(elementRole), name(std::move(source)), hasChildren(isGroup)
     {
         setObjectName(QLatin1String(keeperName));
     }
 
     QAccessible::Role role;
     std::function<QString()> name;
+    bool hasChildren;
 };
 
 class SpokenElement final : public QAccessibleWidget
@@ -36,9 +37,15 @@ public:
     {
         return text == QAccessible::Name ? m_keeper.name() : QAccessibleWidget::text(text);
     }
-    int childCount() const override { return 0; }
-    QAccessibleInterface* child(int /*index*/) const override { return nullptr; }
-    QAccessibleInterface* childAt(int /*x*/, int /*y*/) const override { return nullptr; }
+    int childCount() const override { return m_keeper.hasChildren ? QAccessibleWidget::childCount() : 0; }
+    QAccessibleInterface* child(int index) const override
+    {
+        return m_keeper.hasChildren ? QAccessibleWidget::child(index) : nullptr;
+    }
+    QAccessibleInterface* childAt(int x, int y) const override
+    {
+        return m_keeper.hasChildren ? QAccessibleWidget::childAt(x, y) : nullptr;
+    }
 
 private:
     const NameKeeper& m_keeper; // lives as long as the widget
@@ -54,13 +61,23 @@ QAccessibleInterface* makeInterface(const QString& /*className*/, QObject* objec
     return keeper != nullptr ? new SpokenElement(widget, *static_cast<const NameKeeper*>(keeper)) : nullptr;
 }
 
+void keepName(QWidget& widget, QAccessible::Role role, std::function<QString()> name, bool isGroup)
+{
+    new NameKeeper(role, std::move(name), isGroup, &widget);
+    // Installing the same function again changes nothing.
+    QAccessible::installFactory(makeInterface);
+}
+
 } // namespace
 
 void makeSpokenElement(QWidget& widget, QAccessible::Role role, std::function<QString()> name)
 {
-    new NameKeeper(role, std::move(name), &widget);
-    // Installing the same function again changes nothing.
-    QAccessible::installFactory(makeInterface);
+    keepName(widget, role, std::move(name), false);
+}
+
+void makeSpokenGroup(QWidget& widget, QAccessible::Role role, std::function<QString()> name)
+{
+    keepName(widget, role, std::move(name), true);
 }
 
 } // namespace brevlin

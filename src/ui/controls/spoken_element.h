@@ -12,4 +12,7 @@ namespace brevlin {
 /// is wanted: a countdown that set its name every second would be read aloud every second.
 void makeSpokenElement(QWidget& widget, QAccessible::Role role, std::function<QString()> name);
 
+/// The same for a widget whose children are elements of their own.
+void makeSpokenGroup(QWidget& widget, QAccessible::Role role, std::function<QString()> name);
+
 } // namespace brevlin
