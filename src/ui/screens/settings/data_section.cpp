@@ -71,7 +71,8 @@ void DataSection::refresh()
         const QString name = qtText(title.in(language));
         row->setTitle(name);
         value->setText(text);
-        value->setAccessibleName(name + QLatin1String(language == AppLanguage::english ? ": " : "：") + text);
+        value->setAccessibleName(
+            name + (language == AppLanguage::english ? QStringLiteral(": ") : QStringLiteral("：")) + text);
     };
     setHeading(qtText(dataHeadingText.in(language)));
     show(m_storageRow, m_storage, storageText, qtText(storageValueText.in(language)));
