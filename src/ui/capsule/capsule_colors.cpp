@@ -41,7 +41,7 @@ CapsuleColors capsuleColors(TopTimerAppearance appearance, const Theme& theme, b
         return systemColors(theme, isBlurred);
     case TopTimerAppearance::light:
         return {white(0.96), white(0.96), black(0.08), black(0.12),
-                black(0.86), black(0.48), black(0.62), black(0.08)};
+                black(0.86), black(0.56), black(0.62), black(0.08)};
     case TopTimerAppearance::dark:
         break;
     }

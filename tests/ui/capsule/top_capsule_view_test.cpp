@@ -138,10 +138,13 @@ TEST(CapsuleColors, its_texts_can_be_read_on_white_and_on_black)
             for (const QColor& desktop : {QColor(Qt::white), QColor(Qt::black)}) {
                 for (const QColor& surface : {colors.background, colors.completionBackground}) {
                     const QColor ground = blended(surface, desktop);
-                    for (const QColor& text : {colors.text, colors.secondary}) {
+                    for (const QColor& text : {colors.text, colors.endTime, colors.secondary}) {
                         EXPECT_GE(test::contrastRatio(blended(text, ground), ground), 4.5)
                             << rawValue(appearance) << " " << text.name(QColor::HexArgb).toStdString();
                     }
+                    const QColor button = blended(colors.buttonFill, ground);
+                    EXPECT_GE(test::contrastRatio(blended(colors.secondary, button), button), 4.5)
+                        << rawValue(appearance) << ", on a button";
                 }
             }
         }
