@@ -1,7 +1,6 @@
 """The settings, changed by keyboard and by mouse in both of their places, and what is on the disk afterwards."""
 
 from harness import PREFERENCES_KEY, DesktopTest, main, read_json, wait_for
-from notifications_test import Dunst
 
 SECTION_KEY = "com.quillmark.brevlin.mainSection"
 DEFAULTS = {
@@ -98,24 +97,6 @@ class Settings(DesktopTest):
         desktop.press("Escape")
         wait_for("a closed window", lambda: not desktop.windows("Settings"))
         self.assertNotEqual(desktop.picture(main_window), before, "the section shows the same values")
-
-    def test_another_language_relabels_the_buttons_of_a_pending_notification(self):
-        desktop = self.desktop
-        server = Dunst(desktop)
-        server.start()
-        desktop.set_preferences(focus=6, language="english")
-        self.start_and_wait()
-        desktop.press("space")
-        desktop.wait_for_state("running")
-        self.open_window("Settings")
-        # With a notification server its row has no button.
-        desktop.press(*["Tab"] * 9, "Left")
-        desktop.wait_for_window("设置")
-        self.assertEqual(self.stored()["appLanguage"], "zh-Hans")
-        desktop.wait_for_state("ringing", 12)
-        wait_for("an announcement", lambda: server.count() == 1)
-        labels = [label for label in server.buttons() if label]
-        self.assertCountEqual(labels, ["开始下一阶段", "停止提醒"])
 
 
 if __name__ == "__main__":
