@@ -265,7 +265,10 @@ class Desktop:
 
     def cover(self):
         """Another window above everything, which has the keyboard."""
-        self.run_in_background(["xmessage", "-geometry", "1200x800+0+0", "-title", "Cover", "in front"])
+        if self.windows("Cover"):
+            self.ask("wmctrl", "-a", "Cover")
+        else:
+            self.run_in_background(["xmessage", "-geometry", "1200x800+0+0", "-title", "Cover", "in front"])
         return self.wait_for_window("Cover")
 
     def click(self, window, x, y):
