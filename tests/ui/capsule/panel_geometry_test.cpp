@@ -33,15 +33,6 @@ CapsuleLayout expanded(HorizontalAnchor anchor)
     return {316, 50, anchor, 25};
 }
 
-TEST(PanelGeometry, the_first_place_is_the_top_centre_below_the_work_areas_edge)
-{
-    const StablePosition position = PanelGeometry::defaultPosition(circle, main);
-    EXPECT_EQ(position, (StablePosition{7, 640, 862}));
-    EXPECT_EQ(PanelGeometry::placedFrame(position, circle, main.visibleFrame),
-              (PanelFrame{615, 812, 50, 50}));
-    EXPECT_EQ(PanelGeometry::defaultPosition(island, left), (StablePosition{9, -512, 860}));
-}
-
 TEST(PanelGeometry, the_circle_stays_where_it_is_in_every_layout)
 {
     const StablePosition position{7, 600, 800};
@@ -81,22 +72,6 @@ TEST(PanelGeometry, no_part_leaves_the_visible_frame)
     };
     for (const Case& c : cases) {
         EXPECT_EQ(PanelGeometry::placedFrame(c.position, c.layout, c.visible), c.frame);
-    }
-}
-
-TEST(PanelGeometry, a_capsule_that_is_dropped_near_a_side_snaps_to_it)
-{
-    struct Case
-    {
-        double x;
-        double snappedTo;
-    };
-    for (const Case& c :
-         {Case{0, 25}, {50, 25}, {50.5, 75.5}, {640, 665}, {1179.5, 1204.5}, {1180, 1255}, {1230, 1255}}) {
-        const PanelFrame frame{c.x, 500, 50, 50};
-        const StablePosition position = PanelGeometry::stablePosition(frame, center, 7);
-        EXPECT_EQ(PanelGeometry::snapped(position, frame, main.visibleFrame).compactCenterX, c.snappedTo)
-            << c.x;
     }
 }
 
@@ -151,16 +126,6 @@ TEST(PanelGeometry, every_readable_record_returns_to_its_place)
     const SavedPosition saved = PanelGeometry::savedPosition(position, left);
     EXPECT_EQ(saved.version, 5);
     EXPECT_EQ(PanelGeometry::restoredPosition(saved, circle, screens, main), position);
-}
-
-TEST(PanelGeometry, screens_are_found_by_number_and_by_point)
-{
-    EXPECT_EQ(PanelGeometry::screenWithDisplayID(screens, std::nullopt), nullptr);
-    EXPECT_EQ(PanelGeometry::screenWithDisplayID(screens, 404), nullptr);
-    EXPECT_EQ(PanelGeometry::screenWithDisplayID(screens, 9)->displayID, 9U);
-    EXPECT_EQ(PanelGeometry::screenContaining(screens, {-1, 500})->displayID, 9U);
-    EXPECT_EQ(PanelGeometry::screenContaining(screens, {1280, 10})->displayID, 11U);
-    EXPECT_EQ(PanelGeometry::screenContaining(screens, {0, -1}), nullptr);
 }
 
 } // namespace

@@ -79,6 +79,8 @@ TEST_F(MenuBarTest, the_picture_changes_with_the_minute_and_the_state_only)
     EXPECT_EQ(item.pictureChanges, before + 1);
     model().pause();
     EXPECT_EQ(item.pictureChanges, before + 2);
+    model().switchToNextPhase();
+    EXPECT_NE(item.pictures.plain, idle.plain) << "a break";
 }
 
 TEST_F(MenuBarTest, the_longest_cycle_has_room_beside_the_button_of_the_panel)

@@ -178,25 +178,6 @@ TEST_F(SettingsViewTest, the_history_is_cleared_only_where_the_question_is_answe
     EXPECT_FALSE(clear.isEnabled());
 }
 
-TEST_F(SettingsViewTest, assistive_technology_is_told_role_state_and_range)
-{
-    open();
-    const auto element = [](QWidget& widget) {
-        return QAccessible::queryAccessibleInterface(&widget);
-    };
-    auto* sound = element(get<SwitchControl>("Play completion sound"));
-    EXPECT_EQ(sound->role(), QAccessible::CheckBox);
-    EXPECT_TRUE(sound->state().checked);
-    EXPECT_EQ(element(get<Segment>("Strong"))->role(), QAccessible::RadioButton);
-    EXPECT_FALSE(element(get<Segment>("Strong"))->state().checked);
-    EXPECT_TRUE(element(get<Segment>("Standard"))->state().checked);
-    EXPECT_EQ(element(get<SegmentedPicker>("Alert intensity"))->role(), QAccessible::Grouping);
-    auto* focus = element(get<NumberField>("Focus duration: 25 min"));
-    EXPECT_EQ(focus->role(), QAccessible::SpinBox);
-    EXPECT_EQ(focus->valueInterface()->currentValue().toInt(), 25);
-    EXPECT_EQ(focus->valueInterface()->maximumValue().toInt(), 180);
-}
-
 TEST(SettingsTexts, a_strong_alert_is_weakened_only_while_it_is_chosen)
 {
     NotificationAuthorizationSnapshot authorization;
