@@ -1,6 +1,7 @@
 """The capsule at the top of the screen, driven with the pointer while another program has the keyboard."""
 
 import os
+import re
 import time
 
 import dbus
@@ -51,19 +52,10 @@ class CapsuleTest(DesktopTest):
     def box(self, area=(0, 0, SCREEN[0], 560)):
         """Where the capsule is to be seen; None where nothing is. The rest of that part of the screen is plain."""
         left, top, width, height = area
-        data = self.desktop.picture("root", "-crop", f"{width}x{height}+{left}+{top}", "+repage")
-        background = data[-3:]
-        plain = background * width
-        rows = [y for y in range(height) if data[y * width * 3:(y + 1) * width * 3] != plain]
-        if not rows:
-            return None
-        columns = set()
-        for y in rows[::4] + [rows[len(rows) // 2]]:
-            row = data[y * width * 3:(y + 1) * width * 3]
-            differing = [x for x in range(width) if row[x * 3:x * 3 + 3] != background]
-            if differing:
-                columns |= {differing[0], differing[-1]}
-        return (left + min(columns), top + rows[0], max(columns) - min(columns) + 1, rows[-1] - rows[0] + 1)
+        found = self.desktop.ask("import", "-window", "root", "-crop", f"{width}x{height}+{left}+{top}", "+repage",
+                                 "-format", "%@", "info:-")
+        width, height, x, y = map(int, re.findall(r"\d+", found))
+        return (left + x, top + y, width, height) if width else None
 
     def wait_for_box(self, box, seconds=5.0, area=(0, 0, SCREEN[0], 560)):
         seen = []

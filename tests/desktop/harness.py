@@ -353,11 +353,7 @@ class Desktop:
 
     def account(self, name):
         """What a person wants to see when a test has failed."""
-        PICTURES.mkdir(parents=True, exist_ok=True)
-        picture = PICTURES / f"{name}.png"
-        if "DISPLAY" in self.environment:
-            self.ask("import", "-window", "root", str(picture))
-        lines = [f"the screen at that moment: {picture}", "windows:", self.ask("wmctrl", "-l", "-p"),
+        lines = [f"the screen at that moment: {self.keep_picture(name)}", "windows:", self.ask("wmctrl", "-l", "-p"),
                  f"timer: {self.timer()}", f"history: {self.history()}", "Brevlin said:", self.output_of("brevlin"), "programs that have ended:", str({process.args[0]: process.poll() for process in self.processes
                                                    if process.poll() is not None}), "The window manager said:",
                  self.output_of(pathlib.Path(self.manager[0]).name)]

@@ -83,6 +83,17 @@ class StatusItemTest(DesktopTest):
     def click(self, x, y):
         self.desktop.ask("xdotool", "mousemove", str(x), str(y), "click", "1")
 
+    def start_in_the_panel_and_close_it(self, spot):
+        """Gives where the panel lay, once a second click on the item has closed it."""
+        self.click(*spot)
+        x, y, width, height = self.desktop.geometry(wait_for("the panel", self.panel))
+        self.click(x + width // 2, y + height - 28)
+        self.desktop.wait_for_state("running")
+        self.click(*spot)
+        wait_for("a closed panel", lambda: not self.panel())
+        holds_for("a panel that a second click has closed", lambda: not self.panel(), 0.6)
+        return x, y, width, height
+
     def test_xfce_shows_the_item_and_a_click_opens_its_panel(self):
         self.desktop.run_in_background(["xfwm4", "--replace", "--compositor=off"])
         folder = self.desktop.home / ".config/xfce4/xfconf/xfce-perchannel-xml"
@@ -94,20 +105,13 @@ class StatusItemTest(DesktopTest):
         icon = (4, 4, 24, 24)
         wait_for("the logo in Xfce's panel", lambda: self.has_red(icon), 15)
 
-        self.click(16, 15)
-        panel = wait_for("the panel", self.panel)
-        x, y, width, height = self.desktop.geometry(panel)
+        _, y, width, _ = self.start_in_the_panel_and_close_it((16, 15))
         self.assertEqual(width, 300)
         self.assertGreaterEqual(y, 30, "below the desktop's own panel")
-        self.click(x + width // 2, y + height - 28)
-        self.desktop.wait_for_state("running")
-        self.desktop.press("space")
-        self.desktop.wait_for_state("paused")
-        self.click(16, 15)
-        wait_for("a closed panel", lambda: not self.panel())
-        holds_for("a panel that a second click has closed", lambda: not self.panel(), 0.6)
         self.click(16, 15)
         wait_for("the panel again", self.panel)
+        self.desktop.press("space")
+        self.desktop.wait_for_state("paused")
         self.desktop.press("Escape")
         wait_for("a panel closed by Escape", lambda: not self.panel())
         self.click(16, 15)
@@ -152,16 +156,8 @@ class StatusItemTest(DesktopTest):
         place = (0, 872, 60, 28)
         wait_for("the logo in the tray", lambda: self.has_red(place), 10)
         red = self.desktop.picture("root", "-crop", "60x28+0+872", "+repage").index(bytes(FOCUS_RED)) // 3
-        spot = (red % 60, 872 + red // 60)
-        self.click(*spot)
-        panel = wait_for("the panel", self.panel)
-        x, y, width, height = self.desktop.geometry(panel)
+        _, y, _, height = self.start_in_the_panel_and_close_it((red % 60, 872 + red // 60))
         self.assertLessEqual(y + height, 872, "above the tray")
-        self.click(x + width // 2, y + height - 28)
-        self.desktop.wait_for_state("running")
-        self.click(*spot)
-        wait_for("a closed panel", lambda: not self.panel())
-        holds_for("a panel that a second click has closed", lambda: not self.panel(), 0.6)
 
 
 if __name__ == "__main__":

@@ -16,8 +16,8 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QDialog>
-#include <QKeyEvent>
 #include <QScrollArea>
+#include <QTest>
 
 #include <algorithm>
 
@@ -59,11 +59,7 @@ protected:
     void press(Qt::Key key)
     {
         QWidget* target = QApplication::focusWidget() != nullptr ? QApplication::focusWidget() : &window();
-        for (const auto type : {QEvent::ShortcutOverride, QEvent::KeyPress, QEvent::KeyRelease}) {
-            QKeyEvent event(type, key, Qt::NoModifier,
-                            key == Qt::Key_Space ? QStringLiteral(" ") : QString());
-            QApplication::sendEvent(target, &event);
-        }
+        QTest::keyClick(target, key);
         QApplication::processEvents();
     }
     static std::string spoken(QWidget* widget)
@@ -235,17 +231,18 @@ TEST_F(MainWindowTest, quitting_waits_for_the_disk_and_then_says_what_it_did_not
 {
     open();
     int ends = 0;
-    {
-        QuitSequence quit(model(), documents, scheduler);
-        QObject::connect(&quit, &QuitSequence::finished, [&] { ++ends; });
-        quit.begin(QuitSequence::Origin::user);
-        EXPECT_EQ(ends, 1) << "there is nothing to wait for";
-    }
+    std::unique_ptr<QuitSequence> quit;
+    const auto begin = [&](QuitSequence::Origin origin) {
+        quit = std::make_unique<QuitSequence>(model(), documents, scheduler);
+        QObject::connect(quit.get(), &QuitSequence::finished, [&] { ++ends; });
+        quit->begin(origin);
+    };
+    begin(QuitSequence::Origin::user);
+    EXPECT_EQ(ends, 1) << "there is nothing to wait for";
+
     documents.runsAtOnce = false;
     model().start();
-    QuitSequence slow(model(), documents, scheduler);
-    QObject::connect(&slow, &QuitSequence::finished, [&] { ++ends; });
-    slow.begin(QuitSequence::Origin::system);
+    begin(QuitSequence::Origin::system);
     scheduler.advance(Seconds{3});
     EXPECT_EQ(ends, 1);
     documents.runAll();
@@ -255,25 +252,20 @@ TEST_F(MainWindowTest, quitting_waits_for_the_disk_and_then_says_what_it_did_not
     documents.runsAtOnce = true;
     files.files["/data/sessions-v1.json"] = "half a copy";
     model().endCurrentPhase();
-    {
-        QuitSequence patient(model(), documents, scheduler);
-        QObject::connect(&patient, &QuitSequence::finished, [&] { ++ends; });
-        patient.begin(QuitSequence::Origin::user);
-        scheduler.advance(Seconds{8.5});
-        EXPECT_EQ(ends, 2) << "whoever copies is given time";
-        scheduler.advance(Seconds{1});
-        EXPECT_EQ(ends, 3) << "and then the copy is kept beside ours";
-        EXPECT_EQ(files.files.size(), 2U);
-    }
+    begin(QuitSequence::Origin::user);
+    scheduler.advance(Seconds{8.5});
+    EXPECT_EQ(ends, 2) << "whoever copies is given time";
+    scheduler.advance(Seconds{1});
+    EXPECT_EQ(ends, 3) << "and then the copy is kept beside ours";
+    EXPECT_EQ(files.files.size(), 2U);
+
+    quit.reset();
     defaults.failures.failFrom(1);
     files.failures.failFrom(1);
     model().advance();
     model().endCurrentPhase();
-    QuitSequence full(model(), documents, scheduler);
-    QObject::connect(&full, &QuitSequence::finished, [&] { ++ends; });
-    full.begin(QuitSequence::Origin::user);
-    scheduler.advance(Seconds{9.9});
-    scheduler.advance(Seconds{60});
+    begin(QuitSequence::Origin::user);
+    scheduler.advance(Seconds{70});
     const auto widgets = QApplication::topLevelWidgets();
     const auto told = std::find_if(widgets.begin(), widgets.end(), [](QWidget* each) {
         return each->windowTitle() == QStringLiteral("Not everything could be saved") && each->isVisible();

@@ -5,8 +5,8 @@
 
 #include <QAccessible>
 #include <QApplication>
-#include <QKeyEvent>
 #include <QScrollBar>
+#include <QTest>
 
 namespace brevlin {
 namespace {
@@ -124,11 +124,7 @@ protected:
         QObject::connect(&model(), &AppModel::sessionsChanged, m_list.get(), &HistoryList::refresh);
         return *m_list;
     }
-    void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
-    {
-        QKeyEvent event(QEvent::KeyPress, key, modifiers);
-        QApplication::sendEvent(m_list.get(), &event);
-    }
+    void press(Qt::Key key) { QTest::keyClick(m_list.get(), key); }
 
     std::unique_ptr<HistoryList> m_list;
 };

@@ -11,7 +11,7 @@
 
 #include <QAccessible>
 #include <QApplication>
-#include <QKeyEvent>
+#include <QTest>
 
 namespace brevlin {
 namespace {
@@ -46,13 +46,7 @@ protected:
         EXPECT_NE(control, nullptr) << name;
         return *control;
     }
-    static void press(QWidget& widget, Qt::Key key)
-    {
-        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier,
-                        key >= Qt::Key_0 && key <= Qt::Key_9 ? QString(QChar(static_cast<ushort>(key)))
-                                                             : QString());
-        QApplication::sendEvent(&widget, &event);
-    }
+    static void press(QWidget& widget, Qt::Key key) { QTest::keyClick(&widget, key); }
     /// What a restart would find.
     AppPreferences stored() { return PreferencesStore(disk()).load(); }
 
