@@ -2,7 +2,7 @@
 
 import signal
 
-from harness import DesktopTest, main, now, wait_for
+from harness import PROGRAM, DesktopTest, main, now, wait_for
 
 # Half a second for each of the two that a document needs.
 SLOW_DISK = ("strace", "-f", "-qq", "-o", "/dev/null", "-e", "trace=fsync", "-e", "inject=fsync:delay_enter=500000")
@@ -41,7 +41,7 @@ class Display(DesktopTest):
         desktop.set_preferences(short_break=1500, auto_start=True)
         timer = self.running_timer(4)
         desktop.store_timer(timer)
-        (desktop.home / ".xsmstartup").write_text(" ".join([*SLOW_DISK, str(desktop.program())]) + "\n")
+        (desktop.home / ".xsmstartup").write_text(" ".join([*SLOW_DISK, PROGRAM]) + "\n")
         manager = desktop.run_in_background(["xsm"])
         desktop.wait_for_window()
         manager.send_signal(signal.SIGUSR1)

@@ -111,7 +111,6 @@ class Desktop:
         self.manager = ("",)
         self.manager_process = None
         self.display = None  # the server
-        self.account_of_user = None  # of another user than the test's, (uid, gid)
         self.home = self.folder / "home"
         self.config = self.home / ".config" / "Brevlin"
         self.data = self.home / ".local" / "share" / "Brevlin"
@@ -131,7 +130,7 @@ class Desktop:
 
     def start_display(self, manager=("openbox", "--sm-disable"), screen="1280x900"):
         reading, writing = os.pipe()
-        # Without access control, so that another user's program can be tested; it listens on no network.
+        # Without access control; it listens on no network.
         self.display = self.run_in_background(
             ["Xvfb", "-displayfd", str(writing), "-screen", "0", f"{screen}x24", "-nolisten", "tcp", "-ac", "-noreset"],
             pass_fds=[writing])
@@ -173,27 +172,7 @@ class Desktop:
         # openbox has been missing after a client was killed.
         if self.manager_process and self.manager_process.poll() is not None:
             self.start_manager()
-        options = {}
-        if self.account_of_user:
-            user, group = self.account_of_user
-            options = {"user": user, "group": group, "extra_groups": []}
-        return self.run_in_background([*before, str(self.program())], **options)
-
-    def program(self):
-        if not self.account_of_user:
-            return PROGRAM
-        # The folder of the build may be closed to the other user.
-        copy = self.folder / "brevlin"
-        if not copy.exists():
-            shutil.copy(PROGRAM, copy)
-            shutil.copy(pathlib.Path(PROGRAM).parent / "brevlin-play-sound", self.folder)
-        return copy
-
-    def become_other_user(self, user=65534, group=65534):
-        """Brevlin runs as this user from now on; only root can do that, and only root needs to."""
-        self.account_of_user = (user, group)
-        for folder in [self.folder, *(path for path in self.folder.rglob("*") if path.is_dir())]:
-            os.chown(folder, user, group)
+        return self.run_in_background([*before, PROGRAM])
 
     def bus(self, variable="DBUS_SESSION_BUS_ADDRESS"):
         """A connection of the test's own to a bus that start_bus() has started."""

@@ -142,7 +142,7 @@ class AnnouncementTest(DesktopTest):
         self.desktop.click(window, *place)
 
 
-class DunstTest(AnnouncementTest):
+class OnDunst(AnnouncementTest):
     def setUp(self):
         super().setUp()
         self.server = Dunst(self.desktop)
@@ -156,8 +156,6 @@ class DunstTest(AnnouncementTest):
         self.end_a_phase_in_the_background(**preferences)
         self.wait_for_banner()
 
-
-class OnDunst(DunstTest):
     def end_another_phase(self, count):
         self.click_in_window(START_NEXT_PLACE)
         self.wait_for_banner(count)
@@ -236,36 +234,6 @@ class OnDunst(DunstTest):
         holds_for("one announcement", lambda: self.server.count() == 1, 2)
         self.assertEqual(len(self.server.shown()), 1)
 
-
-class OnXfce(AnnouncementTest):
-    def setUp(self):
-        super().setUp()
-        self.server = XfceNotifyd(self.desktop)
-
-    def wait_for_banner(self):
-        wait_for("a notification", lambda: self.server.count() == 1)
-
-    def test_xfce_shows_the_end_until_the_user_reacts(self):
-        self.end_a_phase_in_the_background()
-        self.wait_for_banner()
-        holds_for("the announcement", lambda: self.server.count() == 1, 2)
-        self.desktop.keep_picture(self.id())
-        self.server.click("Start next phase")
-        self.assertEqual(self.desktop.wait_for_state("running", 2)["phase"], "shortBreak")
-        self.wait_for_empty_screen()
-        self.wait_for_banner()
-        self.server.click("Stop alert")
-        self.wait_for_empty_screen()
-        self.assertEqual(self.desktop.timer()["runState"], "ringing")
-        self.click_in_window(START_NEXT_PLACE)
-        self.wait_for_banner()
-        self.server.click("body")  # whatever the program offers, this server takes that for a dismissal
-        self.wait_for_empty_screen()
-        self.assertEqual(self.desktop.timer()["runState"], "ringing")
-        self.assertEqual(len(self.desktop.history()), 3)
-
-
-class UnresponsiveServer(DunstTest):
     def check_the_timer(self):
         """The end of a phase is written at once; the file's time tells when."""
         desktop, late = self.desktop, []
@@ -300,6 +268,34 @@ class UnresponsiveServer(DunstTest):
         self.server.process.send_signal(signal.SIGCONT)
         wait_for("the last announcement", lambda: self.server.count() == 1)
         holds_for("nothing beside it", lambda: self.server.count() == 1, 1)
+
+
+class OnXfce(AnnouncementTest):
+    def setUp(self):
+        super().setUp()
+        self.server = XfceNotifyd(self.desktop)
+
+    def wait_for_banner(self):
+        wait_for("a notification", lambda: self.server.count() == 1)
+
+    def test_xfce_shows_the_end_until_the_user_reacts(self):
+        self.end_a_phase_in_the_background()
+        self.wait_for_banner()
+        holds_for("the announcement", lambda: self.server.count() == 1, 2)
+        self.desktop.keep_picture(self.id())
+        self.server.click("Start next phase")
+        self.assertEqual(self.desktop.wait_for_state("running", 2)["phase"], "shortBreak")
+        self.wait_for_empty_screen()
+        self.wait_for_banner()
+        self.server.click("Stop alert")
+        self.wait_for_empty_screen()
+        self.assertEqual(self.desktop.timer()["runState"], "ringing")
+        self.click_in_window(START_NEXT_PLACE)
+        self.wait_for_banner()
+        self.server.click("body")  # whatever the program offers, this server takes that for a dismissal
+        self.wait_for_empty_screen()
+        self.assertEqual(self.desktop.timer()["runState"], "ringing")
+        self.assertEqual(len(self.desktop.history()), 3)
 
 
 if __name__ == "__main__":
