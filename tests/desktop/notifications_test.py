@@ -1,7 +1,5 @@
-"""What a person sees of a phase's end while the window is closed, with real notification servers."""
+"""What a person sees of a phase's end while the window is closed, with a real notification server."""
 
-import glob
-import pathlib
 import shlex
 import signal
 
@@ -84,77 +82,37 @@ class Dunst:
         self.desktop.ask("xdotool", "mousemove", "--window", window, "40", "20", "click", button)
 
 
-class XfceNotifyd:
-    """The notification server of Xfce and the user in front of it."""
-
-    # Where English buttons are, in pixels from the notification's corner.
-    PLACES = {"body": (150, 30), "Start next phase": (172, 86), "Stop alert": (292, 86)}
-
-    def __init__(self, desktop):
-        self.desktop = desktop
-        library, = {pathlib.Path(path) for path in glob.glob("/usr/lib/*/xfce4")}
-        self.program = library / "notifyd" / "xfce4-notifyd"
-        desktop.run_in_background([str(library / "xfconf" / "xfconfd")])
-        connection = desktop.bus()
-        wait_for("Xfce's settings", lambda: connection.name_has_owner("org.xfce.Xfconf"))
-
-    def start(self):
-        self.desktop.run_in_background([str(self.program)])
-        connection = self.desktop.bus()
-        wait_for("xfce4-notifyd on the bus", lambda: connection.name_has_owner("org.freedesktop.Notifications"))
-
-    def windows(self):
-        return self.desktop.ask("xdotool", "search", "--onlyvisible", "--class", "Xfce4-notifyd").split()
-
-    def count(self):
-        return len(self.windows())
-
-    def click(self, place, button="1"):
-        x, y = self.PLACES[place]
-        self.desktop.ask("xdotool", "mousemove", "--window", self.windows()[0], str(x), str(y), "click", button)
-
-
-class AnnouncementTest(DesktopTest):
-    server = None
+class Notifications(DesktopTest):
+    def setUp(self):
+        super().setUp()
+        self.server = Dunst(self.desktop)
 
     def start(self, **preferences):
         self.desktop.set_preferences(language="english", **preferences)
         self.process, self.window = self.start_and_wait()
 
-    def close_window(self):
-        self.desktop.press("ctrl+w")
-        wait_for("a closed window", lambda: not self.desktop.windows())
-
     def wait_for_empty_screen(self):
         wait_for("an empty screen", lambda: self.server.count() == 0, 2)
-
-    def end_a_phase_in_the_background(self, **preferences):
-        self.server.start()
-        self.start(**preferences)
-        self.desktop.press("space")
-        self.desktop.wait_for_state("running")
-        self.close_window()
-        self.desktop.wait_for_state("ringing")
-
-    def click_in_window(self, place):
-        self.desktop.start_program().wait(timeout=5)
-        window = self.desktop.wait_for_window()
-        self.desktop.click(window, *place)
-
-
-class OnDunst(AnnouncementTest):
-    def setUp(self):
-        super().setUp()
-        self.server = Dunst(self.desktop)
 
     def wait_for_banner(self, count=1):
         wait_for(f"notification {count}", lambda: len(self.server.shown()) >= count, 15)
         wait_for("one notification on the screen", lambda: self.server.count() == 1, 2)
 
-    def end_a_phase(self, **preferences):
+    def end_a_phase(self):
         """Brevlin in the background, a focus phase over, its end announced."""
-        self.end_a_phase_in_the_background(**preferences)
+        self.server.start()
+        self.start()
+        self.desktop.press("space")
+        self.desktop.wait_for_state("running")
+        self.desktop.press("ctrl+w")
+        wait_for("a closed window", lambda: not self.desktop.windows())
+        self.desktop.wait_for_state("ringing")
         self.wait_for_banner()
+
+    def click_in_window(self, place):
+        self.desktop.start_program().wait(timeout=5)
+        window = self.desktop.wait_for_window()
+        self.desktop.click(window, *place)
 
     def end_another_phase(self, count):
         self.click_in_window(START_NEXT_PLACE)
@@ -268,34 +226,6 @@ class OnDunst(AnnouncementTest):
         self.server.process.send_signal(signal.SIGCONT)
         wait_for("the last announcement", lambda: self.server.count() == 1)
         holds_for("nothing beside it", lambda: self.server.count() == 1, 1)
-
-
-class OnXfce(AnnouncementTest):
-    def setUp(self):
-        super().setUp()
-        self.server = XfceNotifyd(self.desktop)
-
-    def wait_for_banner(self):
-        wait_for("a notification", lambda: self.server.count() == 1)
-
-    def test_xfce_shows_the_end_until_the_user_reacts(self):
-        self.end_a_phase_in_the_background()
-        self.wait_for_banner()
-        holds_for("the announcement", lambda: self.server.count() == 1, 2)
-        self.desktop.keep_picture(self.id())
-        self.server.click("Start next phase")
-        self.assertEqual(self.desktop.wait_for_state("running", 2)["phase"], "shortBreak")
-        self.wait_for_empty_screen()
-        self.wait_for_banner()
-        self.server.click("Stop alert")
-        self.wait_for_empty_screen()
-        self.assertEqual(self.desktop.timer()["runState"], "ringing")
-        self.click_in_window(START_NEXT_PLACE)
-        self.wait_for_banner()
-        self.server.click("body")  # whatever the program offers, this server takes that for a dismissal
-        self.wait_for_empty_screen()
-        self.assertEqual(self.desktop.timer()["runState"], "ringing")
-        self.assertEqual(len(self.desktop.history()), 3)
 
 
 if __name__ == "__main__":

@@ -100,26 +100,23 @@ class OneInstance(OneInstanceTest):
 class OneInstanceWithoutBus(OneInstanceTest):
     has_session_bus = False
 
-    def test_without_a_bus_a_second_start_shows_the_first_ones_window(self):
-        self.assert_second_start_shows_the_window()
-
-    def test_without_a_bus_folders_that_were_deleted_are_made_anew_and_still_have_one_owner(self):
-        first, window = self.start_and_wait()
-        shutil.rmtree(self.desktop.config)
-        shutil.rmtree(self.desktop.data)
-        self.desktop.cover()
+    def test_without_a_bus_there_is_one_program_also_after_its_folders_were_deleted_and_it_was_killed(self):
+        desktop = self.desktop
+        first, window = self.assert_second_start_shows_the_window()
+        shutil.rmtree(desktop.config)
+        shutil.rmtree(desktop.data)
+        desktop.cover()
         self.start_again()
         self.assert_is_in_front(first, window)
-        self.desktop.press("space")
-        self.desktop.wait_for_state("running")
+        desktop.press("space")
+        desktop.wait_for_state("running")
 
-    def test_without_a_bus_a_killed_program_leaves_no_lock_behind_also_where_all_lies_in_one_folder(self):
-        self.desktop.environment["XDG_CONFIG_HOME"] = str(self.desktop.home / ".local" / "share")
-        first, _ = self.start_and_wait()
         first.kill()
         first.wait()
+        # No lock is left behind, and none is in the other's way where data and configuration lie in one folder.
+        desktop.environment["XDG_CONFIG_HOME"] = str(desktop.home / ".local" / "share")
         second, window = self.start_and_wait()
-        self.desktop.cover()
+        desktop.cover()
         self.start_again()
         self.assert_is_in_front(second, window)
 
