@@ -27,6 +27,7 @@ PICTURES = pathlib.Path(os.environ.get("BREVLIN_TEST_PICTURES", tempfile.gettemp
 REFERENCE_DATE = 978307200  # 2001-01-01 00:00:00 UTC, from which every stored instant counts
 PREFERENCES_KEY = "Brevlin.preferences.v1"
 TIMER_KEY = "Brevlin.activeTimerSnapshot.v1"
+SECTION_KEY = "com.quillmark.brevlin.mainSection"
 MAIN_WINDOW = "Brevlin"
 
 BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"

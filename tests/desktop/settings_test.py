@@ -1,8 +1,7 @@
 """The settings, changed by keyboard and by mouse in both of their places, and what is on the disk afterwards."""
 
-from harness import PREFERENCES_KEY, DesktopTest, main, read_json, wait_for
+from harness import PREFERENCES_KEY, SECTION_KEY, DesktopTest, main, read_json, wait_for
 
-SECTION_KEY = "com.quillmark.brevlin.mainSection"
 DEFAULTS = {
     "timerSettings": {"focusDuration": 1500, "shortBreakDuration": 300, "longBreakDuration": 900,
                       "focusSessionsPerLongBreak": 4, "autoStartBreaks": False, "autoStartFocus": False,
@@ -53,7 +52,11 @@ class Settings(DesktopTest):
         desktop.set_preferences(1500, 300, 900, sound=True)
         process, _ = self.start_and_wait()
         self.open_window("设置")
-        for keys in KEYS:
+        for keys in KEYS[:8]:
+            desktop.press("Tab", *keys)
+        wait_for("no sound", lambda: not self.stored()["playCompletionSound"])
+        self.assertTrue(self.stored()["showTopCapsuleWhileRunning"], "the sound's switch is the sound's")
+        for keys in KEYS[8:]:
             desktop.press("Tab", *keys)
         wait_for("the changed capsule", lambda: not self.stored()["showTopCapsuleWhileRunning"])
         desktop.press("shift+Tab", "shift+Tab", "Right")

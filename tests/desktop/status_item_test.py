@@ -7,7 +7,7 @@ import re
 
 import dbus
 
-from harness import DesktopTest, holds_for, main, now, wait_for
+from harness import SECTION_KEY, DesktopTest, holds_for, main, read_json, wait_for
 
 AYATANA = "/usr/libexec/ayatana-indicator-application/ayatana-indicator-application-service"
 WATCHER = "org.kde.StatusNotifierWatcher"
@@ -137,7 +137,11 @@ class StatusItemTest(DesktopTest):
         self.assertRegex(next(iter(self.menu()[1])), r"^Focus · 24:\d\d$")
         self.choose("Pause")
         self.desktop.wait_for_state("paused")
+        self.desktop.press("ctrl+w")
+        wait_for("a closed window", lambda: not self.desktop.windows())
         self.choose("Statistics")
+        self.desktop.wait_for_window()
+        wait_for("the section", lambda: read_json(self.desktop.config / f"{SECTION_KEY}.json") == "statistics")
         self.choose("Quit Brevlin")
         self.assertEqual(self.process.wait(timeout=5), 0)
 

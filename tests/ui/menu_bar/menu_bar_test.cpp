@@ -31,8 +31,6 @@ protected:
         }
         return text;
     }
-    MenuBarExtra& extra() { return *m_extra; }
-    SectionSelection& selection() { return m_selection; }
 
     test::FakeStatusItem item;
     test::PlainWindowSystem windowSystem;
@@ -99,20 +97,6 @@ TEST_F(MenuBarTest, the_longest_cycle_has_room_beside_the_button_of_the_panel)
                   300)
             << "the panel's width";
     }
-}
-
-TEST_F(MenuBarTest, the_rows_of_the_menu_lead_where_they_say)
-{
-    int activations = 0;
-    int quits = 0;
-    QObject::connect(&model(), &AppModel::mainWindowActivationRequested, &extra(), [&] { ++activations; });
-    QObject::connect(&extra(), &MenuBarExtra::quitRequested, &extra(), [&] { ++quits; });
-    item.observer.rowChosen("about");
-    QApplication::processEvents();
-    EXPECT_EQ(selection().section(), AppSection::about);
-    EXPECT_EQ(activations, 1);
-    item.observer.rowChosen("quit");
-    EXPECT_EQ(quits, 1);
 }
 
 TEST(PanelOrigin, the_panel_lies_beside_its_item_and_inside_the_work_area)

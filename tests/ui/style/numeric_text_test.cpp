@@ -16,7 +16,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Shown off screen; counts how often and how widely it is painted.
+/// Shown off screen.
 class NumericTextTest : public testing::Test
 {
 protected:
