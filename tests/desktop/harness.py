@@ -11,7 +11,6 @@ import pathlib
 import re
 import shutil
 import signal
-import stat
 import subprocess
 import sys
 import tempfile
@@ -76,10 +75,6 @@ def die_with_parent():
     # A test that is killed itself cannot clean up.
     set_parent_death_signal = 1
     ctypes.CDLL(None).prctl(set_parent_death_signal, signal.SIGKILL)
-
-
-def permissions(path):
-    return stat.S_IMODE(os.stat(path).st_mode)
 
 
 def read_json(path):

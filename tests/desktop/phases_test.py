@@ -2,7 +2,7 @@
 
 import signal
 
-from harness import DesktopTest, main, now, permissions, wait_for
+from harness import DesktopTest, main, now, wait_for
 
 
 class Phases(DesktopTest):
@@ -37,10 +37,10 @@ class Phases(DesktopTest):
         self.assertEqual(ringing["phase"], "shortBreak")
         self.assertEqual(ringing["completedFocusCount"], 1)
         for folder in (desktop.config, desktop.data):
-            self.assertEqual(permissions(folder), 0o700, folder)
+            self.assertEqual(folder.stat().st_mode & 0o7777, 0o700, folder)
             for file in folder.iterdir():
                 if file.name != "Brevlin.preferences.v1.json":  # the test's own
-                    self.assertEqual(permissions(file), 0o600, file)
+                    self.assertEqual(file.stat().st_mode & 0o7777, 0o600, file)
 
     def test_a_phase_goes_on_after_a_kill_and_ends_also_while_the_program_is_gone(self):
         desktop = self.desktop

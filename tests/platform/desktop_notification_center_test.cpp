@@ -183,11 +183,11 @@ TEST_F(NotificationCenterTest, nothing_is_lost_with_the_server)
     add("A", Seconds{10.0});
     add("B", Seconds{20.0});
     server->die();
-    EXPECT_EQ(readState(), "denied");
+    EXPECT_EQ(state(), State::denied);
     scheduler.advance(Seconds{15.0});
     withdraw("A");
     server->startAgain();
-    EXPECT_EQ(readState(), "authorized");
+    EXPECT_EQ(state(), State::authorized);
     EXPECT_EQ(server->screen.size(), 1U) << "what was due meanwhile";
     scheduler.advance(Seconds{5.0});
     server->act("next");
@@ -230,7 +230,7 @@ TEST_F(NotificationCenterTest, showing_something_may_start_the_server)
     add("A");
     server->screen.clear();
     server->observer.vanished(); // and the bus can start it
-    EXPECT_EQ(readState(), "authorized");
+    EXPECT_EQ(state(), State::authorized);
     server->hangs = true; // while it starts
     scheduler.advance(Seconds{10.0});
     server->observer.appeared();

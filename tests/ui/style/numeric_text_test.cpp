@@ -5,7 +5,6 @@
 
 #include <QAccessible>
 #include <QApplication>
-#include <QPaintEvent>
 
 #include <gtest/gtest.h>
 
@@ -80,32 +79,6 @@ TEST_F(NumericTextTest, a_change_fades_in_a_few_steps)
     EXPECT_EQ(text.transition().value(), 1);
     EXPECT_GE(steps, 4);
     EXPECT_LE(steps, 6);
-}
-
-TEST_F(NumericTextTest, what_stays_is_not_repainted)
-{
-    class PaintArea : public QObject
-    {
-    public:
-        QRect area;
-
-    protected:
-        bool eventFilter(QObject*, QEvent* event) override
-        {
-            if (event->type() == QEvent::Paint)
-                area |= static_cast<QPaintEvent*>(event)->rect();
-            return false;
-        }
-    } painted;
-    text.installEventFilter(&painted);
-    text.setText(QStringLiteral("25:01"));
-    QApplication::processEvents();
-    EXPECT_TRUE(painted.area.isEmpty()) << "the fade begins with what is there already";
-    text.transition().advanceTo(std::chrono::milliseconds(100));
-    QApplication::processEvents();
-    EXPECT_FALSE(painted.area.isEmpty());
-    EXPECT_LE(painted.area.width(), text.width() / 3);
-    EXPECT_GE(painted.area.left(), text.width() / 2);
 }
 
 TEST_F(NumericTextTest, nothing_moves_where_motion_is_reduced)
