@@ -6,7 +6,7 @@ import time
 
 import dbus
 
-from harness import DesktopTest, holds_for, main, now, read_json, wait_for
+from harness import DesktopTest, holds_for, main, now, read_json, wait_for, wait_for_equal
 
 SCREEN = (1280, 900)
 CAPSULE = "顶部专注胶囊"
@@ -20,8 +20,7 @@ class CapsuleTest(DesktopTest):
         desktop = self.desktop
         desktop.set_preferences(focus=focus, **preferences)
         self.program, _ = self.start_and_wait()
-        desktop.press("space")
-        desktop.wait_for_state("running")
+        desktop.start_phase()
         desktop.ask("xdotool", "windowminimize", str(desktop.windows()[0]))
         desktop.move_pointer(640, 500)
         self.typed = desktop.folder / "typed"
@@ -58,16 +57,7 @@ class CapsuleTest(DesktopTest):
         return (left + x, top + y, width, height) if width else None
 
     def wait_for_box(self, box, seconds=5.0, area=(0, 0, SCREEN[0], 560)):
-        seen = []
-
-        def ask():
-            seen.append(self.box(area))
-            return seen[-1] == box
-
-        try:
-            return wait_for(f"the capsule at {box}", ask, seconds)
-        except AssertionError as error:
-            raise AssertionError(f"{error}; it was at {seen[-1]}") from error
+        wait_for_equal(box, "the capsule", lambda: self.box(area), seconds)
 
     def assert_typing_goes_on(self, letter):
         """The line edit has kept the keyboard."""

@@ -62,6 +62,15 @@ def wait_for(what, ask, seconds=10.0):
         time.sleep(0.02)
 
 
+def wait_for_equal(expected, what, ask, seconds=10.0):
+    """Like wait_for(), and tells what the last answer was."""
+    answers = []
+    try:
+        wait_for(f"{what}: {expected}", lambda: answers.append(ask()) or answers[-1] == expected, seconds)
+    except AssertionError as error:
+        raise AssertionError(f"{error}; it was {answers[-1]}") from error
+
+
 def holds_for(what, ask, seconds):
     """Fails as soon as the answer is not true, within this time."""
     deadline = time.monotonic() + seconds
@@ -306,6 +315,11 @@ class Desktop:
             return timer if timer and timer["runState"] == state else None
 
         return wait_for(f"a timer that is {state}", ask, seconds)
+
+    def start_phase(self):
+        """As the user does in the window that has the keyboard; gives the running timer."""
+        self.press("space")
+        return self.wait_for_state("running")
 
     def wait_for_records(self, count, seconds=10.0):
         return wait_for(f"a history of {count} records",

@@ -20,8 +20,7 @@ class MainWindow(DesktopTest):
         desktop = self.desktop
         desktop.set_preferences(focus=2)
         process, window = self.start_and_wait()
-        desktop.press("space")
-        desktop.wait_for_state("running")
+        desktop.start_phase()
         desktop.press("ctrl+w")
         wait_for("a closed window", lambda: not desktop.windows())
         record, = desktop.wait_for_records(1)

@@ -102,8 +102,7 @@ class Notifications(DesktopTest):
         """Brevlin in the background, a focus phase over, its end announced."""
         self.server.start()
         self.start()
-        self.desktop.press("space")
-        self.desktop.wait_for_state("running")
+        self.desktop.start_phase()
         self.desktop.press("ctrl+w")
         wait_for("a closed window", lambda: not self.desktop.windows())
         self.desktop.wait_for_state("ringing")
@@ -161,8 +160,7 @@ class Notifications(DesktopTest):
     def test_nothing_is_lost_when_the_server_is_killed_and_started_again(self):
         self.server.start()
         self.start(focus=4)
-        self.desktop.press("space")
-        self.desktop.wait_for_state("running")
+        self.desktop.start_phase()
         self.server.kill()
         self.server.start()
         self.wait_for_banner()
@@ -179,8 +177,7 @@ class Notifications(DesktopTest):
                                          name="org.freedesktop.login1", path="/org/freedesktop/login1")
         self.server.start()
         self.start(focus=3)
-        self.desktop.press("space")
-        running = self.desktop.wait_for_state("running")
+        running = self.desktop.start_phase()
         manager = "org.freedesktop.login1.Manager"
         logind.EmitSignal(manager, "PrepareForSleep", "b", [True])
         record, = self.desktop.wait_for_records(1)

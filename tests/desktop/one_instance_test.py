@@ -108,8 +108,7 @@ class OneInstanceWithoutBus(OneInstanceTest):
         desktop.cover()
         self.start_again()
         self.assert_is_in_front(first, window)
-        desktop.press("space")
-        desktop.wait_for_state("running")
+        desktop.start_phase()
 
         first.kill()
         first.wait()

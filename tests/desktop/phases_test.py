@@ -11,8 +11,7 @@ class Phases(DesktopTest):
         desktop.set_preferences(focus=3)
         _, window = self.start_and_wait()
         before = now()
-        desktop.press("space")
-        running = desktop.wait_for_state("running")
+        running = desktop.start_phase()
         after = now()
         self.assertTrue(before <= running["startedAt"] <= after, "the phase starts when the key is pressed")
         # Once the controls have changed only the countdown moves.
@@ -46,8 +45,7 @@ class Phases(DesktopTest):
         desktop = self.desktop
         desktop.set_preferences(focus=5)
         process, _ = self.start_and_wait()
-        desktop.press("space")
-        running = desktop.wait_for_state("running")
+        running = desktop.start_phase()
         self.assertEqual(desktop.stop(process, signal.SIGKILL), -signal.SIGKILL)
         process, _ = self.start_and_wait()
         self.assertEqual(desktop.timer(), running)

@@ -1,6 +1,6 @@
 """The settings, changed by keyboard and by mouse in both of their places, and what is on the disk afterwards."""
 
-from harness import PREFERENCES_KEY, SECTION_KEY, DesktopTest, main, read_json, wait_for
+from harness import PREFERENCES_KEY, SECTION_KEY, DesktopTest, main, read_json, wait_for, wait_for_equal
 
 DEFAULTS = {
     "timerSettings": {"focusDuration": 1500, "shortBreakDuration": 300, "longBreakDuration": 900,
@@ -33,10 +33,7 @@ class Settings(DesktopTest):
         return self.stored()["timerSettings"]
 
     def wait_for_stored(self, expected):
-        try:
-            wait_for("the expected preferences", lambda: self.stored() == expected)
-        except AssertionError as error:
-            raise AssertionError(f"{error}: {self.stored()}") from error
+        wait_for_equal(expected, "the preferences", self.stored)
 
     def start_in_settings(self):
         self.desktop.config.mkdir(mode=0o700, parents=True, exist_ok=True)

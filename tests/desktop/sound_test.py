@@ -58,8 +58,7 @@ class Sound(DesktopTest):
     def end_a_phase(self, intensity):
         self.desktop.set_preferences(focus=2, sound=True, intensity=intensity)
         self.program, window = self.start_and_wait()
-        self.desktop.press("space")
-        self.desktop.wait_for_state("running")
+        self.desktop.start_phase()
         self.desktop.wait_for_state("ringing")
         return window
 

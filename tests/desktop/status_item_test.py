@@ -1,7 +1,6 @@
 #!/usr/bin/env python3
 """The status item on the desktops that show one: Xfce's panel, Ayatana's service and a tray of the older kind."""
 
-import os
 import pathlib
 import re
 
