@@ -9,15 +9,12 @@ SLOW_DISK = ("strace", "-f", "-qq", "-o", "/dev/null", "-e", "trace=fsync", "-e"
 
 
 class Display(DesktopTest):
-    def running_timer(self, seconds):
-        return {"phase": "focus", "runState": "running", "sessionID": "0F8FAD5B-D9CB-469F-A165-70867728950E",
-                "startedAt": now(), "expectedEndAt": now() + seconds, "plannedDuration": seconds,
-                "accumulatedPauseSeconds": 0, "interruptionCount": 0, "completedFocusCount": 0,
-                "timeZoneIdentifierAtStart": "Etc/UTC"}
-
     def store_a_phase(self, seconds, **preferences):
         self.desktop.set_preferences(short_break=1500, auto_start=True, **preferences)
-        self.timer = self.running_timer(seconds)
+        self.timer = {"phase": "focus", "runState": "running", "sessionID": "0F8FAD5B-D9CB-469F-A165-70867728950E",
+                      "startedAt": now(), "expectedEndAt": now() + seconds, "plannedDuration": seconds,
+                      "accumulatedPauseSeconds": 0, "interruptionCount": 0, "completedFocusCount": 0,
+                      "timeZoneIdentifierAtStart": "Etc/UTC"}
         self.desktop.store_timer(self.timer)
 
     def wait_for_a_busy_disk(self):

@@ -333,20 +333,16 @@ class Desktop:
         except FileNotFoundError:
             return ""
 
-    def keep_picture(self, name):
-        """Keeps what is on the screen for a person to look at, and gives the file."""
+    def account(self, name):
+        """What a person wants to see when a test has failed."""
         PICTURES.mkdir(parents=True, exist_ok=True)
         picture = PICTURES / f"{name}.png"
         self.ask("import", "-window", "root", str(picture))
-        return picture
-
-    def account(self, name):
-        """What a person wants to see when a test has failed."""
-        lines = [f"the screen at that moment: {self.keep_picture(name)}", "windows:", self.ask("wmctrl", "-l", "-p"),
-                 f"timer: {self.timer()}", f"history: {self.history()}", "Brevlin said:", self.output_of("brevlin"), "programs that have ended:", str({process.args[0]: process.poll() for process in self.processes
-                                                   if process.poll() is not None}), "The window manager said:",
-                 self.output_of(pathlib.Path(self.manager[0]).name)]
-        return "\n".join(lines)
+        ended = {process.args[0]: process.poll() for process in self.processes if process.poll() is not None}
+        return "\n".join([f"the screen at that moment: {picture}", "windows:", self.ask("wmctrl", "-l", "-p"),
+                          f"timer: {self.timer()}", f"history: {self.history()}", "Brevlin said:",
+                          self.output_of("brevlin"), f"programs that have ended: {ended}", "The window manager said:",
+                          self.output_of(pathlib.Path(self.manager[0]).name)])
 
 
 class DesktopTest(unittest.TestCase):

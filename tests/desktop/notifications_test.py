@@ -123,7 +123,6 @@ class Notifications(DesktopTest):
                                                 "com.quillmark.Brevlin", "0"]])
         buttons = [label for label in self.server.buttons() if label]
         self.assertCountEqual(buttons, [START_NEXT, STOP])  # dunst keeps no order
-        self.desktop.keep_picture(self.id())
         holds_for("the announcement", lambda: self.server.count() == 1, 2)
         self.assertEqual(len(self.server.shown()), 1, "it is shown once")
 

@@ -92,7 +92,6 @@ class OneInstance(OneInstanceTest):
         fcntl.flock(descriptor, fcntl.LOCK_EX)
         program = self.desktop.start_program()
         self.desktop.wait_for_window("Brevlin 无法启动 · Brevlin cannot start")
-        self.desktop.keep_picture("refusal")
         self.desktop.press("Return")
         self.assertEqual(program.wait(timeout=5), 1)
 

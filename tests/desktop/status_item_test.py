@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """The status item on the desktops that show one: Xfce's panel, Ayatana's service and a tray of the older kind."""
 
 import pathlib
