@@ -53,7 +53,7 @@ function(brevlin_test name)
     set(target brevlin_${name}_tests)
     add_executable(${target} ${ARG_SOURCES})
     target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
-    target_link_libraries(${target} PRIVATE brevlin_options ${ARG_LINKS} GTest::gmock)
+    target_link_libraries(${target} PRIVATE brevlin_options ${ARG_LINKS} Brevlin::Clock GTest::gmock)
     brevlin_moc(${target} "${ARG_QT}")
     if(ARG_QT)
         # The test provides its own main, which makes the application object.

@@ -9,7 +9,7 @@ import sys
 import time
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-BUILT = ROOT / "build" / "release"
+BUILT = pathlib.Path(os.environ.get("BREVLIN_BUILT", ROOT / "build" / "release"))
 FAULTS_TOLD = 5  # of one proof; the rest is counted
 
 

@@ -20,8 +20,10 @@ TEST_F(AppModelAnnouncementTest, a_break_that_starts_by_itself_shows_no_island_b
     launchAndStart();
     int soundChanges = 0;
     QObject::connect(&model(), &AppModel::alertSoundPlayingChanged, [&] { ++soundChanges; });
+    const int withdrawals = center.withdrawals;
     scheduler.advance(Seconds{1500});
     EXPECT_EQ(runState(), running);
+    EXPECT_EQ(center.withdrawals, withdrawals) << "the announcement stays";
     EXPECT_EQ(soundChanges, 1);
     EXPECT_EQ(player.log, Log{"loop Glass"});
     EXPECT_TRUE(model().isAlertSoundPlaying());

@@ -11,7 +11,6 @@ import pathlib
 import re
 import shutil
 import signal
-import stat
 import subprocess
 import sys
 import tempfile
@@ -27,6 +26,7 @@ PICTURES = pathlib.Path(os.environ.get("BREVLIN_TEST_PICTURES", tempfile.gettemp
 REFERENCE_DATE = 978307200  # 2001-01-01 00:00:00 UTC, from which every stored instant counts
 PREFERENCES_KEY = "Brevlin.preferences.v1"
 TIMER_KEY = "Brevlin.activeTimerSnapshot.v1"
+SECTION_KEY = "com.quillmark.brevlin.mainSection"
 MAIN_WINDOW = "Brevlin"
 
 BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
@@ -62,6 +62,15 @@ def wait_for(what, ask, seconds=10.0):
         time.sleep(0.02)
 
 
+def wait_for_equal(expected, what, ask, seconds=10.0):
+    """Like wait_for(), and tells what the last answer was."""
+    answers = []
+    try:
+        wait_for(f"{what}: {expected}", lambda: answers.append(ask()) or answers[-1] == expected, seconds)
+    except AssertionError as error:
+        raise AssertionError(f"{error}; it was {answers[-1]}") from error
+
+
 def holds_for(what, ask, seconds):
     """Fails as soon as the answer is not true, within this time."""
     deadline = time.monotonic() + seconds
@@ -75,10 +84,6 @@ def die_with_parent():
     # A test that is killed itself cannot clean up.
     set_parent_death_signal = 1
     ctypes.CDLL(None).prctl(set_parent_death_signal, signal.SIGKILL)
-
-
-def permissions(path):
-    return stat.S_IMODE(os.stat(path).st_mode)
 
 
 def read_json(path):
@@ -111,7 +116,6 @@ class Desktop:
         self.manager = ("",)
         self.manager_process = None
         self.display = None  # the server
-        self.account_of_user = None  # of another user than the test's, (uid, gid)
         self.home = self.folder / "home"
         self.config = self.home / ".config" / "Brevlin"
         self.data = self.home / ".local" / "share" / "Brevlin"
@@ -131,7 +135,7 @@ class Desktop:
 
     def start_display(self, manager=("openbox", "--sm-disable"), screen="1280x900"):
         reading, writing = os.pipe()
-        # Without access control, so that another user's program can be tested; it listens on no network.
+        # Without access control; it listens on no network.
         self.display = self.run_in_background(
             ["Xvfb", "-displayfd", str(writing), "-screen", "0", f"{screen}x24", "-nolisten", "tcp", "-ac", "-noreset"],
             pass_fds=[writing])
@@ -173,27 +177,7 @@ class Desktop:
         # openbox has been missing after a client was killed.
         if self.manager_process and self.manager_process.poll() is not None:
             self.start_manager()
-        options = {}
-        if self.account_of_user:
-            user, group = self.account_of_user
-            options = {"user": user, "group": group, "extra_groups": []}
-        return self.run_in_background([*before, str(self.program())], **options)
-
-    def program(self):
-        if not self.account_of_user:
-            return PROGRAM
-        # The folder of the build may be closed to the other user.
-        copy = self.folder / "brevlin"
-        if not copy.exists():
-            shutil.copy(PROGRAM, copy)
-            shutil.copy(pathlib.Path(PROGRAM).parent / "brevlin-play-sound", self.folder)
-        return copy
-
-    def become_other_user(self, user=65534, group=65534):
-        """Brevlin runs as this user from now on; only root can do that, and only root needs to."""
-        self.account_of_user = (user, group)
-        for folder in [self.folder, *(path for path in self.folder.rglob("*") if path.is_dir())]:
-            os.chown(folder, user, group)
+        return self.run_in_background([*before, PROGRAM])
 
     def bus(self, variable="DBUS_SESSION_BUS_ADDRESS"):
         """A connection of the test's own to a bus that start_bus() has started."""
@@ -265,7 +249,10 @@ class Desktop:
 
     def cover(self):
         """Another window above everything, which has the keyboard."""
-        self.run_in_background(["xmessage", "-geometry", "1200x800+0+0", "-title", "Cover", "in front"])
+        if self.windows("Cover"):
+            self.ask("wmctrl", "-a", "Cover")
+        else:
+            self.run_in_background(["xmessage", "-geometry", "1200x800+0+0", "-title", "Cover", "in front"])
         return self.wait_for_window("Cover")
 
     def click(self, window, x, y):
@@ -329,6 +316,11 @@ class Desktop:
 
         return wait_for(f"a timer that is {state}", ask, seconds)
 
+    def start_phase(self):
+        """As the user does in the window that has the keyboard; gives the running timer."""
+        self.press("space")
+        return self.wait_for_state("running")
+
     def wait_for_records(self, count, seconds=10.0):
         return wait_for(f"a history of {count} records",
                         lambda: self.history() if len(self.history()) >= count else None, seconds)
@@ -341,24 +333,16 @@ class Desktop:
         except FileNotFoundError:
             return ""
 
-    def keep_picture(self, name):
-        """Keeps what is on the screen for a person to look at, and gives the file."""
-        PICTURES.mkdir(parents=True, exist_ok=True)
-        picture = PICTURES / f"{name}.png"
-        self.ask("import", "-window", "root", str(picture))
-        return picture
-
     def account(self, name):
         """What a person wants to see when a test has failed."""
         PICTURES.mkdir(parents=True, exist_ok=True)
         picture = PICTURES / f"{name}.png"
-        if "DISPLAY" in self.environment:
-            self.ask("import", "-window", "root", str(picture))
-        lines = [f"the screen at that moment: {picture}", "windows:", self.ask("wmctrl", "-l", "-p"),
-                 f"timer: {self.timer()}", f"history: {self.history()}", "Brevlin said:", self.output_of("brevlin"), "programs that have ended:", str({process.args[0]: process.poll() for process in self.processes
-                                                   if process.poll() is not None}), "The window manager said:",
-                 self.output_of(pathlib.Path(self.manager[0]).name)]
-        return "\n".join(lines)
+        self.ask("import", "-window", "root", str(picture))
+        ended = {process.args[0]: process.poll() for process in self.processes if process.poll() is not None}
+        return "\n".join([f"the screen at that moment: {picture}", "windows:", self.ask("wmctrl", "-l", "-p"),
+                          f"timer: {self.timer()}", f"history: {self.history()}", "Brevlin said:",
+                          self.output_of("brevlin"), f"programs that have ended: {ended}", "The window manager said:",
+                          self.output_of(pathlib.Path(self.manager[0]).name)])
 
 
 class DesktopTest(unittest.TestCase):

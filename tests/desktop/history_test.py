@@ -1,9 +1,12 @@
-"""The history section: deleting by mouse and by keyboard, and a phase that ends while it is open."""
+"""The sections of what is kept: the history is deleted from by mouse and by keyboard, and drawn by the statistics."""
 
 import json
 import uuid
 
 from harness import DesktopTest, main, now, wait_for
+
+# Of a bar in the chart, a few pixels.
+BAR = bytes((0xE2, 0x4E, 0x66)) * 8
 
 
 class History(DesktopTest):
@@ -22,13 +25,16 @@ class History(DesktopTest):
     def identifiers(self):
         return [record["id"] for record in self.desktop.history()]
 
-    def test_a_record_is_deleted_by_mouse_and_by_keyboard(self):
+    def chart(self, window):
+        """Without the title of the period."""
+        return self.desktop.picture(window, "-crop", "920x520+0+125", "+repage")
+
+    def test_a_record_is_deleted_by_mouse_and_by_keyboard_and_the_statistics_show_the_others(self):
         desktop = self.desktop
         first, second, third, fourth = self.store_history(4)
         desktop.set_preferences(focus=4, capsule=False)
         _, window = self.start_and_wait()
-        desktop.press("space")
-        desktop.wait_for_state("running")
+        desktop.start_phase()
         before = desktop.picture(window)
         desktop.click(window, 185, 27)
         wait_for("the history", lambda: desktop.picture(window) != before)
@@ -49,6 +55,15 @@ class History(DesktopTest):
         desktop.press("Menu")
         desktop.press("Escape", "shift+F10", "Down", "Return")
         wait_for("three records less", lambda: self.identifiers() == [finished, second])
+
+        desktop.click(window, 240, 27)
+        desktop.move_pointer(0, 0)
+        wait_for("the bars of the week", lambda: BAR in self.chart(window))
+        week = self.chart(window)
+        desktop.press("4")
+        wait_for("the year, without bars", lambda: BAR not in self.chart(window))
+        desktop.press("2")
+        wait_for("the same week", lambda: self.chart(window) == week)
 
 
 if __name__ == "__main__":

@@ -1,7 +1,6 @@
 """What the sound server plays when a phase ends."""
 
 import array
-import os
 import signal
 import socket
 import time
@@ -59,8 +58,7 @@ class Sound(DesktopTest):
     def end_a_phase(self, intensity):
         self.desktop.set_preferences(focus=2, sound=True, intensity=intensity)
         self.program, window = self.start_and_wait()
-        self.desktop.press("space")
-        self.desktop.wait_for_state("running")
+        self.desktop.start_phase()
         self.desktop.wait_for_state("ringing")
         return window
 
@@ -89,26 +87,10 @@ class Sound(DesktopTest):
         # The middle one of the three buttons below the ring skips the pending phase.
         self.desktop.click(window, width // 2, height - 96)
         wait_for("a prepared focus phase", lambda: self.desktop.timer()["phase"] == "focus")
-        acted = time.monotonic()
+        acted = len(self.loudness())
         wait_for("silence", self.is_silent, 3)
-        self.assertLess(time.monotonic() - acted, 1.0, "0.3 s of silence come within a second")
-
-    def audible_length(self, *arguments):
-        """Plays a strong alert with these arguments of the player; gives the seconds from its first to its last sound."""
-        self.start_server()
-        player = self.desktop.run_in_background([os.environ["BREVLIN_ALERT_PLAYER"], *arguments])
-        self.assertEqual(player.wait(timeout=20), 0)
-        audible = [value > AUDIBLE for value in self.loudness()]
-        return (len(audible) - audible[::-1].index(True) - audible.index(True)) * SLICE / RATE
-
-    def test_a_strong_alert_ends_by_itself_at_its_limit(self):
-        # The sounds follow one another with a faint end each, so that the last one may end up to that much earlier.
-        self.assertTrue(3.0 <= self.audible_length("4") <= 4.2)
-
-    def test_a_stopped_alert_is_silent_within_a_tenth_of_a_second(self):
-        # In the middle of the second sound, where it is loud. Two slices more for where they begin and end.
-        length = self.audible_length("60", "2.0")
-        self.assertTrue(1.9 <= length <= 2.0 + 0.1 + 2 * SLICE / RATE, f"it lasted {length} s")
+        loud = [number for number, value in enumerate(self.loudness()) if value > AUDIBLE]
+        self.assertLessEqual((loud[-1] - acted) * SLICE, 0.05 * RATE, "it is silent within a tenth of a second")
 
     def answers_promptly(self):
         begin = time.monotonic()
@@ -144,14 +126,6 @@ class Sound(DesktopTest):
     def test_the_sound_of_a_killed_program_ends_with_it(self):
         self.start_server()
         self.check_that_nothing_is_left(signal.SIGKILL, -signal.SIGKILL)
-
-    def test_without_a_sound_server_the_timer_goes_on(self):
-        self.desktop.environment["PULSE_SERVER"] = f"unix:{self.desktop.folder}/no-sound-server"
-        self.end_a_phase("strong")
-        self.desktop.wait_for_records(1)
-        self.desktop.press("F11")
-        self.desktop.press("F11")
-        self.assertEqual(len(self.desktop.windows()), 1)
 
 
 if __name__ == "__main__":

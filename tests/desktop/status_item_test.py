@@ -1,13 +1,11 @@
-#!/usr/bin/env python3
 """The status item on the desktops that show one: Xfce's panel, Ayatana's service and a tray of the older kind."""
 
-import os
 import pathlib
 import re
 
 import dbus
 
-from harness import DesktopTest, holds_for, main, now, wait_for
+from harness import SECTION_KEY, DesktopTest, holds_for, main, read_json, wait_for
 
 AYATANA = "/usr/libexec/ayatana-indicator-application/ayatana-indicator-application-service"
 WATCHER = "org.kde.StatusNotifierWatcher"
@@ -83,6 +81,17 @@ class StatusItemTest(DesktopTest):
     def click(self, x, y):
         self.desktop.ask("xdotool", "mousemove", str(x), str(y), "click", "1")
 
+    def start_in_the_panel_and_close_it(self, spot):
+        """Gives where the panel lay, once a second click on the item has closed it."""
+        self.click(*spot)
+        x, y, width, height = self.desktop.geometry(wait_for("the panel", self.panel))
+        self.click(x + width // 2, y + height - 28)
+        self.desktop.wait_for_state("running")
+        self.click(*spot)
+        wait_for("a closed panel", lambda: not self.panel())
+        holds_for("a panel that a second click has closed", lambda: not self.panel(), 0.6)
+        return x, y, width, height
+
     def test_xfce_shows_the_item_and_a_click_opens_its_panel(self):
         self.desktop.run_in_background(["xfwm4", "--replace", "--compositor=off"])
         folder = self.desktop.home / ".config/xfce4/xfconf/xfce-perchannel-xml"
@@ -94,20 +103,13 @@ class StatusItemTest(DesktopTest):
         icon = (4, 4, 24, 24)
         wait_for("the logo in Xfce's panel", lambda: self.has_red(icon), 15)
 
-        self.click(16, 15)
-        panel = wait_for("the panel", self.panel)
-        x, y, width, height = self.desktop.geometry(panel)
+        _, y, width, _ = self.start_in_the_panel_and_close_it((16, 15))
         self.assertEqual(width, 300)
         self.assertGreaterEqual(y, 30, "below the desktop's own panel")
-        self.click(x + width // 2, y + height - 28)
-        self.desktop.wait_for_state("running")
-        self.desktop.press("space")
-        self.desktop.wait_for_state("paused")
-        self.click(16, 15)
-        wait_for("a closed panel", lambda: not self.panel())
-        holds_for("a panel that a second click has closed", lambda: not self.panel(), 0.6)
         self.click(16, 15)
         wait_for("the panel again", self.panel)
+        self.desktop.press("space")
+        self.desktop.wait_for_state("paused")
         self.desktop.press("Escape")
         wait_for("a panel closed by Escape", lambda: not self.panel())
         self.click(16, 15)
@@ -116,12 +118,16 @@ class StatusItemTest(DesktopTest):
         wait_for("a panel closed by a click elsewhere", lambda: not self.panel())
 
     def test_ayatana_shows_the_clock_beside_the_icon(self):
+        self.desktop.run_in_background(["dbus-monitor", "--session", "member='XAyatanaNewLabel'"])
         self.start_ayatana()
         wait_for("the item without a label", lambda: self.ayatana_labels() == [""])
         self.choose("Start Focus")
         seen = wait_for("a clock as the label", lambda: next(
             (label for label in self.ayatana_labels() if re.fullmatch("2[45]:[0-9]{2}", label)), None))
         wait_for("another second", lambda: self.ayatana_labels() not in ([seen], [""]))
+        # For hosts that never ask.
+        wait_for("labels of three seconds", lambda: len(set(re.findall(
+            r'string "(2[45]:[0-9]{2})"', self.desktop.output_of("dbus-monitor")))) >= 3)
         item = self.item()
         self.assertRegex(item["Title"], r"^Brevlin, Focus, 24:\d\d$")
         self.assertRegex(item["ToolTip"][3], r"^Focus · 24:\d\d$")
@@ -129,15 +135,13 @@ class StatusItemTest(DesktopTest):
         self.assertRegex(next(iter(self.menu()[1])), r"^Focus · 24:\d\d$")
         self.choose("Pause")
         self.desktop.wait_for_state("paused")
+        self.desktop.press("ctrl+w")
+        wait_for("a closed window", lambda: not self.desktop.windows())
         self.choose("Statistics")
+        self.desktop.wait_for_window()
+        wait_for("the section", lambda: read_json(self.desktop.config / f"{SECTION_KEY}.json") == "statistics")
         self.choose("Quit Brevlin")
         self.assertEqual(self.process.wait(timeout=5), 0)
-
-    def test_the_label_ticks_for_hosts_that_never_ask_for_it(self):
-        self.desktop.run_in_background(["dbus-monitor", "--session", "member='XAyatanaNewLabel'"])
-        self.choose("Start Focus")
-        wait_for("labels of three seconds", lambda: len(set(re.findall(
-            r'string "(2[45]:[0-9]{2})"', self.desktop.output_of("dbus-monitor")))) >= 3)
 
     def test_a_host_that_starts_late_or_again_gets_the_item(self):
         holds_for("no host", lambda: not self.bus.name_has_owner(WATCHER), 10)
@@ -154,16 +158,8 @@ class StatusItemTest(DesktopTest):
         place = (0, 872, 60, 28)
         wait_for("the logo in the tray", lambda: self.has_red(place), 10)
         red = self.desktop.picture("root", "-crop", "60x28+0+872", "+repage").index(bytes(FOCUS_RED)) // 3
-        spot = (red % 60, 872 + red // 60)
-        self.click(*spot)
-        panel = wait_for("the panel", self.panel)
-        x, y, width, height = self.desktop.geometry(panel)
+        _, y, _, height = self.start_in_the_panel_and_close_it((red % 60, 872 + red // 60))
         self.assertLessEqual(y + height, 872, "above the tray")
-        self.click(x + width // 2, y + height - 28)
-        self.desktop.wait_for_state("running")
-        self.click(*spot)
-        wait_for("a closed panel", lambda: not self.panel())
-        holds_for("a panel that a second click has closed", lambda: not self.panel(), 0.6)
 
 
 if __name__ == "__main__":

@@ -6,24 +6,12 @@
 namespace brevlin {
 namespace {
 
-TEST(FileUserDefaults, keep_exactly_the_bytes_in_one_file_a_key)
-{
-    test::MemoryDurableFile files;
-    FileUserDefaults defaults("/config/Brevlin", files);
-    ASSERT_TRUE(defaults.setValue("some.key.v1", "\"text\""));
-    EXPECT_EQ(files.files,
-              (std::map<std::string, std::string>{{"/config/Brevlin/some.key.v1.json", "\"text\""}}));
-    EXPECT_EQ(*defaults.value("some.key.v1"), "\"text\"");
-    EXPECT_EQ(*defaults.value("other"), std::nullopt);
-    ASSERT_TRUE(defaults.remove("some.key.v1"));
-    EXPECT_TRUE(files.files.empty());
-}
-
-TEST(FileUserDefaults, setting_aside_moves_the_bytes_and_replaces_nothing)
+TEST(FileUserDefaults, keep_a_file_a_key_and_setting_aside_moves_it_and_replaces_nothing)
 {
     test::MemoryDurableFile files;
     FileUserDefaults defaults("/c", files);
-    files.files = {{"/c/key.json", "bad"}, {"/c/taken.json", "old"}};
+    ASSERT_TRUE(defaults.setValue("key", "bad"));
+    ASSERT_TRUE(defaults.setValue("taken", "old"));
     const auto refused = defaults.setAside("key", "taken");
     ASSERT_FALSE(refused);
     EXPECT_EQ(refused.error().code, EEXIST);

@@ -5,16 +5,11 @@
 namespace brevlin {
 namespace {
 
-using State = NotificationAuthorizationState;
-
-class NotificationAuthorizationTest : public NotificationCenterTest
-{};
-
-TEST_F(NotificationAuthorizationTest, authorization_is_known_once_a_server_has_answered)
+TEST_F(NotificationCenterTest, authorization_is_known_once_a_server_has_answered)
 {
-    EXPECT_EQ(readState(), "authorized");
+    EXPECT_EQ(state(), State::authorized);
     makeCenter(false, false);
-    EXPECT_EQ(readState(), "denied");
+    EXPECT_EQ(state(), State::denied);
 
     makeCenter(true);
     std::vector<State> read;
@@ -26,7 +21,7 @@ TEST_F(NotificationAuthorizationTest, authorization_is_known_once_a_server_has_a
     EXPECT_EQ(read, std::vector<State>{State::unknown}) << "nobody waits longer";
     server->recover();
     EXPECT_EQ(changes, 1);
-    EXPECT_EQ(readState(), "authorized");
+    EXPECT_EQ(state(), State::authorized);
 
     makeCenter(true);
     center->setSettingsChangeHandler([&] { ++changes; });
@@ -37,10 +32,10 @@ TEST_F(NotificationAuthorizationTest, authorization_is_known_once_a_server_has_a
     server->isReplaced();
     server->isRunning = false;
     server->recover();
-    EXPECT_EQ(readState(), "authorized") << "of the one that took over";
+    EXPECT_EQ(state(), State::authorized) << "of the one that took over";
 }
 
-TEST_F(NotificationAuthorizationTest, a_server_that_does_not_answer_is_a_failure_of_whoever_needs_it)
+TEST_F(NotificationCenterTest, a_server_that_does_not_answer_is_a_failure_of_whoever_needs_it)
 {
     add("A");
     EXPECT_EQ(confirmations, std::vector<std::string>{"added"});
@@ -61,24 +56,16 @@ TEST_F(NotificationAuthorizationTest, a_server_that_does_not_answer_is_a_failure
     EXPECT_EQ(error, "no server");
 }
 
-TEST_F(NotificationAuthorizationTest, settings_tell_what_the_server_and_the_user_let_through)
+TEST_F(NotificationCenterTest, settings_tell_what_the_server_and_the_user_let_through)
 {
-    NotificationAuthorizationSnapshot read;
-    const auto readNow = [&] {
-        center->readSettings([&](const auto& settings) { read = settings; });
-    };
-    readNow();
-    EXPECT_EQ(read, (NotificationAuthorizationSnapshot{State::authorized, true, true, true}));
+    EXPECT_EQ(settings(), (NotificationAuthorizationSnapshot{State::authorized, true, true, true}));
     server->observer.doNotDisturbChanged(true);
-    readNow();
-    EXPECT_EQ(read, (NotificationAuthorizationSnapshot{State::authorized, false, true, true}));
+    EXPECT_EQ(settings(), (NotificationAuthorizationSnapshot{State::authorized, false, true, true}));
     server->die();
-    readNow();
-    EXPECT_EQ(read, (NotificationAuthorizationSnapshot{State::denied, false, false, false}));
+    EXPECT_EQ(settings(), (NotificationAuthorizationSnapshot{State::denied, false, false, false}));
     server->capabilities.erase("sound");
     server->startAgain();
-    readNow();
-    EXPECT_EQ(read, (NotificationAuthorizationSnapshot{State::authorized, true, false, true}));
+    EXPECT_EQ(settings(), (NotificationAuthorizationSnapshot{State::authorized, true, false, true}));
 }
 
 } // namespace

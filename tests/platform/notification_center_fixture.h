@@ -10,6 +10,8 @@
 
 namespace brevlin {
 
+using State = NotificationAuthorizationState;
+
 class NotificationCenterTest : public ::testing::Test
 {
 protected:
@@ -62,16 +64,13 @@ protected:
         ASSERT_EQ(server->screen.size(), 1U);
     }
     const ServerNotification& banner() { return server->screen.begin()->second; }
-    std::string readState()
+    NotificationAuthorizationSnapshot settings()
     {
-        std::string read = "nothing";
-        center->readSettings([&](const NotificationAuthorizationSnapshot& settings) {
-            read = settings.state == NotificationAuthorizationState::authorized ? "authorized"
-                   : settings.state == NotificationAuthorizationState::denied   ? "denied"
-                                                                                : "unknown";
-        });
+        NotificationAuthorizationSnapshot read;
+        center->readSettings([&](const auto& answer) { read = answer; });
         return read;
     }
+    State state() { return settings().state; }
 
     test::FakeClock clock;
     test::FakeTaskScheduler scheduler{clock};

@@ -1,72 +1,34 @@
 #pragma once
 
 #include "platform/user_defaults.h"
-#include "support/failure_plan.h"
-
-#include <cerrno>
-#include <map>
-#include <optional>
-#include <set>
-#include <string>
-#include <string_view>
+#include "support/memory_durable_file.h"
 
 namespace brevlin::test {
 
-/// User defaults in memory. Every call counts as one operation of `failures`; a failed one changes nothing.
+/// User defaults in memory, each in a file that has the key for its path.
 class MemoryUserDefaults final : public UserDefaults
 {
+private:
+    MemoryDurableFile m_files;
+
 public:
-    std::map<std::string, std::string> values;
-    std::set<std::string> unreadable; ///< keys whose reading is refused (EACCES)
-    mutable FailurePlan failures;
+    std::map<std::string, std::string>& values = m_files.files;
+    std::set<std::string>& unreadable = m_files.unreadable;
+    FailurePlan& failures = m_files.failures;
 
     Expected<std::optional<std::string>, FileError> value(const std::string& key) const override
     {
-        if (const auto error = failures.next("read", key)) {
-            return Unexpected{*error};
-        }
-        if (unreadable.contains(key)) {
-            return Unexpected{fileError("open", EACCES, key)};
-        }
-        const auto found = values.find(key);
-        return found == values.end() ? std::nullopt : std::optional{found->second};
+        return m_files.read(key);
     }
-
     Expected<void, FileError> setValue(const std::string& key, std::string_view bytes) override
     {
-        if (const auto error = failures.next("write", key)) {
-            return Unexpected{*error};
-        }
-        values[key] = bytes;
-        return {};
+        const auto written = m_files.write(key, bytes);
+        return written ? Expected<void, FileError>{} : Unexpected{written.error()};
     }
-
-    Expected<void, FileError> remove(const std::string& key) override
-    {
-        if (const auto error = failures.next("unlink", key)) {
-            return Unexpected{*error};
-        }
-        values.erase(key);
-        unreadable.erase(key);
-        return {};
-    }
-
+    Expected<void, FileError> remove(const std::string& key) override { return m_files.remove(key); }
     Expected<void, FileError> setAside(const std::string& key, const std::string& freeKey) override
     {
-        if (const auto error = failures.next("rename", key)) {
-            return Unexpected{*error};
-        }
-        if (values.contains(freeKey) || unreadable.contains(freeKey)) {
-            return Unexpected{fileError("rename", EEXIST, freeKey)};
-        }
-        if (auto value = values.extract(key)) {
-            value.key() = freeKey;
-            values.insert(std::move(value));
-        }
-        if (unreadable.erase(key) > 0) {
-            unreadable.insert(freeKey);
-        }
-        return {};
+        return m_files.exists(key) ? m_files.rename(key, freeKey) : Expected<void, FileError>{};
     }
 };
 

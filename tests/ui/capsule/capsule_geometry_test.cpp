@@ -33,15 +33,6 @@ CapsuleLayout expanded(HorizontalAnchor anchor)
     return {316, 50, anchor, 25};
 }
 
-TEST(CapsuleGeometry, the_first_place_is_the_top_centre_below_the_work_areas_edge)
-{
-    const StablePosition position = CapsuleGeometry::defaultPosition(circle, main);
-    EXPECT_EQ(position, (StablePosition{7, 640, 862}));
-    EXPECT_EQ(CapsuleGeometry::placedFrame(position, circle, main.visibleFrame),
-              (CapsuleFrame{615, 812, 50, 50}));
-    EXPECT_EQ(CapsuleGeometry::defaultPosition(island, left), (StablePosition{9, -512, 860}));
-}
-
 TEST(CapsuleGeometry, the_circle_stays_where_it_is_in_every_layout)
 {
     const StablePosition position{7, 600, 800};
@@ -81,22 +72,6 @@ TEST(CapsuleGeometry, no_part_leaves_the_visible_frame)
     };
     for (const Case& c : cases) {
         EXPECT_EQ(CapsuleGeometry::placedFrame(c.position, c.layout, c.visible), c.frame);
-    }
-}
-
-TEST(CapsuleGeometry, a_capsule_that_is_dropped_near_a_side_snaps_to_it)
-{
-    struct Case
-    {
-        double x;
-        double snappedTo;
-    };
-    for (const Case& c :
-         {Case{0, 25}, {50, 25}, {50.5, 75.5}, {640, 665}, {1179.5, 1204.5}, {1180, 1255}, {1230, 1255}}) {
-        const CapsuleFrame frame{c.x, 500, 50, 50};
-        const StablePosition position = CapsuleGeometry::stablePosition(frame, center, 7);
-        EXPECT_EQ(CapsuleGeometry::snapped(position, frame, main.visibleFrame).compactCenterX, c.snappedTo)
-            << c.x;
     }
 }
 
@@ -152,16 +127,6 @@ TEST(CapsuleGeometry, every_readable_record_returns_to_its_place)
     const SavedPosition saved = CapsuleGeometry::savedPosition(position, left);
     EXPECT_EQ(saved.version, 5);
     EXPECT_EQ(CapsuleGeometry::restoredPosition(saved, circle, screens, main), position);
-}
-
-TEST(CapsuleGeometry, screens_are_found_by_number_and_by_point)
-{
-    EXPECT_EQ(CapsuleGeometry::screenWithDisplayID(screens, std::nullopt), nullptr);
-    EXPECT_EQ(CapsuleGeometry::screenWithDisplayID(screens, 404), nullptr);
-    EXPECT_EQ(CapsuleGeometry::screenWithDisplayID(screens, 9)->displayID, 9U);
-    EXPECT_EQ(CapsuleGeometry::screenContaining(screens, {-1, 500})->displayID, 9U);
-    EXPECT_EQ(CapsuleGeometry::screenContaining(screens, {1280, 10})->displayID, 11U);
-    EXPECT_EQ(CapsuleGeometry::screenContaining(screens, {0, -1}), nullptr);
 }
 
 } // namespace

@@ -5,8 +5,8 @@
 
 #include <QAccessible>
 #include <QApplication>
-#include <QKeyEvent>
 #include <QScrollBar>
+#include <QTest>
 
 namespace brevlin {
 namespace {
@@ -67,28 +67,6 @@ TEST(HistoryDays, records_stand_under_the_day_they_ended_on_with_its_focus)
     EXPECT_TRUE(HistoryDays({}, shanghai).days().empty());
 }
 
-TEST(HistoryDays, a_date_that_a_zone_showed_twice_is_one_day)
-{
-    // Kwajalein's clocks went back across the date line on 1969-09-30: that date began twice.
-    const Calendar kwajalein{test::zone("Pacific/Kwajalein"), "en"};
-    std::vector<SessionRecord> records;
-    const Instant first = kwajalein.date(LocalDay{year{1969} / October / 1}, 1);
-    for (int hour = 72; hour >= -24; hour -= 3) {
-        records.push_back(record(first + Seconds{3600.0 * hour}, 60));
-    }
-    const HistoryDays days(records, kwajalein);
-    std::size_t row = 0;
-    for (std::size_t index = 0; index < days.days().size(); ++index) {
-        const HistoryDay& day = days.days()[index];
-        EXPECT_EQ(day.first, row);
-        EXPECT_TRUE(index == 0 || day.day < days.days()[index - 1].day);
-        for (std::size_t end = row + day.count; row < end; ++row) {
-            EXPECT_EQ(kwajalein.localDay(records[days.recordIndex(row)].endedAt), day.day);
-        }
-    }
-    EXPECT_EQ(row, records.size());
-}
-
 TEST(HistoryDays, a_row_says_what_is_known_also_of_strings_of_a_later_release)
 {
     const SessionRecord strange = record(at(2, 15, 5), 1e300, StoredRawValue<TimerPhase>{"siesta"},
@@ -126,11 +104,7 @@ protected:
         QObject::connect(&model(), &AppModel::sessionsChanged, m_list.get(), &HistoryList::refresh);
         return *m_list;
     }
-    void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
-    {
-        QKeyEvent event(QEvent::KeyPress, key, modifiers);
-        QApplication::sendEvent(m_list.get(), &event);
-    }
+    void press(Qt::Key key) { QTest::keyClick(m_list.get(), key); }
 
     std::unique_ptr<HistoryList> m_list;
 };

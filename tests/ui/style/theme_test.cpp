@@ -2,8 +2,6 @@
 #include "ui/controls/capsule_button.h"
 #include "ui/style/theme.h"
 
-#include <QWidget>
-
 #include <gtest/gtest.h>
 
 namespace brevlin {
@@ -75,20 +73,6 @@ TEST_P(EveryScheme, highlighted_and_disabled_text_of_plain_widgets_follows_the_t
               textContrast);
     EXPECT_NE(palette.color(QPalette::Disabled, QPalette::ButtonText),
               palette.color(QPalette::Active, QPalette::ButtonText));
-}
-
-TEST_P(EveryScheme, a_widget_finds_the_scheme_in_its_palette)
-{
-    QWidget widget;
-    widget.setPalette(Theme::palette(GetParam()));
-    EXPECT_EQ(Theme::of(widget).scheme(), GetParam());
-}
-
-TEST(Theme, contrast_matches_published_values)
-{
-    EXPECT_NEAR(test::contrastRatio(Qt::black, Qt::white), 21, 0.001);
-    EXPECT_NEAR(test::contrastRatio(QColor(0x76, 0x76, 0x76), Qt::white), 4.54, 0.01);
-    EXPECT_EQ(test::contrastRatio(Qt::red, Qt::red), 1);
 }
 
 } // namespace

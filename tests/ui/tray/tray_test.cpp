@@ -32,8 +32,6 @@ protected:
         }
         return text;
     }
-    Tray& extra() { return *m_extra; }
-    SectionSelection& selection() { return m_selection; }
 
     test::FakeStatusItem item;
     test::PlainWindowSystem windowSystem;
@@ -80,6 +78,8 @@ TEST_F(TrayTest, the_picture_changes_with_the_minute_and_the_state_only)
     EXPECT_EQ(item.pictureChanges, before + 1);
     model().pause();
     EXPECT_EQ(item.pictureChanges, before + 2);
+    model().switchToNextPhase();
+    EXPECT_NE(item.pictures.plain, idle.plain) << "a break";
 }
 
 TEST_F(TrayTest, the_longest_cycle_has_room_beside_the_button_of_the_panel)
@@ -121,20 +121,6 @@ TEST_F(TrayTest, the_buttons_of_the_panel_stand_whole_in_it_also_while_the_alert
     model().stopAlertSound();
     QApplication::processEvents();
     EXPECT_LT(panel.height(), height) << "one row is enough again";
-}
-
-TEST_F(TrayTest, the_rows_of_the_menu_lead_where_they_say)
-{
-    int activations = 0;
-    int quits = 0;
-    QObject::connect(&model(), &AppModel::mainWindowActivationRequested, &extra(), [&] { ++activations; });
-    QObject::connect(&extra(), &Tray::quitRequested, &extra(), [&] { ++quits; });
-    item.observer.rowChosen("about");
-    QApplication::processEvents();
-    EXPECT_EQ(selection().section(), AppSection::about);
-    EXPECT_EQ(activations, 1);
-    item.observer.rowChosen("quit");
-    EXPECT_EQ(quits, 1);
 }
 
 TEST(PanelOrigin, the_panel_lies_beside_its_item_and_inside_the_work_area)
