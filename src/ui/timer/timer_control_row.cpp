@@ -12,6 +12,8 @@
 #include <QShortcut>
 #include <QVBoxLayout>
 
+#include <ranges>
+
 namespace brevlin {
 
 namespace {
@@ -168,8 +170,8 @@ void TimerControlRow::arrange()
     m_rows->setSpacing(spacing);
     QHBoxLayout* row = nullptr;
     int left = 0;
-    for (auto button = m_buttons.rbegin(); button != m_buttons.rend(); ++button) {
-        const int width = (*button)->sizeHint().width() + spacing;
+    for (CapsuleButton* button : std::ranges::reverse_view(m_buttons)) {
+        const int width = button->sizeHint().width() + spacing;
         if (row == nullptr || width > left) {
             row = new QHBoxLayout;
             row->setSpacing(spacing);
@@ -177,7 +179,7 @@ void TimerControlRow::arrange()
             m_rows->insertLayout(0, row);
             left = m_longestRow + spacing;
         }
-        row->insertWidget(0, *button);
+        row->insertWidget(0, button);
         left -= width;
     }
 }

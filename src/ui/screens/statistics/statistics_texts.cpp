@@ -42,7 +42,7 @@ Calendar statisticsCalendar(const TimeZone& zone, AppLanguage language)
 QString periodTitle(const PeriodStatistics& statistics, const Calendar& calendar)
 {
     const GranularityRow& kind = granularityRow(statistics.granularity);
-    const QString first = qtText(calendar.text(kind.period, statistics.interval.start));
+    QString first = qtText(calendar.text(kind.period, statistics.interval.start));
     if (!kind.isPeriodOfTwoDates) {
         return first;
     }
