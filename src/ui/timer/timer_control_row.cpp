@@ -12,8 +12,6 @@
 #include <QShortcut>
 #include <QVBoxLayout>
 
-#include <ranges>
-
 namespace brevlin {
 
 namespace {
@@ -170,7 +168,8 @@ void TimerControlRow::arrange()
     m_rows->setSpacing(spacing);
     QHBoxLayout* row = nullptr;
     int left = 0;
-    for (CapsuleButton* button : std::ranges::reverse_view(m_buttons)) {
+    for (std::size_t index = m_buttons.size(); index-- > 0;) {
+        CapsuleButton* button = m_buttons[index];
         const int width = button->sizeHint().width() + spacing;
         if (row == nullptr || width > left) {
             row = new QHBoxLayout;
