@@ -91,8 +91,8 @@ private:
     NumericText* m_widget;
 };
 
-/// What only holds other elements. Qt calls it a border or a client area, and a screen reader takes the first for
-/// a window that is not active, so that it drops all that happens inside.
+/// What only holds other elements. Qt calls it a border or a client area, and a screen reader takes the first
+/// for a window that is not active, so that it drops all that happens inside.
 QAccessible::Role containerRole(const QWidget& widget)
 {
     if (!widget.isWindow()) {

@@ -4,8 +4,28 @@
 
 #include <QAccessible>
 #include <QEvent>
+#include <QKeyEvent>
 
 namespace brevlin {
+
+namespace {
+
+/// In a row of buttons, by an arrow key.
+int distanceOf(int key)
+{
+    switch (key) {
+    case Qt::Key_Left:
+    case Qt::Key_Up:
+        return -1;
+    case Qt::Key_Right:
+    case Qt::Key_Down:
+        return 1;
+    default:
+        return 0;
+    }
+}
+
+} // namespace
 
 PlainButton::PlainButton(QWidget* parent) : QAbstractButton(parent)
 {
@@ -26,6 +46,12 @@ ControlState PlainButton::state() const
 bool PlainButton::event(QEvent* event)
 {
     switch (event->type()) {
+    case QEvent::ShortcutOverride:
+        if (m_standsInRow && distanceOf(static_cast<QKeyEvent*>(event)->key()) != 0) {
+            event->accept(); // a screen's own arrow keys stand back
+            return true;
+        }
+        break;
     case QEvent::WindowActivate:
     case QEvent::WindowDeactivate:
         update();
@@ -34,6 +60,16 @@ bool PlainButton::event(QEvent* event)
         break;
     }
     return QAbstractButton::event(event);
+}
+
+void PlainButton::keyPressEvent(QKeyEvent* event)
+{
+    const int distance = m_standsInRow ? distanceOf(event->key()) : 0;
+    if (distance != 0) {
+        Q_EMIT neighborRequested(distance);
+    } else {
+        QAbstractButton::keyPressEvent(event);
+    }
 }
 
 void PlainButton::focusInEvent(QFocusEvent* event)

@@ -19,14 +19,22 @@ public:
 
     ControlState state() const;
     bool showsFocusRing() const { return m_keyboardFocus.isShown(); }
+    /// One stop of the keyboard among several buttons: the arrow keys ask for the one beside it.
+    void setStandsInRow(bool standsInRow) { m_standsInRow = standsInRow; }
+
+Q_SIGNALS:
+    /// -1 for the one before, 1 for the one behind.
+    void neighborRequested(int distance);
 
 protected:
     bool event(QEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     KeyboardFocus m_keyboardFocus;
+    bool m_standsInRow = false;
 };
 
 /// A plain button that stands for one of several places and may be the one that is shown. Assistive

@@ -7,7 +7,6 @@
 #include "ui/style/typography.h"
 
 #include <QFontMetricsF>
-#include <QKeyEvent>
 #include <QPainter>
 
 #include <algorithm>
@@ -48,6 +47,7 @@ Segment::Segment(QWidget* parent) : PlainButton(parent)
 {
     installAccessibility();
     setCheckable(true);
+    setStandsInRow(true);
 }
 
 QSize Segment::sizeHint() const
@@ -77,35 +77,6 @@ void Segment::setTint(std::optional<ThemeColor> tint)
 {
     m_tint = tint;
     update();
-}
-
-bool Segment::event(QEvent* event)
-{
-    if (event->type() == QEvent::ShortcutOverride) {
-        const int key = static_cast<QKeyEvent*>(event)->key();
-        if (key == Qt::Key_Left || key == Qt::Key_Right || key == Qt::Key_Up || key == Qt::Key_Down) {
-            event->accept(); // a screen's own arrow keys stand back
-            return true;
-        }
-    }
-    return PlainButton::event(event);
-}
-
-void Segment::keyPressEvent(QKeyEvent* event)
-{
-    switch (event->key()) {
-    case Qt::Key_Left:
-    case Qt::Key_Up:
-        Q_EMIT neighborRequested(-1);
-        break;
-    case Qt::Key_Right:
-    case Qt::Key_Down:
-        Q_EMIT neighborRequested(1);
-        break;
-    default:
-        PlainButton::keyPressEvent(event);
-        break;
-    }
 }
 
 SegmentedPicker::SegmentedPicker(int count, QWidget* parent) : QWidget(parent), m_position(*this)

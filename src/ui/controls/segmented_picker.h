@@ -25,14 +25,8 @@ public:
     /// The colour of the plate under the chosen segment; none for a quiet one.
     void setTint(std::optional<ThemeColor> tint);
 
-Q_SIGNALS:
-    /// An arrow key was pressed: the segment so many places further on is wanted.
-    void neighborRequested(int distance);
-
 protected:
-    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     std::optional<ThemeColor> m_tint;

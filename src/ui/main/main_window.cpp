@@ -277,6 +277,12 @@ void MainWindow::changeEvent(QEvent* event)
     }
 }
 
+bool MainWindow::focusNextPrevChild(bool isNext)
+{
+    m_rootView->topBar().putWindowButtonsLast();
+    return QWidget::focusNextPrevChild(isNext);
+}
+
 void MainWindow::closeEvent(QCloseEvent* event)
 {
     // Hidden rather than closed: the timer lives on, and the last window's end does not end the program.

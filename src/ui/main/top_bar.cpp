@@ -8,6 +8,8 @@
 #include <QContextMenuEvent>
 #include <QMouseEvent>
 
+#include <algorithm>
+
 namespace brevlin {
 
 namespace {
@@ -29,7 +31,6 @@ TopBar::TopBar(AppModel& model, SectionSelection& selection, QWidget* parent)
     : QWidget(parent), m_model(model), m_selection(selection)
 {
     setFixedHeight(barHeight);
-    // In the order in which Tab visits them.
     for (const AppSection section : allCases<AppSection>()) {
         if (section == AppSection::about) {
             continue;
@@ -39,6 +40,10 @@ TopBar::TopBar(AppModel& model, SectionSelection& selection, QWidget* parent)
         m_tabs.push_back(tab);
     }
     m_about = new LogoButton(this);
+    for (SelectableButton* button : sections()) {
+        button->setStandsInRow(true);
+        connect(button, &PlainButton::neighborRequested, this, &TopBar::selectNeighbor);
+    }
     m_close = new WindowButton(WindowButton::Kind::close, this);
     m_minimize = new WindowButton(WindowButton::Kind::minimize, this);
     m_maximize = new WindowButton(WindowButton::Kind::maximize, this);
@@ -61,6 +66,9 @@ void TopBar::refresh()
     }
     m_about->setAccessibleName(qtText(title(AppSection::about, language)));
     m_about->setSelected(m_selection.section() == AppSection::about);
+    for (SelectableButton* button : sections()) {
+        button->setFocusPolicy(button->isSelected() ? Qt::TabFocus : Qt::NoFocus);
+    }
     const auto name = [language](WindowButton* button, const BilingualText& text) {
         button->setAccessibleName(qtText(text.in(language)));
         button->setToolTip(qtText(text.in(language)));
@@ -69,6 +77,37 @@ void TopBar::refresh()
     name(m_minimize, minimizeText);
     name(m_maximize, m_isMaximized ? restoreText : maximizeText);
     layOut();
+}
+
+std::vector<SelectableButton*> TopBar::sections() const
+{
+    std::vector<SelectableButton*> buttons(m_tabs.begin(), m_tabs.end());
+    buttons.push_back(m_about);
+    return buttons;
+}
+
+void TopBar::selectNeighbor(int distance)
+{
+    const std::vector<SelectableButton*> buttons = sections();
+    const auto selected = std::find_if(buttons.begin(), buttons.end(),
+                                       [](const SelectableButton* button) { return button->isSelected(); });
+    const auto index = std::clamp<std::ptrdiff_t>(selected - buttons.begin() + distance, 0,
+                                                  static_cast<std::ptrdiff_t>(buttons.size()) - 1);
+    SelectableButton* wanted = buttons[static_cast<std::size_t>(index)];
+    wanted->click();
+    wanted->setFocus(Qt::TabFocusReason);
+}
+
+// Whatever was made last would stand behind them.
+void TopBar::putWindowButtonsLast()
+{
+    QWidget* last = window()->previousInFocusChain();
+    for (WindowButton* button : {m_close, m_minimize, m_maximize}) {
+        if (last != button) {
+            setTabOrder(last, button);
+        }
+        last = button;
+    }
 }
 
 void TopBar::setFullScreen(bool isFullScreen)

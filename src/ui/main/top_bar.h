@@ -11,6 +11,7 @@ namespace brevlin {
 class AppModel;
 class LogoButton;
 class SectionTab;
+class SelectableButton;
 class WindowButton;
 
 /// The bar in place of the window's title bar: the window's buttons, the tabs of the sections and the logo
@@ -27,6 +28,8 @@ public:
     /// Full screen has no window buttons and needs no room for them.
     void setFullScreen(bool isFullScreen);
     void setMaximized(bool isMaximized);
+    /// Where Tab comes to them.
+    void putWindowButtonsLast();
 
 Q_SIGNALS:
     void closeRequested();
@@ -47,6 +50,8 @@ protected:
 private:
     void refresh();
     void layOut();
+    std::vector<SelectableButton*> sections() const;
+    void selectNeighbor(int distance);
 
     AppModel& m_model;
     SectionSelection& m_selection;

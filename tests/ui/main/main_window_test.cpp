@@ -271,6 +271,34 @@ TEST_F(MainWindowTest, quitting_waits_for_the_disk_and_then_says_what_it_did_not
     EXPECT_EQ(ends, 4);
 }
 
+TEST_F(MainWindowTest, the_sections_are_one_stop_and_the_windows_own_buttons_come_last)
+{
+    open();
+    const auto stops = [this](int count) {
+        std::vector<std::string> names;
+        for (int stop = 0; stop < count; ++stop) {
+            press(Qt::Key_Tab);
+            const auto* button = qobject_cast<QAbstractButton*>(QApplication::focusWidget());
+            const QString name =
+                button == nullptr || !button->text().isEmpty() ? button->text() : button->accessibleName();
+            names.push_back(name.toStdString());
+        }
+        return names;
+    };
+    using Names = std::vector<std::string>;
+    EXPECT_EQ(stops(6), (Names{"Focus", "Start Focus", "Close", "Minimize", "Maximize", "Focus"}));
+    press(Qt::Key_Right);
+    EXPECT_EQ(m_selection->section(), AppSection::history);
+    for (int count = 0; count < 4; ++count) {
+        press(Qt::Key_Left);
+    }
+    EXPECT_EQ(m_selection->section(), AppSection::timer);
+    EXPECT_EQ(stops(1), Names{"Start Focus"});
+    press(Qt::Key_Space);
+    EXPECT_EQ(stops(5), (Names{"End", "Switch", "Close", "Minimize", "Maximize"}))
+        << "the keyboard was on Pause";
+}
+
 TEST_F(MainWindowTest, the_section_is_remembered_and_an_unknown_one_forgotten)
 {
     MainWindowStore store(disk());
