@@ -1,5 +1,8 @@
 #include "app/model_fixture.h"
 
+#include <set>
+#include <tuple>
+
 namespace brevlin {
 namespace {
 
@@ -95,6 +98,7 @@ TEST_F(CommandsTest, durations_keep_within_their_range_and_reach_an_idle_phase_a
     TimerSettings odd;
     odd.focusSessionsPerLongBreak = 0;
     model().commitTimerSettings(odd);
+    EXPECT_EQ(model().preferences().timerSettings.focusSessionsPerLongBreak, 1);
     EXPECT_EQ(storedSettings().focusSessionsPerLongBreak, 1);
 }
 
@@ -116,6 +120,19 @@ TEST_F(CommandsTest, preferences_are_stored_as_they_change)
     model().start();
     scheduler.advance(Seconds{1500});
     EXPECT_TRUE(player.log.empty()) << "the sound is switched off";
+    model().setPlayCompletionSound(true);
+    TimerSettings strong;
+    strong.alertIntensity = AlertIntensity::strong;
+    model().commitTimerSettings(strong);
+    model().advance();
+    scheduler.advance(Seconds{300});
+    ASSERT_TRUE(model().isAlertSoundPlaying());
+    const int refreshes = capsule.refreshes;
+    model().setTopTimerAppearance(TopTimerAppearance::dark);
+    EXPECT_GT(capsule.refreshes, refreshes);
+    EXPECT_TRUE(model().isAlertSoundPlaying());
+    model().setPlayCompletionSound(false);
+    EXPECT_FALSE(model().isAlertSoundPlaying());
 }
 
 TEST_F(CommandsTest, preferences_that_could_not_be_written_are_written_at_quit)
@@ -123,6 +140,12 @@ TEST_F(CommandsTest, preferences_that_could_not_be_written_are_written_at_quit)
     launch();
     defaults.failures.failOperation(1);
     model().setTopTimerAppearance(TopTimerAppearance::light);
+    EXPECT_EQ(model().unsaved(), Log{}) << "tried again at once";
+    defaults.failures.failFrom(1);
+    model().setAppLanguage(AppLanguage::english);
+    model().setPlayCompletionSound(false);
+    EXPECT_EQ(model().unsaved(), Log{"preferences"});
+    defaults.failures.failNothing();
     launch();
     EXPECT_EQ(model().preferences().topTimerAppearance, TopTimerAppearance::light);
 }
@@ -188,6 +211,58 @@ TEST_F(CommandsTest, launch_at_login_keeps_its_status_when_it_fails)
     loginItem.current = LoginItem::Status::requiresApproval;
     loginItem.changed();
     EXPECT_EQ(model().launchAtLoginStatus(), LaunchAtLoginStatus::requiresApproval);
+}
+
+TEST_F(CommandsTest, launch_at_login_is_told_of_where_it_has_no_effect)
+{
+    using Status = LoginItem::Status;
+    for (const auto& [after, enable, message] : {std::tuple{Status::enabled, true, ""},
+                                                 {Status::requiresApproval, true, ""},
+                                                 {Status::notFound, true, "Launch at login failed"},
+                                                 {Status::notRegistered, false, ""}}) {
+        loginItem.current = enable ? Status::notRegistered : Status::enabled;
+        loginItem.afterRegistering = after;
+        launch();
+        model().setLaunchAtLogin(enable);
+        EXPECT_EQ(messageTitle(), message) << static_cast<int>(after);
+    }
+}
+
+TEST_F(CommandsTest, each_change_is_signalled_and_nothing_else)
+{
+    ring();
+    std::set<std::string> signalled;
+    const auto listen = [&](auto signal, const char* name) {
+        QObject::connect(&model(), signal, [&signalled, name] { signalled.insert(name); });
+    };
+    listen(&AppModel::sessionsChanged, "sessions");
+    listen(&AppModel::notificationAuthorizationChanged, "authorization");
+    listen(&AppModel::launchAtLoginStatusChanged, "login");
+    listen(&AppModel::alertSoundPlayingChanged, "sound");
+    listen(&AppModel::appMessageChanged, "message");
+    listen(&AppModel::ticked, "ticked");
+    using Names = std::set<std::string>;
+    const std::pair<std::function<void()>, Names> acts[] = {
+        {[&] { model().setLaunchAtLogin(false); }, {"login"}},
+        {[&] { loginItem.changed(); }, {}},
+        {[&] { loginItem.current = LoginItem::Status::enabled, loginItem.changed(); }, {"login"}},
+        {[&] { center.settingsChanged(); }, {}},
+        {[&] { center.settings.alertsEnabled = true, center.settingsChanged(); }, {"authorization"}},
+        {[&] { model().stopAlertSound(); }, {"sound"}},
+        {[&] { model().stopAlertSound(); }, {}},
+        {[&] { clock.setTimeZoneIdentifier("Asia/Tokyo"), events.observer.timeZoneDidChange(); }, {"ticked"}},
+        {[&] { model().deleteSession(model().sessions().front()); }, {"sessions"}},
+        {[&] { model().advance(), model().endCurrentPhase(); }, {"sessions"}},
+        {[&] { model().clearHistory(); }, {"sessions"}},
+        {[&] { loginItem.failure = "no", model().setLaunchAtLogin(false); }, {"login", "message"}},
+        {[&] { model().clearAppMessage(); }, {"message"}},
+        {[&] { model().clearAppMessage(); }, {}},
+    };
+    for (const auto& [act, names] : acts) {
+        signalled.clear();
+        act();
+        EXPECT_EQ(signalled, names) << &names - &acts[0].second;
+    }
 }
 
 } // namespace

@@ -206,6 +206,14 @@ TEST_F(AppModelTest, quitting_tries_again)
     defaults.failures.failNothing();
     launch();
     EXPECT_EQ(model().snapshot(), paused);
+    for (const auto& tell : {&SystemEvents::Observer::willSleep, &SystemEvents::Observer::didWake}) {
+        defaults.failures.failFrom(1);
+        model().performPrimaryAction();
+        EXPECT_EQ(model().unsaved(), Log{"timer state"});
+        defaults.failures.failNothing();
+        (events.observer.*tell)();
+        EXPECT_EQ(model().unsaved(), Log{}) << "going to sleep and waking, too";
+    }
 }
 
 TEST_F(AppModelTest, timer_history_and_preferences_that_could_not_be_read_are_all_told_and_come_back)
@@ -261,6 +269,7 @@ TEST_F(AppModelTest, a_phase_that_was_superseded_before_it_could_be_read_becomes
     ASSERT_EQ(model().sessions().size(), 1U);
     EXPECT_EQ(model().sessions().front().outcome(), SessionOutcome::endedEarly);
     EXPECT_EQ(model().sessions().front().endedAt, start + Seconds{600});
+    EXPECT_NE(model().appMessage()->detail.find(". The file stays as it is"), std::string::npos);
     launch();
     EXPECT_EQ(model().snapshot(), running);
 }
@@ -274,12 +283,16 @@ TEST_F(AppModelTest, waking_and_activation_complete_what_ended_meanwhile)
     EXPECT_EQ(runState(), ringing);
     EXPECT_EQ(model().sessions().front().outcome(), SessionOutcome::completedWhileAway);
 
+    model().advance();
+    events.observer.willSleep();
+    clock.jump(Seconds{3000});
     events.observer.didWake();
+    EXPECT_EQ(model().sessions().front().outcome(), SessionOutcome::completedWhileAway);
     model().advance();
     clock.jump(Seconds{3000});
     events.observer.didBecomeActive();
     EXPECT_EQ(model().sessions().front().outcome(), SessionOutcome::completed);
-    EXPECT_EQ(model().sessions().size(), 2U);
+    EXPECT_EQ(model().sessions().size(), 3U);
 }
 
 TEST_F(AppModelTest, another_time_zone_is_noticed_whoever_tells_of_it)
