@@ -111,6 +111,7 @@ TEST(RawValues, letter_case_counts_and_every_case_survives_storage)
     const StoredRawValue<TimerPhase> later{std::string_view{"nap"}};
     EXPECT_EQ(later.value(), std::nullopt);
     EXPECT_EQ(later.text(), "nap");
+    EXPECT_NE(later, StoredRawValue<TimerPhase>{TimerPhase::focus});
 }
 
 TEST(SessionRecord, fills_what_a_session_left_open)
@@ -124,6 +125,7 @@ TEST(SessionRecord, fills_what_a_session_left_open)
     EXPECT_EQ(record.plannedStartAt, session.startedAt);
     EXPECT_EQ(record.actualStartAt, session.startedAt);
     EXPECT_EQ(record.intention, "");
+    EXPECT_FALSE(endedLater(record, record)) << "a stable sort keeps equal ones as they are";
 }
 
 } // namespace
