@@ -60,6 +60,9 @@ TEST(KeptDocument, what_the_disk_refuses_is_told_once_and_tried_until_it_is_take
     disk.scheduler.advance(RetryTimer::longestDelay);
     EXPECT_EQ(disk.defaults.values, (Values{{"key", "2"}}));
     EXPECT_EQ(disk.scheduler.pendingCount(), 0U);
+    disk.defaults.failures.failFrom(1);
+    document.write("refused");
+    EXPECT_EQ(disk.scheduler.nextDelay(), RetryTimer::firstDelay);
     disk.thread.runsAtOnce = false;
     document.write("3");
     document.retry();
