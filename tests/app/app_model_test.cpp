@@ -67,7 +67,9 @@ TEST_F(AppModelTest, one_tick_publishes_the_remaining_time_once_and_nothing_else
     QObject::connect(&model(), &AppModel::preferencesChanged, [&] { ++others; });
     const int refreshes = capsule.refreshes;
     const int writes = defaults.failures.operationCount();
+    const Instant scheduled = center.pending.at(0).requestedAt;
     scheduler.advance(Seconds{1});
+    EXPECT_EQ(center.pending.at(0).requestedAt, scheduled);
     EXPECT_EQ(remaining, 1);
     EXPECT_EQ(others, 0);
     EXPECT_EQ(capsule.refreshes, refreshes + 1);
@@ -89,6 +91,7 @@ TEST_F(AppModelTest, an_idle_program_ticks_or_it_would_miss_midnight)
     QObject::connect(&model(), &AppModel::ticked, [&] { ++ticks; });
     scheduler.advance(Seconds{3});
     EXPECT_EQ(ticks, 3);
+    EXPECT_EQ(model().notificationAuthorization(), center.settings);
 }
 
 TEST_F(AppModelTest, a_phase_that_ended_while_the_program_was_closed_was_completed_away)
@@ -116,6 +119,11 @@ TEST_F(AppModelTest, a_phase_whose_end_is_ahead_goes_on_after_a_restart)
     EXPECT_EQ(model().remainingSeconds(), Seconds{1399.75});
     EXPECT_TRUE(model().sessions().empty());
     EXPECT_EQ(center.pending.size(), 1U) << "its end is announced again";
+    modelOrNone = std::make_unique<AppModel>(makeParts(capsule));
+    EXPECT_EQ(model().snapshot(), before);
+    EXPECT_EQ(model().remainingSeconds(), Seconds{1399.75}) << "from the first frame on";
+    modelOrNone.reset();
+    EXPECT_FALSE(events.observer.didWake || center.settingsChanged || loginItem.changed);
 }
 
 TEST_F(AppModelTest, an_unreadable_timer_is_reset_kept_and_told_of)

@@ -170,6 +170,7 @@ TEST_F(CapsuleChoreographyTest, a_visible_circle_grows_into_the_island_and_back)
     model().start();
     ring();
     EXPECT_EQ(shown(), "island 460");
+    EXPECT_FALSE(panel.content.showsCompactTimer || panel.content.showsProgressBorder);
     EXPECT_EQ(panel.content.completionTitle, "Focus complete");
     EXPECT_TRUE(panel.content.isAlertSoundPlaying);
     hover(true);
@@ -201,6 +202,7 @@ TEST_F(CapsuleChoreographyTest, what_was_expanded_or_minimised_before_an_end_is_
         ring();
         EXPECT_EQ(shown(), "island 460");
         EXPECT_FALSE(panel.content.revealsExpandedTimerContent);
+        EXPECT_EQ(model().currentCycleFocusMinutes(), 25) << "what is to come does not count";
         command(CapsuleCommand::minimize);
         command(CapsuleCommand::primary);
         EXPECT_EQ(shown(), "circle 50");
