@@ -1,7 +1,7 @@
 #pragma once
 
-// Stands before every source of a mutated copy: BREVLIN_MUTANT names the one mutant that is on, BREVLIN_REACHED a file
-// to which the program appends the numbers of those that it came past.
+// Stands before every source of a mutated copy: BREVLIN_MUTANT names the one mutant that is on,
+// BREVLIN_REACHED a file to which the program appends the numbers of those that it came past.
 
 #include <cstdio>
 #include <cstdlib>
