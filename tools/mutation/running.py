@@ -14,7 +14,7 @@ import time
 SLOW = 0.2  # seconds; such a test runs alone, after the others
 FILTER = "--gtest_filter="
 # A mutant may loop, and ask for memory or write a file meanwhile.
-LIMITS = ("prlimit", f"--as={4 << 30}", f"--fsize={64 << 20}", "--core=0")
+LIMITS = ("prlimit", f"--as={4 << 30}", f"--fsize={64 << 20}", "--cpu=600", "--core=0")
 
 
 @dataclasses.dataclass
