@@ -8,6 +8,8 @@ class Entry:
     key: tuple  # file, function, before, after
     reason: str
     matched: bool = False
+    holds: bool = False  # for one of the places that read so
+    noticed_by: str = ""
 
 
 class Equivalents:

@@ -255,6 +255,12 @@ class Finder:
         line = self.source.count(b"\n", 0, start) + 1
         mutants = [Mutant(self.name, line, context.function, kind, before, readable(kind, code), code, context.is_constexpr)
                    for kind, code in changed]
+        if changed[0][0] == "literal":
+            # By itself it would not tell which of them is meant.
+            first = self.source.rfind(b"\n", 0, start) + 1
+            last = self.source.find(b"\n", end)
+            mutants[0].before = one_line(self.source[first:last])
+            mutants[0].after = one_line(self.source[first:start] + changed[0][1] + self.source[end:last])
         self.places.setdefault((start, end, form), Place(start, end, form, mutants, name))
 
 
