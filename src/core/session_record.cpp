@@ -20,11 +20,4 @@ SessionRecord::SessionRecord(const FinishedSession& session)
     , timeZoneIdentifierAtStart(session.timeZoneIdentifierAtStart)
 {}
 
-bool SessionRecord::operator==(const SessionRecord& other) const
-{
-    return id == other.id && phaseRawValue == other.phaseRawValue &&
-           outcomeRawValue == other.outcomeRawValue && endedAt == other.endedAt &&
-           effectiveDuration == other.effectiveDuration;
-}
-
 } // namespace brevlin

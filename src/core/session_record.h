@@ -78,10 +78,6 @@ struct alignas(64) SessionRecord
 
     std::optional<TimerPhase> phase() const { return phaseRawValue.value(); }
     std::optional<SessionOutcome> outcome() const { return outcomeRawValue.value(); }
-
-    /// Two records are equal when they tell of the same run with the same result; the other fields are not
-    /// compared.
-    bool operator==(const SessionRecord& other) const;
 };
 
 /// The order of every list of records, to be used with a stable sort: latest end first.

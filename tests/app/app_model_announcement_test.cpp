@@ -121,6 +121,12 @@ TEST_F(AppModelAnnouncementTest, an_announcement_is_withdrawn_once_the_user_goes
         c.run();
         EXPECT_EQ(center.withdrawals, c.withdrawals) << c.command;
     }
+    launchAndStart();
+    center.withdrawals = 0;
+    model().pause();
+    EXPECT_EQ(center.withdrawals, 0);
+    model().endCurrentPhase();
+    EXPECT_EQ(center.withdrawals, 1);
 }
 
 TEST_F(AppModelAnnouncementTest, a_server_that_comes_late_announces_the_running_phase)
@@ -137,6 +143,20 @@ TEST_F(AppModelAnnouncementTest, a_server_that_comes_late_announces_the_running_
     center.settingsChanged();
     EXPECT_EQ(center.pending.size(), 1U);
     EXPECT_TRUE(model().announcer().notificationAuthorization().alertsEnabled);
+    model().pause();
+    for (const auto state :
+         {NotificationAuthorizationState::denied, NotificationAuthorizationState::authorized}) {
+        center.settings.state = state;
+        center.settingsChanged();
+    }
+    EXPECT_TRUE(center.pending.empty()) << "a pause has no end to announce";
+    model().resume();
+    center.pending.clear();
+    center.settingsChanged();
+    EXPECT_TRUE(center.pending.empty()) << "nothing has changed";
+    center.settings.state = NotificationAuthorizationState::denied;
+    center.settingsChanged();
+    EXPECT_TRUE(center.pending.empty());
 }
 
 TEST_F(AppModelAnnouncementTest, reactions_to_a_notification_act_for_their_own_run_only)
@@ -154,8 +174,16 @@ TEST_F(AppModelAnnouncementTest, reactions_to_a_notification_act_for_their_own_r
     EXPECT_EQ(runState(), running);
     center.respond("default", {{"sessionID", first}});
     EXPECT_EQ(activations, 0) << "that run is over and another one runs";
-    center.respond("default", {});
+    player.log.clear();
+    model().commitTimerSettings(
+        {Seconds{60}, Seconds{60}, Seconds{60}, 4, true, true, AlertIntensity::strong});
+    scheduler.advance(Seconds{300});
+    ASSERT_TRUE(model().isAlertSoundPlaying());
+    center.respond("default", {{"sessionID", model().snapshot().sessionID->text()}});
     EXPECT_EQ(activations, 1);
+    EXPECT_FALSE(model().isAlertSoundPlaying());
+    center.respond("default", {});
+    EXPECT_EQ(activations, 2);
 }
 
 } // namespace

@@ -1,5 +1,8 @@
 #include "app/model_fixture.h"
 
+#include <set>
+#include <tuple>
+
 namespace brevlin {
 namespace {
 
@@ -91,6 +94,7 @@ TEST_F(CommandsTest, durations_keep_within_their_range_and_reach_an_idle_phase_a
     TimerSettings odd;
     odd.focusSessionsPerLongBreak = 0;
     model().commitTimerSettings(odd);
+    EXPECT_EQ(model().preferences().timerSettings.focusSessionsPerLongBreak, 1);
     EXPECT_EQ(storedSettings().focusSessionsPerLongBreak, 1);
 }
 
@@ -111,6 +115,17 @@ TEST_F(CommandsTest, preferences_are_stored_as_they_change)
     model().start();
     scheduler.advance(Seconds{1500});
     EXPECT_TRUE(player.log.empty()) << "the sound is switched off";
+    model().setPlayCompletionSound(true);
+    TimerSettings strong;
+    strong.alertIntensity = AlertIntensity::strong;
+    model().commitTimerSettings(strong);
+    model().advance();
+    scheduler.advance(Seconds{300});
+    ASSERT_TRUE(model().isAlertSoundPlaying());
+    model().setTopTimerAppearance(TopTimerAppearance::dark);
+    EXPECT_TRUE(model().isAlertSoundPlaying());
+    model().setPlayCompletionSound(false);
+    EXPECT_FALSE(model().isAlertSoundPlaying());
 }
 
 TEST_F(CommandsTest, preferences_that_could_not_be_written_are_written_at_quit)
@@ -118,6 +133,12 @@ TEST_F(CommandsTest, preferences_that_could_not_be_written_are_written_at_quit)
     launch();
     defaults.failures.failOperation(1);
     model().setTopTimerAppearance(TopTimerAppearance::light);
+    EXPECT_EQ(model().unsaved(), std::vector<std::string>{}) << "tried again at once";
+    defaults.failures.failFrom(1);
+    model().setAppLanguage(AppLanguage::english);
+    model().setPlayCompletionSound(false);
+    EXPECT_EQ(model().unsaved(), std::vector<std::string>{"preferences"});
+    defaults.failures.failNothing();
     launch();
     EXPECT_EQ(model().preferences().topTimerAppearance, TopTimerAppearance::light);
 }
@@ -183,6 +204,59 @@ TEST_F(CommandsTest, launch_at_login_keeps_its_status_when_it_fails)
     loginItem.current = LoginItem::Status::requiresApproval;
     loginItem.changed();
     EXPECT_EQ(model().launchAtLogin().launchAtLoginStatus(), LaunchAtLoginStatus::requiresApproval);
+}
+
+TEST_F(CommandsTest, launch_at_login_is_told_of_where_it_has_no_effect)
+{
+    using Status = LoginItem::Status;
+    for (const auto& [after, enable, message] : {std::tuple{Status::enabled, true, ""},
+                                                 {Status::requiresApproval, true, ""},
+                                                 {Status::notFound, true, "Launch at login failed"},
+                                                 {Status::notRegistered, false, ""}}) {
+        loginItem.current = enable ? Status::notRegistered : Status::enabled;
+        loginItem.afterRegistering = after;
+        launch();
+        model().launchAtLogin().setLaunchAtLogin(enable);
+        EXPECT_EQ(messageTitle(), message) << static_cast<int>(after);
+    }
+}
+
+TEST_F(CommandsTest, each_change_is_signalled_and_nothing_else)
+{
+    ring();
+    std::set<std::string> signalled;
+    const auto listen = [&](auto* sender, auto signal, const char* name) {
+        QObject::connect(sender, signal, [&signalled, name] { signalled.insert(name); });
+    };
+    listen(&model(), &AppModel::sessionsChanged, "sessions");
+    listen(&model().announcer(), &PhaseAnnouncer::notificationAuthorizationChanged, "authorization");
+    listen(&model().launchAtLogin(), &LaunchAtLogin::launchAtLoginStatusChanged, "login");
+    listen(&model(), &AppModel::alertSoundPlayingChanged, "sound");
+    listen(&model().messages(), &AppMessages::appMessageChanged, "message");
+    listen(&model(), &AppModel::ticked, "ticked");
+    using Names = std::set<std::string>;
+    const std::pair<std::function<void()>, Names> acts[] = {
+        {[&] { model().launchAtLogin().setLaunchAtLogin(false); }, {"login"}},
+        {[&] { loginItem.changed(); }, {}},
+        {[&] { loginItem.current = LoginItem::Status::enabled, loginItem.changed(); }, {"login"}},
+        {[&] { center.settingsChanged(); }, {}},
+        {[&] { center.settings.alertsEnabled = true, center.settingsChanged(); }, {"authorization"}},
+        {[&] { model().stopAlertSound(); }, {"sound"}},
+        {[&] { model().stopAlertSound(); }, {}},
+        {[&] { clock.setTimeZoneIdentifier("Asia/Tokyo"), events.observer.timeZoneDidChange(); }, {"ticked"}},
+        {[&] { model().deleteSession(model().sessions().front()); }, {"sessions"}},
+        {[&] { model().advance(), model().endCurrentPhase(); }, {"sessions"}},
+        {[&] { model().clearHistory(); }, {"sessions"}},
+        {[&] { loginItem.failure = "no", model().launchAtLogin().setLaunchAtLogin(false); },
+         {"login", "message"}},
+        {[&] { model().messages().clearAppMessage(); }, {"message"}},
+        {[&] { model().messages().clearAppMessage(); }, {}},
+    };
+    for (const auto& [act, names] : acts) {
+        signalled.clear();
+        act();
+        EXPECT_EQ(signalled, names) << &names - &acts[0].second;
+    }
 }
 
 } // namespace

@@ -65,7 +65,9 @@ TEST_F(AppModelTest, one_tick_publishes_the_remaining_time_once_and_nothing_else
     QObject::connect(&model(), &AppModel::sessionsChanged, [&] { ++others; });
     QObject::connect(&model(), &AppModel::preferencesChanged, [&] { ++others; });
     const int writes = defaults.failures.operationCount();
+    const Instant scheduled = center.pending.at(0).requestedAt;
     scheduler.advance(Seconds{1});
+    EXPECT_EQ(center.pending.at(0).requestedAt, scheduled);
     EXPECT_EQ(remaining, 1);
     EXPECT_EQ(others, 0);
     EXPECT_EQ(defaults.failures.operationCount(), writes) << "a tick writes nothing";
@@ -86,6 +88,7 @@ TEST_F(AppModelTest, an_idle_program_ticks_or_it_would_miss_midnight)
     QObject::connect(&model(), &AppModel::ticked, [&] { ++ticks; });
     scheduler.advance(Seconds{3});
     EXPECT_EQ(ticks, 3);
+    EXPECT_EQ(model().announcer().notificationAuthorization(), center.settings);
 }
 
 TEST_F(AppModelTest, a_phase_that_ended_while_the_program_was_closed_was_completed_away)
@@ -113,6 +116,11 @@ TEST_F(AppModelTest, a_phase_whose_end_is_ahead_goes_on_after_a_restart)
     EXPECT_EQ(model().remainingSeconds(), Seconds{1399.75});
     EXPECT_TRUE(model().sessions().empty());
     EXPECT_EQ(center.pending.size(), 1U) << "its end is announced again";
+    modelOrNone = std::make_unique<AppModel>(makeParts());
+    EXPECT_EQ(model().snapshot(), before);
+    EXPECT_EQ(model().remainingSeconds(), Seconds{1399.75}) << "from the first frame on";
+    modelOrNone.reset();
+    EXPECT_FALSE(events.observer.didWake || center.settingsChanged || loginItem.changed);
 }
 
 TEST_F(AppModelTest, an_unreadable_timer_is_reset_kept_and_told_of)
@@ -204,6 +212,14 @@ TEST_F(AppModelTest, quitting_tries_again)
     defaults.failures.failNothing();
     launch();
     EXPECT_EQ(model().snapshot(), paused);
+    for (const auto& tell : {&SystemEvents::Observer::willSleep, &SystemEvents::Observer::didWake}) {
+        defaults.failures.failFrom(1);
+        model().performPrimaryAction();
+        EXPECT_EQ(model().unsaved(), Log{"timer state"});
+        defaults.failures.failNothing();
+        (events.observer.*tell)();
+        EXPECT_EQ(model().unsaved(), Log{}) << "going to sleep and waking, too";
+    }
 }
 
 TEST_F(AppModelTest, timer_history_and_preferences_that_could_not_be_read_are_all_told_and_come_back)
@@ -259,6 +275,7 @@ TEST_F(AppModelTest, a_phase_that_was_superseded_before_it_could_be_read_becomes
     ASSERT_EQ(model().sessions().size(), 1U);
     EXPECT_EQ(model().sessions().front().outcome(), SessionOutcome::endedEarly);
     EXPECT_EQ(model().sessions().front().endedAt, start + Seconds{600});
+    EXPECT_NE(model().messages().appMessage()->detail.find(". The file stays as it is"), std::string::npos);
     launch();
     EXPECT_EQ(model().snapshot(), running);
 }
@@ -272,12 +289,16 @@ TEST_F(AppModelTest, waking_and_activation_complete_what_ended_meanwhile)
     EXPECT_EQ(runState(), ringing);
     EXPECT_EQ(model().sessions().front().outcome(), SessionOutcome::completedWhileAway);
 
+    model().advance();
+    events.observer.willSleep();
+    clock.jump(Seconds{3000});
     events.observer.didWake();
+    EXPECT_EQ(model().sessions().front().outcome(), SessionOutcome::completedWhileAway);
     model().advance();
     clock.jump(Seconds{3000});
     events.observer.didBecomeActive();
     EXPECT_EQ(model().sessions().front().outcome(), SessionOutcome::completed);
-    EXPECT_EQ(model().sessions().size(), 2U);
+    EXPECT_EQ(model().sessions().size(), 3U);
 }
 
 TEST_F(AppModelTest, another_time_zone_is_noticed_whoever_tells_of_it)

@@ -99,6 +99,10 @@ TEST_F(CapsuleChoreographyTest, the_circle_lives_while_a_phase_is_under_way)
     scheduler.advance(Seconds{375});
     EXPECT_EQ(capsule.content.clockText, "18:45");
     EXPECT_DOUBLE_EQ(capsule.content.progress, 0.25);
+    EXPECT_EQ(capsule.content.runState, running);
+    EXPECT_EQ(capsule.content.language, AppLanguage::english);
+    EXPECT_EQ(capsule.content.endTimeText, model().endTimeText());
+    EXPECT_EQ(capsule.content.cycleSummaryText, "Cycle 1/4 · 6 focus min");
     model().pause();
     EXPECT_EQ(shown(), "circle 50");
     hover(true);
@@ -106,6 +110,9 @@ TEST_F(CapsuleChoreographyTest, the_circle_lives_while_a_phase_is_under_way)
     EXPECT_EQ(shown(), "hidden");
     model().setShowTopCapsuleWhileRunning(true);
     EXPECT_EQ(shown(), "circle 50") << "it was folded";
+    EXPECT_EQ(capsule.layout.horizontalAnchor, HorizontalAnchor::center);
+    scheduler.advance(Seconds{1});
+    EXPECT_EQ(shown(), "circle 50");
     model().setTopTimerAppearance(TopTimerAppearance::light);
     EXPECT_EQ(capsule.content.appearance, TopTimerAppearance::light);
 }
@@ -191,6 +198,9 @@ TEST_F(CapsuleChoreographyTest, hovering_widens_and_leaving_waits)
         hover(false);
         scheduler.advance(Seconds{0.15});
         EXPECT_EQ(shown(), "circle 50");
+        hover(true);
+        EXPECT_EQ(capsule.content.revealsExpandedTimerContent, anchor == HorizontalAnchor::trailing);
+        scheduler.advance(Seconds{1});
         model().endCurrentPhase();
         model().dismissCompletion();
     }
@@ -215,11 +225,13 @@ TEST_F(CapsuleChoreographyTest, a_visible_circle_grows_into_the_island_and_back)
     model().start();
     ring();
     EXPECT_EQ(shown(), "island 460");
+    EXPECT_FALSE(capsule.content.showsCompactTimer || capsule.content.showsProgressBorder);
     EXPECT_EQ(capsule.content.completionTitle, "Focus complete");
     EXPECT_TRUE(capsule.content.isAlertSoundPlaying);
     hover(true);
     scheduler.advance(Seconds{1});
     EXPECT_EQ(shown(), "island 460") << "the pointer does not expand an island";
+    EXPECT_EQ(capsule.askedWidth, 0);
     command(CapsuleCommand::minimize);
     EXPECT_EQ(shown(), "minimised 50");
     command(CapsuleCommand::restore);
@@ -231,6 +243,31 @@ TEST_F(CapsuleChoreographyTest, a_visible_circle_grows_into_the_island_and_back)
     EXPECT_FALSE(capsule.content.isAlertSoundPlaying);
 }
 
+TEST_F(CapsuleChoreographyTest, what_was_expanded_or_minimised_before_an_end_is_forgotten)
+{
+    launchAndStart();
+    modelOrNone.reset();
+    open();
+    EXPECT_EQ(shown(), "circle 50") << "the first thing that it shows";
+    for (int turn = 0; turn < 2; ++turn) {
+        hover(true);
+        EXPECT_EQ(shown(), "expanding 316");
+        scheduler.advance(Seconds{1});
+        EXPECT_EQ(shown(), "expanded 316");
+        ring();
+        EXPECT_EQ(shown(), "island 460");
+        EXPECT_FALSE(capsule.content.revealsExpandedTimerContent);
+        EXPECT_EQ(model().currentCycleFocusMinutes(), 25) << "what is to come does not count";
+        command(CapsuleCommand::minimize);
+        command(CapsuleCommand::primary);
+        EXPECT_EQ(shown(), "circle 50");
+        EXPECT_EQ(capsule.layout.horizontalAnchor, HorizontalAnchor::center);
+    }
+    hover(true);
+    model().switchToNextPhase();
+    EXPECT_EQ(shown(), "circle 50");
+}
+
 TEST_F(CapsuleChoreographyTest, with_the_circle_switched_off_the_island_comes_and_goes_through_it)
 {
     open(false);
@@ -239,6 +276,8 @@ TEST_F(CapsuleChoreographyTest, with_the_circle_switched_off_the_island_comes_an
     ring();
     EXPECT_EQ(shown(), "bare circle 50");
     EXPECT_EQ(capsule.content.progress, 0.0);
+    hover(true);
+    EXPECT_EQ(capsule.askedWidth, 0);
     scheduler.advance(Seconds{0.081});
     EXPECT_EQ(shown(), "island 460");
     command(CapsuleCommand::primary);
@@ -323,6 +362,8 @@ TEST_F(CapsuleChoreographyTest, a_ringing_timer_shows_its_island_after_a_restart
     open();
     EXPECT_EQ(shown(), "island 460");
     EXPECT_EQ(capsule.content.completionTitle, std::nullopt);
+    hover(true);
+    EXPECT_EQ(capsule.askedWidth, 0);
     model().setAppLanguage(AppLanguage::simplifiedChinese);
     EXPECT_EQ(capsule.content.language, AppLanguage::simplifiedChinese);
     command(CapsuleCommand::minimize);

@@ -91,6 +91,25 @@ TEST_F(DisplayValuesTest, progress_exists_only_while_a_phase_is_under_way)
     EXPECT_EQ(model().progress(), 0.0);
 }
 
+TEST_F(DisplayValuesTest, an_end_is_presented_unless_the_next_phase_starts_by_itself)
+{
+    for (const bool startsByItself : {false, true}) {
+        defaults.values.erase("Brevlin.activeTimerSnapshot.v1");
+        launch();
+        model().commitTimerSettings(
+            {Seconds{60}, Seconds{60}, Seconds{60}, 4, startsByItself, !startsByItself, {}});
+        EXPECT_FALSE(model().isEndPresented());
+        model().start();
+        EXPECT_EQ(model().isEndPresented(), !startsByItself);
+        model().pause();
+        EXPECT_FALSE(model().isEndPresented());
+        model().endCurrentPhase();
+        EXPECT_TRUE(model().isEndPresented());
+        model().advance();
+        EXPECT_EQ(model().isEndPresented(), startsByItself);
+    }
+}
+
 TEST_F(DisplayValuesTest, the_end_time_is_told_in_the_users_locale)
 {
     clock.setNow(instantFromUnixTime(Seconds{1795500000})); // 2026-11-24 06:00:00 UTC

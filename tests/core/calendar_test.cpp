@@ -2,6 +2,7 @@
 #include "support/time_zones.h"
 
 #include <gtest/gtest.h>
+#include <unicode/timezone.h>
 
 #include <cmath>
 #include <limits>
@@ -72,6 +73,7 @@ TEST(Calendar, a_date_that_never_was_is_stepped_over)
 TEST(Calendar, intervals_follow_the_zone_and_the_weeks_asked_for)
 {
     const Calendar berlin = Calendar(test::zone("Europe/Berlin"), "en").withWeeks(Monday, 4);
+    EXPECT_EQ(berlin.minimalDaysInFirstWeek(), 4);
     const Instant sunday = utc(2026, 3, 29, 12);
     const auto interval = [&](CalendarUnit unit) {
         return berlin.interval(unit, sunday);
@@ -124,6 +126,8 @@ TEST(Calendar, hours_are_those_on_the_wall)
     const Calendar berlin(test::zone("Europe/Berlin"), "en");
     EXPECT_EQ(berlin.date(day(2026, 7, 1), 9), utc(2026, 7, 1, 7));
     EXPECT_EQ(berlin.date(day(2026, 3, 29), 2), utc(2026, 3, 29, 1));
+    EXPECT_EQ(berlin.date(day(2026, 3, 29), 3), utc(2026, 3, 29, 1));
+    EXPECT_EQ(berlin.date(day(2026, 10, 25), 3), utc(2026, 10, 25, 2));
 }
 
 TEST(Calendar, no_instant_and_no_zone_name_breaks_it)
@@ -143,6 +147,7 @@ TEST(Calendar, no_instant_and_no_zone_name_breaks_it)
 
 TEST(Calendar, texts_order_their_parts_by_locale)
 {
+    icu::TimeZone::adoptDefault(icu::TimeZone::createTimeZone("America/Lima")); // no matter
     const Instant instant = utc(2026, 11, 24, 6, 5);
     struct Case
     {

@@ -20,7 +20,7 @@ Instant local(int y, unsigned m, unsigned d, int hour = 0, int minute = 0, doubl
 }
 
 SessionRecord record(Instant endedAt, double duration = 1500,
-                     SessionOutcome outcome = SessionOutcome::completed,
+                     StoredRawValue<SessionOutcome> outcome = SessionOutcome::completed,
                      StoredRawValue<TimerPhase> phase = TimerPhase::focus)
 {
     SessionRecord result;
@@ -52,13 +52,14 @@ TEST(StatisticsSummary, counts_completed_focus_and_nothing_else)
         record(local(2026, 11, 24, 6), 600, SessionOutcome::skipped),
         record(local(2026, 11, 24, 5), 300, SessionOutcome::completed, TimerPhase::shortBreak),
         record(local(2026, 11, 24, 4), 300, SessionOutcome::completed, StoredRawValue<TimerPhase>{"nap"}),
+        record(local(2026, 11, 24, 3), 900, StoredRawValue<SessionOutcome>{"dozed"}),
         record(local(2026, 11, 23, 23, 59, 59.9), 90),
         record(local(2025, 1, 1), 6000),
     };
     const StatisticsSummary summary = StatisticsCalculator::calculate(sessions, now, berlin);
     EXPECT_EQ(summary.todayFocusMinutes, 24);
     EXPECT_EQ(summary.completedPomodoros, 4);
-    EXPECT_DOUBLE_EQ(summary.completionRate, 0.8);
+    EXPECT_DOUBLE_EQ(summary.completionRate, 4.0 / 6.0);
     EXPECT_EQ(summary.lastSevenDays[6], (DayFocusTotal{local(2026, 11, 24), 24, 2}));
     EXPECT_EQ(summary.lastSevenDays[5], (DayFocusTotal{local(2026, 11, 23), 1, 1}));
 }
@@ -134,6 +135,7 @@ TEST(PeriodStatistics, put_each_record_where_it_ended)
         return StatisticsCalculator::calculatePeriod(sessions, granularity, now, berlin);
     };
     const PeriodStatistics day = period(StatisticsGranularity::day);
+    EXPECT_EQ(day.granularity, StatisticsGranularity::day);
     EXPECT_EQ(day.completedPomodoros, 5);
     EXPECT_EQ(day.attemptedPomodoros, 6);
     EXPECT_EQ(day.activeUnitCount, 4);
@@ -166,6 +168,15 @@ TEST(PeriodStatistics, a_record_near_a_midnight_that_comes_twice_keeps_its_date)
         EXPECT_EQ(month.buckets[2].completedPomodoros, 5);
         std::reverse(sessions.begin(), sessions.end());
     }
+    // In Saint John's the clock went back to the date before a minute after midnight: outside of every
+    // bucket.
+    const Calendar johns = Calendar(test::zone("America/St_Johns"), "en").withWeeks(std::chrono::Sunday, 1);
+    const Instant anchor = johns.start(LocalDay{std::chrono::year{2010} / 11 / 7});
+    const std::vector<SessionRecord> late{record(anchor + Seconds{1800.0})};
+    const PeriodStatistics week =
+        StatisticsCalculator::calculatePeriod(late, StatisticsGranularity::week, anchor, johns);
+    EXPECT_EQ(week.completedPomodoros, 1);
+    EXPECT_EQ(week.activeUnitCount, 0);
 }
 
 TEST(PeriodStatistics, attempts_without_completion_and_absurd_durations_are_told_as_they_are)

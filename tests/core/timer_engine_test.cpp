@@ -66,12 +66,42 @@ TEST(TimerEngine, a_shorter_cycle_takes_the_count_as_it_stands)
     EXPECT_EQ(engine.reconcile(at(1500), false).snapshot.phase, TimerPhase::longBreak);
 }
 
-TEST(TimerEngine, a_stored_pause_that_lacks_its_remaining_time_stays_a_pause)
+TEST(TimerEngine, a_stored_state_that_contradicts_itself_stays_as_it_is)
 {
     TimerSnapshot snapshot = freshSnapshot({});
+    snapshot.timeZoneIdentifierAtStart = "Asia/Tokyo";
+    snapshot.completedFocusCount = -1;
+    const auto expectUnchanged = [&](std::initializer_list<TimerTransition (*)(TimerEngine&)> operations) {
+        TimerEngine engine({}, snapshot, [] { return "UTC"; });
+        for (const auto& operation : operations) {
+            EXPECT_EQ(operation(engine).snapshot, snapshot);
+        }
+        const auto ended = engine.endEarly(t0).finishedSession.value_or(FinishedSession{});
+        EXPECT_EQ(ended.pauseDuration, Seconds{0});
+        EXPECT_TRUE(!snapshot.isActive() || ended.timeZoneIdentifierAtStart == "Asia/Tokyo");
+    };
+    const auto resume = [](TimerEngine& engine) {
+        return engine.resume(t0);
+    };
+    const auto addTime = [](TimerEngine& engine) {
+        return engine.addTime(Seconds{60}, t0);
+    };
+    const auto reconcile = [](TimerEngine& engine) {
+        return engine.reconcile(t0, false);
+    };
     snapshot.runState = TimerRunState::paused;
-    TimerEngine engine({}, snapshot, [] { return "UTC"; });
-    EXPECT_EQ(engine.resume(t0).snapshot, snapshot);
+    expectUnchanged({resume});
+    snapshot.runState = TimerRunState::running;
+    snapshot.pausedAt = at(-50);
+    snapshot.pausedRemainingSeconds = Seconds{5};
+    expectUnchanged({resume, addTime, reconcile});
+    snapshot.runState = TimerRunState::ringing;
+    snapshot.expectedEndAt = t0;
+    expectUnchanged({addTime, reconcile});
+    // A focus phase that ends makes the count 0, and no cycle is complete.
+    snapshot.runState = TimerRunState::running;
+    EXPECT_EQ(TimerEngine({}, snapshot, [] { return "UTC"; }).reconcile(t0, false).snapshot.phase,
+              TimerPhase::shortBreak);
 }
 
 TEST(TimerEngine, a_break_that_starts_by_itself_starts_when_the_end_was_noticed)

@@ -44,6 +44,11 @@ TEST(TimerSettings, unusable_values_become_usable_ones)
         settings.focusSessionsPerLongBreak = given;
         EXPECT_EQ(settings.sanitized().focusSessionsPerLongBreak, 1);
     }
+    for (const TimerPhase phase : allCases<TimerPhase>()) {
+        TimerSettings settings;
+        settings.setDuration(phase, Seconds{7});
+        EXPECT_EQ(settings.duration(phase), Seconds{7});
+    }
 }
 
 TEST(TimerSnapshot, remaining_time_is_never_negative_nor_undefined)
@@ -79,7 +84,8 @@ TEST(Uuid, reads_both_letter_cases_and_nothing_else)
     for (const char* text :
          {"", "0F8FAD5B-D9CB-469F-A165-70867728950", "0F8FAD5B-D9CB-469F-A165-70867728950E0",
           "0F8FAD5B+D9CB-469F-A165-70867728950E", "0F8FAD5BAD9CB-469F-A165-70867728950E",
-          "GF8FAD5B-D9CB-469F-A165-70867728950E", "{F8FAD5B-D9CB-469F-A165-70867728950}"}) {
+          "GF8FAD5B-D9CB-469F-A165-70867728950E", "0GFFAD5B-D9CB-469F-A165-70867728950E",
+          "@F8FAD5B-D9CB-469F-A165-70867728950E", "{F8FAD5B-D9CB-469F-A165-70867728950}"}) {
         EXPECT_FALSE(Uuid::fromText(text)) << text;
     }
     EXPECT_NE(Uuid::random(), Uuid::random());
@@ -98,12 +104,14 @@ TEST(RawValues, letter_case_counts_and_every_case_survives_storage)
 {
     EXPECT_EQ(fromRawValue<TimerPhase>("shortbreak"), std::nullopt);
     EXPECT_EQ(fromRawValue<AppLanguage>("en"), std::nullopt);
+    EXPECT_EQ(allCases<TimerPhase>().back(), TimerPhase::longBreak);
     for (const SessionOutcome outcome : allCases<SessionOutcome>()) {
         EXPECT_EQ(fromRawValue<SessionOutcome>(rawValue(outcome)), outcome);
     }
     const StoredRawValue<TimerPhase> later{std::string_view{"nap"}};
     EXPECT_EQ(later.value(), std::nullopt);
     EXPECT_EQ(later.text(), "nap");
+    EXPECT_NE(later, StoredRawValue<TimerPhase>{TimerPhase::focus});
 }
 
 TEST(SessionRecord, fills_what_a_session_left_open)
@@ -117,6 +125,7 @@ TEST(SessionRecord, fills_what_a_session_left_open)
     EXPECT_EQ(record.plannedStartAt, session.startedAt);
     EXPECT_EQ(record.actualStartAt, session.startedAt);
     EXPECT_EQ(record.intention, "");
+    EXPECT_FALSE(endedLater(record, record)) << "a stable sort keeps equal ones as they are";
 }
 
 } // namespace

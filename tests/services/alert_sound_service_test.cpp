@@ -43,6 +43,7 @@ TEST_F(AlertSoundServiceTest, stopping_early_leaves_nothing_for_the_sixtieth_sec
     scheduler.advance(Seconds{100});
     EXPECT_EQ(states, (States{false, true, false}));
     service.stop();
+    EXPECT_EQ(player.log, (Log{"loop Glass", "stop Glass"}));
     EXPECT_EQ(states.size(), 4U) << "a stop in silence is reported as well";
 }
 

@@ -37,7 +37,10 @@ protected:
 
 TEST_F(NotificationServiceTest, schedules_the_whole_request)
 {
+    EXPECT_EQ(center.categories.at(0).identifier, "brevlin.timer.finished");
+    EXPECT_EQ(center.categories[0].actions[0].title, "开始下一阶段");
     service.setLanguage(AppLanguage::english);
+    EXPECT_EQ(center.categories[0].actions[1].title, "Stop alert");
     EXPECT_EQ(schedule(running(0.4), AlertIntensity::strong), "");
     ASSERT_EQ(center.pending.size(), 1U);
     NotificationRequest expected;

@@ -20,8 +20,8 @@ TEST(CapsulePositionStore, writes_and_reads_the_documented_form)
         defaults.values[key],
         R"({"displayID":4294967295,"xFraction":0.5,"yFraction":0.25,"version":5,"horizontalAnchor":"center"})");
     EXPECT_EQ(store.load(), position);
-    defaults.values[key] = R"({"xFraction":1,"yFraction":0})";
-    EXPECT_EQ(store.load(), (SavedPosition{std::nullopt, 1, 0, std::nullopt, std::nullopt}));
+    defaults.values[key] = R"({"displayID":0,"xFraction":1,"yFraction":0})";
+    EXPECT_EQ(store.load(), (SavedPosition{0, 1, 0, std::nullopt, std::nullopt}));
 }
 
 TEST(CapsulePositionStore, what_cannot_be_read_counts_as_absent_and_stays)

@@ -87,6 +87,11 @@ TEST(JsonRules, every_doubtful_document_is_decided)
     }
 }
 
+TEST(JsonRules, null_is_as_good_as_a_missing_key)
+{
+    EXPECT_EQ(decodeTimerSnapshot(document("1", "2", "null"))->intention, std::nullopt);
+}
+
 TEST(JsonRules, the_first_of_two_equal_keys_holds)
 {
     const auto snapshot =

@@ -27,6 +27,7 @@ TEST(JsonWriter, numbers_are_short_and_integral_ones_plain)
     EXPECT_EQ(written(9007199254740994.0), "9007199254740994");
     // An integer literal beyond 64 bits is one that readers refuse.
     EXPECT_EQ(written(18446744073709551616.0), "1.8446744073709552e+19");
+    EXPECT_EQ(written(-9223372036854775808.0), "-9.223372036854776e+18");
     EXPECT_EQ(written(std::numeric_limits<double>::denorm_min()), "5e-324");
     EXPECT_EQ(written(std::numeric_limits<std::int64_t>::min()), "-9223372036854775808");
 }
@@ -35,7 +36,11 @@ TEST(JsonWriter, what_json_cannot_express_is_refused)
 {
     EXPECT_EQ(written(std::nan("")), "refused");
     EXPECT_EQ(written(-std::numeric_limits<double>::infinity()), "refused");
-    for (const char* text : {"\xff", "\xc0\x80", "\xed\xa0\x80", "\xe4\xb8"}) {
+    JsonWriter writer;
+    writer.field("length", std::nan(""));
+    EXPECT_EQ(std::move(writer).finish().error().description,
+              "The value of \"length\" is not a finite number");
+    for (const char* text : {"\xff", "\xff then plain", "\x80", "\xc0\x80", "\xed\xa0\x80", "\xe4\xb8"}) {
         EXPECT_EQ(written(std::string_view(text)), "refused");
     }
 }
@@ -44,6 +49,13 @@ TEST(JsonWriter, texts_are_escaped_as_little_as_possible)
 {
     EXPECT_EQ(written(std::string_view("Asia/Shanghai")), "\"Asia/Shanghai\"");
     EXPECT_EQ(written(std::string_view("专注 😀")), "\"专注 😀\"");
+    EXPECT_EQ(written(std::string_view("\"plain")), R"("\"plain")");
+    JsonWriter writer;
+    writer.beginArray();
+    writer.value(std::string_view(std::string(90'000, '\n')));
+    writer.value(std::string_view(std::string(90'000, '\n')));
+    writer.endArray();
+    EXPECT_EQ(std::move(writer).finish()->size(), 360'007U);
     EXPECT_EQ(written(std::string_view("\"\\\b\f\n\r\t\x01\0", 9)), R"("\"\\\b\f\n\r\t\u0001\u0000")");
 }
 

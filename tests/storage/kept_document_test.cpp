@@ -60,6 +60,13 @@ TEST(KeptDocument, what_the_disk_refuses_is_told_once_and_tried_until_it_is_take
     disk.scheduler.advance(RetryTimer::longestDelay);
     EXPECT_EQ(disk.defaults.values, (Values{{"key", "2"}}));
     EXPECT_EQ(disk.scheduler.pendingCount(), 0U);
+    disk.defaults.failures.failFrom(1);
+    document.write("refused");
+    EXPECT_EQ(disk.scheduler.nextDelay(), RetryTimer::firstDelay);
+    disk.thread.runsAtOnce = false;
+    document.write("3");
+    document.retry();
+    EXPECT_EQ(disk.thread.waitingCount(), 1U) << "what is on its way is not tried again";
 }
 
 TEST(KeptDocument, a_document_that_could_not_be_read_is_read_before_anything_is_written)
@@ -71,15 +78,37 @@ TEST(KeptDocument, a_document_that_could_not_be_read_is_read_before_anything_is_
     std::vector<std::string> read;
     document.setObserver({[&](const auto& bytes) { read.push_back(bytes.value_or("none")); }, {}});
     ASSERT_FALSE(document.read());
-    document.write("new");
+    EXPECT_EQ(disk.scheduler.nextDelay(), RetryTimer::firstDelay);
+    document.write("old news");
     EXPECT_EQ(disk.defaults.values, (Values{{"legacy", "old"}}));
     disk.defaults.unreadable.clear();
+    disk.thread.runsAtOnce = false;
     document.retry();
+    document.write("new");
+    EXPECT_EQ(disk.thread.waitingCount(), 1U);
+    disk.thread.runAll();
+    EXPECT_EQ(disk.scheduler.pendingCount(), 0U);
     EXPECT_EQ(read, std::vector<std::string>{"old"});
     EXPECT_EQ(disk.defaults.values, (Values{{"key", "new"}}));
 }
 
-TEST(KeptDocument, one_of_a_former_name_moves_once_it_can_and_never_over_the_current_one)
+TEST(KeptDocument, one_of_a_former_name_stays_beside_a_current_one_and_where_it_is_damaged)
+{
+    test::FakeDisk disk;
+    disk.defaults.values = {{"legacy", "old"}, {"key", "1"}};
+    KeptDocument current(disk, "key", "legacy");
+    current.write("2");
+    current.write("3");
+    EXPECT_EQ(disk.defaults.values, (Values{{"legacy", "old"}, {"key", "3"}}));
+    disk.defaults.values = {{"legacy", "{"}};
+    KeptDocument damaged(disk, "key", "legacy");
+    ASSERT_TRUE(damaged.read());
+    damaged.setDamaged();
+    damaged.write("new");
+    EXPECT_EQ(disk.defaults.values, (Values{{"legacy", "{"}, {"key", "new"}}));
+}
+
+TEST(KeptDocument, one_of_a_former_name_moves_moves_once_it_can_and_never_over_the_current_one)
 {
     const struct
     {

@@ -33,10 +33,14 @@ TEST(MainWindowStore, gives_no_geometry_that_makes_no_sense)
     std::string& stored = defaults.values["com.quillmark.brevlin.mainWindow"];
     EXPECT_EQ(stored, R"({"x":-40,"y":20,"width":920,"height":650,"maximized":true})");
     EXPECT_EQ(store.geometry(), geometry);
-    const WindowGeometry unmoved{std::nullopt, 920, 650, false};
+    const WindowGeometry unmoved{std::nullopt, 1, 100'000, false};
     ASSERT_TRUE(store.saveGeometry(unmoved));
-    EXPECT_EQ(stored, R"({"width":920,"height":650,"maximized":false})");
+    EXPECT_EQ(stored, R"({"width":1,"height":100000,"maximized":false})");
     EXPECT_EQ(store.geometry(), unmoved);
+    for (const std::string half : {"x", "y"}) {
+        stored = R"({"width":1,"height":100000,"maximized":false,")" + half + R"(":5})";
+        EXPECT_EQ(store.geometry(), unmoved);
+    }
     for (const char* bad : {R"({"x":0,"y":0,"width":0,"height":650,"maximized":true})",
                             R"({"x":0,"y":1e9,"width":920,"height":650,"maximized":true})",
                             R"({"x":0,"y":0,"width":920,"height":650})", "[]", ""}) {

@@ -80,6 +80,12 @@ TEST_F(PreferencesStoreTest, stored_timer_settings_are_sanitized)
     const TimerSettings settings = m_store.load().timerSettings;
     EXPECT_EQ(settings.focusDuration, Seconds{1.0});
     EXPECT_EQ(settings.focusSessionsPerLongBreak, 1);
+    for (const std::string length : {"1500", "300", "900"}) {
+        document = full;
+        m_defaults.values[key] = document.replace(document.find(length), length.size(), "1e300");
+        const TimerSettings held = m_store.load().timerSettings;
+        EXPECT_LT(held.focusDuration + held.shortBreakDuration + held.longBreakDuration, Seconds{1e18});
+    }
 }
 
 TEST_F(PreferencesStoreTest, one_bad_value_gives_all_defaults_and_the_document_is_kept)
@@ -114,6 +120,7 @@ TEST_F(PreferencesStoreTest, nothing_is_written_over_what_could_not_be_read)
     m_defaults.unreadable.clear();
     m_disk.scheduler.advance(RetryTimer::longestDelay);
     EXPECT_EQ(read->appLanguage, AppLanguage::english);
+    EXPECT_FALSE(m_store.readError());
     EXPECT_TRUE(m_store.isSaved());
     EXPECT_EQ(m_defaults.values, (std::map<std::string, std::string>{{key, full}})) << "nothing is set aside";
 }

@@ -56,9 +56,9 @@ TEST_F(SessionDocumentTest, after_any_change_the_file_holds_what_memory_holds)
 {
     // In front, behind, in between, at the same instant, and twice: the kept text must follow all of it.
     SessionStore store = open();
-    const std::pair<int, double> changes[] = {{1, 1000}, {2, 3000}, {3, 2000}, {4, 3000},
-                                              {5, 4000}, {6, 5000}, {2, 6000}, {7, 7000},
-                                              {7, 500},  {8, 8000}, {9, 9000}};
+    const std::pair<int, double> changes[] = {{1, 1000}, {2, 3000}, {3, 2000}, {4, 3000}, {5, 4000},
+                                              {6, 5000}, {2, 6000}, {7, 7000}, {7, 500},  {8, 8000},
+                                              {9, 9000}, {0, 8500}, {0, 9500}};
     for (const auto& [number, endedAt] : changes) {
         store.insert(session(number, endedAt));
         EXPECT_TRUE(store.isSaved());
@@ -67,12 +67,12 @@ TEST_F(SessionDocumentTest, after_any_change_the_file_holds_what_memory_holds)
         ASSERT_TRUE(anew.encode(store.sessions()));
         EXPECT_EQ(file(), anew.view()) << number;
     }
-    EXPECT_EQ(ids(store.sessions()), "19 18 12 16 15 14 13 11 17 ");
-    store.remove(store.sessions()[2]);
+    EXPECT_EQ(ids(store.sessions()), "10 19 18 12 16 15 14 13 11 17 ");
+    store.remove(store.sessions()[3]);
     store.remove(SessionRecord(session(80, 1.0)));
     store.insert(session(10, 10'000));
     EXPECT_TRUE(store.isSaved());
-    EXPECT_EQ(ids(open().sessions()), "20 19 18 16 15 14 13 11 17 ");
+    EXPECT_EQ(ids(open().sessions()), "20 10 19 18 16 15 14 13 11 17 ");
 }
 
 TEST_F(SessionDocumentTest, thousands_of_insertions_in_front_outgrow_the_kept_text)
@@ -110,6 +110,7 @@ TEST_F(SessionDocumentTest, records_that_share_an_id_go_and_come_back_together)
     m_files.failures.failOperation(1);
     store.remove(store.sessions()[1]);
     EXPECT_EQ(ids(store.sessions()), "12 12 11 ");
+    EXPECT_EQ(m_scheduler.pendingCount(), 0U);
     store.remove(store.sessions()[1]);
     EXPECT_EQ(ids(store.sessions()), "11 ");
     EXPECT_EQ(test::differences(open().sessions(), store.sessions()), "");
@@ -154,6 +155,19 @@ TEST_F(SessionDocumentTest, one_bad_record_makes_the_file_unreadable)
         EXPECT_EQ(store.lastError()->operation, SessionStoreError::Operation::fetch);
         EXPECT_TRUE(store.sessions().empty());
         EXPECT_EQ(file(), text);
+    }
+}
+
+TEST_F(SessionDocumentTest, the_error_names_the_record)
+{
+    for (const auto& [sessions, error] :
+         {std::pair{"[{}]", "The key \"actualStartAt\" of record 1 is missing"},
+          {"[7]", "Record 1 is not a JSON object"},
+          {"7", "The key \"sessions\" has an unexpected value"}}) {
+        EXPECT_EQ(decodeSessionArchive(R"({"version":1,"sessions":)" + std::string(sessions) + "}")
+                      .error()
+                      .description,
+                  error);
     }
 }
 

@@ -25,15 +25,24 @@ TEST_F(SessionStoreTest, a_damaged_history_is_kept_before_the_first_write)
     EXPECT_TRUE(store.lastError()->errorDescription().starts_with(
         "无法读取专注记录：The file has the newer format version 2"));
 
-    m_files.files[setAsidePath] = "an earlier one";
+    const std::string second = "/data/Brevlin/sessions-v1.unreadable-20260131T235959Z-2.json";
+    m_files.files[setAsidePath] = m_files.files[second] = "an earlier one";
     m_files.failures.failOperation(1);
     store.insert(session(1, 1.0));
     EXPECT_EQ(file(), newer) << "what cannot be kept must not be overwritten";
+    file() += "\n"; // somebody else's, and no better
     store.insert(session(2, 2.0));
-    EXPECT_EQ(m_files.files.at("/data/Brevlin/sessions-v1.unreadable-20260131T235959Z-2.json"), newer);
+    EXPECT_EQ(m_files.files.at("/data/Brevlin/sessions-v1.unreadable-20260131T235959Z-3.json"), newer + "\n");
     EXPECT_EQ(m_files.files.at(setAsidePath), "an earlier one");
-    EXPECT_EQ(m_files.files.size(), 3U);
+    EXPECT_EQ(m_files.files.size(), 4U);
     EXPECT_EQ(ids(open().sessions()), "12 11 ");
+
+    file() = "{";
+    SessionStore mended = open();
+    file() = twoRecords();
+    mended.insert(session(3, 3000.0));
+    EXPECT_EQ(ids(recordsOf(file())), "13 12 11 ") << "a whole one in its place is taken over";
+    EXPECT_EQ(m_files.files.size(), 4U);
 }
 
 TEST_F(SessionStoreTest, a_history_that_could_not_be_read_is_whole_once_it_can)
@@ -47,7 +56,9 @@ TEST_F(SessionStoreTest, a_history_that_could_not_be_read_is_whole_once_it_can)
     store.insert(session(3, 3000.0));
     store.insert(session(4, 1500.0));
     EXPECT_EQ(ids(store.sessions()), "13 14 ");
+    EXPECT_EQ(m_scheduler.nextDelay(), RetryTimer::firstDelay);
     store.clear();
+    EXPECT_NE(store.lastError()->underlyingDescription.find("Permission denied"), std::string::npos);
     store.remove(store.sessions()[1]);
     EXPECT_EQ(ids(store.sessions()), "13 14 ") << "nothing is removed from what nobody has seen";
     m_scheduler.advance(Seconds{3600});
@@ -78,6 +89,9 @@ TEST_F(SessionStoreTest, reading_is_tried_soon_and_then_more_and_more_seldom)
         }
     }
     EXPECT_EQ(attempts, (std::vector<double>{2, 6, 14, 30, 62, 126, 254, 510, 810, 1110, 1410, 1710}));
+    m_files.unreadable.clear();
+    m_scheduler.advance(RetryTimer::longestDelay);
+    EXPECT_EQ(m_scheduler.pendingCount(), 0U);
 }
 
 TEST_F(SessionStoreTest, a_record_that_the_disk_refuses_stays_and_is_tried_again)
@@ -97,6 +111,14 @@ TEST_F(SessionStoreTest, a_record_that_the_disk_refuses_stays_and_is_tried_again
     EXPECT_TRUE(store.isSaved());
     EXPECT_EQ(store.lastError(), std::nullopt);
     EXPECT_EQ(ids(open().sessions()), "14 13 12 11 ");
+    EXPECT_EQ(m_scheduler.pendingCount(), 0U);
+    m_files.failures.failFrom(1);
+    store.insert(session(5, 5000.0));
+    EXPECT_EQ(m_scheduler.nextDelay(), RetryTimer::firstDelay);
+    m_thread.runsAtOnce = false;
+    store.retry();
+    store.retry();
+    EXPECT_EQ(m_thread.waitingCount(), 1U);
 }
 
 TEST_F(SessionStoreTest, changes_take_effect_before_the_disk_has_them_and_reach_it_in_order)
@@ -107,6 +129,8 @@ TEST_F(SessionStoreTest, changes_take_effect_before_the_disk_has_them_and_reach_
     store.insert(session(2, 2000.0));
     store.remove(store.sessions()[1]);
     store.insert(session(3, 500.0));
+    store.retry();
+    EXPECT_EQ(m_thread.waitingCount(), 4U) << "what is on its way is not tried again";
     EXPECT_EQ(ids(store.sessions()), "12 13 ");
     EXPECT_FALSE(m_files.exists(path));
     std::vector<std::string> onDisk;
@@ -124,6 +148,8 @@ TEST_F(SessionStoreTest, a_history_that_is_read_late_joins_what_was_done_meanwhi
     m_thread.runsAtOnce = false;
     SessionStore store = open();
     listenTo(store);
+    store.retry();
+    EXPECT_EQ(m_thread.waitingCount(), 1U);
     store.insert(session(3, 1500.0));
     store.insert(session(2, 2500.0));
     EXPECT_EQ(ids(store.sessions()), "12 13 ");
@@ -151,7 +177,9 @@ TEST_F(SessionStoreTest, what_others_have_written_into_the_file_is_kept)
     file() = theirs.files[path];
     store.insert(session(4, 4000.0));
     EXPECT_EQ(ids(store.sessions()), "16 14 13 15 12 ") << "what was deleted here stays so";
-    EXPECT_EQ(test::differences(recordsOf(file()), store.sessions()), "");
+    SessionArchiveText inOrder;
+    ASSERT_TRUE(inOrder.encode(store.sessions()));
+    EXPECT_EQ(file(), inOrder.view());
     EXPECT_EQ(m_changes, 1);
 
     m_files.beforeReplacing = [&] {
@@ -162,6 +190,17 @@ TEST_F(SessionStoreTest, what_others_have_written_into_the_file_is_kept)
     store.insert(session(9, 200.0));
     EXPECT_EQ(ids(store.sessions()), "16 14 13 15 12 19 18 ") << "at the last moment";
     EXPECT_EQ(test::differences(recordsOf(file()), store.sessions()), "");
+    int looks = 0;
+    const std::function<void()> interfere = [&] {
+        file() += " ";
+        ++looks;
+        m_files.beforeReplacing = interfere;
+    };
+    m_files.beforeReplacing = interfere;
+    store.insert(session(10, 50.0));
+    m_files.beforeReplacing = nullptr;
+    EXPECT_EQ(looks, 3);
+    EXPECT_EQ(file().back(), '}') << "whoever writes without end is not waited for";
 
     file() = theirs.files[path];
     store.clear();
@@ -200,13 +239,19 @@ TEST_F(SessionStoreTest, a_failed_refresh_keeps_the_records)
 {
     file() = twoRecords();
     SessionStore store = open();
+    listenTo(store);
     file() += "x";
     store.refresh();
     EXPECT_TRUE(store.lastError());
+    EXPECT_EQ(m_failures, "fetch ");
     EXPECT_EQ(store.sessions().size(), 2U);
     file().pop_back();
     store.refresh();
     EXPECT_EQ(store.lastError(), std::nullopt);
+    file() += "x";
+    store.refresh();
+    store.insert(session(3, 3000.0));
+    EXPECT_EQ(file().back(), 'x') << "it may be half copied";
 }
 
 TEST_F(SessionStoreTest, the_legacy_history_is_copied_once_and_stays)
@@ -221,6 +266,13 @@ TEST_F(SessionStoreTest, the_legacy_history_is_copied_once_and_stays)
     store.clear();
     EXPECT_TRUE(open(legacyPath).sessions().empty());
     EXPECT_EQ(m_files.files.size(), 2U);
+    file() = "unreadable";
+    m_files.unreadable = {path};
+    EXPECT_TRUE(open(legacyPath).lastError());
+    EXPECT_EQ(file(), "unreadable") << "no copy is laid over it";
+    m_files.files.erase(path);
+    m_files.unreadable = {legacyPath};
+    EXPECT_TRUE(open(legacyPath).lastError());
 }
 
 TEST_F(SessionStoreTest, a_record_that_json_cannot_express_is_refused_without_a_write)
@@ -237,6 +289,7 @@ TEST_F(SessionStoreTest, a_record_that_json_cannot_express_is_refused_without_a_
     EXPECT_EQ(m_failures, "fetch insert insert ");
     EXPECT_EQ(m_files.files.size(), 1U) << "nothing is set aside for a write that does not come";
     EXPECT_TRUE(store.sessions().empty());
+    EXPECT_TRUE(store.isSaved());
     store.insert(session(1, 1.0));
     EXPECT_TRUE(store.isSaved());
 }

@@ -72,7 +72,7 @@ TEST(SnapshotDocument, every_truncation_and_every_missing_key_is_an_error)
 TEST(SnapshotDocument, no_document_can_break_the_engine)
 {
     const auto snapshot = decodeTimerSnapshot(
-        R"({"phase":"focus","runState":"paused","startedAt":-1.7e308,"pausedAt":-1.7e308,)"
+        R"({"phase":"focus","runState":"paused","startedAt":-1.7e308,"pausedAt":-1.7e308,"expectedEndAt":1.7e308,)"
         R"("pausedRemainingSeconds":1.7e308,"plannedDuration":1.7e308,"accumulatedPauseSeconds":1.7e308,)"
         R"("interruptionCount":9223372036854775807,"completedFocusCount":9223372036854775807})");
     ASSERT_TRUE(snapshot);
@@ -85,6 +85,11 @@ TEST(SnapshotDocument, no_document_can_break_the_engine)
     EXPECT_TRUE(std::isfinite(ended.finishedSession->pauseDuration.count()));
     EXPECT_TRUE(encode(*ended.finishedSession));
     EXPECT_LT(snapshot->accumulatedPauseSeconds, Seconds{1e18}) << "fits a 64-bit integer";
+    for (const auto& each : {snapshot->startedAt, snapshot->pausedAt, snapshot->expectedEndAt}) {
+        EXPECT_LT(std::abs(each.value().time_since_epoch().count()), 1e18);
+    }
+    EXPECT_LT(*snapshot->pausedRemainingSeconds + snapshot->plannedDuration, Seconds{1e18});
+    EXPECT_LT(snapshot->interruptionCount, std::numeric_limits<std::int64_t>::max());
     EXPECT_GT(snapshot->interruptionCount, 0);
     EXPECT_LT(snapshot->completedFocusCount, std::numeric_limits<std::int64_t>::max());
 }
@@ -94,7 +99,14 @@ TEST(SnapshotDocument, a_finished_session_reads_back)
     FinishedSession session;
     session.id = Uuid::random();
     session.outcome = SessionOutcome::completedWhileAway;
+    session.phase = TimerPhase::shortBreak;
+    session.startedAt = Instant{Seconds{0.5}};
     session.endedAt = Instant{Seconds{1.5}};
+    session.plannedDuration = Seconds{2};
+    session.effectiveDuration = Seconds{3};
+    session.pauseDuration = Seconds{4};
+    session.cycleIndex = 5;
+    session.interruptionCount = 6;
     session.scheduledEndAt = session.endedAt;
     session.completedWhileAway = true;
     session.timeZoneIdentifierAtStart = "UTC";

@@ -55,6 +55,17 @@ public:
         return static_cast<std::size_t>(
             std::count_if(m_entries.begin(), m_entries.end(), [](const auto& e) { return !e->cancelled; }));
     }
+    /// The time until the next task runs; nothing when none is scheduled.
+    std::optional<Seconds> nextDelay() const
+    {
+        std::optional<Seconds> result;
+        for (const auto& entry : m_entries) {
+            if (!entry->cancelled && (!result || entry->due() - m_elapsed < *result)) {
+                result = entry->due() - m_elapsed;
+            }
+        }
+        return result;
+    }
 
 private:
     struct Entry

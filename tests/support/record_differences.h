@@ -8,7 +8,7 @@
 
 namespace brevlin::test {
 
-/// The names of the fields in which two histories differ, or "": equality of records compares five of them.
+/// The names of the fields in which two histories differ, or "".
 inline std::string differences(const std::vector<SessionRecord>& left,
                                const std::vector<SessionRecord>& right)
 {
