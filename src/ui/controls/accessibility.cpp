@@ -67,6 +67,7 @@ public:
         QAccessible::State state = AccessibleButton::state();
         state.selectable = true;
         state.selected = m_button->isSelected();
+        state.focusable = true; // the arrow keys come to the others
         return state;
     }
 
