@@ -49,6 +49,8 @@ TopCapsuleView::TopCapsuleView(QWidget* parent)
 {
     m_compactClock->setAttribute(Qt::WA_TransparentForMouseEvents);
     m_compactClock->setAlignment(Qt::AlignCenter);
+    // All day long and once a second, five steps would cost four times what the capsule costs.
+    m_compactClock->setFades(false);
     m_compactClock->setMinimumScale(smallestClockScale);
     updateColors();
     connect(&m_progress, &ValueAnimation::valueChanged, this, [this] { update(); });

@@ -93,7 +93,7 @@ void NumericText::setText(const QString& text)
     m_arriving.clear();
     m_leaving.clear();
 
-    if (widthOf(after) != m_width) {
+    if (widthOf(after) != m_width || !m_fades) {
         m_steady = std::move(after);
         m_width = widthOf(m_steady);
         updateGeometry();

@@ -28,6 +28,8 @@ public:
     /// In place of the theme's colour.
     void setInk(const QColor& ink);
     void setTextFont(const QFont& font);
+    /// Whether a change fades; without it, it is there at once.
+    void setFades(bool fades) { m_fades = fades; }
     void setAlignment(Qt::Alignment alignment);
     /// How far (0 to 1) the text may shrink when its room is narrow; 1, the default, never shrinks.
     void setMinimumScale(double scale);
@@ -84,6 +86,7 @@ private:
     QString m_text;
     ThemeColor m_color = ThemeColor::label;
     std::optional<QColor> m_ink;
+    bool m_fades = true;
     Qt::Alignment m_alignment = Qt::AlignLeft | Qt::AlignVCenter;
     double m_minimumScale = 1;
     std::optional<ThemeColor> m_backdrop;
