@@ -67,7 +67,7 @@ void TopCapsuleView::showOpacity(double opacity)
         if (m_page != nullptr) {
             m_page->setGraphicsEffect(nullptr);
         }
-        delete m_leavingPage;
+        discard(std::exchange(m_leavingPage, nullptr));
         return;
     }
     const auto setOpacity = [](QWidget* page, double value) {
@@ -112,7 +112,7 @@ void TopCapsuleView::setContent(const CapsuleContent& content)
 // A completion enters and leaves by its opacity.
 void TopCapsuleView::exchangePages(bool hadCompletion)
 {
-    delete m_leavingPage;
+    discard(std::exchange(m_leavingPage, nullptr));
     if (hadCompletion && m_page != nullptr) {
         m_leavingPage = std::exchange(m_page, nullptr);
         m_leavingPage->setAttribute(Qt::WA_TransparentForMouseEvents);
@@ -171,13 +171,18 @@ void TopCapsuleView::updateColors()
     m_colors = capsuleColors(m_content.appearance, Theme::of(*this), m_isBlurred);
 }
 
+// Later, because it may be one of its own buttons that brought this about.
+void TopCapsuleView::discard(CapsulePage* page)
+{
+    if (page != nullptr) {
+        page->hide();
+        page->deleteLater();
+    }
+}
+
 void TopCapsuleView::rebuild()
 {
-    if (m_page != nullptr) {
-        // Later, because it may be one of its own buttons that brought this about.
-        m_page->hide();
-        m_page->deleteLater();
-    }
+    discard(m_page);
     m_page = makeCapsulePage(
         m_content, m_colors, [this](CapsuleCommand command) { Q_EMIT commanded(command); }, this);
     if (m_page != nullptr) {

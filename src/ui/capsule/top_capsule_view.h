@@ -4,7 +4,6 @@
 #include "ui/capsule/capsule_colors.h"
 #include "ui/style/animation.h"
 
-#include <QPointer>
 #include <QWidget>
 
 namespace brevlin {
@@ -43,6 +42,7 @@ protected:
 
 private:
     void rebuild();
+    static void discard(CapsulePage* page);
     void updateColors();
     void layOutPage();
     void showCompactTimer();
@@ -53,9 +53,9 @@ private:
     CapsuleColors m_colors;
     QRect m_contentPlace; // null: all of the widget
     bool m_isBlurred = false;
-    NumericText* m_compactClock;         // these are owned by this widget
-    CapsulePage* m_page = nullptr;       // none for the compact timer
-    QPointer<CapsulePage> m_leavingPage; // while it fades out
+    NumericText* m_compactClock;          // these are owned by this widget
+    CapsulePage* m_page = nullptr;        // none for the compact timer
+    CapsulePage* m_leavingPage = nullptr; // while it fades out
     ValueAnimation m_progress;
     ValueAnimation m_pageOpacity;
 };
