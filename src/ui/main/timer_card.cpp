@@ -27,10 +27,10 @@ constexpr double padding = 48;
 constexpr double itemSpacing = 22;
 constexpr double leastSpacer = 12;
 constexpr std::array gaps{
-    Gap{14, padding, false},                                // above the cycle
-    Gap{12, itemSpacing + leastSpacer + itemSpacing, true}, // to the ring
-    Gap{14, itemSpacing, false},                            // to the controls
-    Gap{16, itemSpacing + leastSpacer + padding, true},     // below them
+    Gap{11, padding, false},                                // above the cycle
+    Gap{16, itemSpacing + leastSpacer + itemSpacing, true}, // to the ring
+    Gap{17, itemSpacing, false},                            // to the controls
+    Gap{12, itemSpacing + leastSpacer + padding, true},     // below them
 };
 
 double sum(double Gap::*length)
@@ -55,17 +55,20 @@ TimerCard::TimerCard(AppModel& model, QWidget* parent)
 
 QSize TimerCard::minimumSizeHint() const
 {
-    const int contents =
-        m_cycle->sizeHint().height() + m_ring->sizeHint().height() + m_controls->sizeHint().height();
+    const int contents = m_cycle->sizeHint().height() + circleSide() + m_controls->sizeHint().height();
     return {m_ring->sizeHint().width(), contents + static_cast<int>(sum(&Gap::least))};
+}
+
+int TimerCard::circleSide() const
+{
+    return m_ring->sizeHint().height() - 2 * m_ring->overhang();
 }
 
 void TimerCard::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
     const int controlsHeight = m_controls->sizeHint().height();
-    const double free =
-        height() - m_cycle->sizeHint().height() - m_ring->sizeHint().height() - controlsHeight;
+    const double free = height() - m_cycle->sizeHint().height() - circleSide() - controlsHeight;
     const double least = sum(&Gap::least);
     const double wanted = sum(&Gap::wanted);
     const double share = std::clamp((free - least) / (wanted - least), 0.0, 1.0);
@@ -79,8 +82,9 @@ void TimerCard::resizeEvent(QResizeEvent* event)
     m_cycle->setGeometry(0, pass(gaps[0]), width(), cycle.height());
     y += cycle.height();
     const QSize ring = m_ring->sizeHint();
-    m_ring->setGeometry((width() - ring.width()) / 2, pass(gaps[1]), ring.width(), ring.height());
-    y += ring.height();
+    m_ring->setGeometry((width() - ring.width()) / 2, pass(gaps[1]) - m_ring->overhang(), ring.width(),
+                        ring.height());
+    y += circleSide();
     m_controls->setGeometry(0, pass(gaps[2]), width(), controlsHeight);
 }
 

@@ -24,6 +24,8 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    int circleSide() const;
+
     TimerCycleIndicator* m_cycle; // these are owned by this widget
     TimerRingView* m_ring;
     TimerControlRow* m_controls;

@@ -69,9 +69,14 @@ void TimerRingView::setBackdrop(ThemeColor backdrop)
     layOut();
 }
 
+int TimerRingView::overhang() const
+{
+    return static_cast<int>(std::ceil(m_metrics.lineWidth / 2));
+}
+
 QSize TimerRingView::sizeHint() const
 {
-    const int side = static_cast<int>(std::ceil(m_metrics.diameter));
+    const int side = static_cast<int>(std::ceil(m_metrics.diameter)) + 2 * overhang();
     return {side, side};
 }
 
@@ -103,7 +108,7 @@ QString TimerRingView::endText() const
 QStringList TimerRingView::endLines(double heightAbove) const
 {
     const QFontMetricsF metrics(endTextFont(m_metrics.diameter));
-    const double radius = m_metrics.diameter / 2 - m_metrics.lineWidth;
+    const double radius = (m_metrics.diameter - m_metrics.lineWidth) / 2;
     const double bottom = (heightAbove + std::ceil(metrics.height())) / 2;
     const double room = 2 * std::sqrt(std::max(0.0, radius * radius - bottom * bottom));
     const QString time = qtText(m_model.endTimeText());
@@ -195,10 +200,9 @@ bool TimerRingView::liesInsideRing(const QRectF& place) const
     return std::hypot(x, y) < radius;
 }
 
-// Strokes lie on the outline of the square, half of their width outside, as a stroked circle does.
 QRectF TimerRingView::circle() const
 {
-    const double side = m_metrics.diameter - m_metrics.lineWidth;
+    const double side = m_metrics.diameter;
     const QPointF center = QRectF(rect()).center();
     return {center.x() - side / 2, center.y() - side / 2, side, side};
 }

@@ -16,7 +16,7 @@ class NumericText;
 /// The sizes of a ring; points.
 struct TimerRingMetrics
 {
-    double diameter;
+    double diameter; ///< of the circle that is stroked, half of the line inside it and half outside
     double iconSize;
     double timeSize;
     double lineWidth;
@@ -34,6 +34,9 @@ public:
 
     /// The opaque colour that the ring stands on: a digit that changes then repaints nothing beneath it.
     void setBackdrop(ThemeColor backdrop);
+    /// How far the stroke reaches out of the circle's square on each side; whole points. The widget is larger than
+    /// the circle by that, and what lies around it keeps its distance from the circle.
+    int overhang() const;
     /// What assistive technology reads now.
     QString spokenText() const;
     QSize sizeHint() const override;

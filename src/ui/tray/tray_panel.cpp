@@ -79,7 +79,8 @@ void TrayPanel::layOut()
     auto* ring = new TimerRingView(m_model, ringMetrics, this);
     ring->setBackdrop(ThemeColor::panelBackground);
     auto* ringRow = new QVBoxLayout;
-    ringRow->setContentsMargins(0, ringPadding, 0, ringPadding);
+    const int above = ringPadding - ring->overhang();
+    ringRow->setContentsMargins(0, above, 0, above);
     ringRow->addWidget(ring, 0, Qt::AlignHCenter);
 
     auto* column = new QVBoxLayout(this);
