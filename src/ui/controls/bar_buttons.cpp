@@ -2,6 +2,7 @@
 
 #include "ui/style/brevlin_mark.h"
 #include "ui/style/symbol.h"
+#include "ui/style/text.h"
 #include "ui/style/theme.h"
 #include "ui/style/typography.h"
 
@@ -73,7 +74,7 @@ void SectionTab::paintEvent(QPaintEvent*)
     QPainter painter(this);
     painter.setFont(systemFont(tabTextSize, isSelected() ? QFont::DemiBold : QFont::Medium));
     painter.setPen(tabColor(*this, theme));
-    painter.drawText(rect(), Qt::AlignCenter | Qt::TextSingleLine, text());
+    drawTextOnBaseline(painter, rect(), Qt::AlignHCenter, text());
     if (showsFocusRing())
         paintFocusRing(painter, rect(), tabRadius, theme);
 }

@@ -2,6 +2,7 @@
 
 #include "ui/style/animation.h"
 #include "ui/style/shapes.h"
+#include "ui/style/text.h"
 #include "ui/style/typography.h"
 
 #include <QFontMetricsF>
@@ -154,8 +155,7 @@ void CapsuleButton::paintEvent(QPaintEvent*)
     }
     painter.setFont(font);
     painter.setPen(label);
-    painter.drawText(QRectF(left, 0, width() - left, height()), Qt::AlignVCenter | Qt::TextSingleLine,
-                     text());
+    drawTextOnBaseline(painter, QRectF(left, 0, width() - left, height()), Qt::AlignLeft, text());
 }
 
 bool CapsuleButton::hitButton(const QPoint& position) const
