@@ -24,31 +24,6 @@ constexpr int islandButtonHeight = 28;
 constexpr double islandSymbolSize = 13;
 constexpr double islandSymbolSpacing = 5;
 
-QColor faded(QColor color, double factor)
-{
-    color.setAlphaF(color.alphaF() * static_cast<float>(factor));
-    return color;
-}
-
-// Hovered controls are a touch stronger, pressed ones fainter.
-double strength(ControlState state, double pressed)
-{
-    switch (state) {
-    case ControlState::hovered:
-        return 1.6;
-    case ControlState::pressed:
-        return pressed;
-    default:
-        return 1.0;
-    }
-}
-
-QColor strengthened(QColor color, double factor)
-{
-    color.setAlphaF(std::min(color.alphaF() * static_cast<float>(factor), 1.0F));
-    return color;
-}
-
 bool isInCircle(const QWidget& widget, const QPoint& position)
 {
     const QPointF offset = position - QRectF(widget.rect()).center();
@@ -58,17 +33,18 @@ bool isInCircle(const QWidget& widget, const QPoint& position)
 
 } // namespace
 
-CapsuleRoundButton::CapsuleRoundButton(Symbol symbol, const Colors& colors, QWidget* parent)
-    : CapsuleRoundButton(symbol, QString(), colors, parent)
+CapsuleRoundButton::CapsuleRoundButton(Symbol symbol, const CapsuleButtonLook& look, QWidget* parent)
+    : CapsuleRoundButton(symbol, QString(), look, parent)
 {}
 
-CapsuleRoundButton::CapsuleRoundButton(const QString& shownText, const Colors& colors, QWidget* parent)
-    : CapsuleRoundButton(Symbol::none, shownText, colors, parent)
-{}
-
-CapsuleRoundButton::CapsuleRoundButton(Symbol symbol, const QString& shownText, const Colors& colors,
+CapsuleRoundButton::CapsuleRoundButton(const QString& shownText, const CapsuleButtonLook& look,
                                        QWidget* parent)
-    : PlainButton(parent), m_symbol(symbol), m_shownText(shownText), m_colors(colors)
+    : CapsuleRoundButton(Symbol::none, shownText, look, parent)
+{}
+
+CapsuleRoundButton::CapsuleRoundButton(Symbol symbol, const QString& shownText, const CapsuleButtonLook& look,
+                                       QWidget* parent)
+    : PlainButton(parent), m_symbol(symbol), m_shownText(shownText), m_look(look)
 {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     setCursor(Qt::ArrowCursor);
@@ -90,10 +66,9 @@ void CapsuleRoundButton::paintEvent(QPaintEvent* /*event*/)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(strengthened(m_colors.fill, strength(state(), 0.6)));
+    const auto& [fill, content] = m_look.in(state());
+    painter.setBrush(fill);
     painter.drawEllipse(rect());
-    const QColor content =
-        state() == ControlState::pressed ? faded(m_colors.content, 0.72) : m_colors.content;
     if (m_symbol != Symbol::none) {
         QRectF place(0, 0, symbolSize, symbolSize);
         place.moveCenter(QRectF(rect()).center());
@@ -108,29 +83,31 @@ void CapsuleRoundButton::paintEvent(QPaintEvent* /*event*/)
     }
 }
 
-IslandButton::Look IslandButton::secondaryLook(const QColor& fill, const QColor& content)
-{
-    return {fill, content, QFont::Medium, 11, 0.65, 0.72};
-}
-
-IslandButton::Look IslandButton::primaryLook(const QColor& tint)
-{
-    return {tint, QColor::fromRgbF(0, 0, 0, 0.86F), QFont::DemiBold, 13, 0.72, 1.0};
-}
-
-IslandButton::IslandButton(const QString& text, Symbol symbol, const Look& look, QWidget* parent)
-    : PlainButton(parent), m_symbol(symbol), m_look(look)
+IslandButton::IslandButton(const QString& text, Symbol symbol, Rank rank, const CapsuleButtonLook& look,
+                           QWidget* parent)
+    : PlainButton(parent), m_symbol(symbol), m_rank(rank), m_look(look)
 {
     setText(text);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     setCursor(Qt::ArrowCursor);
 }
 
+QFont IslandButton::labelFont() const
+{
+    return textFont(TextRole::caption, m_rank == Rank::primary ? QFont::DemiBold : QFont::Medium);
+}
+
+// At both sides.
+int IslandButton::padding() const
+{
+    return m_rank == Rank::primary ? 13 : 11;
+}
+
 QSize IslandButton::sizeHint() const
 {
-    const QFontMetricsF metrics(textFont(TextRole::caption, m_look.weight));
+    const QFontMetricsF metrics(labelFont());
     const double symbol = m_symbol == Symbol::none ? 0.0 : islandSymbolSize + islandSymbolSpacing;
-    return {static_cast<int>(std::ceil(metrics.horizontalAdvance(text()) + symbol + 2 * m_look.padding)),
+    return {static_cast<int>(std::ceil(metrics.horizontalAdvance(text()) + symbol)) + 2 * padding(),
             islandButtonHeight};
 }
 
@@ -138,24 +115,18 @@ void IslandButton::paintEvent(QPaintEvent* /*event*/)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const bool isOpaque = m_look.fill.alpha() == 255;
-    QColor fill = state() == ControlState::pressed ? faded(m_look.fill, m_look.pressedFill) : m_look.fill;
-    if (state() == ControlState::hovered) {
-        fill = isOpaque ? fill.lighter(112) : strengthened(fill, 1.5);
-    }
+    const auto& [fill, content] = m_look.in(state());
     painter.setPen(Qt::NoPen);
     painter.setBrush(fill);
     painter.drawPath(capsulePath(rect()));
-    const QColor content =
-        state() == ControlState::pressed ? faded(m_look.content, m_look.pressedContent) : m_look.content;
-    QRectF place = QRectF(rect()).adjusted(m_look.padding, 0, -m_look.padding, 0);
+    QRectF place = QRectF(rect()).adjusted(padding(), 0, -padding(), 0);
     if (m_symbol != Symbol::none) {
         const QRectF symbol(place.left(), (height() - islandSymbolSize) / 2, islandSymbolSize,
                             islandSymbolSize);
         paintSymbol(painter, m_symbol, symbol, content);
         place.setLeft(symbol.right() + islandSymbolSpacing);
     }
-    painter.setFont(textFont(TextRole::caption, m_look.weight));
+    painter.setFont(labelFont());
     painter.setPen(content);
     drawTextOnBaseline(painter, place, Qt::AlignHCenter, text());
     if (showsFocusRing()) {

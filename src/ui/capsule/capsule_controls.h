@@ -1,10 +1,8 @@
 #pragma once
 
+#include "ui/capsule/capsule_colors.h"
 #include "ui/controls/plain_button.h"
 #include "ui/style/symbol.h"
-#include "ui/style/theme.h"
-
-#include <QColor>
 
 namespace brevlin {
 
@@ -17,14 +15,8 @@ class CapsuleRoundButton final : public PlainButton
     Q_OBJECT
 
 public:
-    struct Colors
-    {
-        QColor fill;
-        QColor content;
-    };
-
-    CapsuleRoundButton(Symbol symbol, const Colors& colors, QWidget* parent);
-    CapsuleRoundButton(const QString& shownText, const Colors& colors, QWidget* parent);
+    CapsuleRoundButton(Symbol symbol, const CapsuleButtonLook& look, QWidget* parent);
+    CapsuleRoundButton(const QString& shownText, const CapsuleButtonLook& look, QWidget* parent);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
@@ -34,11 +26,12 @@ protected:
     bool hitButton(const QPoint& position) const override;
 
 private:
-    CapsuleRoundButton(Symbol symbol, const QString& shownText, const Colors& colors, QWidget* parent);
+    CapsuleRoundButton(Symbol symbol, const QString& shownText, const CapsuleButtonLook& look,
+                       QWidget* parent);
 
     Symbol m_symbol;
     QString m_shownText;
-    Colors m_colors;
+    CapsuleButtonLook m_look;
 };
 
 /// A button of the island's lower row: a capsule with a text and, before it, an optional symbol.
@@ -47,19 +40,10 @@ class IslandButton final : public PlainButton
     Q_OBJECT
 
 public:
-    struct Look
-    {
-        QColor fill;
-        QColor content;
-        QFont::Weight weight;
-        double padding;        ///< at both sides
-        double pressedFill;    ///< what of the fill's opacity remains while pressed
-        double pressedContent; ///< what of the content's opacity remains while pressed
-    };
-    static Look secondaryLook(const QColor& fill, const QColor& content);
-    static Look primaryLook(const QColor& tint);
+    enum class Rank { primary, secondary };
 
-    IslandButton(const QString& text, Symbol symbol, const Look& look, QWidget* parent);
+    IslandButton(const QString& text, Symbol symbol, Rank rank, const CapsuleButtonLook& look,
+                 QWidget* parent);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
@@ -68,8 +52,12 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    QFont labelFont() const;
+    int padding() const;
+
     Symbol m_symbol;
-    Look m_look;
+    Rank m_rank;
+    CapsuleButtonLook m_look;
 };
 
 /// The minimised completion: the phase's icon, all of it a button that the capsule can be dragged by.

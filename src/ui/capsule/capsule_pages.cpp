@@ -210,27 +210,22 @@ public:
             connect(button, &QAbstractButton::clicked, this, [handler, command] { handler(command); });
             row->addWidget(button);
         };
-        const auto icon = [&](Symbol symbol, bool isEmphasized) {
-            QColor fill = colors.buttonFill;
-            if (!isEmphasized) {
-                fill.setAlphaF(fill.alphaF() * 0.82F);
-            }
-            return new CapsuleRoundButton(symbol, {fill, isEmphasized ? colors.text : colors.secondary},
-                                          this);
+        const auto icon = [&](Symbol symbol, const CapsuleButtonLook& look) {
+            return new CapsuleRoundButton(symbol, look, this);
         };
-        add(new CapsuleRoundButton(QStringLiteral("+5"), {colors.buttonFill, colors.secondary}, this),
+        add(new CapsuleRoundButton(QStringLiteral("+5"), colors.textButton, this),
             {"延长 5 分钟", "Add 5 minutes"}, CapsuleCommand::addTime);
         if (content.runState == TimerRunState::paused) {
-            add(icon(Symbol::playFill, true), TimerWords::resume, CapsuleCommand::primary);
+            add(icon(Symbol::playFill, colors.emphasizedButton), TimerWords::resume, CapsuleCommand::primary);
         } else {
-            add(icon(Symbol::pauseFill, true), TimerWords::pause, CapsuleCommand::primary);
+            add(icon(Symbol::pauseFill, colors.emphasizedButton), TimerWords::pause, CapsuleCommand::primary);
         }
-        add(icon(Symbol::stopFill, false), {"提前结束当前阶段", "End current phase early"},
+        add(icon(Symbol::stopFill, colors.quietButton), {"提前结束当前阶段", "End current phase early"},
             CapsuleCommand::end);
-        add(icon(Symbol::forwardEndFill, false), {"切换并开始下一阶段", "Switch and start next phase"},
-            CapsuleCommand::skip);
+        add(icon(Symbol::forwardEndFill, colors.quietButton),
+            {"切换并开始下一阶段", "Switch and start next phase"}, CapsuleCommand::skip);
         if (content.isAlertSoundPlaying) {
-            add(icon(Symbol::speakerSlashFill, false), {"停止提醒声音", "Stop alert sound"},
+            add(icon(Symbol::speakerSlashFill, colors.quietButton), {"停止提醒声音", "Stop alert sound"},
                 CapsuleCommand::stopAlert);
         }
         setTexts(content);
@@ -264,9 +259,7 @@ public:
             return button;
         };
         const auto roundButton = [&](Symbol symbol, const BilingualText& help, CapsuleCommand command) {
-            QColor fill = colors.buttonFill;
-            fill.setAlphaF(fill.alphaF() * 0.82F);
-            auto* button = new CapsuleRoundButton(symbol, {fill, colors.secondary}, this);
+            auto* button = new CapsuleRoundButton(symbol, colors.quietButton, this);
             return connected(withHelp(button, text(help, content)), command);
         };
         auto* column = new QVBoxLayout(this);
@@ -284,21 +277,22 @@ public:
 
         auto* bottom = new QHBoxLayout;
         bottom->setSpacing(10);
-        const auto secondary = IslandButton::secondaryLook(colors.buttonFill, colors.secondary);
+        using enum IslandButton::Rank;
         if (content.isAlertSoundPlaying) {
-            bottom->addWidget(connected(new IslandButton(text(TimerWords::stopSound, content),
-                                                         Symbol::speakerSlashFill, secondary, this),
-                                        CapsuleCommand::stopAlert));
+            bottom->addWidget(
+                connected(new IslandButton(text(TimerWords::stopSound, content), Symbol::speakerSlashFill,
+                                           secondary, colors.islandButton, this),
+                          CapsuleCommand::stopAlert));
         }
         bottom->addStretch(1);
         bottom->addWidget(
             connected(new IslandButton(qtText(TimerWords::skip(content.phase, content.language)),
-                                       Symbol::none, secondary, this),
+                                       Symbol::none, secondary, colors.islandButton, this),
                       CapsuleCommand::skipPending));
         const QColor tint = Theme::of(*this).color(phaseColor(content.phase));
         bottom->addWidget(
             connected(new IslandButton(qtText(TimerWords::start(content.phase, content.language)),
-                                       Symbol::none, IslandButton::primaryLook(tint), this),
+                                       Symbol::none, primary, islandPrimaryLook(tint), this),
                       CapsuleCommand::primary));
         column->addLayout(bottom);
         setTexts(content);

@@ -260,7 +260,9 @@ void CapsuleWindow::followSystem()
 {
     m_isComposited = m_system.isComposited();
     m_isBlurred = m_system.blurs(); // asked here only: every question waits for the X server
-    m_view->setBlurred(m_isBlurred);
+    m_view->setBackdrop(!m_isComposited ? CapsuleBackdrop::nothing
+                        : m_isBlurred   ? CapsuleBackdrop::blurred
+                                        : CapsuleBackdrop::clear);
     if (isVisible()) {
         updateShape();
         update();

@@ -139,9 +139,9 @@ void TopCapsuleView::showCompactTimer()
     }
 }
 
-void TopCapsuleView::setBlurred(bool isBlurred)
+void TopCapsuleView::setBackdrop(CapsuleBackdrop backdrop)
 {
-    if (std::exchange(m_isBlurred, isBlurred) != isBlurred) {
+    if (std::exchange(m_backdrop, backdrop) != backdrop) {
         updateColors();
         rebuild();
         showCompactTimer();
@@ -168,7 +168,7 @@ void TopCapsuleView::layOutPage()
 
 void TopCapsuleView::updateColors()
 {
-    m_colors = capsuleColors(m_content.appearance, Theme::of(*this), m_isBlurred);
+    m_colors = capsuleColors(m_content.appearance, Theme::of(*this), m_backdrop);
 }
 
 // Later, because it may be one of its own buttons that brought this about.
@@ -232,7 +232,12 @@ void TopCapsuleView::paintEvent(QPaintEvent* /*event*/)
         std::min(isIsland ? islandRadius : capsuleRadius, std::min(width(), height()) / 2.0);
     const QColor background = m_content.showsCompletion ? m_colors.completionBackground : m_colors.background;
     const QColor outline = m_content.showsCompletion ? m_colors.completionOutline : m_colors.outline;
-    painter.fillPath(continuousRoundedRect(rect(), radius), background);
+    if (m_backdrop == CapsuleBackdrop::nothing) {
+        // The window's shape cuts whole pixels: a soft edge would show what was never painted.
+        painter.fillRect(rect(), background);
+    } else {
+        painter.fillPath(continuousRoundedRect(rect(), radius), background);
+    }
     painter.setPen(QPen(outline, 1));
     painter.drawPath(continuousRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), radius - 0.5));
 

@@ -24,8 +24,8 @@ public:
     /// Where the content lies, in this widget's coordinates, while the capsule itself is still on its way
     /// there: what is to be read does not move with its edges. As large as the widget until told otherwise.
     void setContentPlace(const QRect& place);
-    /// Whether the window manager blurs what lies behind the capsule.
-    void setBlurred(bool isBlurred);
+    /// What shows through the capsule. Clear until told otherwise.
+    void setBackdrop(CapsuleBackdrop backdrop);
     /// What the capsule is called, for assistive technology.
     QString name() const;
     /// What assistive technology reads.
@@ -52,7 +52,7 @@ private:
     CapsuleContent m_content;
     CapsuleColors m_colors;
     QRect m_contentPlace; // null: all of the widget
-    bool m_isBlurred = false;
+    CapsuleBackdrop m_backdrop = CapsuleBackdrop::clear;
     NumericText* m_compactClock;          // these are owned by this widget
     CapsulePage* m_page = nullptr;        // none for the compact timer
     CapsulePage* m_leavingPage = nullptr; // while it fades out

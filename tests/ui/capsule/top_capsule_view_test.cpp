@@ -1,8 +1,9 @@
-#include "support/contrast.h"
 #include "ui/capsule/capsule_border.h"
 #include "ui/capsule/capsule_pages.h"
+#include "ui/capsule/capsule_shape.h"
 #include "ui/capsule/top_capsule_view.h"
 #include "ui/controls/brevlin_style.h"
+#include "ui/style/contrast.h"
 #include "ui/style/theme.h"
 
 #include <QAbstractButton>
@@ -130,23 +131,57 @@ TEST_F(TopCapsuleViewTest, a_tick_keeps_the_controls_under_the_pointer)
     EXPECT_TRUE(buttons().empty()) << "hidden while the capsule grows";
 }
 
-TEST(CapsuleColors, its_texts_can_be_read_on_white_and_on_black)
+TEST(CapsuleColors, every_text_can_be_read_in_every_state_on_white_and_on_black)
 {
+    using enum CapsuleBackdrop;
+    const auto expectLegible = [](const CapsuleButtonLook::Colors& button, const QColor& ground,
+                                  const auto& where) {
+        const QColor under = blended(button.fill, ground);
+        EXPECT_GE(contrastRatio(blended(button.content, under), under), textContrast) << where;
+    };
     for (const TopTimerAppearance appearance : allCases<TopTimerAppearance>()) {
         for (const ColorScheme scheme : {ColorScheme::light, ColorScheme::dark}) {
-            const CapsuleColors colors = capsuleColors(appearance, Theme(scheme), false);
-            for (const QColor& desktop : {QColor(Qt::white), QColor(Qt::black)}) {
-                for (const QColor& surface : {colors.background, colors.completionBackground}) {
-                    const QColor ground = blended(surface, desktop);
-                    for (const QColor& text : {colors.text, colors.endTime, colors.secondary}) {
-                        EXPECT_GE(test::contrastRatio(blended(text, ground), ground), 4.5)
-                            << rawValue(appearance) << " " << text.name(QColor::HexArgb).toStdString();
+            for (const CapsuleBackdrop backdrop : {blurred, clear, nothing}) {
+                const CapsuleColors colors = capsuleColors(appearance, Theme(scheme), backdrop);
+                for (const QColor& desktop : {QColor(Qt::white), QColor(Qt::black)}) {
+                    for (const QColor& surface : {colors.background, colors.completionBackground}) {
+                        const QColor ground = blended(surface, desktop);
+                        for (const QColor& text : {colors.text, colors.endTime, colors.secondary}) {
+                            expectLegible({Qt::transparent, text}, ground, rawValue(appearance));
+                        }
+                        for (const auto& look : {colors.emphasizedButton, colors.textButton,
+                                                 colors.quietButton, colors.islandButton}) {
+                            for (const auto& each : {look.normal, look.hovered, look.pressed}) {
+                                expectLegible(each, ground, rawValue(appearance));
+                            }
+                        }
                     }
-                    const QColor button = blended(colors.buttonFill, ground);
-                    EXPECT_GE(test::contrastRatio(blended(colors.secondary, button), button), 4.5)
-                        << rawValue(appearance) << ", on a button";
                 }
+                EXPECT_EQ(colors.background.alpha() == 255, backdrop == nothing);
             }
+        }
+    }
+    for (const ThemeColor tint : {ThemeColor::focus, ThemeColor::breakGreen}) {
+        const CapsuleButtonLook look = islandPrimaryLook(Theme(ColorScheme::light).color(tint));
+        for (const auto& each : {look.normal, look.hovered, look.pressed}) {
+            expectLegible(each, Qt::black, "the island's main button");
+        }
+    }
+    EXPECT_NEAR(contrastRatio(Qt::white, Qt::black), 21, 0.01);
+}
+
+TEST_F(TopCapsuleViewTest, without_a_compositor_no_pixel_of_its_edge_is_half_painted)
+{
+    view.setBackdrop(CapsuleBackdrop::nothing);
+    view.resize(50, 50);
+    for (const TopTimerAppearance appearance : allCases<TopTimerAppearance>()) {
+        content.appearance = appearance;
+        view.setContent(content);
+        QImage picture(view.size(), QImage::Format_ARGB32_Premultiplied);
+        picture.fill(Qt::transparent);
+        view.render(&picture, {}, {}, QWidget::DrawChildren);
+        for (const QRect& row : roundedRegion(view.size(), 25, ShapeEdge::hard)) {
+            EXPECT_EQ(qAlpha(picture.pixel(row.topLeft())), 255) << row.y();
         }
     }
 }

@@ -1,14 +1,11 @@
-#include "support/contrast.h"
 #include "ui/controls/capsule_button.h"
+#include "ui/style/contrast.h"
 #include "ui/style/theme.h"
 
 #include <gtest/gtest.h>
 
 namespace brevlin {
 namespace {
-
-constexpr double textContrast = 4.5;
-constexpr double shapeContrast = 3;
 
 class EveryScheme : public testing::TestWithParam<ColorScheme>
 {
@@ -18,7 +15,7 @@ protected:
     double contrast(const QColor& ink, ThemeColor background) const
     {
         const QColor ground = theme.color(background);
-        return test::contrastRatio(blended(ink, ground), ground);
+        return contrastRatio(blended(ink, ground), ground);
     }
 };
 
@@ -35,7 +32,7 @@ TEST_P(EveryScheme, text_can_be_read_on_every_background)
         }
         for (const ThemeColor shape :
              {ThemeColor::tertiaryLabel, ThemeColor::focusRing, ThemeColor::focus, ThemeColor::breakGreen}) {
-            EXPECT_GE(contrast(theme.color(shape), background), shapeContrast)
+            EXPECT_GE(contrast(theme.color(shape), background), symbolContrast)
                 << static_cast<int>(shape) << " on " << static_cast<int>(background);
         }
     }
@@ -52,7 +49,7 @@ TEST_P(EveryScheme, a_button_can_be_read_in_every_state)
                      {ControlState::normal, ControlState::hovered, ControlState::pressed}) {
                     const auto [fill, label] = CapsuleButton::colors(style, phaseColor(phase), state, theme);
                     const QColor under = blended(fill, theme.color(ground));
-                    EXPECT_GE(test::contrastRatio(blended(label, under), under), textContrast)
+                    EXPECT_GE(contrastRatio(blended(label, under), under), textContrast)
                         << static_cast<int>(style) << " phase " << static_cast<int>(phase) << " state "
                         << static_cast<int>(state);
                 }
@@ -64,12 +61,11 @@ TEST_P(EveryScheme, a_button_can_be_read_in_every_state)
 TEST_P(EveryScheme, highlighted_and_disabled_text_of_plain_widgets_follows_the_table)
 {
     const QPalette palette = Theme::palette(GetParam());
-    EXPECT_GE(
-        test::contrastRatio(palette.color(QPalette::HighlightedText), palette.color(QPalette::Highlight)),
-        textContrast);
-    EXPECT_GE(test::contrastRatio(palette.color(QPalette::ToolTipText), palette.color(QPalette::ToolTipBase)),
+    EXPECT_GE(contrastRatio(palette.color(QPalette::HighlightedText), palette.color(QPalette::Highlight)),
               textContrast);
-    EXPECT_GE(test::contrastRatio(palette.color(QPalette::ButtonText), palette.color(QPalette::Button)),
+    EXPECT_GE(contrastRatio(palette.color(QPalette::ToolTipText), palette.color(QPalette::ToolTipBase)),
+              textContrast);
+    EXPECT_GE(contrastRatio(palette.color(QPalette::ButtonText), palette.color(QPalette::Button)),
               textContrast);
     EXPECT_NE(palette.color(QPalette::Disabled, QPalette::ButtonText),
               palette.color(QPalette::Active, QPalette::ButtonText));
