@@ -31,7 +31,7 @@ QColor tabColor(const SectionTab& tab, const Theme& theme)
     case ControlState::pressed:
         return theme.color(tab.isSelected() ? ThemeColor::focusText : ThemeColor::label);
     case ControlState::hovered:
-        return theme.color(tab.isSelected() ? ThemeColor::focusText : ThemeColor::label, 0.9);
+        return tab.isSelected() ? theme.color(ThemeColor::focusText) : theme.color(ThemeColor::label, 0.9);
     case ControlState::normal:
         break;
     }
@@ -128,9 +128,10 @@ void WindowButton::paintEvent(QPaintEvent*)
     painter.drawEllipse(disc);
 
     // The discs have one colour, so each keeps its symbol: faint at rest, full under the pointer.
-    const ThemeColor ink = isPointedAt || showsFocusRing() ? ThemeColor::label
-                           : isQuiet                       ? ThemeColor::quaternaryLabel
-                                                           : ThemeColor::secondaryLabel;
+    const ThemeColor ink = isPointedAt || showsFocusRing()     ? ThemeColor::label
+                           : current == ControlState::disabled ? ThemeColor::quaternaryLabel
+                           : isQuiet                           ? ThemeColor::tertiaryLabel
+                                                               : ThemeColor::secondaryLabel;
     paintSymbol(painter, symbolOf(m_kind), centred(rect(), discSymbolSize), theme.color(ink));
     if (showsFocusRing())
         paintFocusRing(painter, rect(), rect().height() / 2.0, theme);

@@ -104,9 +104,9 @@ CapsuleButton::Colors CapsuleButton::colors(CapsuleStyle style, ThemeColor tint,
         fill.setAlphaF(share);
         colors = {blended(fill, Qt::black), theme.color(ThemeColor::onFill)};
     } else if (style == CapsuleStyle::destructive) {
-        colors = {theme.color(ThemeColor::focus, isPressed   ? 0.16
-                                                 : isHovered ? 0.12
-                                                             : 0.08),
+        colors = {theme.color(ThemeColor::focus, isPressed   ? 0.095
+                                                 : isHovered ? 0.075
+                                                             : 0.05),
                   theme.color(ThemeColor::focusText)};
     } else {
         colors = {theme.color(ThemeColor::label, isPressed   ? 0.085

@@ -51,7 +51,7 @@ constexpr std::array table{
     ThemeEntry{ThemeColor::cardShadow, {qRgb(0, 0, 0), 0.028}, {qRgb(0, 0, 0), 0.028}},
     ThemeEntry{ThemeColor::focus, {qRgb(221, 45, 74)}, {qRgb(221, 45, 74)}},
     ThemeEntry{ThemeColor::breakGreen, {qRgb(106, 153, 78)}, {qRgb(106, 153, 78)}},
-    ThemeEntry{ThemeColor::focusText, {qRgb(208, 36, 66)}, {qRgb(255, 104, 124)}},
+    ThemeEntry{ThemeColor::focusText, {qRgb(201, 32, 62)}, {qRgb(255, 104, 124)}},
     ThemeEntry{ThemeColor::breakGreenText, {qRgb(70, 112, 48)}, {qRgb(134, 184, 104)}},
     ThemeEntry{ThemeColor::breakGreenFill, {qRgb(84, 128, 60)}, {qRgb(84, 128, 60)}},
     ThemeEntry{ThemeColor::onFill, {qRgb(255, 255, 255)}, {qRgb(255, 255, 255)}},

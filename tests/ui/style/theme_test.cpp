@@ -42,7 +42,8 @@ TEST_P(EveryScheme, a_button_can_be_read_in_every_state)
 {
     for (const ThemeColor ground :
          {ThemeColor::canvas, ThemeColor::panelBackground, ThemeColor::windowBackground}) {
-        for (const CapsuleStyle style : {CapsuleStyle::primary, CapsuleStyle::secondary}) {
+        for (const CapsuleStyle style :
+             {CapsuleStyle::primary, CapsuleStyle::secondary, CapsuleStyle::destructive}) {
             for (const TimerPhase phase :
                  {TimerPhase::focus, TimerPhase::shortBreak, TimerPhase::longBreak}) {
                 for (const ControlState state :
