@@ -2,8 +2,10 @@
 #include "support/drawn_texts.h"
 #include "support/plain_desktop.h"
 #include "ui/capsule/top_capsule_view.h"
+#include "ui/controls/brevlin_style.h"
 #include "ui/main/main_window.h"
 #include "ui/main/message_dialog.h"
+#include "ui/screens/settings/clear_history_dialog.h"
 #include "ui/style/contrast.h"
 #include "ui/style/theme.h"
 #include "ui/tray/tray_panel.h"
@@ -134,6 +136,50 @@ TEST_F(EveryText, is_whole_and_can_be_read_in_the_main_window)
             show(window, {802, 2400});
             expectWhole(window, screen);
             expectLegible(window, screen);
+        }
+    });
+}
+
+TEST_F(EveryText, is_whole_in_every_look_of_the_capsule)
+{
+    BrevlinStyle still;
+    still.setReducesMotion(true);
+    for (const AppLanguage language : allCases<AppLanguage>()) {
+        for (const bool isIsland : {false, true}) {
+            TopCapsuleView view;
+            view.setStyle(&still);
+            CapsuleContent content;
+            content.language = language;
+            content.phase = TimerPhase::longBreak;
+            content.runState = isIsland ? TimerRunState::ringing : TimerRunState::running;
+            content.clockText = "1:05:00";
+            content.endTimeText = "12:44 PM";
+            content.cycleSummaryText =
+                BilingualText{"循环第 12/12 阶段 · 已专注 1440 分钟", "Cycle 12/12 · 1440 focus min"}.in(
+                    language);
+            content.completionTitle = BilingualText{"长休息完成", "Long break complete"}.in(language);
+            content.showsCompactTimer = false;
+            content.revealsExpandedTimerContent = true;
+            content.showsCompletion = isIsland;
+            content.isAlertSoundPlaying = true;
+            view.setContent(content);
+            show(view, isIsland ? QSize(460, 126) : QSize(350, 50));
+            expectWhole(view, std::string(rawValue(language)) + (isIsland ? " island" : " capsule"));
+        }
+    }
+}
+
+TEST_F(EveryText, is_whole_and_can_be_read_in_a_dialog)
+{
+    inEveryState([this](const std::string& where) {
+        ClearHistoryDialog question(model(), nullptr);
+        MessageDialog message({Uuid{}, "Timer state reset", "The saved timer could not be read."},
+                              model().language(), nullptr);
+        for (QDialog* dialog : std::initializer_list<QDialog*>{&question, &message}) {
+            dialog->show();
+            QApplication::processEvents();
+            expectWhole(*dialog, where);
+            expectLegible(*dialog, where);
         }
     });
 }
