@@ -31,6 +31,7 @@ std::optional<TimerSnapshot> AppModel::restoreTimer()
 {
     const auto stored = m_parts.activeTimerPersistence->load();
     if (stored) {
+        m_savedSnapshot = *stored; // a start that changes nothing writes nothing
         return *stored;
     }
     if (stored.error().isAboutContent) {

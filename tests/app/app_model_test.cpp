@@ -123,6 +123,18 @@ TEST_F(AppModelTest, a_phase_whose_end_is_ahead_goes_on_after_a_restart)
     EXPECT_FALSE(events.observer.didWake || center.settingsChanged || loginItem.changed);
 }
 
+TEST_F(AppModelTest, a_start_that_changes_nothing_writes_nothing)
+{
+    launch();
+    modelOrNone.reset();
+    modelOrNone = std::make_unique<AppModel>(makeParts());
+    defaults.failures.failFrom(1); // reading is over
+    scheduler.runPending();
+    EXPECT_EQ(messageTitle(), "");
+    model().start();
+    EXPECT_EQ(messageTitle(), "Failed to save timer state");
+}
+
 TEST_F(AppModelTest, an_unreadable_timer_is_reset_kept_and_told_of)
 {
     const std::string damaged = R"({"phase":"focus","runState":"sleeping"})";
