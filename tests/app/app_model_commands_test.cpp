@@ -32,43 +32,6 @@ TEST_F(CommandsTest, the_primary_action_follows_the_state)
     EXPECT_EQ(model().snapshot().phase, TimerPhase::shortBreak);
 }
 
-TEST_F(CommandsTest, each_command_silences_the_alert)
-{
-    struct Case
-    {
-        void (AppModel::*command)();
-        TimerRunState before;
-        TimerRunState after;
-    };
-    const Case cases[] = {
-        {&AppModel::start, idle, running},
-        {&AppModel::pause, running, paused},
-        {&AppModel::resume, running, running},
-        {&AppModel::addFiveMinutes, ringing, ringing},
-        {&AppModel::endCurrentPhase, running, ringing},
-        {&AppModel::endCurrentPhase, ringing, ringing},
-        {&AppModel::switchToNextPhase, running, running},
-        {&AppModel::switchToNextPhase, ringing, ringing},
-        {&AppModel::advance, ringing, running},
-        {&AppModel::advance, idle, running},
-        {&AppModel::skipPendingPhase, ringing, ringing},
-        {&AppModel::skipPendingPhase, idle, idle},
-        {&AppModel::dismissCompletion, ringing, idle},
-        {&AppModel::dismissCompletion, idle, idle},
-    };
-    storePreferences([](AppPreferences& p) { p.timerSettings.alertIntensity = AlertIntensity::strong; });
-    int number = 0;
-    for (const Case& c : cases) {
-        defaults.values.erase("Brevlin.activeTimerSnapshot.v1");
-        c.before == ringing ? ring() : c.before == running ? void(launchAndStart()) : void(launch());
-        ASSERT_EQ(model().isAlertSoundPlaying(), c.before == ringing);
-        (model().*c.command)();
-        EXPECT_EQ(runState(), c.after) << number;
-        EXPECT_FALSE(model().isAlertSoundPlaying()) << number;
-        ++number;
-    }
-}
-
 TEST_F(CommandsTest, five_minutes_lengthen_a_paused_phase)
 {
     launchAndStart();

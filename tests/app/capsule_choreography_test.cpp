@@ -117,29 +117,31 @@ TEST_F(CapsuleChoreographyTest, the_circle_lives_while_a_phase_is_under_way)
     EXPECT_EQ(capsule.content.appearance, TopTimerAppearance::light);
 }
 
-TEST_F(CapsuleChoreographyTest, each_command_shows_what_follows_from_it)
+TEST_F(CapsuleChoreographyTest, each_command_silences_the_alert_and_shows_what_follows_from_it)
 {
     struct Case
     {
         void (AppModel::*command)();
         TimerRunState before;
+        TimerRunState after;
         std::string shown;
         std::optional<std::string> title;
     };
     const Case cases[] = {
-        {&AppModel::start, idle, "circle 50", {}},
-        {&AppModel::pause, running, "circle 50", {}},
-        {&AppModel::addFiveMinutes, ringing, "island 460", "Focus complete"},
-        {&AppModel::endCurrentPhase, running, "island 460", "Ended Focus early"},
-        {&AppModel::endCurrentPhase, ringing, "island 460", {}},
-        {&AppModel::switchToNextPhase, running, "circle 50", {}},
-        {&AppModel::switchToNextPhase, ringing, "island 460", {}},
-        {&AppModel::advance, ringing, "circle 50", {}},
-        {&AppModel::advance, idle, "circle 50", {}},
-        {&AppModel::skipPendingPhase, ringing, "island 460", "Skipped Break"},
-        {&AppModel::skipPendingPhase, idle, "hidden", {}},
-        {&AppModel::dismissCompletion, ringing, "hidden", {}},
-        {&AppModel::dismissCompletion, idle, "hidden", {}},
+        {&AppModel::start, idle, running, "circle 50", {}},
+        {&AppModel::pause, running, paused, "circle 50", {}},
+        {&AppModel::resume, running, running, "circle 50", {}},
+        {&AppModel::addFiveMinutes, ringing, ringing, "island 460", "Focus complete"},
+        {&AppModel::endCurrentPhase, running, ringing, "island 460", "Ended Focus early"},
+        {&AppModel::endCurrentPhase, ringing, ringing, "island 460", {}},
+        {&AppModel::switchToNextPhase, running, running, "circle 50", {}},
+        {&AppModel::switchToNextPhase, ringing, ringing, "island 460", {}},
+        {&AppModel::advance, ringing, running, "circle 50", {}},
+        {&AppModel::advance, idle, running, "circle 50", {}},
+        {&AppModel::skipPendingPhase, ringing, ringing, "island 460", "Skipped Break"},
+        {&AppModel::skipPendingPhase, idle, idle, "hidden", {}},
+        {&AppModel::dismissCompletion, ringing, idle, "hidden", {}},
+        {&AppModel::dismissCompletion, idle, idle, "hidden", {}},
     };
     int number = 0;
     for (const Case& c : cases) {
@@ -152,7 +154,10 @@ TEST_F(CapsuleChoreographyTest, each_command_shows_what_follows_from_it)
         if (c.before == ringing) {
             ring();
         }
+        ASSERT_EQ(model().isAlertSoundPlaying(), c.before == ringing);
         (model().*c.command)();
+        EXPECT_EQ(runState(), c.after) << number;
+        EXPECT_FALSE(model().isAlertSoundPlaying()) << number;
         EXPECT_EQ(shown(), c.shown) << number;
         if (capsule.visible) {
             EXPECT_EQ(capsule.content.completionTitle, c.title) << number;

@@ -1,5 +1,5 @@
 #include "core/statistics_calculator.h"
-#include "support/time_zones.h"
+#include "platform/freedesktop/clock/system_time_zone.h"
 
 #include <gtest/gtest.h>
 
@@ -10,7 +10,7 @@ namespace {
 
 using std::chrono::Monday;
 
-const Calendar berlin = Calendar(test::zone("Europe/Berlin"), "en").withWeeks(Monday, 4);
+const Calendar berlin = Calendar(timeZoneOf("Europe/Berlin"), "en").withWeeks(Monday, 4);
 
 // An instant by its date and time in Berlin.
 Instant local(int y, unsigned m, unsigned d, int hour = 0, int minute = 0, double second = 0)
@@ -82,7 +82,7 @@ TEST(StatisticsSummary, a_streak_lives_until_a_whole_day_has_passed)
         EXPECT_EQ(StatisticsCalculator::calculate(sessions, now, berlin).currentStreak, c.streak);
     }
     // The date that the islands skipped breaks no streak and is no day of the week.
-    const Calendar apia(test::zone("Pacific/Apia"), "en");
+    const Calendar apia(timeZoneOf("Pacific/Apia"), "en");
     const auto noon = [&](unsigned d) {
         return apia.date(LocalDay{std::chrono::year{2011} / 12 / d}, 12);
     };
@@ -155,7 +155,7 @@ TEST(PeriodStatistics, put_each_record_where_it_ended)
 TEST(PeriodStatistics, a_record_near_a_midnight_that_comes_twice_keeps_its_date)
 {
     // In Havana, 00:00 to 01:00 of 2024-11-03 comes twice; the records are read in both orders.
-    const Calendar havana = Calendar(test::zone("America/Havana"), "en").withWeeks(Monday, 4);
+    const Calendar havana = Calendar(timeZoneOf("America/Havana"), "en").withWeeks(Monday, 4);
     const Instant firstMidnight = havana.start(LocalDay{std::chrono::year{2024} / 11 / 3});
     std::vector<SessionRecord> sessions;
     for (const double offset : {-1.0, 0.0, 1800.0, 3600.0, 5400.0, 7200.0}) {
@@ -170,7 +170,7 @@ TEST(PeriodStatistics, a_record_near_a_midnight_that_comes_twice_keeps_its_date)
     }
     // In Saint John's the clock went back to the date before a minute after midnight: outside of every
     // bucket.
-    const Calendar johns = Calendar(test::zone("America/St_Johns"), "en").withWeeks(std::chrono::Sunday, 1);
+    const Calendar johns = Calendar(timeZoneOf("America/St_Johns"), "en").withWeeks(std::chrono::Sunday, 1);
     const Instant anchor = johns.start(LocalDay{std::chrono::year{2010} / 11 / 7});
     const std::vector<SessionRecord> late{record(anchor + Seconds{1800.0})};
     const PeriodStatistics week =

@@ -180,22 +180,5 @@ TEST_F(SessionDocumentTest, every_truncation_is_an_error)
     }
 }
 
-TEST_F(SessionDocumentTest, a_history_of_5_megabytes_loads)
-{
-    const std::string two = twoRecords();
-    const std::size_t begin = two.find('[') + 1;
-    const std::string records = two.substr(begin, two.rfind(']') - begin);
-    std::string& text = file();
-    text = R"({"sessions":[)" + records;
-    while (text.size() < 5'000'000) {
-        text += "," + records;
-    }
-    text += R"(],"version":1})";
-    const SessionStore store = open();
-    EXPECT_EQ(store.lastError(), std::nullopt);
-    EXPECT_GT(store.sessions().size(), 10'000U);
-    EXPECT_TRUE(std::is_sorted(store.sessions().begin(), store.sessions().end(), endedLater));
-}
-
 } // namespace
 } // namespace brevlin
