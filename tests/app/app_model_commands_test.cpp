@@ -32,16 +32,6 @@ TEST_F(CommandsTest, the_primary_action_follows_the_state)
     EXPECT_EQ(model().snapshot().phase, TimerPhase::shortBreak);
 }
 
-TEST_F(CommandsTest, five_minutes_lengthen_a_paused_phase)
-{
-    launchAndStart();
-    scheduler.advance(Seconds{1380});
-    model().pause();
-    model().addFiveMinutes();
-    model().resume();
-    EXPECT_EQ(model().remainingSeconds(), Seconds{420});
-}
-
 TEST_F(CommandsTest, durations_keep_within_their_range_and_reach_an_idle_phase_at_once)
 {
     launch();

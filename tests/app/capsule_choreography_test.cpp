@@ -115,6 +115,9 @@ TEST_F(CapsuleChoreographyTest, the_circle_lives_while_a_phase_is_under_way)
     EXPECT_EQ(shown(), "circle 50");
     model().setTopTimerAppearance(TopTimerAppearance::light);
     EXPECT_EQ(capsule.content.appearance, TopTimerAppearance::light);
+    hover(true);
+    model().restoreDefaultPreferences();
+    EXPECT_EQ(shown(), "circle 50") << "defaults fold it";
 }
 
 TEST_F(CapsuleChoreographyTest, each_command_silences_the_alert_and_shows_what_follows_from_it)
@@ -164,15 +167,6 @@ TEST_F(CapsuleChoreographyTest, each_command_silences_the_alert_and_shows_what_f
         }
         ++number;
     }
-}
-
-TEST_F(CapsuleChoreographyTest, restored_defaults_fold_the_capsule)
-{
-    open();
-    model().start();
-    hover(true);
-    model().restoreDefaultPreferences();
-    EXPECT_EQ(shown(), "circle 50");
 }
 
 TEST_F(CapsuleChoreographyTest, hovering_widens_and_leaving_waits)

@@ -1,6 +1,6 @@
 #include "app/model_fixture.h"
+#include "platform/status_item.h"
 #include "storage/main_window_store.h"
-#include "support/fake_status_item.h"
 #include "support/plain_desktop.h"
 #include "ui/timer/timer_control_row.h"
 #include "ui/timer/timer_cycle_indicator.h"
@@ -14,6 +14,26 @@
 
 namespace brevlin {
 namespace {
+
+/// Keeps what it was last given, and counts the pictures.
+class FakeStatusItem final : public StatusItem
+{
+public:
+    void setPictures(const StatusPictures& value) override
+    {
+        pictures = value;
+        ++pictureChanges;
+    }
+    void setTexts(const StatusTexts& value) override { texts = value; }
+    void setMenu(const std::vector<StatusMenuRow>& value) override { rows = value; }
+    void setObserver(Observer value) override { observer = std::move(value); }
+
+    StatusPictures pictures;
+    StatusTexts texts;
+    std::vector<StatusMenuRow> rows;
+    Observer observer;
+    int pictureChanges = 0;
+};
 
 class TrayTest : public test::ModelTest
 {
@@ -33,7 +53,7 @@ protected:
         return text;
     }
 
-    test::FakeStatusItem item;
+    FakeStatusItem item;
     test::PlainWindowSystem windowSystem;
     test::NoPanels panels;
 
