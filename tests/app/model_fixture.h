@@ -70,6 +70,10 @@ protected:
     {
         return model().messages().appMessage() ? model().messages().appMessage()->title : "";
     }
+    std::string messageDetail()
+    {
+        return model().messages().appMessage() ? model().messages().appMessage()->detail : "";
+    }
 
     FakeSystemEvents events;
     MemoryDurableFile files;
