@@ -239,6 +239,7 @@ TEST_F(AppModelTest, timer_history_and_preferences_that_could_not_be_read_are_al
               (Log{"偏好设置读取失败 · Failed to load preferences", "计时状态读取失败", "本地记录读取失败"}));
     EXPECT_EQ(runState(), idle);
     model().setDuration(40, TimerPhase::longBreak);
+    model().setPlayCompletionSound(false);
     std::vector<std::size_t> sizes;
     QObject::connect(&model(), &AppModel::sessionsChanged,
                      [&] { sizes.push_back(model().sessions().size()); });
@@ -253,6 +254,7 @@ TEST_F(AppModelTest, timer_history_and_preferences_that_could_not_be_read_are_al
     EXPECT_EQ(model().language(), AppLanguage::english);
     EXPECT_EQ(model().preferences().topTimerAppearance, TopTimerAppearance::light);
     EXPECT_EQ(model().preferences().timerSettings.longBreakDuration, Seconds{2400}) << "chosen meanwhile";
+    EXPECT_FALSE(model().preferences().playCompletionSound) << "chosen meanwhile";
     EXPECT_EQ(runState(), ringing);
     EXPECT_EQ(sizes, (std::vector<std::size_t>{1, 2}));
     EXPECT_EQ(model().sessions().front().outcome(), SessionOutcome::completedWhileAway);

@@ -12,6 +12,8 @@
 #include <QApplication>
 #include <QLayout>
 
+#include <climits>
+
 namespace brevlin {
 namespace {
 
@@ -165,6 +167,7 @@ TEST(PanelOrigin, the_panel_lies_beside_its_item_and_inside_the_work_area)
         {"right bar", {1260, 400}, screen, {0, 0, 1240, 900}, {934, 255}},
         {"a bar that the work area does not know", {600, 15}, screen, screen, {450, 31}},
         {"second screen", {1290, 10}, second, second, {1286, 26}},
+        {"beyond all measure", {INT_MIN, INT_MAX}, screen, screen, {6, 593}},
         {"no room", {150, 10}, {0, 0, 200, 200}, {0, 20, 200, 180}, {6, 26}},
     };
     for (const Case& each : cases) {
