@@ -47,6 +47,7 @@ TEST(StatisticsSummary, of_an_empty_history_is_seven_empty_days)
 TEST(StatisticsSummary, counts_completed_focus_and_nothing_else)
 {
     const std::vector<SessionRecord> sessions{
+        record(local(2026, 11, 26, 8)), // before the clock was set back
         record(local(2026, 11, 24, 8), 1499),
         record(local(2026, 11, 24, 7), -5, SessionOutcome::completedWhileAway),
         record(local(2026, 11, 24, 6), 600, SessionOutcome::skipped),
@@ -54,12 +55,13 @@ TEST(StatisticsSummary, counts_completed_focus_and_nothing_else)
         record(local(2026, 11, 24, 4), 300, SessionOutcome::completed, StoredRawValue<TimerPhase>{"nap"}),
         record(local(2026, 11, 24, 3), 900, StoredRawValue<SessionOutcome>{"dozed"}),
         record(local(2026, 11, 23, 23, 59, 59.9), 90),
+        record(local(2026, 11, 17, 8)),
         record(local(2025, 1, 1), 6000),
     };
     const StatisticsSummary summary = StatisticsCalculator::calculate(sessions, now, berlin);
     EXPECT_EQ(summary.todayFocusMinutes, 24);
-    EXPECT_EQ(summary.completedPomodoros, 4);
-    EXPECT_DOUBLE_EQ(summary.completionRate, 4.0 / 6.0);
+    EXPECT_EQ(summary.completedPomodoros, 6);
+    EXPECT_DOUBLE_EQ(summary.completionRate, 6.0 / 8.0);
     EXPECT_EQ(summary.lastSevenDays[6], (DayFocusTotal{local(2026, 11, 24), 24, 2}));
     EXPECT_EQ(summary.lastSevenDays[5], (DayFocusTotal{local(2026, 11, 23), 1, 1}));
 }
@@ -101,6 +103,7 @@ TEST(PeriodStatistics, put_each_record_where_it_ended)
         record(local(2026, 11, 24, 9, 50), 59.9),
         record(local(2026, 11, 24, 9, 10), 59.9),
         record(local(2026, 11, 24, 9, 5), 600, SessionOutcome::reset),
+        record(local(2026, 11, 24, 9, 2), 300, SessionOutcome::completed, TimerPhase::shortBreak),
         record(local(2026, 11, 24, 0, 0, 0), 60),
         record(local(2026, 11, 23, 23, 59, 59)),
     };

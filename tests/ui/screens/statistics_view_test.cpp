@@ -119,6 +119,7 @@ TEST(ActivityPicture, puts_every_day_in_the_row_of_its_weekday)
         }
     }
     EXPECT_EQ(activityPicture(emptyInput(year, 2026, 5, 1), 700).labels.front().text, QStringLiteral("Jan"));
+    EXPECT_EQ(activityPicture(emptyInput(month, 2026, 5, 1), 700).labels.front().text, QStringLiteral("M"));
 }
 
 TEST(ActivityPicture, scales_bars_and_levels)
