@@ -1,8 +1,8 @@
 // What the figures of a long history cost.
 
 #include "core/statistics_calculator.h"
+#include "platform/freedesktop/clock/system_time_zone.h"
 #include "report.h"
-#include "support/time_zones.h"
 
 #include <cstdlib>
 #include <random>
@@ -46,7 +46,7 @@ int main()
 {
     const std::vector<SessionRecord> records = history(100'000);
     const std::vector<SessionRecord> manyRecords = history(1'000'000);
-    const Calendar calendar(test::zone("Europe/Berlin"), "de_DE");
+    const Calendar calendar(timeZoneOf("Europe/Berlin"), "de_DE");
     const Instant anchor = now - Seconds{400.0 * 86'400.0}; // the year before, which is complete
 
     std::vector<double> summary;

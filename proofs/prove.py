@@ -8,6 +8,7 @@ import traceback
 import bus
 import engine
 import faults
+import figures
 import fuzzing
 import kills
 import power_cuts
@@ -31,6 +32,7 @@ PROCESSOR = [
     ("year", year.year_of_use),
     ("bus_table", bus.wrong_bodies),
     ("engine", engine.second_reading),
+    ("figures", figures.random_periods),
     ("fuzzing", fuzzing.fuzz_targets),
     ("bus", bus.random_bodies),
 ]

@@ -195,7 +195,6 @@ private:
     LaunchAtLogin m_launchAtLogin;
     PhaseAnnouncer m_announcer;
     AppPreferences m_preferences;
-    AppPreferences m_startPreferences;   // what m_preferences started from
     std::optional<TimerEngine> m_engine; // made once the stored state is known, then never absent
     TimerSnapshot m_snapshot;
     std::optional<TimerSnapshot> m_savedSnapshot; // what the disk has or will get

@@ -8,7 +8,6 @@ namespace brevlin {
 void AppModel::restore()
 {
     m_preferences = m_parts.preferencesStore->load();
-    m_startPreferences = m_preferences;
     if (const auto& error = m_parts.preferencesStore->readError()) {
         raise(StorageMessages::preferencesUnread(*error));
     }
@@ -60,11 +59,10 @@ void AppModel::connectStores()
          }});
 }
 
-// The preferences could not be read at the start and can be now.
+// The preferences could not be read at the start, which gave the defaults, and can be now.
 void AppModel::takePreferences(const AppPreferences& stored)
 {
-    const AppPreferences all = joined(stored, m_startPreferences, m_preferences);
-    m_startPreferences = stored;
+    const AppPreferences all = joined(stored, {}, m_preferences);
     if (all != stored) {
         changePreferences([&](AppPreferences& preferences) { preferences = all; });
     } else {

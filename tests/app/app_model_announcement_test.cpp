@@ -29,6 +29,7 @@ TEST_F(AppModelAnnouncementTest, a_break_that_starts_by_itself_shows_no_island_b
     EXPECT_TRUE(model().isAlertSoundPlaying());
     ASSERT_EQ(center.pending.size(), 1U);
     EXPECT_EQ(center.pending.front().title, "Break complete");
+    EXPECT_TRUE(center.pending.front().timeSensitive);
 }
 
 TEST_F(AppModelAnnouncementTest, the_notification_follows_the_phase)
@@ -96,7 +97,7 @@ TEST_F(AppModelAnnouncementTest, an_answer_that_comes_late_schedules_nothing_for
     center.failure = "the server is gone";
     center.answerNow();
     EXPECT_EQ(messageTitle(), "Failed to schedule notification");
-    EXPECT_EQ(model().messages().appMessage()->detail, "the server is gone");
+    EXPECT_EQ(messageDetail(), "the server is gone");
 }
 
 TEST_F(AppModelAnnouncementTest, an_announcement_is_withdrawn_once_the_user_goes_on_and_not_by_its_own_end)
@@ -133,10 +134,13 @@ TEST_F(AppModelAnnouncementTest, a_server_that_comes_late_announces_the_running_
 {
     center.settings.state = NotificationAuthorizationState::unknown;
     launchAndStart();
-    EXPECT_TRUE(center.pending.empty());
     scheduler.advance(Seconds{100});
-    center.settings.state = NotificationAuthorizationState::authorized;
-    center.settingsChanged();
+    for (const auto state :
+         {NotificationAuthorizationState::denied, NotificationAuthorizationState::authorized}) {
+        EXPECT_TRUE(center.pending.empty());
+        center.settings.state = state;
+        center.settingsChanged();
+    }
     ASSERT_EQ(center.pending.size(), 1U);
     EXPECT_EQ(center.pending.front().delay, Seconds{1400});
     center.settings.alertsEnabled = true;
@@ -154,9 +158,14 @@ TEST_F(AppModelAnnouncementTest, a_server_that_comes_late_announces_the_running_
     center.pending.clear();
     center.settingsChanged();
     EXPECT_TRUE(center.pending.empty()) << "nothing has changed";
-    center.settings.state = NotificationAuthorizationState::denied;
-    center.settingsChanged();
-    EXPECT_TRUE(center.pending.empty());
+    clock.jump(model().remainingSeconds());
+    for (const auto state :
+         {NotificationAuthorizationState::denied, NotificationAuthorizationState::authorized}) {
+        center.settings.state = state;
+        center.settingsChanged();
+        EXPECT_TRUE(center.pending.empty()) << "its end is there";
+    }
+    EXPECT_EQ(messageTitle(), "");
 }
 
 TEST_F(AppModelAnnouncementTest, reactions_to_a_notification_act_for_their_own_run_only)

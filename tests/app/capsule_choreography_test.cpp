@@ -59,6 +59,7 @@ protected:
     void close()
     {
         choreography.reset();
+        EXPECT_FALSE(capsule.observer.hovered);
         modelOrNone.reset();
         capsule.visible = false;
     }
@@ -70,6 +71,7 @@ protected:
             return "hidden";
         }
         const CapsuleContent& c = capsule.content;
+        EXPECT_FALSE(c.showsCompactTimer && c.revealsExpandedTimerContent);
         const std::string state = c.showsMinimizedCompletion ? "minimised"
                                   : c.showsCompletion        ? "island"
                                   : c.showsCompactTimer ? (c.showsProgressBorder ? "circle" : "bare circle")
@@ -113,33 +115,40 @@ TEST_F(CapsuleChoreographyTest, the_circle_lives_while_a_phase_is_under_way)
     EXPECT_EQ(capsule.layout.horizontalAnchor, HorizontalAnchor::center);
     scheduler.advance(Seconds{1});
     EXPECT_EQ(shown(), "circle 50");
+    hover(true);
+    scheduler.advance(Seconds{1});
     model().setTopTimerAppearance(TopTimerAppearance::light);
+    EXPECT_EQ(shown(), "expanded 316");
     EXPECT_EQ(capsule.content.appearance, TopTimerAppearance::light);
+    model().restoreDefaultPreferences();
+    EXPECT_EQ(shown(), "circle 50") << "defaults fold it";
 }
 
-TEST_F(CapsuleChoreographyTest, each_command_shows_what_follows_from_it)
+TEST_F(CapsuleChoreographyTest, each_command_silences_the_alert_and_shows_what_follows_from_it)
 {
     struct Case
     {
         void (AppModel::*command)();
         TimerRunState before;
+        TimerRunState after;
         std::string shown;
         std::optional<std::string> title;
     };
     const Case cases[] = {
-        {&AppModel::start, idle, "circle 50", {}},
-        {&AppModel::pause, running, "circle 50", {}},
-        {&AppModel::addFiveMinutes, ringing, "island 460", "Focus complete"},
-        {&AppModel::endCurrentPhase, running, "island 460", "Ended Focus early"},
-        {&AppModel::endCurrentPhase, ringing, "island 460", {}},
-        {&AppModel::switchToNextPhase, running, "circle 50", {}},
-        {&AppModel::switchToNextPhase, ringing, "island 460", {}},
-        {&AppModel::advance, ringing, "circle 50", {}},
-        {&AppModel::advance, idle, "circle 50", {}},
-        {&AppModel::skipPendingPhase, ringing, "island 460", "Skipped Break"},
-        {&AppModel::skipPendingPhase, idle, "hidden", {}},
-        {&AppModel::dismissCompletion, ringing, "hidden", {}},
-        {&AppModel::dismissCompletion, idle, "hidden", {}},
+        {&AppModel::start, idle, running, "circle 50", {}},
+        {&AppModel::pause, running, paused, "circle 50", {}},
+        {&AppModel::resume, running, running, "circle 50", {}},
+        {&AppModel::addFiveMinutes, ringing, ringing, "island 460", "Focus complete"},
+        {&AppModel::endCurrentPhase, running, ringing, "island 460", "Ended Focus early"},
+        {&AppModel::endCurrentPhase, ringing, ringing, "island 460", {}},
+        {&AppModel::switchToNextPhase, running, running, "circle 50", {}},
+        {&AppModel::switchToNextPhase, ringing, ringing, "island 460", {}},
+        {&AppModel::advance, ringing, running, "circle 50", {}},
+        {&AppModel::advance, idle, running, "circle 50", {}},
+        {&AppModel::skipPendingPhase, ringing, ringing, "island 460", "Skipped Break"},
+        {&AppModel::skipPendingPhase, idle, idle, "hidden", {}},
+        {&AppModel::dismissCompletion, ringing, idle, "hidden", {}},
+        {&AppModel::dismissCompletion, idle, idle, "hidden", {}},
     };
     int number = 0;
     for (const Case& c : cases) {
@@ -152,22 +161,16 @@ TEST_F(CapsuleChoreographyTest, each_command_shows_what_follows_from_it)
         if (c.before == ringing) {
             ring();
         }
+        ASSERT_EQ(model().isAlertSoundPlaying(), c.before == ringing);
         (model().*c.command)();
+        EXPECT_EQ(runState(), c.after) << number;
+        EXPECT_FALSE(model().isAlertSoundPlaying()) << number;
         EXPECT_EQ(shown(), c.shown) << number;
         if (capsule.visible) {
             EXPECT_EQ(capsule.content.completionTitle, c.title) << number;
         }
         ++number;
     }
-}
-
-TEST_F(CapsuleChoreographyTest, restored_defaults_fold_the_capsule)
-{
-    open();
-    model().start();
-    hover(true);
-    model().restoreDefaultPreferences();
-    EXPECT_EQ(shown(), "circle 50");
 }
 
 TEST_F(CapsuleChoreographyTest, hovering_widens_and_leaving_waits)
@@ -280,7 +283,10 @@ TEST_F(CapsuleChoreographyTest, with_the_circle_switched_off_the_island_comes_an
     EXPECT_EQ(capsule.askedWidth, 0);
     scheduler.advance(Seconds{0.081});
     EXPECT_EQ(shown(), "island 460");
+    EXPECT_EQ(capsule.content.completionTitle, "Focus complete");
     command(CapsuleCommand::primary);
+    hover(true);
+    EXPECT_EQ(capsule.askedWidth, 0);
     EXPECT_EQ(shown(), "bare circle 50");
     scheduler.advance(Seconds{0.47});
     EXPECT_EQ(shown(), "bare circle 50");
@@ -297,7 +303,14 @@ TEST_F(CapsuleChoreographyTest, whatever_comes_next_supersedes_a_step_that_is_pe
     command(CapsuleCommand::dismiss); // before the circle became the island
     scheduler.advance(Seconds{2});
     EXPECT_EQ(shown(), "hidden");
+    model().setShowTopCapsuleWhileRunning(true);
     model().start();
+    EXPECT_EQ(shown(), "circle 50");
+    model().setShowTopCapsuleWhileRunning(false);
+    ring();
+    model().skipPendingPhase();
+    EXPECT_EQ(shown(), "island 460");
+    model().advance();
     ring();
     scheduler.advance(Seconds{0.1});
     command(CapsuleCommand::primary);
@@ -307,27 +320,13 @@ TEST_F(CapsuleChoreographyTest, whatever_comes_next_supersedes_a_step_that_is_pe
     EXPECT_EQ(capsule.content.completionTitle, "Ended Focus early");
 }
 
-TEST_F(CapsuleChoreographyTest, skipping_the_pending_phase_keeps_the_island)
-{
-    open();
-    model().start();
-    ring();
-    model().setAppLanguage(AppLanguage::simplifiedChinese);
-    command(CapsuleCommand::skipPending);
-    EXPECT_EQ(shown(), "island 460");
-    EXPECT_EQ(capsule.content.completionTitle, "已跳过休息");
-    EXPECT_EQ(capsule.content.phase, TimerPhase::focus);
-    command(CapsuleCommand::dismiss);
-    EXPECT_EQ(shown(), "hidden");
-    EXPECT_EQ(runState(), idle);
-}
-
 TEST_F(CapsuleChoreographyTest, a_sound_that_starts_widens_the_expanded_capsule)
 {
     storePreferences([](AppPreferences& p) { p.timerSettings.autoStartBreaks = true; });
     open();
     model().start();
     ASSERT_TRUE(model().preferences().timerSettings.autoStartBreaks);
+    hover(true);
     scheduler.advance(Seconds{1500});
     ASSERT_EQ(runState(), running) << "the break started by itself, with the alert sounding";
     EXPECT_EQ(shown(), "circle 50");
@@ -352,6 +351,9 @@ TEST_F(CapsuleChoreographyTest, the_controls_of_the_capsule_drive_the_timer)
     command(CapsuleCommand::end);
     EXPECT_EQ(shown(), "island 460");
     EXPECT_EQ(capsule.content.completionTitle, "Ended Break early");
+    command(CapsuleCommand::skipPending);
+    EXPECT_EQ(shown(), "island 460");
+    EXPECT_EQ(capsule.content.completionTitle, "Skipped Focus");
 }
 
 TEST_F(CapsuleChoreographyTest, a_ringing_timer_shows_its_island_after_a_restart)

@@ -2,10 +2,7 @@
 
 #include "app/app_model.h"
 #include "support/fake_desktop.h"
-#include "support/fake_document_thread.h"
-#include "support/fake_task_scheduler.h"
-#include "support/memory_durable_file.h"
-#include "support/memory_user_defaults.h"
+#include "support/fake_disk.h"
 
 #include <gtest/gtest.h>
 
@@ -17,7 +14,7 @@ namespace brevlin::test {
 
 /// A model over fakes in virtual time, in English with default settings unless a test stores other ones
 /// first.
-class ModelTest : public ::testing::Test
+class ModelTest : public ::testing::Test, protected FakeDisk
 {
 protected:
     ModelTest()
@@ -66,19 +63,19 @@ protected:
         return model();
     }
 
-    DocumentDisk disk() { return {defaults, documents, scheduler, clock}; }
-    HistoryDisk historyDisk() { return {files, documents, scheduler, clock}; }
+    DocumentDisk disk() { return *this; }
+    HistoryDisk historyDisk() { return {files, thread, scheduler, clock}; }
     TimerRunState runState() { return model().snapshot().runState; }
     std::string messageTitle()
     {
         return model().messages().appMessage() ? model().messages().appMessage()->title : "";
     }
+    std::string messageDetail()
+    {
+        return model().messages().appMessage() ? model().messages().appMessage()->detail : "";
+    }
 
-    FakeClock clock;
-    FakeTaskScheduler scheduler{clock};
-    FakeDocumentThread documents;
     FakeSystemEvents events;
-    MemoryUserDefaults defaults;
     MemoryDurableFile files;
     FakeNotificationCenter center;
     FakeSoundPlayer player;

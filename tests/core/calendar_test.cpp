@@ -1,5 +1,5 @@
 #include "core/calendar.h"
-#include "support/time_zones.h"
+#include "platform/freedesktop/clock/system_time_zone.h"
 
 #include <gtest/gtest.h>
 #include <unicode/timezone.h>
@@ -53,7 +53,7 @@ TEST(Calendar, a_day_begins_at_the_first_instant_of_its_date)
         {"Europe/Dublin", day(2024, 7, 1), utc(2024, 6, 30, 23)},
     };
     for (const Case& c : cases) {
-        const Calendar calendar(test::zone(c.zone), "en");
+        const Calendar calendar(timeZoneOf(c.zone), "en");
         EXPECT_EQ(calendar.start(c.date), c.start) << c.zone;
         EXPECT_LT(calendar.localDay(c.start - Seconds{0.001}), c.date) << c.zone;
     }
@@ -61,18 +61,18 @@ TEST(Calendar, a_day_begins_at_the_first_instant_of_its_date)
 
 TEST(Calendar, a_date_that_never_was_is_stepped_over)
 {
-    const Calendar apia(test::zone("Pacific/Apia"), "en");
+    const Calendar apia(timeZoneOf("Pacific/Apia"), "en");
     EXPECT_FALSE(apia.exists(day(2011, 12, 30)));
     EXPECT_TRUE(apia.exists(day(2011, 12, 29)));
     EXPECT_EQ(apia.dayBefore(day(2011, 12, 31)), day(2011, 12, 29));
     const DateInterval last = apia.interval(CalendarUnit::day, apia.start(day(2011, 12, 29)));
     EXPECT_EQ(last.end - last.start, hours{24});
-    EXPECT_EQ(Calendar(test::zone("America/Havana"), "en").dayBefore(day(2024, 11, 3)), day(2024, 11, 2));
+    EXPECT_EQ(Calendar(timeZoneOf("America/Havana"), "en").dayBefore(day(2024, 11, 3)), day(2024, 11, 2));
 }
 
 TEST(Calendar, intervals_follow_the_zone_and_the_weeks_asked_for)
 {
-    const Calendar berlin = Calendar(test::zone("Europe/Berlin"), "en").withWeeks(Monday, 4);
+    const Calendar berlin = Calendar(timeZoneOf("Europe/Berlin"), "en").withWeeks(Monday, 4);
     EXPECT_EQ(berlin.minimalDaysInFirstWeek(), 4);
     const Instant sunday = utc(2026, 3, 29, 12);
     const auto interval = [&](CalendarUnit unit) {
@@ -82,15 +82,15 @@ TEST(Calendar, intervals_follow_the_zone_and_the_weeks_asked_for)
     EXPECT_EQ(interval(CalendarUnit::weekOfYear), (DateInterval{utc(2026, 3, 22, 23), utc(2026, 3, 29, 22)}));
     EXPECT_EQ(interval(CalendarUnit::month), (DateInterval{utc(2026, 2, 28, 23), utc(2026, 3, 31, 22)}));
     EXPECT_EQ(interval(CalendarUnit::year), (DateInterval{utc(2025, 12, 31, 23), utc(2026, 12, 31, 23)}));
-    EXPECT_EQ(Calendar(test::zone("Europe/Berlin"), "en_US").interval(CalendarUnit::weekOfYear, sunday).start,
+    EXPECT_EQ(Calendar(timeZoneOf("Europe/Berlin"), "en_US").interval(CalendarUnit::weekOfYear, sunday).start,
               utc(2026, 3, 28, 23));
-    EXPECT_EQ(Calendar(test::zone("UTC"), "de_DE").firstWeekday(), Monday);
-    EXPECT_EQ(Calendar(test::zone("UTC"), "de_DE").minimalDaysInFirstWeek(), 4);
+    EXPECT_EQ(Calendar(timeZoneOf("UTC"), "de_DE").firstWeekday(), Monday);
+    EXPECT_EQ(Calendar(timeZoneOf("UTC"), "de_DE").minimalDaysInFirstWeek(), 4);
 }
 
 TEST(Calendar, adding_keeps_the_time_on_the_wall)
 {
-    const Calendar berlin(test::zone("Europe/Berlin"), "en");
+    const Calendar berlin(timeZoneOf("Europe/Berlin"), "en");
     struct Case
     {
         CalendarUnit unit;
@@ -120,10 +120,10 @@ TEST(Calendar, adding_keeps_the_time_on_the_wall)
 
 TEST(Calendar, hours_are_those_on_the_wall)
 {
-    const Calendar lordHowe(test::zone("Australia/Lord_Howe"), "en");
+    const Calendar lordHowe(timeZoneOf("Australia/Lord_Howe"), "en");
     EXPECT_EQ(lordHowe.hour(utc(2024, 4, 6, 14, 45)), 1);
     EXPECT_EQ(lordHowe.hour(utc(2024, 4, 6, 15, 15)), 1); // half an hour back
-    const Calendar berlin(test::zone("Europe/Berlin"), "en");
+    const Calendar berlin(timeZoneOf("Europe/Berlin"), "en");
     EXPECT_EQ(berlin.date(day(2026, 7, 1), 9), utc(2026, 7, 1, 7));
     EXPECT_EQ(berlin.date(day(2026, 3, 29), 2), utc(2026, 3, 29, 1));
     EXPECT_EQ(berlin.date(day(2026, 3, 29), 3), utc(2026, 3, 29, 1));
@@ -133,7 +133,7 @@ TEST(Calendar, hours_are_those_on_the_wall)
 TEST(Calendar, no_instant_and_no_zone_name_breaks_it)
 {
     EXPECT_EQ(Calendar(std::make_shared<const TimeZoneRules>(), "xx").localDay(Instant{}), day(2001, 1, 1));
-    const Calendar calendar(test::zone("Europe/Berlin"), "en");
+    const Calendar calendar(timeZoneOf("Europe/Berlin"), "en");
     for (const double odd : {1e300, -1e300, HUGE_VAL, -HUGE_VAL, std::nan("")}) {
         const Instant instant{Seconds{odd}};
         calendar.interval(CalendarUnit::year, instant);
@@ -160,10 +160,10 @@ TEST(Calendar, texts_order_their_parts_by_locale)
                           {"en", "MMMEd", "Tue, Nov 24"},
                           {"zh-Hans", "MMMEd", "11月24日周二"},
                           {"en", "Hm", "14:05"}}) {
-        EXPECT_EQ(Calendar(test::zone("Asia/Shanghai"), c.locale).text(c.skeleton, instant), c.text);
+        EXPECT_EQ(Calendar(timeZoneOf("Asia/Shanghai"), c.locale).text(c.skeleton, instant), c.text);
     }
-    EXPECT_EQ(Calendar(test::zone("Asia/Shanghai"), "de_DE").shortTimeText(instant), "14:05");
-    EXPECT_EQ(Calendar(test::zone("Asia/Shanghai"), "en_US").shortTimeText(instant), "2:05\u202FPM");
+    EXPECT_EQ(Calendar(timeZoneOf("Asia/Shanghai"), "de_DE").shortTimeText(instant), "14:05");
+    EXPECT_EQ(Calendar(timeZoneOf("Asia/Shanghai"), "en_US").shortTimeText(instant), "2:05\u202FPM");
 }
 
 } // namespace

@@ -7,7 +7,6 @@
 #include <limits>
 #include <map>
 #include <random>
-#include <sstream>
 
 namespace brevlin {
 namespace {
@@ -41,22 +40,15 @@ public:
     Instant nextInstant(Instant now, const TimerSnapshot& state)
     {
         const Instant end = state.expectedEndAt.value_or(now);
-        const std::array odd{end,
-                             end,
-                             end,
-                             end,
-                             now - Seconds{real(0.0, 5000.0)},
-                             Instant{Seconds{infinity}},
-                             Instant{Seconds{-infinity}},
-                             Instant{Seconds{undefined}},
-                             end + Seconds{real(0.0, 90'000.0)}};
+        const std::array odd{
+            end, end, end, end, now - Seconds{real(0.0, 5000.0)}, end + Seconds{real(0.0, 90'000.0)}};
         const std::size_t choice = below(40);
         return choice < odd.size() ? odd.at(choice) : now + Seconds{real(0.0, 400.0)};
     }
     Arguments next(Instant now, const TimerSnapshot& state)
     {
         const std::array lengths{0.0, -5.0, infinity, -infinity, undefined, 1e-9, 300.0};
-        return {nextInstant(now, state), flip() ? std::optional<std::string>{"write"} : std::nullopt,
+        return {nextInstant(now, state), flip() ? std::optional<std::string>{" write\n"} : std::nullopt,
                 Seconds{flip() ? 300.0 : lengths.at(below(lengths.size()))},
                 allCases<TimerPhase>().at(below(3)), nextSettings()};
     }
@@ -124,37 +116,6 @@ constexpr Row rows[] = {
 };
 // clang-format on
 
-std::optional<double> number(std::optional<Seconds> value)
-{
-    return value ? std::optional{value->count()} : std::nullopt;
-}
-std::optional<double> number(std::optional<Instant> value)
-{
-    return value ? std::optional{value->time_since_epoch().count()} : std::nullopt;
-}
-
-// As text, for an undefined number differs from itself.
-std::string text(std::initializer_list<std::optional<double>> numbers)
-{
-    std::ostringstream out;
-    out.precision(17);
-    for (const auto& each : numbers) {
-        each ? out << *each << ' ' : out << "- ";
-    }
-    return out.str();
-}
-
-std::string text(const TimerSnapshot& s)
-{
-    return std::string(rawValue(s.phase)) + " " + std::string(rawValue(s.runState)) + " " +
-           (s.sessionID ? s.sessionID->text() : "-") + " " + s.intention.value_or("-") + " " +
-           text({number(s.startedAt), number(s.expectedEndAt), number(s.pausedAt),
-                 number(s.pausedRemainingSeconds), number(s.plannedDuration),
-                 number(s.accumulatedPauseSeconds)}) +
-           std::to_string(s.interruptionCount) + " " + std::to_string(s.completedFocusCount) + " " +
-           s.timeZoneIdentifierAtStart.value_or("-");
-}
-
 Seconds atLeastZero(Seconds value)
 {
     return value > Seconds::zero() ? value : Seconds::zero();
@@ -180,8 +141,8 @@ public:
         const Arguments a = m_dice.next(m_now, m_engine.snapshot());
         const TimerSnapshot before = m_engine.snapshot();
         const TimerTransition made = row.perform(m_engine, a);
-        SCOPED_TRACE(std::string(row.name) + " after " + text(before));
-        ASSERT_EQ(text(made.snapshot), text(m_engine.snapshot()));
+        SCOPED_TRACE(row.name);
+        ASSERT_TRUE(made.snapshot == m_engine.snapshot());
         m_settings = std::string_view(row.name) == "settings" ? a.settings : m_settings;
         const Effect effect = effectOf(row, a, before);
         const std::map<Effect, SessionOutcome> outcomes{{E::complete, row.due == Row::Due::completedAway
@@ -197,7 +158,7 @@ public:
             checkSession(*made.finishedSession, outcomes.at(effect), before, a.now);
         }
         checkSnapshot(made.snapshot, effect, row, before, a);
-        m_now = std::isfinite(a.now.time_since_epoch().count()) ? a.now : m_now;
+        m_now = a.now;
     }
 
     int endedPhases = 0;
@@ -217,29 +178,32 @@ private:
     void checkSession(const FinishedSession& session, SessionOutcome outcome, const TimerSnapshot& before,
                       Instant now) const
     {
-        const bool completes = isCompletion(outcome);
-        const Instant end = completes ? *before.expectedEndAt : now;
-        EXPECT_EQ(session.outcome, outcome);
-        EXPECT_EQ(session.completedWhileAway, outcome == SessionOutcome::completedWhileAway);
-        EXPECT_EQ(session.id, before.sessionID);
-        EXPECT_EQ(session.phase, before.phase);
-        EXPECT_EQ(session.intention, before.intention);
-        EXPECT_EQ(session.interruptionCount, before.interruptionCount);
-        EXPECT_EQ(session.timeZoneIdentifierAtStart, "Europe/Berlin");
-        EXPECT_EQ(session.plannedDuration, before.plannedDuration);
+        const Instant end = isCompletion(outcome) ? *before.expectedEndAt : now;
         const Seconds pause =
-            before.accumulatedPauseSeconds +
-            (before.runState == paused ? atLeastZero(end - *before.pausedAt) : Seconds::zero());
-        const Seconds done = std::min(atLeastZero(end - *before.startedAt - pause), before.plannedDuration);
-        EXPECT_EQ(text({number(session.startedAt), number(session.scheduledEndAt), number(session.endedAt),
-                        number(session.pauseDuration), number(session.effectiveDuration)}),
-                  text({number(before.startedAt), number(before.expectedEndAt), number(end), number(pause),
-                        number(completes ? before.plannedDuration : done)}));
+            before.runState == paused ? atLeastZero(end - *before.pausedAt) : Seconds::zero();
         const std::int64_t place = before.completedFocusCount % m_settings.focusSessionsPerLongBreak;
-        EXPECT_EQ(session.cycleIndex, before.phase == TimerPhase::focus ? place + 1
-                                      : place > 0                       ? place
-                                      : before.completedFocusCount > 0  ? m_settings.focusSessionsPerLongBreak
-                                                                        : 1);
+        FinishedSession expected;
+        expected.id = *before.sessionID;
+        expected.phase = before.phase;
+        expected.outcome = outcome;
+        expected.startedAt = *before.startedAt;
+        expected.scheduledEndAt = before.expectedEndAt;
+        expected.endedAt = end;
+        expected.plannedDuration = expected.effectiveDuration = before.plannedDuration;
+        expected.pauseDuration = before.accumulatedPauseSeconds + pause;
+        if (!isCompletion(outcome)) {
+            expected.effectiveDuration = std::min(
+                atLeastZero(end - *before.startedAt - expected.pauseDuration), before.plannedDuration);
+        }
+        expected.cycleIndex = before.phase == TimerPhase::focus ? place + 1
+                              : place > 0                       ? place
+                              : before.completedFocusCount > 0  ? m_settings.focusSessionsPerLongBreak
+                                                                : 1;
+        expected.interruptionCount = before.interruptionCount;
+        expected.intention = before.intention;
+        expected.completedWhileAway = outcome == SessionOutcome::completedWhileAway;
+        expected.timeZoneIdentifierAtStart = "Europe/Berlin";
+        EXPECT_TRUE(session == expected);
     }
 
     // What the effect does not name is as it was.
@@ -282,7 +246,7 @@ private:
             break;
         }
         case E::begin:
-            begin(a.intention);
+            begin(normalizedIntention(a.intention));
             break;
         case E::beginWithoutIntention:
             begin();
@@ -331,7 +295,7 @@ private:
             expected.plannedDuration = m_settings.duration(expected.phase);
             break;
         }
-        EXPECT_EQ(text(after), text(expected));
+        EXPECT_TRUE(after == expected);
     }
 
     Dice m_dice;
@@ -344,6 +308,7 @@ TEST(TimerEngine, keeps_to_the_table_of_effects_over_a_hundred_thousand_operatio
 {
     int endedPhases = 0;
     for (unsigned seed = 0; seed < 200; ++seed) {
+        SCOPED_TRACE(seed);
         Play play(seed);
         for (int step = 0; step < 500 && !testing::Test::HasFailure(); ++step) {
             play.step();

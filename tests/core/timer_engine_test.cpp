@@ -7,31 +7,9 @@ namespace {
 
 const Instant t0{Seconds{8e8}};
 
-TimerEngine makeEngine(const TimerSettings& settings = {})
-{
-    return {settings, std::nullopt, [] {
-                return "Asia/Shanghai";
-            }};
-}
-
 Instant at(double seconds)
 {
     return t0 + Seconds{seconds};
-}
-
-TEST(TimerEngine, an_hour_of_pause_leaves_the_remaining_time_alone)
-{
-    TimerEngine engine = makeEngine();
-    engine.start(t0, "  Write report\n");
-    engine.pause(at(900));
-    const TimerSnapshot resumed = engine.resume(at(4500)).snapshot;
-    EXPECT_EQ(resumed.remainingSeconds(at(4500)), Seconds{600});
-    EXPECT_EQ(resumed.intention, "Write report");
-    EXPECT_EQ(resumed.interruptionCount, 1);
-    const auto finished = engine.reconcile(at(5100), false).finishedSession;
-    ASSERT_TRUE(finished);
-    EXPECT_EQ(finished->pauseDuration, Seconds{3600});
-    EXPECT_EQ(finished->effectiveDuration, Seconds{1500});
 }
 
 TEST(TimerEngine, every_nth_completed_focus_leads_to_a_long_break_and_closes_the_cycle)
@@ -39,7 +17,7 @@ TEST(TimerEngine, every_nth_completed_focus_leads_to_a_long_break_and_closes_the
     for (const std::int64_t n : {1, 2, 4}) {
         TimerSettings settings;
         settings.focusSessionsPerLongBreak = n;
-        TimerEngine engine = makeEngine(settings);
+        TimerEngine engine(settings, std::nullopt, [] { return "Asia/Shanghai"; });
         Instant now = t0;
         engine.start(now);
         for (std::int64_t focus = 1; focus <= 3 * n; ++focus) {
@@ -53,17 +31,6 @@ TEST(TimerEngine, every_nth_completed_focus_leads_to_a_long_break_and_closes_the
             engine.advance(now);
         }
     }
-}
-
-TEST(TimerEngine, a_shorter_cycle_takes_the_count_as_it_stands)
-{
-    TimerSnapshot snapshot = freshSnapshot({});
-    snapshot.completedFocusCount = 5;
-    TimerSettings settings;
-    settings.focusSessionsPerLongBreak = 3;
-    TimerEngine engine(settings, snapshot, [] { return "UTC"; });
-    engine.start(t0);
-    EXPECT_EQ(engine.reconcile(at(1500), false).snapshot.phase, TimerPhase::longBreak);
 }
 
 TEST(TimerEngine, a_stored_state_that_contradicts_itself_stays_as_it_is)
@@ -102,21 +69,6 @@ TEST(TimerEngine, a_stored_state_that_contradicts_itself_stays_as_it_is)
     snapshot.runState = TimerRunState::running;
     EXPECT_EQ(TimerEngine({}, snapshot, [] { return "UTC"; }).reconcile(t0, false).snapshot.phase,
               TimerPhase::shortBreak);
-}
-
-TEST(TimerEngine, a_break_that_starts_by_itself_starts_when_the_end_was_noticed)
-{
-    TimerSettings settings;
-    settings.autoStartBreaks = true;
-    TimerEngine engine = makeEngine(settings);
-    engine.start(t0, "deep work");
-    const TimerTransition transition = engine.reconcile(at(5000), true);
-    EXPECT_EQ(transition.finishedSession->outcome, SessionOutcome::completedWhileAway);
-    EXPECT_TRUE(transition.finishedSession->completedWhileAway);
-    EXPECT_EQ(transition.snapshot.runState, TimerRunState::running);
-    EXPECT_EQ(transition.snapshot.startedAt, at(5000));
-    EXPECT_EQ(transition.snapshot.expectedEndAt, at(5300));
-    EXPECT_EQ(transition.snapshot.intention, std::nullopt);
 }
 
 } // namespace

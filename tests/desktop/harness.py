@@ -177,6 +177,8 @@ class Desktop:
         # openbox has been missing after a client was killed.
         if self.manager_process and self.manager_process.poll() is not None:
             self.start_manager()
+        if before:
+            self.environment["ASAN_OPTIONS"] = "detect_leaks=0"  # which ends a sanitized program that is traced
         return self.run_in_background([*before, PROGRAM])
 
     def bus(self, variable="DBUS_SESSION_BUS_ADDRESS"):

@@ -1,4 +1,4 @@
-"""The main window under a real window manager: closing, quitting, place and size, light and dark."""
+"""The main window under a real window manager: quitting, place and size, light and dark."""
 
 import signal
 
@@ -12,27 +12,8 @@ SETTINGS = "org.freedesktop.portal.Settings"
 APPEARANCE = "org.freedesktop.appearance"
 LIGHT, DARK = dbus.UInt32(2), dbus.UInt32(1)
 
-CLOSE_BUTTON = (27, 26)
-
 
 class MainWindow(DesktopTest):
-    def test_the_timer_lives_on_while_the_window_is_closed(self):
-        desktop = self.desktop
-        desktop.set_preferences(focus=2)
-        process, window = self.start_and_wait()
-        desktop.start_phase()
-        desktop.press("ctrl+w")
-        wait_for("a closed window", lambda: not desktop.windows())
-        record, = desktop.wait_for_records(1)
-        self.assertEqual(record["outcomeRawValue"], "completed")
-
-        self.assertEqual(desktop.start_program().wait(timeout=5), 0)
-        window = desktop.wait_for_window()
-        desktop.click(window, *CLOSE_BUTTON)
-        wait_for("a closed window", lambda: not desktop.windows())
-        self.assertIsNone(process.poll())
-        self.assertEqual(desktop.timer()["runState"], "ringing")
-
     def test_a_window_that_nobody_moved_is_centred_however_the_last_run_was_ended(self):
         desktop = self.desktop
         for number in (None, signal.SIGTERM, signal.SIGINT, signal.SIGHUP):

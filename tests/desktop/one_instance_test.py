@@ -8,6 +8,7 @@ from harness import DesktopTest, holds_for, main, wait_for
 
 BUS_NAME = "com.quillmark.Brevlin"
 OBJECT_PATH = "/com/quillmark/Brevlin"
+CLOSE_BUTTON = (27, 26)  # of the main window
 
 
 class OneInstanceTest(DesktopTest):
@@ -36,7 +37,7 @@ class OneInstanceTest(DesktopTest):
         self.start_again()
         self.assert_is_in_front(first, window)
 
-        desktop.press("ctrl+w")
+        desktop.click(window, *CLOSE_BUTTON)
         wait_for("a closed window", lambda: not desktop.windows())
         self.start_again()
         window = desktop.wait_for_window()

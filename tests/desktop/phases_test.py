@@ -21,15 +21,11 @@ class Phases(DesktopTest):
 
         record, = desktop.wait_for_records(1)
         noticed = now()
-        self.assertEqual(record["id"], running["sessionID"])
-        self.assertEqual(record["phaseRawValue"], "focus")
-        self.assertEqual(record["outcomeRawValue"], "completed")
-        self.assertFalse(record["completedWhileAway"])
-        self.assertEqual(record["actualStartAt"], running["startedAt"])
-        self.assertEqual(record["endedAt"], record["scheduledEndAt"])
-        self.assertEqual(record["endedAt"], running["expectedEndAt"])
+        expected = {"id": running["sessionID"], "phaseRawValue": "focus", "outcomeRawValue": "completed",
+                    "completedWhileAway": False, "actualStartAt": running["startedAt"], "effectiveDuration": 3,
+                    "endedAt": running["expectedEndAt"], "scheduledEndAt": running["expectedEndAt"]}
+        self.assertEqual({**record, **expected}, record)
         self.assertAlmostEqual(record["endedAt"], record["actualStartAt"] + 3, delta=0.0005)
-        self.assertEqual(record["effectiveDuration"], 3)
         self.assertLess(noticed - record["endedAt"], 1, "the end is noticed at once")
 
         ringing = desktop.wait_for_state("ringing")
@@ -56,11 +52,9 @@ class Phases(DesktopTest):
         self.start_and_wait()
         desktop.wait_for_state("ringing")
         record, = desktop.wait_for_records(1)
-        self.assertEqual(record["id"], running["sessionID"])
-        self.assertEqual(record["outcomeRawValue"], "completedWhileAway")
-        self.assertTrue(record["completedWhileAway"])
-        self.assertEqual(record["endedAt"], running["expectedEndAt"])
-        self.assertEqual(record["scheduledEndAt"], running["expectedEndAt"])
+        expected = {"id": running["sessionID"], "outcomeRawValue": "completedWhileAway", "completedWhileAway": True,
+                    "endedAt": running["expectedEndAt"], "scheduledEndAt": running["expectedEndAt"]}
+        self.assertEqual({**record, **expected}, record)
 
 
 if __name__ == "__main__":

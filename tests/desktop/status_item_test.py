@@ -2,6 +2,7 @@
 
 import pathlib
 import re
+import shutil
 
 import dbus
 
@@ -9,28 +10,6 @@ from harness import SECTION_KEY, DesktopTest, holds_for, main, read_json, wait_f
 
 AYATANA = "/usr/libexec/ayatana-indicator-application/ayatana-indicator-application-service"
 WATCHER = "org.kde.StatusNotifierWatcher"
-
-PANEL = """<?xml version="1.0" encoding="UTF-8"?>
-<channel name="xfce4-panel" version="1.0">
-  <property name="configver" type="int" value="2"/>
-  <property name="panels" type="array">
-    <value type="int" value="1"/>
-    <property name="panel-1" type="empty">
-      <property name="position" type="string" value="p=6;x=0;y=0"/>
-      <property name="length" type="uint" value="100"/>
-      <property name="position-locked" type="bool" value="true"/>
-      <property name="icon-size" type="uint" value="22"/>
-      <property name="size" type="uint" value="30"/>
-      <property name="plugin-ids" type="array"><value type="int" value="1"/></property>
-    </property>
-  </property>
-  <property name="plugins" type="empty">
-    <property name="plugin-1" type="string" value="systray">
-      <property name="square-icons" type="bool" value="true"/>
-    </property>
-  </property>
-</channel>
-"""
 
 FOCUS_RED = (221, 45, 74)
 
@@ -96,7 +75,7 @@ class StatusItemTest(DesktopTest):
         self.desktop.run_in_background(["xfwm4", "--replace", "--compositor=off"])
         folder = self.desktop.home / ".config/xfce4/xfconf/xfce-perchannel-xml"
         folder.mkdir(parents=True)
-        (folder / "xfce4-panel.xml").write_text(PANEL)
+        shutil.copy(pathlib.Path(__file__).with_name("xfce4-panel.xml"), folder)
         self.desktop.run_in_background([str(next(pathlib.Path("/usr/lib").glob("*/xfce4/xfconf/xfconfd")))])
         wait_for("Xfce's settings", lambda: self.bus.name_has_owner("org.xfce.Xfconf"))
         self.desktop.run_in_background(["xfce4-panel", "--disable-wm-check"])

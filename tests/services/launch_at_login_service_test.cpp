@@ -16,37 +16,30 @@ Expected<Status, LaunchAtLoginServiceError> setEnabled(LaunchAtLoginService& ser
     return result;
 }
 
-TEST(LaunchAtLoginService, changes_the_item_only_where_that_is_needed)
+TEST(LaunchAtLoginService, changes_the_item_only_where_that_is_needed_and_tells_the_status_after_it)
 {
     struct Case
     {
         Item before;
         bool enable;
         int changes;
+        Status after;
     };
-    for (const Case& c : {Case{Item::notRegistered, true, 1},
-                          {Item::notFound, true, 1},
-                          {Item::enabled, true, 0},
-                          {Item::requiresApproval, true, 0},
-                          {Item::enabled, false, 1},
-                          {Item::requiresApproval, false, 1},
-                          {Item::notFound, false, 1},
-                          {Item::notRegistered, false, 0}}) {
+    for (const Case& c : {Case{Item::notRegistered, true, 1, Status::requiresApproval},
+                          {Item::notFound, true, 1, Status::requiresApproval},
+                          {Item::enabled, true, 0, Status::enabled},
+                          {Item::requiresApproval, true, 0, Status::requiresApproval},
+                          {Item::enabled, false, 1, Status::disabled},
+                          {Item::requiresApproval, false, 1, Status::disabled},
+                          {Item::notFound, false, 1, Status::disabled},
+                          {Item::notRegistered, false, 0, Status::disabled}}) {
         test::FakeLoginItem item;
         item.current = c.before;
+        item.afterRegistering = Item::requiresApproval;
         LaunchAtLoginService service(item);
-        EXPECT_TRUE(setEnabled(service, c.enable));
+        EXPECT_EQ(*setEnabled(service, c.enable), c.after) << static_cast<int>(c.before) << c.enable;
         EXPECT_EQ(item.changes, c.changes) << static_cast<int>(c.before) << c.enable;
     }
-}
-
-TEST(LaunchAtLoginService, tells_the_status_after_the_change)
-{
-    test::FakeLoginItem item;
-    item.afterRegistering = Item::requiresApproval;
-    LaunchAtLoginService service(item);
-    EXPECT_EQ(*setEnabled(service, true), Status::requiresApproval);
-    EXPECT_EQ(*setEnabled(service, false), Status::disabled);
 }
 
 TEST(LaunchAtLoginService, keeps_a_failure_until_the_next_success)

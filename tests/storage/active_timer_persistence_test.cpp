@@ -23,19 +23,14 @@ protected:
     ActiveTimerPersistence m_persistence{m_disk};
 };
 
-TEST_F(ActiveTimerPersistenceTest, nothing_stored_gives_nothing_and_writes_nothing)
+TEST_F(ActiveTimerPersistenceTest, the_latest_snapshot_comes_back_until_it_is_cleared_under_both_keys)
 {
-    const auto loaded = m_persistence.load();
-    ASSERT_TRUE(loaded);
-    EXPECT_EQ(*loaded, std::nullopt);
+    EXPECT_EQ(*m_persistence.load(), std::nullopt);
     EXPECT_TRUE(m_defaults.values.empty());
-}
-
-TEST_F(ActiveTimerPersistenceTest, the_latest_snapshot_comes_back)
-{
     ASSERT_TRUE(m_persistence.save({}));
     ASSERT_TRUE(m_persistence.save(m_snapshot));
     EXPECT_EQ(**m_persistence.load(), m_snapshot);
+    m_defaults.values[legacyKey] = "{";
     m_persistence.clear();
     EXPECT_TRUE(m_defaults.values.empty());
 }
@@ -47,13 +42,6 @@ TEST_F(ActiveTimerPersistenceTest, a_snapshot_that_json_cannot_express_leaves_th
     endless.plannedDuration = Seconds{std::numeric_limits<double>::infinity()};
     EXPECT_FALSE(m_persistence.save(endless));
     EXPECT_EQ(m_defaults.values[key], m_document);
-}
-
-TEST_F(ActiveTimerPersistenceTest, clear_removes_both_keys)
-{
-    m_defaults.values = {{key, m_document}, {legacyKey, "{"}};
-    m_persistence.clear();
-    EXPECT_TRUE(m_defaults.values.empty());
 }
 
 TEST_F(ActiveTimerPersistenceTest, an_unreadable_snapshot_is_kept_under_another_name)

@@ -105,40 +105,5 @@ TEST_F(PreferencesStoreTest, one_bad_value_gives_all_defaults_and_the_document_i
     }
 }
 
-TEST_F(PreferencesStoreTest, nothing_is_written_over_what_could_not_be_read)
-{
-    m_defaults.values[key] = R"({"appLanguage":"english"})";
-    m_defaults.unreadable = {key};
-    EXPECT_EQ(m_store.load(), AppPreferences{});
-    ASSERT_TRUE(m_store.readError());
-    std::optional<AppPreferences> read;
-    m_store.setWasReadObserver([&](const AppPreferences& preferences) { read = preferences; });
-    ASSERT_TRUE(m_store.save({}));
-    m_disk.scheduler.advance(Seconds{600});
-    EXPECT_EQ(read, std::nullopt);
-    EXPECT_FALSE(m_store.isSaved());
-    m_defaults.unreadable.clear();
-    m_disk.scheduler.advance(RetryTimer::longestDelay);
-    EXPECT_EQ(read->appLanguage, AppLanguage::english);
-    EXPECT_FALSE(m_store.readError());
-    EXPECT_TRUE(m_store.isSaved());
-    EXPECT_EQ(m_defaults.values, (std::map<std::string, std::string>{{key, full}})) << "nothing is set aside";
-}
-
-TEST_F(PreferencesStoreTest, what_was_changed_meanwhile_is_put_on_top_of_what_could_be_read_late)
-{
-    AppPreferences stored;
-    stored.appLanguage = AppLanguage::english;
-    stored.timerSettings.focusDuration = Seconds{3000};
-    stored.timerSettings.longBreakDuration = Seconds{1200};
-    AppPreferences current;
-    current.timerSettings.focusDuration = Seconds{2400};
-    current.playCompletionSound = false;
-    AppPreferences expected = stored;
-    expected.timerSettings.focusDuration = Seconds{2400};
-    expected.playCompletionSound = false;
-    EXPECT_EQ(joined(stored, {}, current), expected);
-}
-
 } // namespace
 } // namespace brevlin

@@ -27,16 +27,6 @@ TimerSnapshot pausedSnapshot()
     return snapshot;
 }
 
-TEST(SnapshotDocument, an_idle_snapshot_omits_what_is_absent)
-{
-    const TimerSnapshot idle = freshSnapshot(TimerSettings{});
-    const auto text = encode(idle);
-    ASSERT_TRUE(text);
-    EXPECT_EQ(*text, R"({"phase":"focus","runState":"idle","plannedDuration":1500,)"
-                     R"("accumulatedPauseSeconds":0,"interruptionCount":0,"completedFocusCount":0})");
-    EXPECT_EQ(*decodeTimerSnapshot(*text), idle);
-}
-
 TEST(SnapshotDocument, a_full_snapshot_keeps_every_field_in_the_documented_form)
 {
     const auto text = encode(pausedSnapshot());

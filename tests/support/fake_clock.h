@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/clock.h"
-#include "support/time_zones.h"
+#include "platform/freedesktop/clock/system_time_zone.h"
 
 #include <string>
 #include <utility>
@@ -20,11 +20,11 @@ public:
     /// Moves the wall clock alone, as sleep or a set clock does: scheduled tasks do not come nearer.
     void jump(Seconds length) { m_now += length; }
     void setNow(Instant now) { m_now = now; }
-    void setTimeZoneIdentifier(const std::string& identifier) { m_timeZone = zone(identifier); }
+    void setTimeZoneIdentifier(const std::string& identifier) { m_timeZone = timeZoneOf(identifier); }
 
 private:
     Instant m_now;
-    TimeZone m_timeZone = zone("Europe/Berlin");
+    TimeZone m_timeZone = timeZoneOf("Europe/Berlin");
 };
 
 } // namespace brevlin::test

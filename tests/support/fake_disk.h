@@ -10,8 +10,8 @@
 
 namespace brevlin::test {
 
-/// What the small documents need, for tests of what they hold.
-class FakeDisk final
+/// What the small documents need, for tests of what they hold; a fixture may be one.
+class FakeDisk
 {
 public:
     explicit FakeDisk(FakeClock start = FakeClock{}) : clock(std::move(start)) {}

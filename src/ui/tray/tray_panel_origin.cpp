@@ -54,8 +54,11 @@ int distance(const QPoint& point, const QRect& screen, Qt::Edge edge)
 
 } // namespace
 
-QPoint panelOrigin(const QPoint& anchor, const QSize& size, const QRect& screen, const QRect& workArea)
+QPoint panelOrigin(const QPoint& wanted, const QSize& size, const QRect& screen, const QRect& workArea)
 {
+    // The bus lets a host tell any number.
+    const QPoint anchor(std::clamp(wanted.x(), screen.left(), screen.right()),
+                        std::clamp(wanted.y(), screen.top(), screen.bottom()));
     const int left = anchor.x() - screen.left();
     const int top = anchor.y() - screen.top();
     const int right = screen.right() - anchor.x();

@@ -8,10 +8,10 @@
 
 namespace brevlin {
 
-/// Where a panel of this size lies that belongs to a status item at `anchor`: beside it, towards the middle
+/// Where a panel of this size lies that belongs to a status item at `wanted`: beside it, towards the middle
 /// of the screen from the nearest edge, and wholly inside `workArea`. Where the panel is larger than that,
-/// its top left corner is inside.
-QPoint panelOrigin(const QPoint& anchor, const QSize& size, const QRect& screen, const QRect& workArea);
+/// its top left corner is inside. A place beyond the screen, which is not empty, counts as the nearest on it.
+QPoint panelOrigin(const QPoint& wanted, const QSize& size, const QRect& screen, const QRect& workArea);
 
 /// Where the status item is likely to be on this screen, for hosts that do not tell: on the bar that the
 /// pointer is nearest to, abreast of it; without a pointer at the end of a bar, where status icons stand. A

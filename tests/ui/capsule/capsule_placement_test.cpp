@@ -55,14 +55,16 @@ TEST(CapsulePlacement, a_drag_snaps_to_a_near_edge_and_is_remembered)
         CapsuleFrame frame;
         HorizontalAnchor growing;
     };
-    for (const Case& c : {Case{-400, -300, {215, 512, 50, 50}, HorizontalAnchor::leading},
-                          {-565, 0, {0, 812, 50, 50}, HorizontalAnchor::leading},    // 50 from the edge
-                          {-564, 0, {51, 812, 50, 50}, HorizontalAnchor::leading},   // 51
-                          {564, 0, {1179, 812, 50, 50}, HorizontalAnchor::trailing}, // 51 from the other
-                          {565, 0, {1230, 812, 50, 50}, HorizontalAnchor::trailing}, // 50
-                          {590, 0, {1230, 812, 50, 50}, HorizontalAnchor::trailing},
-                          {-100, 5000, {515, 820, 50, 50}, HorizontalAnchor::leading}, // beyond every screen
-                          {1000, -200, {1615, 612, 50, 50}, HorizontalAnchor::leading}}) {
+    for (const Case& c :
+         {Case{-400, -300, {215, 512, 50, 50}, HorizontalAnchor::leading},
+          {-565, 0, {0, 812, 50, 50}, HorizontalAnchor::leading},    // 50 from the edge
+          {-564, 0, {51, 812, 50, 50}, HorizontalAnchor::leading},   // 51
+          {564, 0, {1179, 812, 50, 50}, HorizontalAnchor::trailing}, // 51 from the other
+          {565, 0, {1230, 812, 50, 50}, HorizontalAnchor::trailing}, // 50
+          {590, 0, {1230, 812, 50, 50}, HorizontalAnchor::trailing},
+          {-100, 5000, {515, 820, 50, 50}, HorizontalAnchor::leading}, // beyond every screen
+          {680, -200, {1280, 612, 50, 50}, HorizontalAnchor::leading}, // an edge between screens
+          {1000, -200, {1615, 612, 50, 50}, HorizontalAnchor::leading}}) {
         Placed placed;
         EXPECT_EQ(placed.drag(c.x, c.y), c.frame);
         EXPECT_EQ(placed.placement.preferredExpansionAnchor(316), c.growing);

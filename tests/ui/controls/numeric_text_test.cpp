@@ -34,15 +34,6 @@ protected:
     NumericText text{systemFont(54, QFont::DemiBold)};
 };
 
-TEST_F(NumericTextTest, every_clock_of_five_characters_is_equally_wide)
-{
-    const QSize size = text.sizeHint();
-    for (const char* clock : {"11:11", "00:00", "17:47", "88:88", "40:04"}) {
-        text.setText(QString::fromLatin1(clock));
-        EXPECT_EQ(text.sizeHint(), size) << clock;
-    }
-}
-
 TEST_F(NumericTextTest, digits_keep_their_cells_whatever_they_are)
 {
     NumericText::Cells cells(systemFont(54));

@@ -98,23 +98,6 @@ TEST_F(MainWindowTest, the_controls_are_those_of_the_state_and_the_language)
     EXPECT_EQ(buttons(), (Texts{"Skip Break", "Start Break"})) << "the sound has stopped by itself";
 }
 
-TEST_F(MainWindowTest, the_keyboard_stays_with_what_goes_on_with_the_timer)
-{
-    open();
-    auto* row = window().findChild<TimerControlRow*>();
-    EXPECT_EQ(qobject_cast<CapsuleButton*>(QApplication::focusWidget()), nullptr);
-    const auto button = [row](int index) {
-        return row->findChildren<CapsuleButton*>().at(index);
-    };
-    button(0)->setFocus(Qt::TabFocusReason);
-    press(Qt::Key_Space);
-    EXPECT_EQ(runState(), TimerRunState::running);
-    ASSERT_NE(QApplication::focusWidget(), nullptr);
-    EXPECT_EQ(qobject_cast<CapsuleButton*>(QApplication::focusWidget())->text(), QStringLiteral("Pause"));
-    press(Qt::Key_Space);
-    EXPECT_EQ(runState(), TimerRunState::paused);
-}
-
 TEST_F(MainWindowTest, what_is_drawn_is_told_to_assistive_technology)
 {
     open();
@@ -228,23 +211,23 @@ TEST_F(MainWindowTest, quitting_waits_for_the_disk_and_then_says_what_it_did_not
     int ends = 0;
     std::unique_ptr<QuitSequence> quit;
     const auto begin = [&](QuitSequence::Origin origin) {
-        quit = std::make_unique<QuitSequence>(model(), documents, scheduler);
+        quit = std::make_unique<QuitSequence>(model(), thread, scheduler);
         QObject::connect(quit.get(), &QuitSequence::finished, [&] { ++ends; });
         quit->begin(origin);
     };
     begin(QuitSequence::Origin::user);
     EXPECT_EQ(ends, 1) << "there is nothing to wait for";
 
-    documents.runsAtOnce = false;
+    thread.runsAtOnce = false;
     model().start();
     begin(QuitSequence::Origin::system);
     scheduler.advance(Seconds{3});
     EXPECT_EQ(ends, 1);
-    documents.runAll();
+    thread.runAll();
     scheduler.advance(Seconds{0.1});
     EXPECT_EQ(ends, 2);
 
-    documents.runsAtOnce = true;
+    thread.runsAtOnce = true;
     files.files["/data/sessions-v1.json"] = "half a copy";
     model().endCurrentPhase();
     begin(QuitSequence::Origin::user);
@@ -299,22 +282,17 @@ TEST_F(MainWindowTest, the_sections_are_one_stop_and_the_windows_own_buttons_com
         << "the keyboard was on Pause";
 }
 
-TEST_F(MainWindowTest, the_section_is_remembered_and_an_unknown_one_forgotten)
+TEST_F(MainWindowTest, a_choice_of_a_section_is_told_once_and_an_unknown_one_forgotten)
 {
-    MainWindowStore store(disk());
+    SectionSelection selection(m_store);
     int changes = 0;
-    {
-        SectionSelection selection(store);
-        EXPECT_EQ(selection.section(), AppSection::timer);
-        QObject::connect(&selection, &SectionSelection::sectionChanged, [&] { ++changes; });
-        selection.select(AppSection::statistics);
-        selection.select(AppSection::statistics);
-    }
+    QObject::connect(&selection, &SectionSelection::sectionChanged, [&] { ++changes; });
+    selection.select(AppSection::statistics);
+    selection.select(AppSection::statistics);
     EXPECT_EQ(changes, 1);
-    EXPECT_EQ(defaults.values["com.quillmark.brevlin.mainSection"], "\"statistics\"");
-    EXPECT_EQ(SectionSelection(store).section(), AppSection::statistics);
+    EXPECT_EQ(SectionSelection(m_store).section(), AppSection::statistics);
     defaults.values["com.quillmark.brevlin.mainSection"] = "\"diary\"";
-    EXPECT_EQ(SectionSelection(store).section(), AppSection::timer);
+    EXPECT_EQ(SectionSelection(m_store).section(), AppSection::timer);
 }
 
 } // namespace

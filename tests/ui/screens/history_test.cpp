@@ -1,6 +1,6 @@
 #include "app/model_fixture.h"
+#include "platform/freedesktop/clock/system_time_zone.h"
 #include "storage/session_archive.h"
-#include "support/time_zones.h"
 #include "ui/screens/history/history_list.h"
 
 #include <QAccessible>
@@ -13,7 +13,7 @@ namespace {
 
 using namespace std::chrono;
 
-const Calendar shanghai{test::zone("Asia/Shanghai"), "en"};
+const Calendar shanghai{timeZoneOf("Asia/Shanghai"), "en"};
 
 Instant at(int dayOfMarch, int hour, int minute = 0)
 {
@@ -49,7 +49,7 @@ TEST(HistoryDays, records_stand_under_the_day_they_ended_on_with_its_focus)
     for (const HistoryDay& day : days.days()) {
         texts.push_back(historyDateText(day, shanghai) + " | " +
                         historySummaryText(day, AppLanguage::english));
-        texts.push_back(historyDateText(day, Calendar{test::zone("Asia/Shanghai"), "zh-Hans"}) + " | " +
+        texts.push_back(historyDateText(day, Calendar{timeZoneOf("Asia/Shanghai"), "zh-Hans"}) + " | " +
                         historySummaryText(day, AppLanguage::simplifiedChinese));
     }
     EXPECT_EQ(texts, (std::vector<std::string>{"Tuesday, Mar 3, 2026 | 1 entries · 0 min focus",
@@ -61,9 +61,10 @@ TEST(HistoryDays, records_stand_under_the_day_they_ended_on_with_its_focus)
     EXPECT_EQ(days.recordIndex(2), 2U);
     const HistoryLayout layout(days);
     EXPECT_EQ(layout.cardTop(1) - layout.cardTop(0) - layout.cardHeight(0), 14);
+    EXPECT_FALSE(layout.rowAt(layout.cardTop(1) - 1)) << "between two cards";
     // In another zone the same instants fall on other days.
-    EXPECT_EQ(HistoryDays(records, Calendar{test::zone("America/New_York"), "en"}).days().size(), 3U);
-    EXPECT_EQ(HistoryDays(records, Calendar{test::zone("America/New_York"), "en"}).days().front().count, 3U);
+    EXPECT_EQ(HistoryDays(records, Calendar{timeZoneOf("America/New_York"), "en"}).days().size(), 3U);
+    EXPECT_EQ(HistoryDays(records, Calendar{timeZoneOf("America/New_York"), "en"}).days().front().count, 3U);
     EXPECT_TRUE(HistoryDays({}, shanghai).days().empty());
 }
 
@@ -77,7 +78,7 @@ TEST(HistoryDays, a_row_says_what_is_known_also_of_strings_of_a_later_release)
     EXPECT_EQ(english.timeRange, "2:40\u202fPM ～ 3:05\u202fPM");
     EXPECT_EQ(spokenHistoryRow(english).substr(0, 26), "Focus, Completed, 25 min, ");
     const auto chinese =
-        historyRowTexts(record(at(2, 15, 5), 1500), Calendar{test::zone("Asia/Shanghai"), "zh-Hans"},
+        historyRowTexts(record(at(2, 15, 5), 1500), Calendar{timeZoneOf("Asia/Shanghai"), "zh-Hans"},
                         AppLanguage::simplifiedChinese);
     EXPECT_EQ(chinese.timeRange, "14:40 ～ 15:05");
     EXPECT_LT(historyRowTexts(strange, shanghai, AppLanguage::english).duration.size(), 60U);

@@ -1,5 +1,5 @@
 #include "app/model_fixture.h"
-#include "support/time_zones.h"
+#include "platform/freedesktop/clock/system_time_zone.h"
 #include "ui/controls/segmented_picker.h"
 #include "ui/screens/statistics/activity_chart.h"
 #include "ui/screens/statistics/activity_texts.h"
@@ -27,7 +27,7 @@ Instant local(const Calendar& calendar, int y, unsigned m, unsigned d, int hour 
 
 ActivityInput emptyInput(StatisticsGranularity granularity, int y, unsigned m, unsigned d)
 {
-    const Calendar calendar = statisticsCalendar(test::zone("Europe/Berlin"), english);
+    const Calendar calendar = statisticsCalendar(timeZoneOf("Europe/Berlin"), english);
     const Instant anchor = local(calendar, y, m, d);
     return {StatisticsCalculator::calculatePeriod({}, granularity, anchor, calendar), calendar, english,
             calendar.startOfDay(anchor)};
@@ -53,13 +53,13 @@ TEST(StatisticsTexts, name_periods_durations_and_insights)
     SessionRecord record; // two of a day on which the clocks change, in hours of equal minutes
     std::vector<SessionRecord> records;
     for (const auto& [hour, minutes] : {std::pair{9, 25}, {14, 25}, {20, 26}}) {
-        record.endedAt = local(statisticsCalendar(test::zone("Europe/Berlin"), english), 2026, 3, 29, hour);
+        record.endedAt = local(statisticsCalendar(timeZoneOf("Europe/Berlin"), english), 2026, 3, 29, hour);
         record.effectiveDuration = Seconds{minutes == 26 ? 1499.0 : 60.0 * minutes};
         records.push_back(record);
     }
     for (const auto& row : rows) {
         for (const AppLanguage language : {english, simplifiedChinese}) {
-            const Calendar calendar = statisticsCalendar(test::zone("Europe/Berlin"), language);
+            const Calendar calendar = statisticsCalendar(timeZoneOf("Europe/Berlin"), language);
             const auto statistics =
                 StatisticsCalculator::calculatePeriod(records, row.granularity, records[0].endedAt, calendar);
             const bool isEnglish = language == english;
@@ -119,6 +119,7 @@ TEST(ActivityPicture, puts_every_day_in_the_row_of_its_weekday)
         }
     }
     EXPECT_EQ(activityPicture(emptyInput(year, 2026, 5, 1), 700).labels.front().text, QStringLiteral("Jan"));
+    EXPECT_EQ(activityPicture(emptyInput(month, 2026, 5, 1), 700).labels.front().text, QStringLiteral("M"));
 }
 
 TEST(ActivityPicture, scales_bars_and_levels)

@@ -1,6 +1,6 @@
 #include "app/model_fixture.h"
+#include "platform/status_item.h"
 #include "storage/main_window_store.h"
-#include "support/fake_status_item.h"
 #include "support/plain_desktop.h"
 #include "ui/timer/timer_control_row.h"
 #include "ui/timer/timer_cycle_indicator.h"
@@ -12,8 +12,30 @@
 #include <QApplication>
 #include <QLayout>
 
+#include <climits>
+
 namespace brevlin {
 namespace {
+
+/// Keeps what it was last given, and counts the pictures.
+class FakeStatusItem final : public StatusItem
+{
+public:
+    void setPictures(const StatusPictures& value) override
+    {
+        pictures = value;
+        ++pictureChanges;
+    }
+    void setTexts(const StatusTexts& value) override { texts = value; }
+    void setMenu(const std::vector<StatusMenuRow>& value) override { rows = value; }
+    void setObserver(Observer value) override { observer = std::move(value); }
+
+    StatusPictures pictures;
+    StatusTexts texts;
+    std::vector<StatusMenuRow> rows;
+    Observer observer;
+    int pictureChanges = 0;
+};
 
 class TrayTest : public test::ModelTest
 {
@@ -33,7 +55,7 @@ protected:
         return text;
     }
 
-    test::FakeStatusItem item;
+    FakeStatusItem item;
     test::PlainWindowSystem windowSystem;
     test::NoPanels panels;
 
@@ -145,6 +167,7 @@ TEST(PanelOrigin, the_panel_lies_beside_its_item_and_inside_the_work_area)
         {"right bar", {1260, 400}, screen, {0, 0, 1240, 900}, {934, 255}},
         {"a bar that the work area does not know", {600, 15}, screen, screen, {450, 31}},
         {"second screen", {1290, 10}, second, second, {1286, 26}},
+        {"beyond all measure", {INT_MIN, INT_MAX}, screen, screen, {6, 593}},
         {"no room", {150, 10}, {0, 0, 200, 200}, {0, 20, 200, 180}, {6, 26}},
     };
     for (const Case& each : cases) {

@@ -1,9 +1,9 @@
 // Reads a history and questions from the standard input and prints the figures as JSON, one line a question,
-// for statistics_figures_test.py to compare with its own. First the number of records, and a line for each:
+// for figures.py to compare with its own. First the number of records, and a line for each:
 // end and length in seconds, phase, outcome. Then the questions: zone, granularity, anchor.
 
 #include "core/statistics_calculator.h"
-#include "support/time_zones.h"
+#include "platform/freedesktop/clock/system_time_zone.h"
 
 #include <chrono>
 #include <cstdio>
@@ -60,7 +60,7 @@ int main()
     double anchor = 0;
     while (std::cin >> zone >> granularity >> anchor) {
         const Calendar& calendar =
-            calendars.try_emplace(zone, Calendar(test::zone(zone), "en").withWeeks(std::chrono::Monday, 4))
+            calendars.try_emplace(zone, Calendar(timeZoneOf(zone), "en").withWeeks(std::chrono::Monday, 4))
                 .first->second;
         const Instant instant{Seconds{anchor}};
         print(StatisticsCalculator::calculatePeriod(

@@ -1,24 +1,23 @@
-"""The figures of one history, computed a second time with Python's own time zones, for random periods of many zones.
-
-The argument is the program that prints the core's figures (statistics_figures.cpp)."""
+"""The figures of one history, computed a second time with Python's own time zones, for random periods of many zones."""
 
 import collections
 import datetime
 import json
-import pathlib
-import random
 import subprocess
 import sys
 import zoneinfo
 
-sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "tools"))
+import proof
+
+sys.path.insert(0, str(proof.ROOT / "tools"))
 
 from make_history import EPOCH, make_history  # noqa: E402
 
+FIGURES = proof.BUILT / "proofs" / "brevlin_statistics_figures"
 ZONES = ("UTC", "Europe/Berlin", "Europe/London", "America/New_York", "America/St_Johns", "America/Santiago",
          "Asia/Shanghai", "Asia/Kathmandu", "Asia/Beirut", "Australia/Lord_Howe", "Pacific/Apia", "Africa/Casablanca")
 COMPLETED = ("completed", "completedWhileAway")
-PERIODS = 200
+PERIODS = 200  # of a round
 DAY = datetime.timedelta(days=1)
 
 
@@ -71,28 +70,34 @@ def figures(records, zone, granularity, anchor):
             "today": minutes(days.get(date, ())), "buckets": [[minutes(buckets[i]), len(buckets[i])] for i in range(count)]}
 
 
-def main():
-    source = random.Random(20261124)
+def random_history(chance):
     until = datetime.datetime(2027, 1, 15, tzinfo=datetime.timezone.utc).timestamp()
     made = make_history(6000, 900, until, 3, "UTC")["sessions"]
     records = [(entry["endedAt"], entry["effectiveDuration"], entry["phaseRawValue"], entry["outcomeRawValue"])
                for entry in made]
     # Around the clock, so that every midnight and every change of the clocks has records on either side.
     for at in range(int(made[-1]["endedAt"]), int(made[0]["endedAt"]), 7 * 3571):
-        records.append((float(at), source.choice((1499.0, -5.0, 59.9, 1500.0)), source.choice(("focus", "nap")),
-                        source.choice(("completed", "skipped", "unknown"))))
-    records.sort(key=lambda record: -record[0])
-    questions = [(source.choice(ZONES), source.choice(("day", "week", "month", "year")),
-                  source.randrange(int(records[-1][0]), int(records[0][0]))) for _ in range(PERIODS)]
-    lines = [str(len(records)), *(" ".join(map(str, record)) for record in records),
-             *(" ".join(map(str, question)) for question in questions)]
-    answers = subprocess.run([sys.argv[1]], input="\n".join(lines), text=True, check=True, capture_output=True)
-    answers = answers.stdout.splitlines()
-    assert len(answers) == PERIODS, f"{len(answers)} answers"
-    for (zone, granularity, anchor), answer in zip(questions, answers):
-        expected = figures(records, zoneinfo.ZoneInfo(zone), granularity, anchor)
-        found = json.loads(answer)
-        assert found == expected, f"{zone} {granularity} {anchor}:\n{found}\nis not\n{expected}"
+        records.append((float(at), chance.choice((1499.0, -5.0, 59.9, 1500.0)), chance.choice(("focus", "nap")),
+                        chance.choice(("completed", "skipped", "unknown"))))
+    return sorted(records, key=lambda record: -record[0])
 
 
-main()
+def random_periods(budget):
+    """At least one round."""
+    row = proof.Row("figures of random periods, computed a second time", "periods")
+    records = random_history(budget.chance)
+    while budget.lasts() or not row.count:
+        questions = [(budget.chance.choice(ZONES), budget.chance.choice(("day", "week", "month", "year")),
+                      budget.chance.randrange(int(records[-1][0]), int(records[0][0]))) for _ in range(PERIODS)]
+        lines = [str(len(records)), *(" ".join(map(str, record)) for record in records),
+                 *(" ".join(map(str, question)) for question in questions)]
+        done = subprocess.run([FIGURES], input="\n".join(lines), text=True, stdout=subprocess.PIPE, check=False)
+        answers = done.stdout.splitlines()
+        if done.returncode or len(answers) != PERIODS:
+            row.add({"crashed": f"exit {done.returncode}, {len(answers)} answers"}, f"seed {budget.seed}")
+            break
+        for (zone, granularity, anchor), answer in zip(questions, answers):
+            expected, found = figures(records, zoneinfo.ZoneInfo(zone), granularity, anchor), json.loads(answer)
+            row.add({"wrong": f"{found}, expected {expected}"} if found != expected else {},
+                    f"{zone} {granularity} {anchor} of seed {budget.seed}")
+    return [row]
