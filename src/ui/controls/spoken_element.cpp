@@ -1,6 +1,7 @@
 #include "ui/controls/spoken_element.h"
 
 #include <QAccessibleWidget>
+#include <QLabel>
 #include <QObject>
 
 #include <utility>
@@ -23,6 +24,7 @@ public:
 
     QAccessible::Role role;
     std::function<QString()> name;
+    std::function<QString()> description;
     bool hasChildren;
 };
 
@@ -35,7 +37,16 @@ public:
 
     QString text(QAccessible::Text text) const override
     {
-        return text == QAccessible::Name ? m_keeper.name() : QAccessibleWidget::text(text);
+        if (text == QAccessible::Description && m_keeper.description) {
+            return m_keeper.description();
+        }
+        return text == QAccessible::Name && m_keeper.name ? m_keeper.name() : QAccessibleWidget::text(text);
+    }
+    QAccessible::State state() const override
+    {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.invisible = state.invisible || !m_keeper.name;
+        return state;
     }
     int childCount() const override { return m_keeper.hasChildren ? QAccessibleWidget::childCount() : 0; }
     QAccessibleInterface* child(int index) const override
@@ -61,11 +72,31 @@ QAccessibleInterface* makeInterface(const QString& /*className*/, QObject* objec
     return keeper != nullptr ? new SpokenElement(widget, *static_cast<const NameKeeper*>(keeper)) : nullptr;
 }
 
-void keepName(QWidget& widget, QAccessible::Role role, std::function<QString()> name, bool isGroup)
+NameKeeper& keepName(QWidget& widget, QAccessible::Role role, std::function<QString()> name, bool isGroup)
 {
-    new NameKeeper(role, std::move(name), isGroup, &widget);
+    auto* keeper = new NameKeeper(role, std::move(name), isGroup, &widget);
     // Installing the same function again changes nothing.
     QAccessible::installFactory(makeInterface);
+    return *keeper;
+}
+
+void collectTexts(QAccessibleInterface& element, QStringList& texts)
+{
+    const auto* label = qobject_cast<QLabel*>(element.object());
+    const bool isTitle = label != nullptr && label->buddy() != nullptr;
+    if (element.state().invisible || isTitle) {
+        return;
+    }
+    if (element.role() == QAccessible::StaticText) {
+        const QString text = element.text(QAccessible::Name);
+        const bool isSentence = text.endsWith(QLatin1Char('.')) || text.endsWith(QStringLiteral("。"));
+        texts << (isSentence ? text : text + QLatin1Char('.'));
+    }
+    for (int index = 0; index < element.childCount(); ++index) {
+        if (QAccessibleInterface* child = element.child(index)) {
+            collectTexts(*child, texts);
+        }
+    }
 }
 
 } // namespace
@@ -75,9 +106,17 @@ void makeSpokenElement(QWidget& widget, QAccessible::Role role, std::function<QS
     keepName(widget, role, std::move(name), false);
 }
 
-void makeSpokenGroup(QWidget& widget, QAccessible::Role role, std::function<QString()> name)
+void makeSpokenGroup(QWidget& widget, QAccessible::Role role, std::function<QString()> name,
+                     std::function<QString()> description)
 {
-    keepName(widget, role, std::move(name), true);
+    keepName(widget, role, std::move(name), true).description = std::move(description);
+}
+
+QString readableText(QWidget& widget)
+{
+    QStringList texts;
+    collectTexts(*QAccessible::queryAccessibleInterface(&widget), texts);
+    return texts.join(QLatin1Char(' '));
 }
 
 } // namespace brevlin

@@ -44,7 +44,7 @@ TimerRingView::TimerRingView(AppModel& model, const TimerRingMetrics& metrics, Q
     , m_progress(*this)
 {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    makeSpokenElement(*this, QAccessible::Clock, [this] { return spokenText(); });
+    makeSpokenElement(*this, QAccessible::StaticText, [this] { return spokenText(); });
 
     connect(&m_progress, &ValueAnimation::valueChanged, this, &TimerRingView::repaintArc);
     connect(&model, &AppModel::remainingSecondsChanged, this, [this] {

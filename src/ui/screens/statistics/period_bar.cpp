@@ -62,6 +62,7 @@ PeriodBar::PeriodBar(QWidget* parent)
     row->addWidget(m_today);
     row->addStretch(1);
     row->addWidget(m_picker);
+    texts->stackUnder(m_next); // is read in the order in which it is seen
     m_picker->setTint(ThemeColor::focus);
     m_picker->setFixedWidth(pickerWidth);
 
