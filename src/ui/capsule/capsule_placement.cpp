@@ -128,8 +128,10 @@ std::optional<CapsuleFrame> CapsulePlacement::moveCircleTo(const CapsulePlace& p
     }
     const CapsuleScreen screen = *stableScreen();
     const CapsuleFrame wanted = wantedCircle(place, *from, screen);
-    const StablePosition before = *m_stablePosition;
+    const StablePosition before =
+        CapsuleGeometry::stablePosition(*from, HorizontalAnchor::center, screen.displayID);
     const auto drag = [&](double right) {
+        m_stablePosition = before;
         beginDrag(*from);
         dragBy(right, wanted.y - from->y);
         return finishDrag();

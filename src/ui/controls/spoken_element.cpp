@@ -1,5 +1,6 @@
 #include "ui/controls/spoken_element.h"
 
+#include <QAccessibleObject>
 #include <QAccessibleWidget>
 #include <QLabel>
 #include <QObject>
@@ -10,6 +11,7 @@ namespace brevlin {
 
 namespace {
 
+constexpr const char* announcementName = "brevlin-announcement";
 constexpr const char* keeperName = "brevlin-spoken-element";
 
 /// Holds the name's source as a child of the widget, where the factory finds it.
@@ -62,8 +64,46 @@ private:
     const NameKeeper& m_keeper; // lives as long as the widget
 };
 
+/// What was announced last in the widget, its parent.
+class Announcement final : public QObject
+{
+public:
+    using QObject::QObject;
+
+    QString text;
+};
+
+/// A notification that appears; a screen reader says such once. It is no element of the window.
+class AccessibleAnnouncement final : public QAccessibleObject
+{
+public:
+    explicit AccessibleAnnouncement(Announcement* announcement)
+        : QAccessibleObject(announcement), m_announcement(announcement)
+    {}
+
+    QAccessible::Role role() const override { return QAccessible::Notification; }
+    QAccessible::State state() const override { return {}; }
+    QString text(QAccessible::Text kind) const override
+    {
+        return kind == QAccessible::Name ? m_announcement->text : QString();
+    }
+    QAccessibleInterface* parent() const override
+    {
+        return QAccessible::queryAccessibleInterface(m_announcement->parent());
+    }
+    QAccessibleInterface* child(int /*index*/) const override { return nullptr; }
+    int childCount() const override { return 0; }
+    int indexOfChild(const QAccessibleInterface* /*child*/) const override { return -1; }
+
+private:
+    Announcement* m_announcement;
+};
+
 QAccessibleInterface* makeInterface(const QString& /*className*/, QObject* object)
 {
+    if (auto* announcement = dynamic_cast<Announcement*>(object)) {
+        return new AccessibleAnnouncement(announcement);
+    }
     auto* widget = qobject_cast<QWidget*>(object);
     if (widget == nullptr) {
         return nullptr;
@@ -110,6 +150,23 @@ void makeSpokenGroup(QWidget& widget, QAccessible::Role role, std::function<QStr
                      std::function<QString()> description)
 {
     keepName(widget, role, std::move(name), true).description = std::move(description);
+}
+
+void announce(QWidget& widget, const QString& text)
+{
+    if (!QAccessible::isActive()) {
+        return;
+    }
+    auto* announcement =
+        widget.findChild<QObject*>(QLatin1String(announcementName), Qt::FindDirectChildrenOnly);
+    if (announcement == nullptr) {
+        QAccessible::installFactory(makeInterface);
+        announcement = new Announcement(&widget);
+        announcement->setObjectName(QLatin1String(announcementName));
+    }
+    static_cast<Announcement*>(announcement)->text = text;
+    QAccessibleEvent event(announcement, QAccessible::ObjectShow);
+    QAccessible::updateAccessibility(&event);
 }
 
 QString readableText(QWidget& widget)

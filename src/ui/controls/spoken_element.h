@@ -17,6 +17,9 @@ void makeSpokenElement(QWidget& widget, QAccessible::Role role, std::function<QS
 void makeSpokenGroup(QWidget& widget, QAccessible::Role role, std::function<QString()> name,
                      std::function<QString()> description = {});
 
+/// Says the text once, wherever the keyboard is.
+void announce(QWidget& widget, const QString& text);
+
 /// All that can be read in the widget at the moment, but for the titles of controls.
 QString readableText(QWidget& widget);
 

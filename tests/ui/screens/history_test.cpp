@@ -82,7 +82,7 @@ TEST(HistoryDays, a_row_says_what_is_known_also_of_strings_of_a_later_release)
                         AppLanguage::simplifiedChinese);
     EXPECT_EQ(chinese.timeRange, "14:40 ～ 15:05");
     EXPECT_EQ(spokenHistoryRow(chinese, AppLanguage::simplifiedChinese),
-              "专注，14:40 至 15:05，25 分钟，完成");
+              "专注，14:40 至 15:05，25 分钟，已完成");
     EXPECT_LT(historyRowTexts(strange, shanghai, AppLanguage::english).duration.size(), 60U);
 }
 

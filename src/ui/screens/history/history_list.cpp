@@ -4,6 +4,7 @@
 #include "ui/controls/card_surface.h"
 #include "ui/controls/menu_look.h"
 #include "ui/controls/scroll_view.h"
+#include "ui/controls/spoken_element.h"
 #include "ui/screens/history/history_list_accessible.h"
 #include "ui/style/text.h"
 
@@ -62,7 +63,9 @@ void HistoryList::refresh()
             same || rowCount() == 0 ? same : std::optional{std::min(*m_currentRow, rowCount() - 1)};
         if (m_currentRow && !same) {
             m_currentRecord = record(*m_currentRow).id;
-            tellFocusedHistoryRow(*this, *m_currentRow);
+            if (hasFocus()) {
+                announce(*this, spokenText(*m_currentRow));
+            }
         }
     }
     // At the top what is new comes into view; anywhere else nothing moves under the reader's eyes.
