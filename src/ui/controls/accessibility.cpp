@@ -116,9 +116,7 @@ private:
 
 bool isDecoration(const QObject* object)
 {
-    // The arrow keys scroll, and a bar is no stop of theirs.
-    return qobject_cast<const SlimScrollBar*>(object) != nullptr ||
-           qobject_cast<const ThinDivider*>(object) != nullptr ||
+    return qobject_cast<const ThinDivider*>(object) != nullptr ||
            qobject_cast<const SymbolView*>(object) != nullptr ||
            qobject_cast<const PhaseIconView*>(object) != nullptr ||
            qobject_cast<const BrevlinLogoView*>(object) != nullptr;
