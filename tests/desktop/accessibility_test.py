@@ -273,6 +273,8 @@ class Orca(AccessibilityTest):
         for control in self.stops(self.elements(window=more["window"])):
             self.press("Tab", *self.spoken(control))
         self.press("Escape", f"'{sections[4]} page tab")
+        self.desktop.press("Escape")  # once more, for the alert of the end
+        self.desktop.wait_for_state("idle")
 
     def test_orca_says_every_control_and_what_becomes_of_it(self):
         self.listen_to_everything("english")
