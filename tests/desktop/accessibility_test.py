@@ -21,9 +21,12 @@ ADD_TIME = {"english": "Add 5 minutes", "zh-Hans": "延长 5 分钟"}
 SPOKEN_IN_BOTH = {"简体中文", "English", "Brevlin"}  # a language is offered under its own name
 FOREIGN = {"english": re.compile("[\u4e00-\u9fff]"), "zh-Hans": re.compile("[A-Za-z]{3}|\ufffd")}
 
-# Orca reads this file of the user's as it starts. What it says it logs as "speech".
+# Orca reads this file of the user's as it starts. What it says it logs as "speech"; an Orca of another display is none of
+# its business.
 SPEECH_TO_FILE = """
 import logging
+import __main__
+__main__.otherOrcas = list
 logging.getLogger("speech").addHandler(logging.FileHandler({path!r}, encoding="utf-8"))
 """
 
