@@ -1,18 +1,19 @@
 """What a screen reader finds, and what the real one says: every control of every screen, in both languages."""
 
 import json
+import pathlib
 import re
 import subprocess
 import sys
-import uuid
 
 import dbus
 
-from harness import PREFERENCES_KEY, TIMER_KEY, DesktopTest, main, now, read_json, wait_for
+from harness import PREFERENCES_KEY, TIMER_KEY, DesktopTest, main, read_json, wait_for
 
-BUTTON = {"push button", "button"}  # since at-spi2-core 2.53 it is called the latter
-CONTROLS = BUTTON | {"check box", "radio button", "spin button", "toggle button", "link", "menu item", "page tab",
-                     "combo box", "text", "entry", "slider"}
+MAKE_HISTORY = pathlib.Path(__file__).resolve().parents[2] / "tools" / "make_history.py"
+# A push button is called "button" since at-spi2-core 2.53.
+CONTROLS = {"push button", "button", "check box", "radio button", "spin button", "toggle button", "link", "menu item",
+            "page tab", "combo box", "text", "entry", "slider"}
 SECTIONS = {"english": ["Focus", "History", "Statistics", "Settings", "About"],
             "zh-Hans": ["专注", "记录", "统计", "设置", "关于"]}
 PAUSE = {"english": "Pause", "zh-Hans": "暂停"}
@@ -72,16 +73,12 @@ class AccessibilityTest(DesktopTest):
         return [element for element in json.loads(output.splitlines()[-1]) if window in (None, element["window"])]
 
     def start(self, language, **preferences):
-        """With yesterday's and today's record, and in the language."""
+        """In the language, with a history of three days."""
         desktop = self.desktop
         desktop.set_preferences(language=language, **preferences)
         desktop.data.mkdir(parents=True, exist_ok=True)
-        records = [{"actualStartAt": now() - age - 1500, "completedWhileAway": False, "cycleIndex": 1,
-                    "effectiveDuration": 1500, "endedAt": now() - age, "id": str(uuid.uuid4()).upper(), "intention": "",
-                    "interruptionCount": 0, "outcomeRawValue": "completed", "pauseDuration": 0,
-                    "phaseRawValue": "focus", "plannedDuration": 1500, "plannedStartAt": now() - age - 1500,
-                    "scheduledEndAt": now() - age, "timeZoneIdentifierAtStart": "UTC"} for age in (60, 86460)]
-        (desktop.data / "sessions-v1.json").write_text(json.dumps({"sessions": records, "version": 1}))
+        subprocess.run([sys.executable, MAKE_HISTORY, "--records", "9", "--days", "3", desktop.data / "sessions-v1.json"],
+                       check=True)
         process, _ = self.start_and_wait()
         wait_for("the program on the accessibility bus", self.elements)
         return process

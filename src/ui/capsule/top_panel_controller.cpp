@@ -176,7 +176,9 @@ bool TopPanelController::hasPointerWithin(double distance) const
 
 std::optional<CapsulePlace> TopPanelController::place()
 {
-    m_placement.setScreens(currentCapsuleScreens(m_system));
+    if (!isVisible()) { // else it follows them
+        m_placement.setScreens(currentCapsuleScreens(m_system));
+    }
     return m_placement.circlePlace();
 }
 
