@@ -132,6 +132,19 @@ QAccessible::Role containerRole(const QWidget& widget)
     return widget.windowType() == Qt::Dialog ? QAccessible::Dialog : QAccessible::Window;
 }
 
+class AccessibleContainer final : public QAccessibleWidget
+{
+public:
+    explicit AccessibleContainer(QWidget* widget) : QAccessibleWidget(widget, containerRole(*widget)) {}
+
+    QAccessible::State state() const override
+    {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.focused = state.focused && widget()->focusProxy() == nullptr; // its control has it
+        return state;
+    }
+};
+
 /// Qt leaves popups out of the application's children, so that nobody would find what stands in one. Menus
 /// are found by the events that they send.
 class AccessibleApplication final : public QAccessibleApplication
@@ -187,7 +200,7 @@ QAccessibleInterface* makeInterface(const QString& className, QObject* object)
     // Asked for each class from the most special on: nobody knew better what it is.
     auto* widget = qobject_cast<QWidget*>(object);
     if (widget != nullptr && (className == QLatin1String("QWidget") || className == QLatin1String("QFrame")))
-        return new QAccessibleWidget(widget, containerRole(*widget));
+        return new AccessibleContainer(widget);
     return nullptr;
 }
 

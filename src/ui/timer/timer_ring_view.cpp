@@ -57,7 +57,14 @@ TimerRingView::TimerRingView(AppModel& model, const TimerRingMetrics& metrics, Q
             updateTexts();
         }
     });
-    connect(&model, &AppModel::snapshotChanged, this, &TimerRingView::updateTexts);
+    connect(&model, &AppModel::snapshotChanged, this, [this] {
+        const QString before = m_endText;
+        updateTexts();
+        const bool isMoved = !before.isEmpty() && !m_endText.isEmpty() && before != m_endText;
+        if (isMoved && window()->isActiveWindow()) {
+            announce(*this, m_endText);
+        }
+    });
     connect(&model, &AppModel::preferencesChanged, this, &TimerRingView::updateTexts);
     m_progress.setValue(model.progress());
     updateTexts();
