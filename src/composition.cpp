@@ -196,7 +196,8 @@ AppModelParts Composition::Parts::modelParts(const UserFolders& folders)
             std::make_unique<NotificationService>(m_notificationCenter),
             std::make_unique<AlertSoundService>(m_soundPlayer, m_scheduler),
             std::make_unique<LaunchAtLoginService>(m_loginItem),
-            timeLocale()};
+            timeLocale(),
+            &m_capsuleController};
 }
 
 void Composition::Parts::connectQuitting(const Application& application)

@@ -25,6 +25,7 @@
 namespace brevlin {
 
 struct StorageMessage;
+class CapsuleMover;
 
 /// Everything that the model works with. What it borrows outlives it; the rest is its own.
 struct AppModelParts
@@ -38,7 +39,8 @@ struct AppModelParts
     std::unique_ptr<NotificationService> notificationService;
     std::unique_ptr<AlertSoundService> soundService;
     std::unique_ptr<LaunchAtLoginService> launchAtLoginService;
-    std::string userLocale; ///< of the desktop, for the time of day; an ICU locale identifier
+    std::string userLocale;               ///< of the desktop, for the time of day; an ICU locale identifier
+    CapsuleMover* capsuleMover = nullptr; ///< none where no capsule can be placed
 };
 
 /// What the user does to the timer.
@@ -80,6 +82,7 @@ public:
     AppMessages& messages() { return m_messages; }
     LaunchAtLogin& launchAtLogin() { return m_launchAtLogin; }
     PhaseAnnouncer& announcer() { return m_announcer; }
+    CapsuleMover* capsuleMover() const { return m_parts.capsuleMover; }
 
     // Display values, from the published state
     double progress() const;

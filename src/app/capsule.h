@@ -76,6 +76,27 @@ enum class CapsuleCommand {
     stopAlert,
 };
 
+/// Where the circle lies in the work area of its screen: 0 at the left or upper edge, 1 at the right or lower
+/// one.
+struct CapsulePlace
+{
+    double x = 0;
+    double y = 0;
+};
+
+/// Moves the capsule for those who have no pointer to drag it with.
+class CapsuleMover
+{
+public:
+    virtual ~CapsuleMover() = default;
+
+    /// Where the capsule lies, or will as soon as it is shown; none without a screen.
+    virtual std::optional<CapsulePlace> place() = 0;
+    /// As if it were dragged there and dropped: near a side edge it snaps to it, and a place below 0 or above
+    /// 1 is on the screen beyond that edge, if there is one.
+    virtual void moveTo(const CapsulePlace& place) = 0;
+};
+
 /// The floating window that shows the capsule. It knows where it is and nothing of the timer.
 class Capsule
 {

@@ -1,18 +1,35 @@
-"""What a screen reader finds: every control of every window has a name in the language, a role and its state."""
+"""What a screen reader finds, and what the real one says: every control of every screen, in both languages."""
 
 import json
+import pathlib
 import re
 import subprocess
 import sys
 
 import dbus
 
-from harness import DesktopTest, main, wait_for
+from harness import PREFERENCES_KEY, TIMER_KEY, DesktopTest, main, read_json, wait_for
 
-CONTROLS = {"push button", "check box", "radio button", "spin button", "toggle button", "link", "menu item", "page tab",
-            "combo box", "text", "entry", "slider"}
-CHINESE = re.compile("[\u4e00-\u9fff]")
-SPOKEN_IN_BOTH = {"简体中文", "English"}  # a language is offered under its own name
+MAKE_HISTORY = pathlib.Path(__file__).resolve().parents[2] / "tools" / "make_history.py"
+# A push button is called "button" since at-spi2-core 2.53.
+CONTROLS = {"push button", "button", "check box", "radio button", "spin button", "toggle button", "link", "menu item",
+            "page tab", "combo box", "text", "entry", "slider"}
+SECTIONS = {"english": ["Focus", "History", "Statistics", "Settings", "About"],
+            "zh-Hans": ["专注", "记录", "统计", "设置", "关于"]}
+PAUSE = {"english": "Pause", "zh-Hans": "暂停"}
+MORE = {"english": "More", "zh-Hans": "更多"}
+ADD_TIME = {"english": "Add 5 minutes", "zh-Hans": "延长 5 分钟"}
+SPOKEN_IN_BOTH = {"简体中文", "English", "Brevlin"}  # a language is offered under its own name
+FOREIGN = {"english": re.compile("[\u4e00-\u9fff]"), "zh-Hans": re.compile("[A-Za-z]{3}|\ufffd")}
+
+# Orca reads this file of the user's as it starts. What it says it logs as "speech"; an Orca of another display is none of
+# its business.
+SPEECH_TO_FILE = """
+import logging
+import __main__
+__main__.otherOrcas = list
+logging.getLogger("speech").addHandler(logging.FileHandler({path!r}, encoding="utf-8"))
+"""
 
 
 def walk(press):
@@ -21,7 +38,7 @@ def walk(press):
 
     def visit(element, window, found):
         states = {pyatspi.stateToString(state) for state in element.getState().getStates()}
-        if "showing" not in states and element.getRoleName() != "frame":
+        if "showing" not in states:
             return
         entry = {"window": window, "role": element.getRoleName(), "name": element.name, "states": sorted(states)}
         if element.getRoleName() == "spin button":
@@ -42,7 +59,7 @@ def walk(press):
     print(json.dumps(found))
 
 
-class Accessibility(DesktopTest):
+class AccessibilityTest(DesktopTest):
     def setUp(self):
         super().setUp()
         self.desktop.environment["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
@@ -50,60 +67,220 @@ class Accessibility(DesktopTest):
         bus = self.desktop.bus()
         wait_for("the accessibility bus", lambda: bus.name_has_owner("org.a11y.Bus"))
 
-    def elements(self, press=""):
+    def elements(self, press="", window=None):
         output = subprocess.run([sys.executable, __file__, "--walk", press], env=self.desktop.environment, check=True,
                                 stdout=subprocess.PIPE, timeout=30).stdout
-        return json.loads(output.splitlines()[-1])
+        return [element for element in json.loads(output.splitlines()[-1]) if window in (None, element["window"])]
 
-    def check(self, screen, elements):
-        controls = [element for element in elements if element["role"] in CONTROLS]
-        self.assertGreater(len(controls), 3, screen)
-        for control in controls:
-            told = f"{screen}: {control}"
-            self.assertTrue(control["name"].strip(), told)
-            self.assertIn("showing", control["states"], told)
-            if screen == "timer":  # elsewhere some leave the keyboard to their neighbour
-                self.assertIn("focusable", control["states"], told)
-            if control["name"] not in SPOKEN_IN_BOTH:
-                self.assertIsNone(CHINESE.search(control["name"]), told)
-            if "range" in control:
-                least, value, most = control["range"]
-                self.assertTrue(least < most and least <= value <= most, told)
-        return {(control["role"], "checked" in control["states"]) for control in controls}
-
-    def test_a_screen_reader_finds_every_control(self):
+    def start(self, language, **preferences):
+        """In the language, with a history of three days."""
         desktop = self.desktop
-        desktop.set_preferences(focus=600, language="english")
-        self.start_and_wait()
+        desktop.set_preferences(language=language, **preferences)
+        desktop.data.mkdir(parents=True, exist_ok=True)
+        subprocess.run([sys.executable, MAKE_HISTORY, "--records", "9", "--days", "3", desktop.data / "sessions-v1.json"],
+                       check=True)
+        process, _ = self.start_and_wait()
         wait_for("the program on the accessibility bus", self.elements)
-        self.check("timer", self.elements())
-        roles = set()
-        for section in ("History", "Statistics", "About", "Settings"):
-            self.elements(press=section)
-            wait_for(f"the section {section}", lambda: self.elements())
-            roles |= self.check(section, self.elements())
-        self.assertGreaterEqual(roles, {("push button", False), ("spin button", False), ("check box", False),
-                                        ("check box", True), ("radio button", False), ("radio button", True)})
-        # The capsule and the settings' own window.
+        return process
+
+    def open_panel(self):
+        """As a bar of the desktop does it."""
+        item = self.desktop.bus().get_object("com.quillmark.Brevlin", "/StatusNotifierItem")
+        dbus.Interface(item, "org.kde.StatusNotifierItem").Activate(640, 10)
+
+
+class Accessibility(AccessibilityTest):
+    def check(self, screen, language, elements):
+        self.assertGreater(len([each for each in elements if each["role"] in CONTROLS]), 1, screen)
+        for element in elements:
+            told = f"{screen}: {element}"
+            self.assertNotIn(element["role"], ("unknown", "invalid", "filler"), told)
+            if element["role"] in CONTROLS or element["role"] == "frame" or "focusable" in element["states"]:
+                self.assertTrue(element["name"].strip(), told)
+                if element["name"] not in SPOKEN_IN_BOTH:
+                    self.assertIsNone(FOREIGN[language].search(element["name"].replace("Brevlin", "")), told)
+            if "range" in element:
+                least, value, most = element["range"]
+                self.assertTrue(least < most and least <= value <= most, told)
+        return {element["role"] for element in elements}
+
+    def find_everything(self, language):
+        desktop, sections = self.desktop, SECTIONS[language]
+        process = self.start(language, focus=600)
+        self.check("timer", language, self.elements())
+        expected = {1: {"heading", "list", "list item"}, 2: {"heading", "list", "list item", "radio button"},
+                    3: {"heading", "spin button", "check box", "radio button"}, 4: {"heading", "link"}}
+        for place, roles in expected.items():
+            self.elements(press=sections[place])
+            wait_for(f"the section {sections[place]}", lambda: [
+                each for each in self.elements() if each["role"] == "section" and each["name"] == sections[place]])
+            self.assertGreaterEqual(self.check(sections[place], language, self.elements()), roles)
+        self.elements(press=sections[0])
         desktop.press("ctrl+comma")
-        title = "Settings"
-        wait_for("the settings window", lambda: {element["window"] for element in self.elements()} >= {"Brevlin", title})
-        self.check("settings window", [e for e in self.elements() if e["window"] == title])
-        self.elements(press="Focus")
-        wait_for("the timer's controls", lambda: [e for e in self.elements() if e["name"].startswith("Start ")])
-        self.elements(press="Start Focus")
-        desktop.wait_for_state("running")
+        wait_for("the settings window", lambda: self.elements(window=sections[3]))
+        self.check("settings window", language, self.elements(window=sections[3]))
+        desktop.press("Escape")
+        desktop.wait_for_window()
+        desktop.start_phase()
         desktop.move_pointer(640, 33)
         wait_for("the wide capsule's controls", lambda: [
-            element for element in self.elements()
-            if element["name"] == "Add 5 minutes"])
-        self.check("capsule", [e for e in self.elements() if e["window"] not in ("Brevlin", title)])
+            each for each in self.elements() if each["name"] == ADD_TIME[language]])
+        self.check("capsule", language, [each for each in self.elements() if each["window"] != "Brevlin"])
+        desktop.move_pointer(640, 600)
+        self.open_panel()
+        wait_for("the panel", lambda: [each for each in self.elements() if each["name"] == MORE[language]])
+        self.check("panel", language, self.elements())
+        self.assertEqual(desktop.stop(process), 0)
+        (desktop.config / f"{TIMER_KEY}.json").unlink()
 
-        # The panel of the status item, as a bar of the desktop opens it.
-        item = desktop.bus().get_object("com.quillmark.Brevlin", "/StatusNotifierItem")
-        dbus.Interface(item, "org.kde.StatusNotifierItem").Activate(640, 10)
-        wait_for("the panel", lambda: [element for element in self.elements() if element["name"] == "More"])
-        self.check("panel", self.elements())
+    def test_a_screen_reader_finds_everything_by_name_and_role(self):
+        for language in SECTIONS:
+            self.find_everything(language)
+
+
+class Orca(AccessibilityTest):
+    def setUp(self):
+        super().setUp()
+        desktop = self.desktop
+        folder = desktop.home / ".local" / "share" / "orca"
+        folder.mkdir(parents=True)
+        self.speech = desktop.folder / "speech"
+        (folder / "orca-customizations.py").write_text(SPEECH_TO_FILE.format(path=str(self.speech)))
+        desktop.environment["SPEECHD_CMD"] = "/bin/false"  # nobody is there to listen
+        desktop.run_in_background(["orca", "--disable=braille"])
+        wait_for("Orca", lambda: self.said(0), 30)
+
+    def said(self, begin):
+        """What Orca has said since, a line each."""
+        text = self.speech.read_text("utf-8") if self.speech.exists() else ""
+        return text.splitlines()[begin:]
+
+    def hear(self, act, *texts):
+        """All that Orca says after the act until it has said these texts."""
+        begin = len(self.said(0))
+        act()
+        try:
+            wait_for("", lambda: all(text in "\n".join(self.said(begin)) for text in texts))
+        except AssertionError:
+            self.fail(f"Orca was to say {texts}; it said {self.said(begin)}")
+        return self.said(begin)
+
+    def press(self, key, *texts):
+        return self.hear(lambda: self.desktop.press(key), *texts)
+
+    @staticmethod
+    def spoken(element):
+        """What Orca says of a control when the keyboard comes to it."""
+        name, role = element["name"], element["role"]
+        if role == "radio button":
+            return [f"'{name}.'", "selected radio button"]
+        if role == "check box":
+            return [f"{name} check box {'checked' if 'checked' in element['states'] else 'not checked'}"]
+        if role == "spin button":
+            return [f"{name} {element['range'][1]:.0f} spin button"]
+        return [name, "List with"] if role == "list" else [f"{name} {role}"]
+
+    @staticmethod
+    def stops(elements):
+        """What Tab reaches, in the order of the tree."""
+        def is_stop(element):
+            states, role = element["states"], element["role"]
+            chosen = {"radio button": "checked", "page tab": "selected"}.get(role, "enabled")
+            return role in CONTROLS | {"list"} and {"focusable", "enabled", chosen} <= set(states)
+
+        return [element for element in elements if is_stop(element)]
+
+    def tab_through(self, section):
+        """From the selected section once around; the window's own buttons come last."""
+        stops = self.stops(self.elements(window="Brevlin"))
+        self.assertEqual(stops[0]["name"], section)
+        for control in stops[4:]:
+            begin = len(self.said(0))
+            self.press("Tab", *self.spoken(control))
+            if control["role"] == "list":
+                items = [each["name"] for each in self.elements() if each["role"] == "list item"]
+                wait_for(f"one of {items}", lambda: any(item in "".join(self.said(begin)) for item in items))
+        for control in stops[1:4] + stops[:1]:
+            self.press("Tab", *self.spoken(control))
+        return stops[4:]
+
+    def change_the_settings(self, controls):
+        """The first stepper, switch and picker; from the selected section and back to it."""
+        for place, control in enumerate(controls):
+            self.press("Tab", *self.spoken(control))
+            role = control["role"]
+            if role in [each["role"] for each in controls[:place]]:
+                continue
+            if role == "spin button":
+                self.press("Up", f"'{control['range'][1] + 1:.0f}'")
+            elif role == "check box":
+                self.press("space", "'checked'")
+            elif role == "radio button":
+                names = [each["name"] for each in self.elements() if each["role"] == role]
+                self.press("Right", f"'{names[names.index(control['name']) + 1]}.'", "selected radio button")
+        stored = read_json(self.desktop.config / f"{PREFERENCES_KEY}.json")["timerSettings"]
+        self.assertEqual((stored["focusDuration"], stored["autoStartBreaks"], stored["alertIntensity"]),
+                         (60, True, "strong"))
+        # The last one asks before it clears the history.
+        self.press("space", " dialog ")
+        dialog = [each for each in self.elements() if each["role"] == "dialog"][0]["name"]
+        buttons = self.stops(self.elements(window=dialog))
+        self.press("Tab", *self.spoken(buttons[0]))
+        self.press("Tab", *self.spoken(buttons[1]))
+        self.press("Escape", *self.spoken(controls[-1]))
+        self.pass_own_buttons()
+
+    def pass_own_buttons(self):
+        """Tab leads from the last control over the window's own buttons back to the section."""
+        for text in (" ", " ", " ", " page tab"):
+            self.press("Tab", text)
+
+    def start_and_end_a_phase(self, start, pause):
+        self.press("Tab", *self.spoken(start))
+        begin = len(self.said(0))
+        self.press("space", f"'{pause} ")
+        wait_for("the end", lambda: "notification" in "".join(self.said(begin)))
+        elements = self.elements()
+        headline = [each["name"] for each in elements if each["role"] == "notification"][0]
+        focused = [each for each in elements if {"focused", "focusable"} <= set(each["states"])][0]
+        wait_for("the next phase", lambda: self.spoken(focused)[0] in "".join(self.said(begin)))
+        said = [line for line in self.said(begin) if "'space '" not in line]
+        # Once, and no second before it.
+        self.assertEqual([line.count(headline) for line in said].count(1), 1, said)
+        self.assertEqual(len(said), 3, said)
+        self.pass_own_buttons()
+
+    def listen_to_everything(self, language):
+        sections = SECTIONS[language]
+        begin = len(self.said(0))
+        self.start(language)
+        for element in self.elements(window="Brevlin"):
+            if element["role"] == "label":
+                wait_for(element["name"], lambda: element["name"] in "".join(self.said(begin)))
+        self.press("Tab", f"'{sections[0]} page tab")
+        start = self.tab_through(sections[0])[0]
+        self.start_and_end_a_phase(start, PAUSE[language])
+        for section in sections[1:]:
+            self.press("Right", f"'{section} page tab")
+            controls = self.tab_through(section)
+            if section == sections[3]:
+                self.change_the_settings(controls)
+        self.press("ctrl+comma", f"'{sections[3]} frame")
+        self.press("Tab", *self.spoken(self.stops(self.elements(window=sections[3]))[0]))
+        self.press("Escape", "Brevlin frame", f"'{sections[4]} page tab")
+        self.hear(self.open_panel, " frame")
+        more = [each for each in self.elements() if each["name"] == MORE[language]][0]
+        for control in self.stops(self.elements(window=more["window"])):
+            self.press("Tab", *self.spoken(control))
+        self.press("Escape", f"'{sections[4]} page tab")
+        self.desktop.press("Escape")  # once more, for the alert of the end
+        self.desktop.wait_for_state("idle")
+
+    def test_orca_says_every_control_and_what_becomes_of_it(self):
+        self.listen_to_everything("english")
+
+    def test_orca_says_it_in_chinese(self):
+        self.listen_to_everything("zh-Hans")
 
 
 if __name__ == "__main__":

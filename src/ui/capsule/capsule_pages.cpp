@@ -159,6 +159,7 @@ public:
     PhaseDisc(TimerPhase phase, QWidget* parent) : QWidget(parent), m_phase(phase)
     {
         setFixedSize(diameter, diameter);
+        makeSpokenElement(*this, QAccessible::Graphic, {});
     }
 
 protected:

@@ -1,5 +1,7 @@
 #include "ui/capsule/capsule_placement.h"
 
+#include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace brevlin {
@@ -96,6 +98,75 @@ HorizontalAnchor CapsulePlacement::preferredExpansionAnchor(double width) const
     return screen != nullptr ? CapsuleGeometry::preferredExpansionAnchor(
                                    *m_stablePosition, width, m_layout.horizontalMargin, screen->visibleFrame)
                              : HorizontalAnchor::leading;
+}
+
+std::optional<CapsuleFrame> CapsulePlacement::circle()
+{
+    const CapsuleLayout now = m_layout;
+    const auto frame =
+        place(CapsuleLayouts::capsule(CapsuleLayouts::circleDiameter, HorizontalAnchor::center));
+    m_layout = now;
+    return stableScreen() != nullptr ? frame : std::nullopt;
+}
+
+std::optional<CapsulePlace> CapsulePlacement::circlePlace()
+{
+    const auto frame = circle();
+    if (!frame) {
+        return std::nullopt;
+    }
+    const CapsuleFrame& visible = stableScreen()->visibleFrame;
+    return CapsulePlace{(frame->x - visible.x) / (visible.width - frame->width),
+                        (visible.maxY() - frame->maxY()) / (visible.height - frame->height)};
+}
+
+std::optional<CapsuleFrame> CapsulePlacement::moveCircleTo(const CapsulePlace& place)
+{
+    const auto from = circle();
+    if (!from) {
+        return std::nullopt;
+    }
+    const CapsuleScreen screen = *stableScreen();
+    const CapsuleFrame wanted = wantedCircle(place, *from, screen);
+    const StablePosition before =
+        CapsuleGeometry::stablePosition(*from, HorizontalAnchor::center, screen.displayID);
+    const auto drag = [&](double right) {
+        m_stablePosition = before;
+        beginDrag(*from);
+        dragBy(right, wanted.y - from->y);
+        return finishDrag();
+    };
+    const double right = wanted.x - from->x;
+    auto frame = drag(right);
+    if (right != 0 && m_stablePosition->displayID == before.displayID &&
+        std::abs(m_stablePosition->compactCenterX - before.compactCenterX) < 1) {
+        // Back at the edge that it shall leave: no smaller step gets away from there.
+        frame = drag(std::copysign(CapsuleGeometry::snapDistance + 1, right));
+    }
+    return frame;
+}
+
+// Wholly beyond the edge where there is a screen, else at the edge.
+CapsuleFrame CapsulePlacement::wantedCircle(const CapsulePlace& place, const CapsuleFrame& circle,
+                                            const CapsuleScreen& screen) const
+{
+    const CapsuleFrame& visible = screen.visibleFrame;
+    const auto inside = [](double share) {
+        return std::clamp(share, 0.0, 1.0);
+    };
+    CapsuleFrame wanted = circle;
+    wanted.x = visible.x + inside(place.x) * (visible.width - circle.width);
+    wanted.y = visible.maxY() - circle.height - inside(place.y) * (visible.height - circle.height);
+    CapsuleFrame beyond = wanted;
+    if (place.x < 0 || place.x > 1) {
+        beyond.x = place.x < 0 ? screen.frame.x - circle.width : screen.frame.maxX();
+    }
+    if (place.y < 0 || place.y > 1) {
+        beyond.y = place.y < 0 ? screen.frame.maxY() : screen.frame.y - circle.height;
+    }
+    const bool isOnScreen =
+        CapsuleGeometry::screenContaining(m_screens.all, {beyond.midX(), beyond.midY()}) != nullptr;
+    return isOnScreen ? beyond : wanted;
 }
 
 void CapsulePlacement::beginDrag(const CapsuleFrame& frame)

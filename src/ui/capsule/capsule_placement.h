@@ -35,6 +35,11 @@ public:
     /// The end (leading or trailing) that has to stay when the circle grows to this width.
     HorizontalAnchor preferredExpansionAnchor(double width) const;
 
+    /// Where the circle lies in its screen's work area; none without a screen.
+    std::optional<CapsulePlace> circlePlace();
+    /// As if the user dragged the circle there and let go; the frame where the capsule belongs then.
+    std::optional<CapsuleFrame> moveCircleTo(const CapsulePlace& place);
+
     bool isDragging() const { return m_drag.has_value(); }
     /// The user takes hold of the capsule where it lies now.
     void beginDrag(const CapsuleFrame& frame);
@@ -52,6 +57,9 @@ private:
         CapsuleFrame frame;
     };
 
+    std::optional<CapsuleFrame> circle();
+    CapsuleFrame wantedCircle(const CapsulePlace& place, const CapsuleFrame& circle,
+                              const CapsuleScreen& screen) const;
     const CapsuleScreen* resolvedScreen();
     const CapsuleScreen* stableScreen() const;
     CapsuleFrame clearOfBanners(const CapsuleFrame& island, const CapsuleScreen& screen) const;

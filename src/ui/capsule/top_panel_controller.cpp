@@ -174,6 +174,26 @@ bool TopPanelController::hasPointerWithin(double distance) const
                            (m_system.knowsPointerEverywhere() && m_window->covers(QCursor::pos(), distance)));
 }
 
+std::optional<CapsulePlace> TopPanelController::place()
+{
+    if (!isVisible()) { // else it follows them
+        m_placement.setScreens(currentCapsuleScreens(m_system));
+    }
+    return m_placement.circlePlace();
+}
+
+void TopPanelController::moveTo(const CapsulePlace& place)
+{
+    if (m_placement.isDragging()) {
+        return; // it is in somebody's hand
+    }
+    m_placement.setScreens(currentCapsuleScreens(m_system));
+    const auto frame = m_placement.moveCircleTo(place);
+    if (frame && isVisible()) {
+        m_window->glideTo(toQt(*frame, primaryGeometry()));
+    }
+}
+
 void TopPanelController::setBannerPlace(const std::optional<BannerPlace>& place)
 {
     m_placement.setBannerPlace(place);

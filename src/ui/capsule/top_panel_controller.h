@@ -19,7 +19,7 @@ class SessionLock;
 /// The capsule: shows the content in its window, pins the window to its place through every layout,
 /// lets the user drag it and follows the screens. While the session is locked it is not visible; what was to
 /// be seen meanwhile appears after the unlocking.
-class TopPanelController final : public QObject, public Capsule
+class TopPanelController final : public QObject, public Capsule, public CapsuleMover
 {
     Q_OBJECT
 
@@ -35,6 +35,8 @@ public:
     void hide() override;
     HorizontalAnchor preferredExpansionAnchor(double width) const override;
     bool hasPointerWithin(double distance) const override;
+    std::optional<CapsulePlace> place() override;
+    void moveTo(const CapsulePlace& place) override;
 
     /// Where the desktop shows its banners; the island keeps clear of them.
     void setBannerPlace(const std::optional<BannerPlace>& place);

@@ -2,8 +2,11 @@
 
 #include "ui/controls/numeric_text.h"
 #include "ui/controls/plain_button.h"
+#include "ui/controls/scroll_view.h"
 #include "ui/controls/segmented_picker.h"
-#include "ui/controls/switch_control.h"
+#include "ui/controls/thin_divider.h"
+#include "ui/style/brevlin_mark.h"
+#include "ui/style/symbol.h"
 
 #include <QAccessibleObject>
 #include <QAccessibleWidget>
@@ -14,18 +17,22 @@ namespace brevlin {
 
 namespace {
 
-/// A button in one of the roles that Qt gives to its own classes only.
+/// A button in the role that it has for the user.
 class AccessibleButton : public QAccessibleWidget
 {
 public:
-    AccessibleButton(PlainButton* button, QAccessible::Role buttonRole)
-        : QAccessibleWidget(button, buttonRole), m_button(button)
+    explicit AccessibleButton(PlainButton* button)
+        : QAccessibleWidget(button, button->role()), m_button(button)
     {}
 
     QString text(QAccessible::Text kind) const override
     {
         const QString text = QAccessibleWidget::text(kind);
-        return kind == QAccessible::Name && text.isEmpty() ? m_button->text() : text;
+        if (kind == QAccessible::Name && text.isEmpty()) {
+            return m_button->text();
+        }
+        // Qt describes it by its tool tip, which would say the name again.
+        return kind == QAccessible::Description && text == this->text(QAccessible::Name) ? QString() : text;
     }
 
     QAccessible::State state() const override
@@ -33,6 +40,9 @@ public:
         QAccessible::State state = QAccessibleWidget::state();
         state.checkable = m_button->isCheckable();
         state.checked = m_button->isChecked();
+        state.pressed = m_button->isDown();
+        // Of a row, which is one stop of Tab, the arrow keys come to the others.
+        state.focusable = state.focusable || m_button->standsInRow();
         return state;
     }
 
@@ -58,8 +68,7 @@ private:
 class AccessibleSelectableButton final : public AccessibleButton
 {
 public:
-    explicit AccessibleSelectableButton(SelectableButton* button)
-        : AccessibleButton(button, QAccessible::PageTab), m_button(button)
+    explicit AccessibleSelectableButton(SelectableButton* button) : AccessibleButton(button), m_button(button)
     {}
 
     QAccessible::State state() const override
@@ -67,12 +76,25 @@ public:
         QAccessible::State state = AccessibleButton::state();
         state.selectable = true;
         state.selected = m_button->isSelected();
-        state.focusable = true; // the arrow keys come to the others
         return state;
     }
 
 private:
     SelectableButton* m_button;
+};
+
+/// What only the eye needs.
+class AccessibleDecoration final : public QAccessibleWidget
+{
+public:
+    explicit AccessibleDecoration(QWidget* widget) : QAccessibleWidget(widget, QAccessible::Graphic) {}
+
+    QAccessible::State state() const override
+    {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.invisible = true;
+        return state;
+    }
 };
 
 class AccessibleNumericText final : public QAccessibleWidget
@@ -92,6 +114,14 @@ private:
     NumericText* m_widget;
 };
 
+bool isDecoration(const QObject* object)
+{
+    return qobject_cast<const ThinDivider*>(object) != nullptr ||
+           qobject_cast<const SymbolView*>(object) != nullptr ||
+           qobject_cast<const PhaseIconView*>(object) != nullptr ||
+           qobject_cast<const BrevlinLogoView*>(object) != nullptr;
+}
+
 /// What only holds other elements. Qt calls it a border or a client area, and a screen reader takes the first
 /// for a window that is not active, so that it drops all that happens inside.
 QAccessible::Role containerRole(const QWidget& widget)
@@ -101,6 +131,19 @@ QAccessible::Role containerRole(const QWidget& widget)
     }
     return widget.windowType() == Qt::Dialog ? QAccessible::Dialog : QAccessible::Window;
 }
+
+class AccessibleContainer final : public QAccessibleWidget
+{
+public:
+    explicit AccessibleContainer(QWidget* widget) : QAccessibleWidget(widget, containerRole(*widget)) {}
+
+    QAccessible::State state() const override
+    {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.focused = state.focused && widget()->focusProxy() == nullptr; // its control has it
+        return state;
+    }
+};
 
 /// Qt leaves popups out of the application's children, so that nobody would find what stands in one. Menus
 /// are found by the events that they send.
@@ -144,18 +187,20 @@ QAccessibleInterface* makeInterface(const QString& className, QObject* object)
         return new AccessibleApplication;
     if (auto* button = qobject_cast<SelectableButton*>(object))
         return new AccessibleSelectableButton(button);
-    if (auto* control = qobject_cast<SwitchControl*>(object))
-        return new AccessibleButton(control, QAccessible::CheckBox);
-    if (auto* segment = qobject_cast<Segment*>(object))
-        return new AccessibleButton(segment, QAccessible::RadioButton);
+    if (auto* button = qobject_cast<PlainButton*>(object))
+        return new AccessibleButton(button);
     if (auto* picker = qobject_cast<SegmentedPicker*>(object))
         return new QAccessibleWidget(picker, QAccessible::Grouping);
     if (auto* text = qobject_cast<NumericText*>(object))
         return new AccessibleNumericText(text);
+    if (auto* view = qobject_cast<ScrollView*>(object))
+        return new QAccessibleWidget(view, QAccessible::Grouping);
+    if (isDecoration(object))
+        return new AccessibleDecoration(static_cast<QWidget*>(object));
     // Asked for each class from the most special on: nobody knew better what it is.
     auto* widget = qobject_cast<QWidget*>(object);
     if (widget != nullptr && (className == QLatin1String("QWidget") || className == QLatin1String("QFrame")))
-        return new QAccessibleWidget(widget, containerRole(*widget));
+        return new AccessibleContainer(widget);
     return nullptr;
 }
 

@@ -1,5 +1,6 @@
 #include "ui/controls/empty_state_view.h"
 
+#include "ui/controls/spoken_element.h"
 #include "ui/style/text.h"
 #include "ui/style/typography.h"
 
@@ -17,14 +18,17 @@ constexpr double textSpacing = 6;
 
 } // namespace
 
-EmptyStateView::EmptyStateView(Symbol symbol, QWidget* parent) : QWidget(parent), m_symbol(symbol) {}
+EmptyStateView::EmptyStateView(Symbol symbol, QWidget* parent) : QWidget(parent), m_symbol(symbol)
+{
+    setFocusPolicy(Qt::ClickFocus);
+    makeSpokenElement(*this, QAccessible::StaticText,
+                      [this] { return m_title + QStringLiteral(". ") + m_description; });
+}
 
 void EmptyStateView::setTexts(const QString& title, const QString& description)
 {
     m_title = title;
     m_description = description;
-    setAccessibleName(title);
-    setAccessibleDescription(description);
     update();
 }
 

@@ -1,5 +1,7 @@
 #include "ui/controls/form.h"
 
+#include "ui/controls/link_button.h"
+#include "ui/controls/spoken_element.h"
 #include "ui/style/shapes.h"
 #include "ui/style/text.h"
 
@@ -117,6 +119,7 @@ FormLabel& FormRow::title(TextRole role, ThemeColor color)
     if (m_title == nullptr) {
         m_title = new FormLabel(textFont(role), color, this);
         m_line->insertWidget(m_symbol != nullptr ? 1 : 0, m_title);
+        nameControl();
     }
     return *m_title;
 }
@@ -151,8 +154,24 @@ void FormRow::setContent(QWidget* content)
 void FormRow::addControl(QWidget* control, int bleed)
 {
     m_line->addWidget(control);
+    m_control = control;
+    nameControl();
     m_bleed = bleed;
     applyMargins();
+}
+
+// The title belongs to the control, and is read before it and its notes.
+void FormRow::nameControl()
+{
+    if (m_control != nullptr) {
+        m_control->lower();
+    }
+    if (m_title != nullptr) {
+        // A button and a text say themselves what they are.
+        const bool isNamed = qobject_cast<LinkButton*>(m_control) || qobject_cast<FormLabel*>(m_control);
+        m_title->setBuddy(isNamed ? nullptr : m_control);
+        m_title->lower();
+    }
 }
 
 void FormRow::applyMargins()
@@ -191,6 +210,7 @@ FormSection::FormSection(QWidget* parent)
     column->setContentsMargins(CardSurface::shadowMargins.left(), 0, CardSurface::shadowMargins.right(),
                                CardSurface::shadowMargins.bottom());
     column->setSpacing(headingGap);
+    makeSpokenElement(*m_heading, QAccessible::Heading, [this] { return m_heading->text(); });
     column->addWidget(m_heading);
     column->addWidget(m_card);
 }

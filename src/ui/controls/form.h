@@ -75,12 +75,14 @@ protected:
 
 private:
     FormLabel& title(TextRole role, ThemeColor color);
+    void nameControl();
     void applyMargins();
 
     QVBoxLayout* m_column; // these are owned by this widget
     QHBoxLayout* m_line;
     FormLabel* m_title = nullptr;
     SymbolView* m_symbol = nullptr;
+    QWidget* m_control = nullptr;
     int m_bleed = 0;
     bool m_hasNotes = false;
 };

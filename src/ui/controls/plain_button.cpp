@@ -29,6 +29,7 @@ int distanceOf(int key)
 
 PlainButton::PlainButton(QWidget* parent) : QAbstractButton(parent)
 {
+    installAccessibility();
     setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_Hover);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
@@ -84,10 +85,7 @@ void PlainButton::focusOutEvent(QFocusEvent* event)
     QAbstractButton::focusOutEvent(event);
 }
 
-SelectableButton::SelectableButton(QWidget* parent) : PlainButton(parent)
-{
-    installAccessibility();
-}
+SelectableButton::SelectableButton(QWidget* parent) : PlainButton(parent) {}
 
 void SelectableButton::setSelected(bool isSelected)
 {

@@ -3,6 +3,7 @@
 #include "ui/style/focus_ring.h"
 
 #include <QAbstractButton>
+#include <QAccessible>
 
 namespace brevlin {
 
@@ -18,9 +19,12 @@ public:
     explicit PlainButton(QWidget* parent = nullptr);
 
     ControlState state() const;
+    /// What it is to assistive technology.
+    virtual QAccessible::Role role() const { return QAccessible::Button; }
     bool showsFocusRing() const { return m_keyboardFocus.isShown(); }
     /// One stop of the keyboard among several buttons: the arrow keys ask for the one beside it.
     void setStandsInRow(bool standsInRow) { m_standsInRow = standsInRow; }
+    bool standsInRow() const { return m_standsInRow; }
 
 Q_SIGNALS:
     /// -1 for the one before, 1 for the one behind.
@@ -46,6 +50,7 @@ class SelectableButton : public PlainButton
 public:
     explicit SelectableButton(QWidget* parent = nullptr);
 
+    QAccessible::Role role() const override { return QAccessible::PageTab; }
     bool isSelected() const { return m_isSelected; }
     void setSelected(bool isSelected);
 

@@ -45,7 +45,6 @@ QColor textColor(const Segment& segment, std::optional<ThemeColor> tint, const T
 
 Segment::Segment(QWidget* parent) : PlainButton(parent)
 {
-    installAccessibility();
     setCheckable(true);
     setStandsInRow(true);
 }

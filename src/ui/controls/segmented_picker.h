@@ -20,6 +20,7 @@ class Segment final : public PlainButton
 public:
     explicit Segment(QWidget* parent);
 
+    QAccessible::Role role() const override { return QAccessible::RadioButton; }
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
     /// The colour of the plate under the chosen segment; none for a quiet one.

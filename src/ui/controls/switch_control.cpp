@@ -1,6 +1,5 @@
 #include "ui/controls/switch_control.h"
 
-#include "ui/controls/accessibility.h"
 #include "ui/style/shapes.h"
 #include "ui/style/theme.h"
 
@@ -36,7 +35,6 @@ QColor trackColor(ControlState state, double position, const Theme& theme, const
 
 SwitchControl::SwitchControl(QWidget* parent) : PlainButton(parent), m_position(*this)
 {
-    installAccessibility();
     setCheckable(true);
     connect(&m_position, &ValueAnimation::valueChanged, this, qOverload<>(&QWidget::update));
     connect(this, &QAbstractButton::toggled, this, [this](bool isOn) {

@@ -16,6 +16,7 @@ public:
 
     explicit SwitchControl(QWidget* parent = nullptr);
 
+    QAccessible::Role role() const override { return QAccessible::CheckBox; }
     QSize sizeHint() const override { return {45, 29}; }
     QSize minimumSizeHint() const override { return sizeHint(); }
 

@@ -80,6 +80,12 @@ void MainWindow::addShortcuts()
     add(QKeySequence(Qt::CTRL | Qt::Key_W), &QWidget::close);
     add(QKeySequence(Qt::CTRL | Qt::Key_Comma), &MainWindow::settingsRequested);
     add(QKeySequence(Qt::Key_F11), &MainWindow::toggleFullScreen);
+    // As the alert's own button, which the keyboard does not reach.
+    add(QKeySequence(Qt::Key_Escape), [this] {
+        if (m_model.isEndPresented()) {
+            m_model.dismissCompletion();
+        }
+    });
 }
 
 void MainWindow::connectTopBar()

@@ -2,6 +2,7 @@
 
 #include "app/app_model.h"
 #include "ui/controls/scroll_view.h"
+#include "ui/controls/spoken_element.h"
 #include "ui/main/timer_dashboard_view.h"
 #include "ui/main/top_bar.h"
 #include "ui/screens/about/about_view.h"
@@ -9,6 +10,7 @@
 #include "ui/screens/settings/app_settings_view.h"
 #include "ui/screens/statistics/statistics_view.h"
 #include "ui/style/shapes.h"
+#include "ui/style/text.h"
 #include "ui/style/theme.h"
 
 #include <QPainter>
@@ -25,6 +27,11 @@ RootView::RootView(AppModel& model, SectionSelection& selection, QWidget* parent
     // press.
     setFocusPolicy(Qt::ClickFocus);
     setFocus();
+    // Of a panel a screen reader would pick the texts of three words or more.
+    makeSpokenGroup(
+        *this, QAccessible::Section,
+        [this] { return qtText(title(m_selection.section(), m_model.language())); },
+        [this] { return readableText(*m_detail); });
     connect(&selection, &SectionSelection::sectionChanged, this, &RootView::showSection);
     showSection();
 }

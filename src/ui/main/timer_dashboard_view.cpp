@@ -1,8 +1,11 @@
 #include "ui/main/timer_dashboard_view.h"
 
+#include "app/app_model.h"
 #include "ui/controls/card_surface.h"
+#include "ui/controls/spoken_element.h"
 #include "ui/main/timer_card.h"
 #include "ui/main/today_strip.h"
+#include "ui/style/text.h"
 
 #include <QVBoxLayout>
 
@@ -12,6 +15,8 @@ namespace {
 
 constexpr int screenPadding = 24;
 constexpr int cardSpacing = 18;
+constexpr BilingualText todayText{"今日", "Today"};
+constexpr BilingualText timerText{"计时", "Timer"};
 
 } // namespace
 
@@ -27,6 +32,13 @@ TimerDashboardView::TimerDashboardView(AppModel& model, QWidget* parent) : QWidg
     auto* timerLayout = new QVBoxLayout(timer);
     timerLayout->setContentsMargins(0, 0, 0, 0);
     timerLayout->addWidget(new TimerCard(model, timer));
+
+    const auto name = [&model](CardSurface* card, const BilingualText& text) {
+        makeSpokenGroup(*card, QAccessible::Grouping,
+                        [&model, text] { return qtText(text.in(model.language())); });
+    };
+    name(strip, todayText);
+    name(timer, timerText);
 
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(screenPadding, screenPadding, screenPadding, screenPadding);

@@ -2,6 +2,7 @@
 
 #include "app/app_model.h"
 #include "ui/controls/bar_buttons.h"
+#include "ui/controls/spoken_element.h"
 #include "ui/style/text.h"
 
 #include <QApplication>
@@ -20,6 +21,7 @@ constexpr int trailingPadding = 18;
 constexpr int tabSpacing = 3;
 constexpr int windowButtonInset = 14; // of the first button's square; its disc begins 4 points later
 
+constexpr BilingualText sectionsText{"栏目", "Sections"};
 constexpr BilingualText closeText{"关闭", "Close"};
 constexpr BilingualText minimizeText{"最小化", "Minimize"};
 constexpr BilingualText maximizeText{"最大化", "Maximize"};
@@ -31,6 +33,8 @@ TopBar::TopBar(AppModel& model, SectionSelection& selection, QWidget* parent)
     : QWidget(parent), m_model(model), m_selection(selection)
 {
     setFixedHeight(barHeight);
+    makeSpokenGroup(*this, QAccessible::Grouping,
+                    [this] { return qtText(sectionsText.in(m_model.language())); });
     for (const AppSection section : allCases<AppSection>()) {
         if (section == AppSection::about) {
             continue;
@@ -102,6 +106,10 @@ void TopBar::selectNeighbor(int distance)
 void TopBar::putWindowButtonsLast()
 {
     QWidget* last = window()->previousInFocusChain();
+    // Qt puts nothing behind what the keyboard does not reach.
+    while (last->focusPolicy() == Qt::NoFocus) {
+        last = last->previousInFocusChain();
+    }
     for (WindowButton* button : {m_close, m_minimize, m_maximize}) {
         if (last != button) {
             setTabOrder(last, button);

@@ -12,6 +12,9 @@
 #include <QShortcut>
 #include <QVBoxLayout>
 
+#include <algorithm>
+#include <utility>
+
 namespace brevlin {
 
 namespace {
@@ -124,16 +127,24 @@ void TimerControlRow::refresh()
 
 void TimerControlRow::rebuild(const std::vector<Control>& controls)
 {
-    // The keyboard stays with the control that goes on with the timer: left to Qt it would wander to whatever
-    // comes next, and Space would then press that.
-    bool hadFocus = false;
+    // The keyboard stays with its control, or in another state of the timer with the one that goes on with
+    // it: left to Qt it would wander to whatever comes next, and Space would then press that.
+    std::optional<QString> focused;
     for (CapsuleButton* button : m_buttons) {
-        hadFocus = hadFocus || button->hasFocus();
+        if (!focused && button->hasFocus()) { // hiding it hands it on to the next one
+            focused = button->text();
+        }
         button->hide();
         button->deleteLater();
     }
     m_buttons.clear();
-    const ThemeColor tint = phaseColor(m_model.snapshot().phase);
+    const TimerSnapshot& snapshot = m_model.snapshot();
+    const auto state = std::pair{snapshot.phase, snapshot.runState};
+    const bool isSameState = std::exchange(m_shownState, state) == state;
+    const bool isKept =
+        isSameState && std::any_of(controls.begin(), controls.end(),
+                                   [&](const Control& control) { return control.text == focused; });
+    const ThemeColor tint = phaseColor(snapshot.phase);
     const ControlSize size =
         m_style == TimerControlStyle::trayPanel ? ControlSize::compact : ControlSize::regular;
     for (const Control& control : controls) {
@@ -145,7 +156,7 @@ void TimerControlRow::rebuild(const std::vector<Control>& controls)
         connect(button, &QAbstractButton::clicked, this, control.action);
         button->show(); // now, not from the next turn of the event loop, so that the row is never seen empty
         m_buttons.push_back(button);
-        if (hadFocus && (control.isOnSpace || control.isPrimary)) {
+        if (focused && (isKept ? control.text == focused : control.isOnSpace || control.isPrimary)) {
             button->setFocus(Qt::TabFocusReason);
         }
     }

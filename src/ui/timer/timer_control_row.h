@@ -7,6 +7,8 @@
 #include <QWidget>
 
 #include <functional>
+#include <optional>
+#include <utility>
 #include <vector>
 
 class QShortcut;
@@ -54,7 +56,8 @@ private:
     int m_longestRow = QWIDGETSIZE_MAX;
     QShortcut* m_space;                    // owned by this widget
     std::vector<CapsuleButton*> m_buttons; // owned by this widget
-    std::function<void()> m_spaceAction;   // none while nothing is on Space
+    std::optional<std::pair<TimerPhase, TimerRunState>> m_shownState;
+    std::function<void()> m_spaceAction; // none while nothing is on Space
 };
 
 } // namespace brevlin

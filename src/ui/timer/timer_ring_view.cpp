@@ -44,7 +44,7 @@ TimerRingView::TimerRingView(AppModel& model, const TimerRingMetrics& metrics, Q
     , m_progress(*this)
 {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    makeSpokenElement(*this, QAccessible::Clock, [this] { return spokenText(); });
+    makeSpokenElement(*this, QAccessible::StaticText, [this] { return spokenText(); });
 
     connect(&m_progress, &ValueAnimation::valueChanged, this, &TimerRingView::repaintArc);
     connect(&model, &AppModel::remainingSecondsChanged, this, [this] {
@@ -57,7 +57,14 @@ TimerRingView::TimerRingView(AppModel& model, const TimerRingMetrics& metrics, Q
             updateTexts();
         }
     });
-    connect(&model, &AppModel::snapshotChanged, this, &TimerRingView::updateTexts);
+    connect(&model, &AppModel::snapshotChanged, this, [this] {
+        const QString before = m_endText;
+        updateTexts();
+        const bool isMoved = !before.isEmpty() && !m_endText.isEmpty() && before != m_endText;
+        if (isMoved && window()->isActiveWindow()) {
+            announce(*this, m_endText);
+        }
+    });
     connect(&model, &AppModel::preferencesChanged, this, &TimerRingView::updateTexts);
     m_progress.setValue(model.progress());
     updateTexts();

@@ -4,6 +4,7 @@
 #include "platform/floating_window_system.h"
 #include "platform/window_system.h"
 #include "ui/controls/popup_frame.h"
+#include "ui/controls/spoken_element.h"
 #include "ui/main/window_placement.h"
 #include "ui/style/text.h"
 #include "ui/style/theme.h"
@@ -42,6 +43,7 @@ constexpr int grabAttempts = 100;
 // Cinnamon lets others take hold of it during the click, and takes it from them when that ends.
 constexpr int grabConfirmations = 20;
 
+constexpr BilingualText panelText{"Brevlin 计时面板", "Brevlin timer panel"};
 constexpr BilingualText moreText{"更多", "More"};
 constexpr std::array sections{AppSection::history, AppSection::statistics, AppSection::settings,
                               AppSection::about};
@@ -57,6 +59,9 @@ TrayPanel::TrayPanel(AppModel& model, WindowSystem& windowSystem, const Floating
 {
     setAttribute(Qt::WA_TranslucentBackground);
     setWindowTitle(QStringLiteral("Brevlin"));
+    makeSpokenGroup(
+        *this, QAccessible::Window, [this] { return qtText(panelText.in(m_model.language())); },
+        [this] { return readableText(*this); });
     // Holds the keyboard until Tab moves it, so that Space is the timer's.
     setFocusPolicy(Qt::ClickFocus);
     layOut();
@@ -78,6 +83,7 @@ void TrayPanel::layOut()
 
     auto* ring = new TimerRingView(m_model, ringMetrics, this);
     ring->setBackdrop(ThemeColor::panelBackground);
+    m_more->stackUnder(ring); // is read in the order in which it is seen
     auto* ringRow = new QVBoxLayout;
     const int above = ringPadding - ring->overhang();
     ringRow->setContentsMargins(0, above, 0, above);

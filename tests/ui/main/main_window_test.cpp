@@ -98,6 +98,32 @@ TEST_F(MainWindowTest, the_controls_are_those_of_the_state_and_the_language)
     EXPECT_EQ(buttons(), (Texts{"Skip Break", "Start Break"})) << "the sound has stopped by itself";
 }
 
+TEST_F(MainWindowTest, the_keyboard_stays_with_what_goes_on_with_the_timer)
+{
+    open();
+    auto* row = window().findChild<TimerControlRow*>();
+    EXPECT_EQ(qobject_cast<CapsuleButton*>(QApplication::focusWidget()), nullptr);
+    const auto button = [row](int index) {
+        return row->findChildren<CapsuleButton*>().at(index);
+    };
+    button(0)->setFocus(Qt::TabFocusReason);
+    press(Qt::Key_Space);
+    EXPECT_EQ(runState(), TimerRunState::running);
+    ASSERT_NE(QApplication::focusWidget(), nullptr);
+    const auto focused = [] {
+        return qobject_cast<CapsuleButton*>(QApplication::focusWidget())->text();
+    };
+    EXPECT_EQ(focused(), QStringLiteral("Pause"));
+    press(Qt::Key_Space);
+    EXPECT_EQ(runState(), TimerRunState::paused);
+    // More time changes nothing but the time, and may be wanted again.
+    QApplication::focusWidget()->previousInFocusChain()->setFocus(Qt::TabFocusReason);
+    press(Qt::Key_Space);
+    press(Qt::Key_Space);
+    EXPECT_EQ(focused(), QStringLiteral("+5 min"));
+    EXPECT_EQ(model().remainingSeconds(), Seconds{2100});
+}
+
 TEST_F(MainWindowTest, what_is_drawn_is_told_to_assistive_technology)
 {
     open();

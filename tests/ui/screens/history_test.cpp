@@ -76,11 +76,14 @@ TEST(HistoryDays, a_row_says_what_is_known_also_of_strings_of_a_later_release)
     EXPECT_EQ(shownOutcome(strange), SessionOutcome::skipped);
     const auto english = historyRowTexts(record(at(2, 15, 5), 1500), shanghai, AppLanguage::english);
     EXPECT_EQ(english.timeRange, "2:40\u202fPM ～ 3:05\u202fPM");
-    EXPECT_EQ(spokenHistoryRow(english).substr(0, 26), "Focus, Completed, 25 min, ");
+    EXPECT_EQ(spokenHistoryRow(english, AppLanguage::english),
+              "Focus, 2:40\u202fPM to 3:05\u202fPM, 25 min, Completed");
     const auto chinese =
         historyRowTexts(record(at(2, 15, 5), 1500), Calendar{timeZoneOf("Asia/Shanghai"), "zh-Hans"},
                         AppLanguage::simplifiedChinese);
     EXPECT_EQ(chinese.timeRange, "14:40 ～ 15:05");
+    EXPECT_EQ(spokenHistoryRow(chinese, AppLanguage::simplifiedChinese),
+              "专注，14:40 至 15:05，25 分钟，已完成");
     EXPECT_LT(historyRowTexts(strange, shanghai, AppLanguage::english).duration.size(), 60U);
 }
 
@@ -159,12 +162,20 @@ TEST_F(HistoryListTest, a_screen_reader_finds_every_row)
     QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(&list);
     ASSERT_NE(accessible, nullptr);
     EXPECT_EQ(accessible->role(), QAccessible::List);
-    EXPECT_EQ(accessible->childCount(), 30);
-    QAccessibleInterface* row = accessible->child(29);
-    ASSERT_NE(row, nullptr);
-    EXPECT_EQ(row->role(), QAccessible::ListItem);
-    EXPECT_TRUE(row->text(QAccessible::Name).startsWith(QStringLiteral("Focus, Completed, 25 min")));
-    EXPECT_EQ(accessible->indexOfChild(row), 29);
+    // Each day begins with its heading.
+    QStringList lines;
+    for (int index = 0; index < accessible->childCount(); ++index) {
+        QAccessibleInterface* line = accessible->child(index);
+        EXPECT_EQ(accessible->indexOfChild(line), index);
+        const bool isHeading = line->text(QAccessible::Name).contains(QStringLiteral(" entries · "));
+        EXPECT_EQ(line->role(), isHeading ? QAccessible::Heading : QAccessible::ListItem);
+        lines << (isHeading ? QStringLiteral("day") : line->text(QAccessible::Name).left(6));
+    }
+    EXPECT_EQ(lines.size(), 32);
+    EXPECT_EQ(lines.count(QStringLiteral("day")), 2);
+    EXPECT_EQ(lines.count(QStringLiteral("Focus,")), 30);
+    EXPECT_EQ(lines.front(), QStringLiteral("day"));
+    QAccessibleInterface* row = accessible->child(31);
     EXPECT_TRUE(row->state().offscreen);
     press(Qt::Key_End);
     EXPECT_FALSE(row->state().offscreen);

@@ -14,6 +14,7 @@ class AboutRow final : public PlainButton
 public:
     AboutRow(Symbol symbol, Qt::Edges cardEdges, QWidget* parent = nullptr);
 
+    QAccessible::Role role() const override { return QAccessible::Link; }
     void setDetail(const QString& detail);
     QSize sizeHint() const override { return {320, 48}; }
     QSize minimumSizeHint() const override { return sizeHint(); }

@@ -3,6 +3,7 @@
 #include "app/app_model.h"
 #include "ui/controls/card_surface.h"
 #include "ui/controls/form.h"
+#include "ui/controls/spoken_element.h"
 #include "ui/controls/thin_divider.h"
 #include "ui/screens/about/about_row.h"
 #include "ui/screens/about/product.h"
@@ -22,6 +23,7 @@ namespace {
 constexpr BilingualText versionLabel{"版本 ", "Version "};
 constexpr BilingualText updatesText{"检查版本更新", "Check for updates"};
 constexpr BilingualText contactText{"联系", "Contact"};
+constexpr BilingualText linksText{"链接", "Links"};
 constexpr BilingualText websiteText{"官网", "Website"};
 
 constexpr int screenPadding = 28;
@@ -69,7 +71,12 @@ AboutView::AboutView(AppModel& model, QWidget* parent)
                           CardSurface::shadowMargins.right());
 
     auto* name = new FormLabel(systemFont(nameSize, QFont::DemiBold), ThemeColor::label, this);
+    makeSpokenElement(*name, QAccessible::Heading, [name] { return name->text(); });
     name->setText(QStringLiteral("Brevlin"));
+    makeSpokenGroup(*card, QAccessible::Grouping,
+                    [&model] { return qtText(linksText.in(model.language())); });
+    m_version->raise(); // they are read in the order in which they are seen
+    card->raise();
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(screenPadding, screenPadding, screenPadding, screenPadding);
     column->setSpacing(0);

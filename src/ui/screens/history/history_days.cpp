@@ -9,6 +9,8 @@ namespace brevlin {
 
 namespace {
 
+constexpr std::string_view rangeSign = " ～ ";
+
 Seconds focusOf(const SessionRecord& record)
 {
     const bool counts = record.phase() == TimerPhase::focus && record.effectiveDuration > Seconds{0.0};
@@ -54,10 +56,11 @@ SessionOutcome shownOutcome(const SessionRecord& record)
 HistoryRowTexts historyRowTexts(const SessionRecord& record, const Calendar& calendar, AppLanguage language)
 {
     constexpr std::string_view shortTime = "jm";
-    return {
-        std::string{title(shownPhase(record), language)}, std::string{title(shownOutcome(record), language)},
-        TimeText::duration(record.effectiveDuration, language),
-        calendar.text(shortTime, record.actualStartAt) + " ～ " + calendar.text(shortTime, record.endedAt)};
+    return {std::string{title(shownPhase(record), language)},
+            std::string{title(shownOutcome(record), language)},
+            TimeText::duration(record.effectiveDuration, language),
+            calendar.text(shortTime, record.actualStartAt).append(rangeSign) +
+                calendar.text(shortTime, record.endedAt)};
 }
 
 std::string historyDateText(const HistoryDay& day, const Calendar& calendar)
@@ -72,9 +75,18 @@ std::string historySummaryText(const HistoryDay& day, AppLanguage language)
                                             : std::to_string(day.count) + " 条 · 专注 " + focus;
 }
 
-std::string spokenHistoryRow(const HistoryRowTexts& texts)
+std::string spokenHistoryRow(const HistoryRowTexts& texts, AppLanguage language)
 {
-    return texts.phase + ", " + texts.outcome + ", " + texts.duration + ", " + texts.timeRange;
+    std::string time = texts.timeRange; // whose sign is not spoken, or strangely
+    time.replace(time.find(rangeSign), rangeSign.size(), BilingualText{" 至 ", " to "}.in(language));
+    const std::string comma{BilingualText{"，", ", "}.in(language)};
+    return texts.phase + comma + time + comma + texts.duration + comma + texts.outcome;
+}
+
+std::string spokenHistoryDay(const HistoryDay& day, const Calendar& calendar, AppLanguage language)
+{
+    return historyDateText(day, calendar) + std::string{BilingualText{"，", ", "}.in(language)} +
+           historySummaryText(day, language);
 }
 
 } // namespace brevlin

@@ -56,7 +56,8 @@ SessionOutcome shownOutcome(const SessionRecord& record);
 HistoryRowTexts historyRowTexts(const SessionRecord& record, const Calendar& calendar, AppLanguage language);
 std::string historyDateText(const HistoryDay& day, const Calendar& calendar);
 std::string historySummaryText(const HistoryDay& day, AppLanguage language);
-/// A row in one sentence, as it is read aloud.
-std::string spokenHistoryRow(const HistoryRowTexts& texts);
+/// A row and a day's heading in one sentence, as they are read aloud.
+std::string spokenHistoryRow(const HistoryRowTexts& texts, AppLanguage language);
+std::string spokenHistoryDay(const HistoryDay& day, const Calendar& calendar, AppLanguage language);
 
 } // namespace brevlin

@@ -4,6 +4,7 @@
 #include "ui/controls/card_surface.h"
 #include "ui/controls/menu_look.h"
 #include "ui/controls/scroll_view.h"
+#include "ui/controls/spoken_element.h"
 #include "ui/screens/history/history_list_accessible.h"
 #include "ui/style/text.h"
 
@@ -60,8 +61,11 @@ void HistoryList::refresh()
         const auto same = rowOf(m_currentRecord);
         m_currentRow =
             same || rowCount() == 0 ? same : std::optional{std::min(*m_currentRow, rowCount() - 1)};
-        if (m_currentRow) {
+        if (m_currentRow && !same) {
             m_currentRecord = record(*m_currentRow).id;
+            if (hasFocus()) {
+                announce(*this, spokenText(*m_currentRow));
+            }
         }
     }
     // At the top what is new comes into view; anywhere else nothing moves under the reader's eyes.
@@ -88,6 +92,12 @@ QRect HistoryList::rowRect(std::size_t row) const
 {
     return {sidePadding, m_layout.rowTop(row) - verticalScrollBar()->value(),
             viewport()->width() - sidePadding - rightPadding, HistoryLayout::rowHeight};
+}
+
+QRect HistoryList::headingRect(std::size_t day) const
+{
+    return {sidePadding, m_layout.cardTop(day) - verticalScrollBar()->value(),
+            viewport()->width() - sidePadding - rightPadding, HistoryLayout::headerHeight};
 }
 
 std::optional<std::size_t> HistoryList::rowAt(const QPoint& position) const
@@ -151,7 +161,13 @@ void HistoryList::setHoveredRow(std::optional<std::size_t> row)
 
 QString HistoryList::spokenText(std::size_t row) const
 {
-    return qtText(spokenHistoryRow(historyRowTexts(record(row), m_calendar, m_model.language())));
+    const AppLanguage language = m_model.language();
+    return qtText(spokenHistoryRow(historyRowTexts(record(row), m_calendar, language), language));
+}
+
+QString HistoryList::spokenHeading(std::size_t day) const
+{
+    return qtText(spokenHistoryDay(days()[day], m_calendar, m_model.language()));
 }
 
 void HistoryList::paintEvent(QPaintEvent* event)
@@ -316,6 +332,15 @@ void HistoryList::focusInEvent(QFocusEvent* event)
     if (m_keyboardFocus.isShown() && !m_currentRow && rowCount() > 0) {
         setCurrentRow(0);
     }
+    // After the list itself, which Qt tells of next.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (m_currentRow) {
+                tellFocusedHistoryRow(*this, *m_currentRow);
+            }
+        },
+        Qt::QueuedConnection);
     viewport()->update();
 }
 

@@ -29,6 +29,10 @@ public:
     std::optional<std::size_t> currentRow() const { return m_currentRow; }
     void setCurrentRow(std::size_t row);
     QString spokenText(std::size_t row) const;
+    const std::vector<HistoryDay>& days() const { return m_layout.days(); }
+    /// Where a day's heading lies in the viewport; it may be outside.
+    QRect headingRect(std::size_t day) const;
+    QString spokenHeading(std::size_t day) const;
     /// Reads the model again: records, language or time zone have changed.
     void refresh();
 

@@ -38,8 +38,11 @@ void HistoryView::refresh()
     m_emptyState->setTexts(qtText(emptyTitle.in(m_model.language())),
                            qtText(emptyDescription.in(m_model.language())));
     const bool isEmpty = m_model.sessions().empty();
-    m_list->setVisible(!isEmpty);
     m_emptyState->setVisible(isEmpty);
+    if (isEmpty && m_list->hasFocus()) {
+        m_emptyState->setFocus(); // or the keyboard would go to the window's buttons
+    }
+    m_list->setVisible(!isEmpty);
 }
 
 void HistoryView::resizeEvent(QResizeEvent* event)

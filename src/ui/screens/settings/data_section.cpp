@@ -56,6 +56,7 @@ DataSection::DataSection(AppModel& model, QWidget* parent)
 {
     m_storageRow->addControl(m_storage);
     m_recordsRow->addControl(m_records);
+    m_records->setFocusPolicy(Qt::ClickFocus);
     addRow()->setContent(m_clear);
     connect(m_clear, &QAbstractButton::clicked, this, &DataSection::confirmClearHistory);
     connect(&model, &AppModel::preferencesChanged, this, &DataSection::refresh);
@@ -79,7 +80,11 @@ void DataSection::refresh()
     show(m_recordsRow, m_records, recordsText, QString::number(m_model.sessions().size()));
     m_clear->setText(qtText(clearText.in(language)));
     m_clear->updateGeometry();
-    m_clear->setEnabled(!m_model.sessions().empty());
+    const bool isEmpty = m_model.sessions().empty();
+    if (isEmpty && window()->focusWidget() == m_clear) {
+        m_records->setFocus(); // which says what the button has done
+    }
+    m_clear->setEnabled(!isEmpty);
 }
 
 void DataSection::confirmClearHistory()

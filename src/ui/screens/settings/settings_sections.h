@@ -76,7 +76,9 @@ public:
 private:
     void addPickers();
     void addSwitches();
+    void addPlace();
     void refresh();
+    void refreshPlace();
 
     AppModel& m_model;
     LaunchAtLogin& m_launchAtLogin;
@@ -89,6 +91,11 @@ private:
     FormRow* m_capsuleRow;
     SwitchControl* m_capsule;
     FormNote* m_capsuleNote;
+    FormRow* m_acrossRow;
+    NumberStepper* m_across;
+    FormRow* m_downRow;
+    NumberStepper* m_down;
+    FormNote* m_placeNote;
     FormRow* m_launchRow;
     SwitchControl* m_launch;
     FormRow* m_approvalRow;

@@ -1,6 +1,7 @@
 #include "ui/screens/statistics/activity_card.h"
 
 #include "ui/controls/form.h"
+#include "ui/controls/spoken_element.h"
 #include "ui/screens/statistics/activity_chart.h"
 #include "ui/screens/statistics/granularity_row.h"
 #include "ui/screens/statistics/statistics_texts.h"
@@ -59,6 +60,9 @@ ActivityCard::ActivityCard(QWidget* parent)
     , m_streakSymbol(new SymbolView(Symbol::flameFill, streakSymbolSize, ThemeColor::orange, this))
     , m_streak(new FormLabel(textFont(TextRole::callout, QFont::Medium), ThemeColor::orange, this))
 {
+    makeSpokenGroup(*this, QAccessible::Grouping, [this] { return m_title->text(); });
+    makeSpokenElement(*m_title, QAccessible::Heading, [this] { return m_title->text(); });
+
     auto* header = new QHBoxLayout;
     header->setSpacing(headerGap);
     header->addLayout(stacked(m_title, m_subtitle, titleGap), 1);
@@ -109,6 +113,7 @@ void ActivityCard::show(const ActivityInput& input, std::int64_t currentStreak)
     m_insightSymbol->setSymbol(best ? Symbol::scope : Symbol::sparkles);
     m_insightTitle->setText(said.title);
     m_insightDetail->setText(said.detail);
+    m_chart->setAccessibleDescription(said.title);
     m_streakSymbol->setVisible(currentStreak > 0);
     m_streak->setVisible(currentStreak > 0);
     m_streak->setText(streakText(currentStreak, language));

@@ -309,6 +309,9 @@ void ActivityChart::showToolTip(std::size_t index)
 
 void ActivityChart::announceCurrent()
 {
+    if (!hasFocus() || !m_current) {
+        return;
+    }
     QAccessibleEvent event(this, QAccessible::Focus);
     event.setChild(static_cast<int>(*m_current));
     QAccessible::updateAccessibility(&event);
@@ -323,6 +326,8 @@ void ActivityChart::focusInEvent(QFocusEvent* event)
     }
     if (m_current && m_keyboardFocus.isShown()) {
         walkTo(*m_current);
+        // Once more after the chart itself, which Qt tells of next.
+        QMetaObject::invokeMethod(this, &ActivityChart::announceCurrent, Qt::QueuedConnection);
     }
 }
 

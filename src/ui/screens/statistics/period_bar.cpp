@@ -4,6 +4,7 @@
 #include "ui/controls/link_button.h"
 #include "ui/controls/numeric_text.h"
 #include "ui/controls/segmented_picker.h"
+#include "ui/controls/spoken_element.h"
 #include "ui/screens/statistics/chevron_button.h"
 #include "ui/screens/statistics/granularity_row.h"
 #include "ui/style/text.h"
@@ -43,6 +44,7 @@ PeriodBar::PeriodBar(QWidget* parent)
     , m_today(new LinkButton(this))
     , m_picker(new SegmentedPicker(static_cast<int>(granularities.size()), this))
 {
+    makeSpokenGroup(*this, QAccessible::Grouping, [this] { return m_title->text(); });
     auto* texts = new QWidget(this);
     texts->setMinimumWidth(leastTitleWidth);
     auto* lines = new QVBoxLayout(texts);
@@ -62,6 +64,7 @@ PeriodBar::PeriodBar(QWidget* parent)
     row->addWidget(m_today);
     row->addStretch(1);
     row->addWidget(m_picker);
+    texts->stackUnder(m_next); // is read in the order in which it is seen
     m_picker->setTint(ThemeColor::focus);
     m_picker->setFixedWidth(pickerWidth);
 
@@ -79,6 +82,9 @@ void PeriodBar::show(StatisticsGranularity granularity, const QString& title, Ap
     const QString name = qtText(kind.title.in(language));
     setName(*m_previous, {"上一个", "Previous "}, name, language);
     setName(*m_next, {"下一个", "Next "}, name, language);
+    if (isVisible() && title != m_title->text()) {
+        announce(*this, title);
+    }
     m_title->setText(title);
     m_detail->setText(qtText(kind.detail.in(language)));
     m_today->setText(qtText(BilingualText{"回到今天", "Today"}.in(language)));
@@ -97,6 +103,10 @@ void PeriodBar::show(StatisticsGranularity granularity, const QString& title, Ap
 
 void PeriodBar::setPlaceInTime(bool containsNow, bool mayMoveOn)
 {
+    const bool takesKeyboard = (m_next->hasFocus() && !mayMoveOn) || (m_today->hasFocus() && containsNow);
+    if (takesKeyboard) {
+        m_previous->setFocus(Qt::TabFocusReason);
+    }
     m_next->setEnabled(mayMoveOn);
     m_today->setVisible(!containsNow);
 }

@@ -109,6 +109,7 @@ SummaryStrip::SummaryStrip(QWidget* parent)
 
 void SummaryStrip::show(const PeriodStatistics& statistics, AppLanguage language)
 {
+    setAccessibleName(qtText(BilingualText{"概览", "Summary"}.in(language)));
     const bool isByHour = row(statistics.granularity).bucketSize == FocusTimeBucketSize::hour;
     const auto text = [language](const BilingualText& both) {
         return qtText(both.in(language));
