@@ -40,7 +40,7 @@ def packaged(name, package):
     return found[0]
 
 
-def make_font(source, member, family, characters, output):
+def make_font(source, member, family, weight, characters, output):
     """A font with these characters only; the characters that it got."""
     from fontTools import subset
     from fontTools.ttLib import TTCollection
@@ -55,9 +55,11 @@ def make_font(source, member, family, characters, output):
     subsetter = subset.Subsetter(options)
     subsetter.populate(unicodes=characters)
     subsetter.subset(font)
+    # By name ID: family, weight, what identifies it, full name, PostScript name, and the first two once more.
+    names = {1: family, 2: weight, 3: f"{family} {weight}", 4: f"{family} {weight}",
+             6: f"{family}-{weight}".replace(" ", ""), 16: family, 17: weight}
     for record in font["name"].names:
-        if record.nameID in (1, 3, 4, 6, 16):
-            record.string = family if record.nameID != 6 else family.replace(" ", "")
+        record.string = names.get(record.nameID, record.toUnicode())
     subset.save_font(font, str(output), options)
     return set(font.getBestCmap())
 
@@ -71,7 +73,8 @@ def make_fonts(characters, folder):
     for name, (family, pattern, package, member, weights) in FONTS.items():
         for weight in weights:
             source = packaged(pattern.format(weight), package)
-            covered |= make_font(source, member, family, sets[name], folder / f"{name}-{weight}.font")
+            covered |= make_font(source, member, family, weight, sets[name],
+                                 folder / f"{name}-{weight}.font")
     missing = wanted - covered
     if missing:
         sys.exit(f"make_fonts.py: no font has {' '.join(map(chr, sorted(missing)))}")
