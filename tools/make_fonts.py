@@ -3,9 +3,10 @@
 
 Usage: tools/make_fonts.py list SOURCES OUTPUT     writes the characters beyond ASCII of all sources below a folder
        tools/make_fonts.py make LIST FOLDER        writes the fonts, and characters.inc: what they cover
+       tools/make_fonts.py license OURS OUTPUT     writes Brevlin's file of copyrights with those of the fonts
 
-Needs fontTools (https://fonttools.readthedocs.io/en/latest/subset/) and the packages named in FONTS. Inter and Noto Sans CJK
-are under the SIL Open Font License 1.1, DejaVu under that of Bitstream Vera; both want another name for what is changed.
+Needs fontTools (https://fonttools.readthedocs.io/en/latest/subset/) and the packages named in FONTS. Inter and Noto Sans
+CJK are under the SIL Open Font License 1.1, DejaVu under that of Bitstream Vera; what is changed has another name.
 """
 import pathlib
 import sys
@@ -82,10 +83,32 @@ def make_fonts(characters, folder):
     (folder / "characters.inc").write_text(lines)
 
 
+def add_licenses(ours, output):
+    """Each packaged file of copyrights says in its first stanza about all files who made them and under what."""
+    text = ours.read_text().rstrip() + "\n"
+    known = set()
+    for _, pattern, package, _, _ in FONTS.values():
+        stanzas = pathlib.Path(f"/usr/share/doc/{package}/copyright").read_text().split("\n\n")
+        about = next(stanza for stanza in stanzas if stanza.lstrip().startswith("Files: *"))
+        copyright_line, license_part = about[about.index("Copyright:"):].split("\nLicense:")
+        name = license_part.split("\n")[0].split(" and ")[0].strip()
+        copyright_line = "\n".join(line for line in copyright_line.split("\n") if line.strip())
+        text += (f"\nFiles: {pattern.format('*')}\n{copyright_line}\nLicense: {name}\n"
+                 "Comment: Some characters of it are part of the program.\n")
+        if name not in known:
+            known.add(name)
+            full = next((stanza for stanza in stanzas if stanza.startswith(f"License: {name}\n")), None)
+            text += "\n" + (full or f"License: {name}\n" + license_part.split("\n", 1)[1]).rstrip() + "\n"
+    output.write_text(text)
+
+
 if __name__ == "__main__":
-    if len(sys.argv) != 4 or sys.argv[1] not in ("list", "make"):
+    if len(sys.argv) != 4 or sys.argv[1] not in ("list", "make", "license"):
         sys.exit(__doc__)
+    source, target = pathlib.Path(sys.argv[2]), pathlib.Path(sys.argv[3])
     if sys.argv[1] == "list":
-        list_characters(pathlib.Path(sys.argv[2]), pathlib.Path(sys.argv[3]))
+        list_characters(source, target)
+    elif sys.argv[1] == "make":
+        make_fonts(source.read_text(), target)
     else:
-        make_fonts(pathlib.Path(sys.argv[2]).read_text(), pathlib.Path(sys.argv[3]))
+        add_licenses(source, target)
