@@ -33,7 +33,7 @@ EDGES = {
     "storage": (["core", "platform"], []),
     "services": (["core", "platform"], []),
     "app": (["core", "platform", "storage", "services"], ["Core"]),
-    "ui/style": (["core"], ["Core", "Gui", "Widgets", "Svg"]),
+    "ui/style": (["core"], ["Core", "Gui", "Widgets"]),
     "ui/controls": (["core", "ui/style"], ["Core", "Gui", "Widgets"]),
     "ui/capsule": (["core", "platform", "storage", "app", "ui/controls", "ui/style"], ["Core", "Gui", "Widgets"]),
     "ui/timer": (["core", "app", "ui/controls", "ui/style"], ["Core", "Gui", "Widgets"]),
