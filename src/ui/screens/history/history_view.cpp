@@ -39,7 +39,7 @@ void HistoryView::refresh()
                            qtText(emptyDescription.in(m_model.language())));
     const bool isEmpty = m_model.sessions().empty();
     m_list->setVisible(!isEmpty);
-    m_emptyState->setVisible(isEmpty);
+    m_emptyState->setVisible(isEmpty && !m_model.isHistoryAwaited());
 }
 
 void HistoryView::resizeEvent(QResizeEvent* event)
