@@ -52,6 +52,8 @@ namespace {
 // flash. The answer takes long only where it is the first that this session asks for, and no time where
 // nobody gives any.
 constexpr Seconds longestWaitForAppearance{1.0};
+// What nobody looks for in the first moment waits until the window has been painted.
+constexpr Seconds quietMoment{0.2};
 
 std::vector<std::string> sharedDataFolders()
 {
@@ -126,6 +128,7 @@ private:
     QuitSequence m_quitSequence;
     std::unique_ptr<DesktopNotificationCenter> m_messageCenter; // made for the first message
     TaskHandle m_firstShow;
+    TaskHandle m_lateStart;
     SuddenExit m_suddenExit;
 };
 
@@ -163,7 +166,6 @@ Composition::Parts::Parts(Application& application, BusStart& buses, const UserF
         m_quitSequence.finishNow();
     })
 {
-    QApplication::setWindowIcon(applicationIcon());
     m_style->setCompositing([this] { return m_windowSystem.isComposited(); });
     followAppearance();
     m_loginItem.followProgram();
@@ -180,6 +182,7 @@ Composition::Parts::Parts(Application& application, BusStart& buses, const UserF
     QObject::connect(&instance, &ApplicationInstance::requested, &m_window,
                      [this](const InstanceRequest& request) { follow(request); });
     m_firstShow = m_scheduler.after(longestWaitForAppearance, [this] { showFirst(); });
+    m_lateStart = m_scheduler.after(quietMoment, [] { QApplication::setWindowIcon(applicationIcon()); });
 }
 
 AppModelParts Composition::Parts::modelParts(const UserFolders& folders)

@@ -1,5 +1,7 @@
-// Renders the program's icon at build time: brevlin_render_icon ICON.svg SIZE OUTPUT.png
+// Renders the program's icon at build time: brevlin_render_icon ICON.svg SIZE OUTPUT. An OUTPUT.png is what
+// it says, an OUTPUT.argb the bare pixels as QImage holds them, premultiplied.
 
+#include <QFile>
 #include <QGuiApplication>
 #include <QImage>
 #include <QPainter>
@@ -20,5 +22,11 @@ int main(int argc, char** argv)
     QPainter painter(&image);
     renderer.render(&painter);
     painter.end();
-    return renderer.isValid() && image.save(arguments.at(3)) ? 0 : 1;
+    if (!arguments.at(3).endsWith(QStringLiteral(".argb"))) {
+        return renderer.isValid() && image.save(arguments.at(3)) ? 0 : 1;
+    }
+    QFile file(arguments.at(3));
+    const auto* pixels = reinterpret_cast<const char*>(image.constBits());
+    const bool isWritten = file.open(QIODevice::WriteOnly) && file.write(pixels, image.sizeInBytes()) >= 0;
+    return renderer.isValid() && isWritten ? 0 : 1;
 }

@@ -74,6 +74,8 @@ public:
     Seconds remainingSeconds() const { return m_remainingSeconds; }
     /// Latest end first.
     const std::vector<SessionRecord>& sessions() const { return m_parts.sessionStore->sessions(); }
+    /// Whether the history is still being read for the first time: then no figure of it is known.
+    bool isHistoryAwaited() const { return m_parts.sessionStore->isAwaited(); }
     const AppPreferences& preferences() const { return m_preferences; }
     AppLanguage language() const { return m_preferences.appLanguage; }
     bool isAlertSoundPlaying() const { return m_isAlertSoundPlaying; }

@@ -3,11 +3,21 @@
 #include <unicode/smpdtfmt.h>
 #include <unicode/timezone.h>
 
+#include <utility>
+
 namespace brevlin {
 
-CalendarTexts::CalendarTexts(const std::string& localeIdentifier)
-    : m_locale(icu::Locale::createCanonical(localeIdentifier.c_str()))
+CalendarTexts::CalendarTexts(std::string localeIdentifier) : m_localeIdentifier(std::move(localeIdentifier))
 {}
+
+// ICU opens its data for it, which an idle timer's start need not wait for.
+const icu::Locale& CalendarTexts::locale()
+{
+    if (!m_locale) {
+        m_locale = icu::Locale::createCanonical(m_localeIdentifier.c_str());
+    }
+    return *m_locale;
+}
 
 std::string CalendarTexts::text(std::string_view skeleton, Instant instant)
 {
@@ -15,7 +25,7 @@ std::string CalendarTexts::text(std::string_view skeleton, Instant instant)
     if (found == m_bySkeleton.end()) {
         UErrorCode status = U_ZERO_ERROR;
         if (!m_patterns) {
-            m_patterns.reset(icu::DateTimePatternGenerator::createInstance(m_locale, status));
+            m_patterns.reset(icu::DateTimePatternGenerator::createInstance(locale(), status));
         }
         std::unique_ptr<icu::DateFormat> made;
         if (m_patterns) {
@@ -23,7 +33,7 @@ std::string CalendarTexts::text(std::string_view skeleton, Instant instant)
                 m_patterns->getBestPattern(icu::UnicodeString::fromUTF8(icu::StringPiece{
                                                skeleton.data(), static_cast<int32_t>(skeleton.size())}),
                                            status);
-            made = std::make_unique<icu::SimpleDateFormat>(pattern, m_locale, status);
+            made = std::make_unique<icu::SimpleDateFormat>(pattern, locale(), status);
             made->setTimeZone(*icu::TimeZone::getGMT());
         }
         found =
@@ -35,7 +45,7 @@ std::string CalendarTexts::text(std::string_view skeleton, Instant instant)
 std::string CalendarTexts::shortTimeText(Instant instant)
 {
     if (!m_shortTime) {
-        m_shortTime.reset(icu::DateFormat::createTimeInstance(icu::DateFormat::kShort, m_locale));
+        m_shortTime.reset(icu::DateFormat::createTimeInstance(icu::DateFormat::kShort, locale()));
         if (m_shortTime) {
             m_shortTime->setTimeZone(*icu::TimeZone::getGMT());
         }

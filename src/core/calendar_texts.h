@@ -8,6 +8,7 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -19,15 +20,17 @@ namespace brevlin {
 class CalendarTexts final
 {
 public:
-    explicit CalendarTexts(const std::string& localeIdentifier);
+    explicit CalendarTexts(std::string localeIdentifier);
 
     std::string text(std::string_view skeleton, Instant instant);
     std::string shortTimeText(Instant instant);
 
 private:
+    const icu::Locale& locale();
     std::string format(const icu::DateFormat* format, Instant instant) const;
 
-    icu::Locale m_locale;
+    std::string m_localeIdentifier;
+    std::optional<icu::Locale> m_locale;
     std::unique_ptr<icu::DateTimePatternGenerator> m_patterns;
     std::map<std::string, std::unique_ptr<icu::DateFormat>, std::less<>> m_bySkeleton;
     std::unique_ptr<icu::DateFormat> m_shortTime;

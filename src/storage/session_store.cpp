@@ -19,6 +19,7 @@ SessionStore::SessionStore(HistoryLocation location, const HistoryDisk& disk, bo
     , m_retryTimer(disk.scheduler, [this] { retry(); })
 {
     if (fetchOnInit) {
+        m_isAwaited = true;
         refresh();
     }
 }
@@ -56,20 +57,25 @@ void SessionStore::refresh()
 void SessionStore::finishLoad(Expected<std::vector<SessionRecord>, DocumentError> loaded)
 {
     --m_jobs;
-    if (!loaded && !loaded.error().isAboutContent) {
+    const bool wasAwaited = std::exchange(m_isAwaited, false);
+    const bool isRead = loaded || loaded.error().isAboutContent;
+    m_isLoaded = m_isLoaded || isRead;
+    if (loaded) {
+        m_lastError.reset();
+        m_sessions = *std::move(loaded);
+        joinUnsaved();
+    }
+    if (loaded || wasAwaited) {
+        recordsChanged();
+    }
+    if (!isRead) {
         fail(Operation::fetch, loaded.error(), !std::exchange(m_toldOfFetch, true));
         m_retryTimer.failed();
         return;
     }
     m_retryTimer.succeeded();
-    m_isLoaded = true;
     if (!loaded) {
         fail(Operation::fetch, loaded.error(), true);
-    } else {
-        m_lastError.reset();
-        m_sessions = *std::move(loaded);
-        joinUnsaved();
-        recordsChanged();
     }
     retry();
 }

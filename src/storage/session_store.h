@@ -37,6 +37,7 @@ public:
     struct Observer
     {
         /// The records are other ones than the last command left: loaded, taken over from the file, put back.
+        /// Also when the first reading has failed.
         std::function<void()> recordsChanged;
         /// An operation failed for the first time; that it is tried again and fails again is not told.
         std::function<void(const SessionStoreError&)> failed;
@@ -54,6 +55,8 @@ public:
     const std::optional<SessionStoreError>& lastError() const { return m_lastError; }
     const std::string& path() const { return m_file->path(); }
     bool isLoaded() const { return m_isLoaded; }
+    /// Whether the first reading is still under way, so that nobody knows what there is.
+    bool isAwaited() const { return m_isAwaited; }
     /// Whether every change is on the disk.
     bool isSaved() const { return m_unsaved.empty(); }
     /// Records that are in memory alone.
@@ -104,6 +107,7 @@ private:
     std::uint64_t m_number = 0; // of the latest change
     std::optional<SessionStoreError> m_lastError;
     bool m_isLoaded = false;
+    bool m_isAwaited = false;
     bool m_toldOfFetch = false;
     int m_attemptsInTheWay = 0; // of writing while a file that does not decode stands in the place
     int m_jobs = 0;

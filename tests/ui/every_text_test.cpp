@@ -6,6 +6,7 @@
 #include "ui/main/main_window.h"
 #include "ui/main/message_dialog.h"
 #include "ui/screens/settings/clear_history_dialog.h"
+#include "ui/style/built_in_fonts.h"
 #include "ui/style/contrast.h"
 #include "ui/style/theme.h"
 #include "ui/tray/tray_panel.h"
@@ -43,6 +44,7 @@ protected:
             const auto texts = test::drawnTexts(widget, pixelRatio);
             EXPECT_FALSE(texts.empty()) << where;
             for (const test::DrawnText& drawn : texts) {
+                EXPECT_TRUE(BuiltInFonts::cover(drawn.text)) << drawn.text.toStdString();
                 constexpr double rounding = 1; // of a glyph's box, to whole pixels
                 const bool isWhole =
                     drawn.visible.adjusted(-rounding, -rounding, rounding, rounding).contains(drawn.ink);

@@ -21,13 +21,17 @@ constexpr std::array shadowBands{0.42, 0.23, 0.1, 0.03};
 void paintShadow(QPainter& painter, const QRectF& card, const Theme& theme)
 {
     const QRectF shadow = card.translated(0, shadowOffset);
+    // Nobody sees it under the card, and to blend it there would be most of the work.
+    constexpr double corner = CardSurface::cornerRadius;
+    const QRectF hidden = card.adjusted(1, corner, -1, -corner);
     double painted = 0;
     for (std::size_t band = shadowBands.size(); band-- > 0;) {
         const double reach = static_cast<double>(band) + 1;
         // Each wider shape lies under the narrower ones; it adds only what the bands further out lack.
-        painter.fillPath(continuousRoundedRect(shadow.adjusted(-reach, -reach, reach, reach),
-                                               CardSurface::cornerRadius + reach),
-                         theme.color(ThemeColor::cardShadow, shadowBands[band] - painted));
+        QPainterPath outline =
+            continuousRoundedRect(shadow.adjusted(-reach, -reach, reach, reach), corner + reach);
+        outline.addRect(hidden);
+        painter.fillPath(outline, theme.color(ThemeColor::cardShadow, shadowBands[band] - painted));
         painted = shadowBands[band];
     }
 }

@@ -67,17 +67,16 @@ void TodayStrip::refresh()
     const std::int64_t completedToday =
         summary.lastSevenDays.empty() ? 0 : summary.lastSevenDays.back().completedPomodoros;
     const AppLanguage language = m_model.language();
-    const auto title = [language](const BilingualText& text) {
-        return qtText(text.in(language));
+    const auto show = [&](std::size_t metric, const BilingualText& title, const QString& figure) {
+        // What is not known is no 0.
+        m_metrics.at(metric)->setTexts(qtText(title.in(language)),
+                                       m_model.isHistoryAwaited() ? QString() : figure);
     };
-
-    m_metrics[0]->setTexts(title({"今日专注", "Focus today"}),
-                           number(summary.todayFocusMinutes, {" 分钟", " min"}, language));
-    m_metrics[1]->setTexts(title({"完成番茄", "Completed"}), number(completedToday, {" 个", ""}, language));
-    m_metrics[2]->setTexts(title({"连续天数", "Current streak"}),
-                           number(summary.currentStreak, {" 天", " days"}, language));
-    m_metrics[3]->setTexts(title({"完成率", "Completion rate"}),
-                           QString::number(std::llround(summary.completionRate * 100)) + QLatin1Char('%'));
+    show(0, {"今日专注", "Focus today"}, number(summary.todayFocusMinutes, {" 分钟", " min"}, language));
+    show(1, {"完成番茄", "Completed"}, number(completedToday, {" 个", ""}, language));
+    show(2, {"连续天数", "Current streak"}, number(summary.currentStreak, {" 天", " days"}, language));
+    show(3, {"完成率", "Completion rate"},
+         QString::number(std::llround(summary.completionRate * 100)) + QLatin1Char('%'));
 }
 
 void TodayStrip::paintEvent(QPaintEvent* /*event*/)

@@ -1,22 +1,18 @@
 #include "ui/style/application_icon.h"
 
-#include <QPainter>
 #include <QPixmap>
-#include <QSvgRenderer>
+#include <QResource>
 
 namespace brevlin {
 
+// As bare pixels: to read a picture's format Qt looks through its plugins, which takes longer than to draw it.
 QIcon applicationIcon()
 {
-    QSvgRenderer renderer(QStringLiteral(":/icons/com.quillmark.Brevlin.svg"));
     QIcon icon;
     for (const int size : {16, 24, 32, 48, 64, 128}) {
-        QPixmap pixmap(size, size);
-        pixmap.fill(Qt::transparent);
-        QPainter painter(&pixmap);
-        renderer.render(&painter, QRectF(0, 0, size, size));
-        painter.end();
-        icon.addPixmap(pixmap);
+        const QResource pixels(QStringLiteral(":/icons/icon-%1.argb").arg(size));
+        icon.addPixmap(
+            QPixmap::fromImage(QImage(pixels.data(), size, size, QImage::Format_ARGB32_Premultiplied)));
     }
     return icon;
 }

@@ -1,10 +1,10 @@
 #include "ui/style/symbol.h"
 
+#include "ui/style/drawing.h"
 #include "ui/style/shapes.h"
 
 #include <QPainter>
 #include <QPixmapCache>
-#include <QSvgRenderer>
 
 #include <array>
 #include <cmath>
@@ -64,8 +64,7 @@ QPixmap renderedSymbol(Symbol symbol, int pixels, const QColor& tint)
     QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     QPainter painter(&image);
-    QSvgRenderer renderer(QStringLiteral(":/symbols/") + symbolName(symbol) + QStringLiteral(".svg"));
-    renderer.render(&painter, QRectF(0, 0, pixels, pixels));
+    paintDrawing(painter, symbolName(symbol), pixels);
     painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
     painter.fillRect(image.rect(), tint);
     painter.end();

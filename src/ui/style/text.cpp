@@ -1,11 +1,22 @@
 #include "ui/style/text.h"
 
+#include "ui/style/built_in_fonts.h"
+
 #include <QFontMetricsF>
 #include <QPainter>
 
 #include <cmath>
 
 namespace brevlin {
+
+QString qtText(std::string_view text)
+{
+    QString result = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+    if (!BuiltInFonts::cover(result)) {
+        BuiltInFonts::bringInSystem();
+    }
+    return result;
+}
 
 void drawTextOnBaseline(QPainter& painter, const QRectF& rect, Qt::Alignment alignment, const QString& text)
 {

@@ -9,11 +9,9 @@ class QRectF;
 
 namespace brevlin {
 
-/// The core's UTF-8 as Qt's text.
-inline QString qtText(std::string_view text)
-{
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
+/// The core's UTF-8 as Qt's text. One that the built-in fonts cannot draw, as of a file's name, brings in the
+/// system's.
+QString qtText(std::string_view text);
 
 /// One line of text in the painter's font, vertically centred by that font's own height. Unlike QPainter's
 /// alignment, which reckons with the fallback font of each text, it puts Chinese and Latin texts on one

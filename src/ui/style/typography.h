@@ -1,14 +1,13 @@
 #pragma once
 
 #include <QFont>
-#include <QStringList>
 
 namespace brevlin {
 
 enum class FontDesign {
     standard,
-    rounded,    ///< a rounded companion where a good one is installed, else the standard design
-    monospaced, ///< every character as wide as the other
+    rounded,    ///< where a round design is wished for; no font at hand has one, so it is the standard design
+    monospaced, ///< every figure as wide as the other; figures and the colon only
 };
 
 /// The text sizes that screens name instead of numbers.
@@ -28,13 +27,12 @@ QFont textFont(TextRole role, QFont::Weight weight = QFont::Normal);
 QFont systemFont(double points, QFont::Weight weight = QFont::Normal,
                  FontDesign design = FontDesign::standard);
 
-/// The families of the application's font, first choice first: the desktop's own font or, where the desktop
-/// names none (`desktopFamily` is empty or generic), the first installed of ours; then Chinese in its
-/// Simplified forms.
-QStringList applicationFamilies(const QString& desktopFamily, const QStringList& installed);
+/// Whether a desktop that names this family leaves the choice to the program.
+bool isGenericFamily(const QString& family);
 
-/// Gives the application its font, with Chinese fallbacks, and remembers the rounded companion in the
-/// application's own table of fonts. Call once, before the first widget; the desktop's font must still stand.
+/// Gives the application its font: the desktop's own or, where the desktop names none, the one that the
+/// program brings along; Chinese comes after it. Call once, before the first widget and before any font is
+/// looked for.
 void installFonts();
 
 } // namespace brevlin

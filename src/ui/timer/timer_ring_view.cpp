@@ -114,13 +114,15 @@ QString TimerRingView::endText() const
 // In the small ring the English line would run across the stroke; its time goes below then.
 QStringList TimerRingView::endLines(double heightAbove) const
 {
+    if (m_endText.isEmpty()) {
+        return {};
+    }
     const QFontMetricsF metrics(endTextFont(m_metrics.diameter));
     const double radius = (m_metrics.diameter - m_metrics.lineWidth) / 2;
     const double bottom = (heightAbove + std::ceil(metrics.height())) / 2;
     const double room = 2 * std::sqrt(std::max(0.0, radius * radius - bottom * bottom));
     const QString time = qtText(m_model.endTimeText());
-    if (m_endText.isEmpty() || m_metrics.diameter > largeDiameter ||
-        metrics.horizontalAdvance(m_endText) <= room) {
+    if (m_metrics.diameter > largeDiameter || metrics.horizontalAdvance(m_endText) <= room) {
         return {m_endText};
     }
     return {m_endText.chopped(time.size()).trimmed(), time};

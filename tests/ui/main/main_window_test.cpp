@@ -2,6 +2,7 @@
 #include "support/plain_desktop.h"
 #include "ui/controls/bar_buttons.h"
 #include "ui/controls/capsule_button.h"
+#include "ui/controls/empty_state_view.h"
 #include "ui/main/main_window.h"
 #include "ui/main/message_dialog.h"
 #include "ui/main/message_presenter.h"
@@ -160,6 +161,28 @@ TEST_F(MainWindowTest, todays_figures_follow_the_records_and_the_language)
     EXPECT_EQ(figures(), "今日专注, 175 分钟 | 完成番茄, 7 个 | 连续天数, 1 天 | 完成率, 88%");
     scheduler.advance(Seconds{86'400});
     EXPECT_EQ(figures().find("今日专注, 0 分钟"), 0U) << "midnight has passed";
+}
+
+TEST_F(MainWindowTest, no_figure_is_shown_before_the_history_is_known)
+{
+    const auto figure = [this] {
+        return spoken(window().findChild<MetricView*>());
+    };
+    for (const bool canBeRead : {true, false}) {
+        documents.runsAtOnce = false;
+        open();
+        EXPECT_EQ(figure().find('0'), std::string::npos);
+        m_selection->select(AppSection::history);
+        QApplication::processEvents();
+        EXPECT_FALSE(window().findChild<EmptyStateView*>()->isVisible());
+        if (!canBeRead)
+            files.failures.failFrom(1);
+        documents.runAll();
+        EXPECT_TRUE(window().findChild<EmptyStateView*>()->isVisible());
+        m_selection->select(AppSection::timer);
+        QApplication::processEvents();
+        EXPECT_NE(figure().find("0 min"), std::string::npos);
+    }
 }
 
 TEST_F(MainWindowTest, nothing_overlaps_in_the_smallest_window_also_after_it_was_too_low)

@@ -1,14 +1,13 @@
 #include "platform/freedesktop/session/application_instance.h"
 
 #include "platform/freedesktop/bus/message_bus.h"
+#include "platform/freedesktop/event_loop/local_stream.h"
 #include "platform/freedesktop/session/activation_service.h"
 
 #include <QCryptographicHash>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
-#include <QLocalServer>
-#include <QLocalSocket>
 #include <QThread>
 
 #include <fcntl.h>
@@ -209,27 +208,28 @@ void ApplicationInstance::serveSocket()
     if (!m_runtimeFolder) {
         return;
     }
-    m_server = std::make_unique<QLocalServer>();
-    m_server->setSocketOptions(QLocalServer::UserAccessOption);
-    connect(m_server.get(), &QLocalServer::newConnection, this, [this] {
-        QLocalSocket* socket = m_server->nextPendingConnection();
-        connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
-        connect(socket, &QLocalSocket::readyRead, this, [this, socket] {
-            if (!socket->canReadLine()) {
-                return;
-            }
-            const QStringList parts = QString::fromUtf8(socket->readLine()).chopped(1).split(separator);
-            const QByteArrayView answer = m_isRetired ? farewell : acknowledgement;
-            socket->write(answer.data(), answer.size());
-            socket->disconnectFromServer();
-            if (!m_isRetired) {
-                Q_EMIT requested({parts.value(1), parts.constFirst()});
-            }
-        });
-    });
     // The lock is ours, so a socket file that is there was left by a process that is gone.
-    QLocalServer::removeServer(socketPath());
-    m_server->listen(socketPath());
+    m_listener = std::make_unique<LocalListener>(socketPath());
+    connect(m_listener.get(), &LocalListener::connected, this, [this](LocalStream* stream) {
+        connect(stream, &LocalStream::closed, stream, &QObject::deleteLater);
+        connect(stream, &LocalStream::received, this,
+                [this, stream](const QByteArray& bytes) { answerSocket(*stream, bytes); });
+    });
+}
+
+// Whoever asks sends one line at once.
+void ApplicationInstance::answerSocket(LocalStream& stream, const QByteArray& bytes)
+{
+    const bool isLine = bytes.endsWith('\n');
+    const QStringList parts = QString::fromUtf8(bytes).chopped(1).split(separator);
+    const QByteArrayView answer = m_isRetired ? farewell : acknowledgement;
+    if (isLine) {
+        stream.send(answer.toByteArray());
+    }
+    stream.close();
+    if (isLine && !m_isRetired) {
+        Q_EMIT requested({parts.value(1), parts.constFirst()});
+    }
 }
 
 QByteArray ApplicationInstance::answerOfSocket(const InstanceRequest& request) const
@@ -237,26 +237,21 @@ QByteArray ApplicationInstance::answerOfSocket(const InstanceRequest& request) c
     if (!m_runtimeFolder) {
         return {};
     }
-    QLocalSocket socket;
-    socket.connectToServer(socketPath());
-    if (!socket.waitForConnected(answerTimeout)) {
-        return {};
-    }
+    LocalStream stream(socketPath());
     const QString line =
         request.action.isEmpty() ? request.token : request.token + separator + request.action;
-    socket.write(line.toUtf8() + '\n');
-    return socket.waitForReadyRead(answerTimeout) ? socket.readAll() : QByteArray();
+    stream.send(line.toUtf8() + '\n');
+    return stream.waitForBytes(std::chrono::milliseconds(answerTimeout));
 }
 
-QString ApplicationInstance::socketPath() const
+std::string ApplicationInstance::socketPath() const
 {
     // By the folders, so that programs of one user with different homes do not meet.
     QCryptographicHash hash(QCryptographicHash::Sha256);
     for (const std::string& folder : m_folders) {
         hash.addData(QByteArray::fromStdString(folder + '\n'));
     }
-    const QString name = QStringLiteral("brevlin-") + QString::fromLatin1(hash.result().toHex().left(16));
-    return QString::fromStdString(*m_runtimeFolder) + QLatin1Char('/') + name;
+    return *m_runtimeFolder + "/brevlin-" + hash.result().toHex().left(16).toStdString();
 }
 
 } // namespace brevlin

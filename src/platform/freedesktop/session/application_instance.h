@@ -11,11 +11,11 @@
 #include <string>
 #include <vector>
 
-class QLocalServer;
-
 namespace brevlin {
 
 class ActivationService;
+class LocalListener;
+class LocalStream;
 class MessageBus;
 
 /// Makes sure that one process alone works on the user's files, and lets a second start reach it. The lock on
@@ -61,7 +61,8 @@ private:
     bool askThroughBus(const InstanceRequest& request) const;
     /// Empty where nobody answers.
     QByteArray answerOfSocket(const InstanceRequest& request) const;
-    QString socketPath() const;
+    void answerSocket(LocalStream& stream, const QByteArray& bytes);
+    std::string socketPath() const;
 
     MessageBus& m_bus;
     std::vector<std::string> m_folders;
@@ -70,7 +71,7 @@ private:
     bool m_isRetired = false;
     std::string m_failure;
     std::unique_ptr<ActivationService> m_service;
-    std::unique_ptr<QLocalServer> m_server;
+    std::unique_ptr<LocalListener> m_listener;
 };
 
 /// What the desktop gave to the start of this process: the token or startup identifier of the user's action.

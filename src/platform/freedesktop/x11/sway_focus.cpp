@@ -1,7 +1,8 @@
 #include "platform/freedesktop/x11/sway_focus.h"
 
+#include "platform/freedesktop/event_loop/local_stream.h"
+
 #include <QByteArray>
-#include <QLocalSocket>
 
 namespace brevlin {
 
@@ -20,12 +21,13 @@ void askSwayToFocus(std::uint32_t window)
     message.append(reinterpret_cast<const char*>(&runCommand), sizeof runCommand);
     message.append(command);
 
-    auto* socket = new QLocalSocket;
-    QObject::connect(socket, &QLocalSocket::connected, socket, [socket, message] { socket->write(message); });
-    QObject::connect(socket, &QLocalSocket::readyRead, socket, &QLocalSocket::disconnectFromServer);
-    QObject::connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
-    QObject::connect(socket, &QLocalSocket::errorOccurred, socket, &QObject::deleteLater);
-    socket->connectToServer(path);
+    auto* stream = new LocalStream(path.toStdString());
+    QObject::connect(stream, &LocalStream::received, stream, &LocalStream::close);
+    QObject::connect(stream, &LocalStream::closed, stream, &QObject::deleteLater);
+    stream->send(message);
+    if (!stream->isOpen()) {
+        stream->deleteLater();
+    }
 }
 
 } // namespace brevlin

@@ -72,41 +72,40 @@ SwayWorkArea::SwayWorkArea(QObject* parent) : QObject(parent)
     if (path.isEmpty()) {
         return;
     }
-    connect(&m_socket, &QLocalSocket::connected, this, [this] {
-        send(subscribe, R"(["workspace","output"])");
-        ask();
-    });
-    connect(&m_socket, &QLocalSocket::readyRead, this, &SwayWorkArea::read);
-    m_socket.connectToServer(path);
+    m_stream = std::make_unique<LocalStream>(path.toStdString());
+    connect(m_stream.get(), &LocalStream::received, this, &SwayWorkArea::read);
+    send(subscribe, R"(["workspace","output"])");
+    ask();
 }
 
 void SwayWorkArea::ask()
 {
-    if (m_socket.state() == QLocalSocket::ConnectedState) {
-        send(getWorkspaces);
-        send(getOutputs);
-    }
+    send(getWorkspaces);
+    send(getOutputs);
 }
 
 void SwayWorkArea::send(std::uint32_t type, const QByteArray& payload)
 {
+    if (!m_stream) {
+        return;
+    }
     const auto length = static_cast<std::uint32_t>(payload.size());
     QByteArray message(magic, magicSize);
     message.append(reinterpret_cast<const char*>(&length), sizeof length);
     message.append(reinterpret_cast<const char*>(&type), sizeof type);
-    m_socket.write(message + payload);
+    m_stream->send(message + payload);
 }
 
-void SwayWorkArea::read()
+void SwayWorkArea::read(const QByteArray& bytes)
 {
-    m_unread += m_socket.readAll();
+    m_unread += bytes;
     while (m_unread.size() >= headerSize) {
         std::uint32_t length = 0;
         std::uint32_t type = 0;
         std::memcpy(&length, m_unread.constData() + magicSize, sizeof length);
         std::memcpy(&type, m_unread.constData() + magicSize + sizeof length, sizeof type);
         if (!m_unread.startsWith(magic) || length > longestPayload) {
-            m_socket.abort(); // whoever that is, it is not sway
+            m_stream->close(); // whoever that is, it is not sway
             return;
         }
         const auto size = headerSize + static_cast<qsizetype>(length);

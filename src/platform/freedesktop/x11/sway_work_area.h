@@ -1,12 +1,13 @@
 #pragma once
 
 #include "platform/floating_window_system.h"
+#include "platform/freedesktop/event_loop/local_stream.h"
 
 #include <QByteArray>
-#include <QLocalSocket>
 #include <QObject>
 
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 namespace brevlin {
@@ -30,10 +31,10 @@ Q_SIGNALS:
 
 private:
     void send(std::uint32_t type, const QByteArray& payload = {});
-    void read();
+    void read(const QByteArray& bytes);
     void received(std::uint32_t type, const QByteArray& payload);
 
-    QLocalSocket m_socket;
+    std::unique_ptr<LocalStream> m_stream; // where there is a sway
     QByteArray m_unread;
     QByteArray m_workspaces; // the latest answers
     std::vector<FloatingWindowSystem::ReservedArea> m_reserved;

@@ -38,7 +38,7 @@ void HistoryView::refresh()
     m_emptyState->setTexts(qtText(emptyTitle.in(m_model.language())),
                            qtText(emptyDescription.in(m_model.language())));
     const bool isEmpty = m_model.sessions().empty();
-    m_emptyState->setVisible(isEmpty);
+    m_emptyState->setVisible(isEmpty && !m_model.isHistoryAwaited());
     if (isEmpty && m_list->hasFocus()) {
         m_emptyState->setFocus(); // or the keyboard would go to the window's buttons
     }

@@ -77,7 +77,8 @@ void DataSection::refresh()
     };
     setHeading(qtText(dataHeadingText.in(language)));
     show(m_storageRow, m_storage, storageText, qtText(storageValueText.in(language)));
-    show(m_recordsRow, m_records, recordsText, QString::number(m_model.sessions().size()));
+    show(m_recordsRow, m_records, recordsText,
+         m_model.isHistoryAwaited() ? QString() : QString::number(m_model.sessions().size()));
     m_clear->setText(qtText(clearText.in(language)));
     m_clear->updateGeometry();
     const bool isEmpty = m_model.sessions().empty();

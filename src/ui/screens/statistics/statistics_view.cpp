@@ -150,6 +150,8 @@ void StatisticsView::showPeriod()
     const Instant now = m_model.now();
     m_bar->show(m_granularity, periodTitle(m_statistics, m_calendar), m_language);
     m_bar->setPlaceInTime(m_statistics.interval.contains(now), m_statistics.interval.end <= now);
+    m_strip->setVisible(!m_model.isHistoryAwaited());
+    m_card->setVisible(!m_model.isHistoryAwaited());
     m_strip->show(m_statistics, m_language);
     m_card->show({m_statistics, m_calendar, m_language, m_startOfToday}, m_currentStreak);
 }
