@@ -169,7 +169,7 @@ TEST_F(MainWindowTest, no_figure_is_shown_before_the_history_is_known)
         return spoken(window().findChild<MetricView*>());
     };
     for (const bool canBeRead : {true, false}) {
-        documents.runsAtOnce = false;
+        thread.runsAtOnce = false;
         open();
         EXPECT_EQ(figure().find('0'), std::string::npos);
         m_selection->select(AppSection::history);
@@ -177,7 +177,7 @@ TEST_F(MainWindowTest, no_figure_is_shown_before_the_history_is_known)
         EXPECT_FALSE(window().findChild<EmptyStateView*>()->isVisible());
         if (!canBeRead)
             files.failures.failFrom(1);
-        documents.runAll();
+        thread.runAll();
         EXPECT_TRUE(window().findChild<EmptyStateView*>()->isVisible());
         m_selection->select(AppSection::timer);
         QApplication::processEvents();
