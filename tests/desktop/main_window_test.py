@@ -100,7 +100,7 @@ class SmallScreen(DesktopTest):
     def assert_is_whole(self, window):
         x, y, width, height = self.desktop.geometry(window)
         self.assertTrue(x >= 0 and y >= 0 and x + width <= 1920 and y + height <= 1080, (x, y, width, height))
-        self.assertIn("Icon (128 x 128)", self.desktop.ask("xprop", "-id", str(window), "_NET_WM_ICON"))
+        wait_for("the icon", lambda: "Icon (128 x 128)" in self.desktop.ask("xprop", "-id", str(window), "_NET_WM_ICON"))
 
     def test_on_a_low_screen_every_control_is_reached_in_windows_that_bear_the_icon(self):
         desktop = self.desktop
@@ -112,7 +112,7 @@ class SmallScreen(DesktopTest):
         desktop.ask("xdotool", "mousemove", "--window", str(window), middle, "600",
                     "click", "--repeat", "20", "--delay", "10", "5")
         # The last of the window is the card's padding below its buttons.
-        desktop.click(window, middle, height - 150)
+        desktop.click(window, middle, height - 112)
         desktop.wait_for_state("running")
         desktop.press("ctrl+comma")
         self.assert_is_whole(desktop.wait_for_window("设置"))
