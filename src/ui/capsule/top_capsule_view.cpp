@@ -18,6 +18,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <numbers>
 
 namespace brevlin {
 
@@ -35,9 +36,11 @@ constexpr double longClockSize = 9.5;   ///< from an hour on
 constexpr double smallestClockScale = 0.72;
 constexpr AnimationTiming progressTiming{300ms, QEasingCurve::Linear, 12};
 constexpr AnimationTiming opacityTiming{200ms, QEasingCurve::InOutQuad, 10};
-// The border of a long phase moves by a fraction of a point a second; more at once is a jump that the eye
-// should follow.
-constexpr double smoothStep = 0.01;
+// The border of a long phase moves by a fraction of a point a second. Less than the first the eye does not
+// see, and it waits until enough has come together; more than the second at once is a jump that it should
+// follow.
+constexpr double visibleStep = 0.4; ///< points along the border
+constexpr double smoothStep = 0.01; ///< of the whole
 
 } // namespace
 
@@ -49,8 +52,6 @@ TopCapsuleView::TopCapsuleView(QWidget* parent)
 {
     m_compactClock->setAttribute(Qt::WA_TransparentForMouseEvents);
     m_compactClock->setAlignment(Qt::AlignCenter);
-    // All day long and once a second, five steps would cost four times what the capsule costs.
-    m_compactClock->setFades(false);
     m_compactClock->setMinimumScale(smallestClockScale);
     updateColors();
     connect(&m_progress, &ValueAnimation::valueChanged, this, [this] { update(); });
@@ -88,9 +89,11 @@ void TopCapsuleView::setContent(const CapsuleContent& content)
         return;
     }
     const CapsuleContent before = std::exchange(m_content, content);
-    if (std::abs(content.progress - m_progress.target()) > smoothStep) {
+    const double step = std::abs(content.progress - m_progress.target());
+    const double border = 2 * (width() - height()) + std::numbers::pi * height();
+    if (step > smoothStep) {
         m_progress.animateTo(content.progress, progressTiming);
-    } else {
+    } else if (step * border >= visibleStep || content.progress <= 0.0 || content.progress >= 1.0) {
         m_progress.setValue(content.progress);
     }
     if (!haveSamePage(before, content)) {
@@ -134,6 +137,7 @@ void TopCapsuleView::showCompactTimer()
     if (isShown) {
         const double size = m_content.clockText.size() > longText ? longClockSize : shortClockSize;
         m_compactClock->setTextFont(capsuleClockFont(size, QFont::Bold));
+        layOutPage();
         m_compactClock->setInk(m_colors.text);
         m_compactClock->setText(qtText(m_content.clockText));
     }
@@ -160,7 +164,9 @@ void TopCapsuleView::setContentPlace(const QRect& place)
 void TopCapsuleView::layOutPage()
 {
     const QRect place = m_contentPlace.isNull() ? rect() : m_contentPlace;
-    m_compactClock->setGeometry(place.adjusted(clockPadding, 0, -clockPadding, 0));
+    // As high as its line, so that a digit that changes paints nothing of the border anew.
+    const int above = (place.height() - m_compactClock->sizeHint().height()) / 2;
+    m_compactClock->setGeometry(place.adjusted(clockPadding, above, -clockPadding, -above));
     if (m_page != nullptr) {
         m_page->setGeometry(place);
     }
@@ -223,9 +229,28 @@ bool TopCapsuleView::event(QEvent* event)
     return true;
 }
 
-void TopCapsuleView::paintEvent(QPaintEvent* /*event*/)
+// Away from the border and from the outline.
+bool TopCapsuleView::liesInside(const QRect& part) const
+{
+    constexpr double edge = borderInset + borderWidth / 2 + 0.5; // and what antialiasing adds
+    const double radius = std::min(capsuleRadius, height() / 2.0) - edge;
+    const QRectF straight =
+        QRectF(rect()).adjusted(edge + radius, edge + radius, -edge - radius, -edge - radius);
+    const QRectF reach(part);
+    const double x = std::max({0.0, straight.left() - reach.left(), reach.right() - straight.right()});
+    const double y = std::max({0.0, straight.top() - reach.top(), reach.bottom() - straight.bottom()});
+    return std::hypot(x, y) <= radius;
+}
+
+void TopCapsuleView::paintEvent(QPaintEvent* event)
 {
     QPainter painter(this);
+    // A digit that changes repaints its own place, and there is nothing but the surface.
+    if (liesInside(event->rect())) {
+        painter.fillRect(event->rect(),
+                         m_content.showsCompletion ? m_colors.completionBackground : m_colors.background);
+        return;
+    }
     painter.setRenderHint(QPainter::Antialiasing);
     const bool isIsland = m_content.showsCompletion && !m_content.showsMinimizedCompletion;
     const double radius =

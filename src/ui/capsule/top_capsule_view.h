@@ -45,6 +45,7 @@ private:
     static void discard(CapsulePage* page);
     void updateColors();
     void layOutPage();
+    bool liesInside(const QRect& part) const;
     void showCompactTimer();
     void exchangePages(bool hadCompletion);
     void showOpacity(double opacity);

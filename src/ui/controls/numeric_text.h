@@ -7,6 +7,7 @@
 #include <QFontMetricsF>
 #include <QWidget>
 
+#include <array>
 #include <optional>
 #include <vector>
 
@@ -56,8 +57,10 @@ public:
         explicit Cells(const QFont& font);
 
         QFontMetricsF metrics;
-        double digitWidth = 0; ///< of the widest digit
-        double colonRise = 0;  ///< lifts a colon to the middle of the digits
+        std::array<double, 10> advances{}; ///< of the digits
+        double digitWidth = 0;             ///< of the widest digit
+        double colonWidth = 0;
+        double colonRise = 0; ///< lifts a colon to the middle of the digits
     };
     static std::vector<Piece> pieces(const QString& text, const Cells& cells);
 
