@@ -9,7 +9,6 @@ namespace brevlin {
 namespace {
 
 constexpr const char* completionSoundName = "Glass";
-constexpr Seconds tickInterval{1.0};
 
 // Whether the timer has moved on from the end that was announced last. The completion itself is what the
 // announcement is about.
@@ -83,16 +82,36 @@ void AppModel::observeSystemEvents()
     m_parts.systemEvents.setObserver(std::move(observer));
 }
 
+// While nothing counts down, all that a tick may bring is another day or another zone.
+Seconds AppModel::tickInterval() const
+{
+    constexpr Seconds everySecond{1.0};
+    constexpr Seconds whileIdle{10.0};
+    return m_snapshot.runState == TimerRunState::idle ? whileIdle : everySecond;
+}
+
+// While a phase runs, one firing is to fall on its end, so that the end is noticed when it comes and the
+// digits change on the second. In an idle timer one falls on midnight.
+Seconds AppModel::untilNextTick() const
+{
+    const Seconds interval = tickInterval();
+    switch (m_snapshot.runState) {
+    case TimerRunState::running: {
+        const Seconds untilFullSecond{std::fmod(m_snapshot.remainingSeconds(now()).count(), 1.0)};
+        return untilFullSecond > Seconds::zero() ? untilFullSecond : interval;
+    }
+    case TimerRunState::idle: {
+        const Seconds untilMidnight = m_calendar.interval(CalendarUnit::day, now()).end - now();
+        return untilMidnight > Seconds::zero() ? std::min(untilMidnight, interval) : interval;
+    }
+    default:
+        return interval;
+    }
+}
+
 void AppModel::startTicker()
 {
-    // While a phase runs, one firing is to fall on its end, so that the end is noticed when it comes and the
-    // digits change on the second.
-    Seconds first = tickInterval;
-    if (m_snapshot.runState == TimerRunState::running) {
-        const Seconds untilFullSecond{std::fmod(m_snapshot.remainingSeconds(now()).count(), 1.0)};
-        first = untilFullSecond > Seconds::zero() ? untilFullSecond : tickInterval;
-    }
-    m_ticker = m_parts.scheduler.every(first, tickInterval, [this] { tick(); });
+    m_ticker = m_parts.scheduler.every(untilNextTick(), tickInterval(), [this] { tick(); });
 }
 
 void AppModel::alignTicker()
@@ -100,11 +119,10 @@ void AppModel::alignTicker()
     // A firing is late by what the event loop was busy with, never early, unless the clock was adjusted.
     constexpr double rounding = 1e-5;
     constexpr double tolerance = 0.998;
-    if (m_snapshot.runState != TimerRunState::running) {
-        return;
-    }
     const double untilFullSecond = std::fmod(m_remainingSeconds.count(), 1.0);
-    if (untilFullSecond > rounding && untilFullSecond < tolerance) {
+    const bool isAstray = untilFullSecond > rounding && untilFullSecond < tolerance;
+    const bool isForMidnight = m_snapshot.runState == TimerRunState::idle && untilNextTick() < tickInterval();
+    if ((m_snapshot.runState == TimerRunState::running && isAstray) || isForMidnight) {
         startTicker();
     }
 }
@@ -159,8 +177,11 @@ void AppModel::apply(const TimerTransition& transition, const TimerSnapshot& pre
         }
     }
     save(next);
-    if (next.runState == TimerRunState::running) {
+    const bool wasIdle = previous.runState == TimerRunState::idle;
+    if (next.runState == TimerRunState::running || wasIdle != (next.runState == TimerRunState::idle)) {
         startTicker();
+    }
+    if (next.runState == TimerRunState::running) {
         m_announcer.schedule(permission);
     }
     Q_EMIT transitionApplied();

@@ -174,6 +174,8 @@ private:
     void recordSuperseded(const TimerSnapshot& stored);
     void connectParts();
     void observeSystemEvents();
+    Seconds tickInterval() const;
+    Seconds untilNextTick() const;
     void startTicker();
     void alignTicker();
     void tick();

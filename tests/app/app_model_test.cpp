@@ -84,13 +84,19 @@ TEST_F(AppModelTest, one_tick_publishes_the_remaining_time_once_and_nothing_else
 
 TEST_F(AppModelTest, an_idle_program_ticks_or_it_would_miss_midnight)
 {
+    scheduler.advance(Seconds{3.3}); // no whole number of ticks before midnight
     launch();
     int ticks = 0;
     QObject::connect(&model(), &AppModel::ticked, [&] { ++ticks; });
-    scheduler.advance(Seconds{3});
+    scheduler.advance(Seconds{30});
     EXPECT_EQ(ticks, 3);
     events.observer.didWake();
     EXPECT_EQ(ticks, 4);
+    const Instant midnight = model().calendar().interval(CalendarUnit::day, clock.now()).end;
+    scheduler.advance(midnight - clock.now() - Seconds{0.5});
+    ticks = 0;
+    scheduler.advance(Seconds{0.6});
+    EXPECT_EQ(ticks, 1) << "at once when the day begins";
     EXPECT_EQ(model().announcer().notificationAuthorization(), center.settings);
 }
 
