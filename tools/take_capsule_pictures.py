@@ -13,7 +13,8 @@ import tempfile
 import time
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-os.environ["BREVLIN_PROGRAM"] = sys.argv[1] if len(sys.argv) > 1 else str(ROOT / "build/release/src/brevlin")
+os.environ["BREVLIN_PROGRAM"] = str(pathlib.Path(sys.argv[1] if len(sys.argv) > 1 else
+                                                 ROOT / "build/release/src/brevlin").resolve())
 sys.path.insert(0, str(ROOT / "tests/desktop"))
 sys.dont_write_bytecode = True
 
