@@ -44,13 +44,16 @@
 #include <QSessionManager>
 #include <QStandardPaths>
 
+#include <optional>
+#include <utility>
+
 namespace brevlin {
 
 namespace {
 
-// How long the first window waits for the desktop to say whether it is light or dark, so that it does not
-// flash. The answer takes long only where it is the first that this session asks for, and no time where
-// nobody gives any.
+// How long the first window of all waits for the desktop to say whether it is light or dark, so that it does
+// not flash. The answer takes long only where it is the first that this session asks for, and no time where
+// nobody gives any. Later ones look as the last one did until then.
 constexpr Seconds longestWaitForAppearance{1.0};
 // What nobody looks for in the first moment waits until the window has been painted.
 constexpr Seconds quietMoment{0.2};
@@ -90,6 +93,7 @@ private:
     void connectQuitting(const Application& application);
     void followAppearance();
     void applyAppearance();
+    void showColors(ColorScheme scheme);
     void showFirst();
     void follow(const InstanceRequest& request);
     void showWindow(const std::string& activationToken);
@@ -117,6 +121,8 @@ private:
     TerminationSignals m_terminationSignals;
     BrevlinStyle* m_style;       // owned by the application
     ColorScheme m_desktopScheme; // of the desktop's own palette, where it states no preference
+    std::optional<ColorScheme> m_shownScheme;
+    std::optional<bool> m_wasDark; // what the store has, or will have
     MainWindowStore m_windowStore;
     AppModel m_model;
     CapsuleChoreography m_capsule;
@@ -175,13 +181,14 @@ Composition::Parts::Parts(Application& application, BusStart& buses, const UserF
         return m_model.isEndPresented() && m_capsuleController.meetsBanners(place);
     });
     connectQuitting(application);
+    QObject::connect(&m_window, &MainWindow::alertSizeRequested, &m_capsule,
+                     &CapsuleChoreography::toggleCompletionSize);
     QObject::connect(&m_window, &MainWindow::settingsRequested, &m_settingsWindow,
                      [this] { m_settingsWindow.present(); });
     QObject::connect(&m_model, &AppModel::mainWindowActivationRequested, &m_window,
                      [this] { showWindow(m_notificationCenter.activationToken()); });
     QObject::connect(&instance, &ApplicationInstance::requested, &m_window,
                      [this](const InstanceRequest& request) { follow(request); });
-    m_firstShow = m_scheduler.after(longestWaitForAppearance, [this] { showFirst(); });
     m_lateStart = m_scheduler.after(quietMoment, [] { QApplication::setWindowIcon(applicationIcon()); });
 }
 
@@ -230,7 +237,11 @@ void Composition::Parts::connectQuitting(const Application& application)
 
 void Composition::Parts::followAppearance()
 {
-    applyAppearance();
+    m_wasDark = m_windowStore.wasDark();
+    const auto last = m_wasDark.value_or(false) ? ColorScheme::dark : ColorScheme::light;
+    showColors(m_wasDark ? last : m_desktopScheme);
+    m_firstShow =
+        m_scheduler.after(m_wasDark ? Seconds::zero() : longestWaitForAppearance, [this] { showFirst(); });
     m_desktopSettings.setChangeHandler([this] {
         applyAppearance();
         if (m_firstShow) {
@@ -242,8 +253,19 @@ void Composition::Parts::followAppearance()
 void Composition::Parts::applyAppearance()
 {
     const auto wanted = m_desktopSettings.colorScheme();
-    QApplication::setPalette(Theme::palette(wanted ? schemeOf(*wanted) : m_desktopScheme));
+    showColors(wanted ? schemeOf(*wanted) : m_desktopScheme);
+    const bool isDark = m_shownScheme == ColorScheme::dark;
+    if (std::exchange(m_wasDark, isDark) != isDark) {
+        [[maybe_unused]] const auto saved = m_windowStore.saveIsDark(isDark); // a convenience
+    }
     m_style->setReducesMotion(m_desktopSettings.reducesMotion());
+}
+
+void Composition::Parts::showColors(ColorScheme scheme)
+{
+    if (std::exchange(m_shownScheme, scheme) != scheme) {
+        QApplication::setPalette(Theme::palette(scheme));
+    }
 }
 
 // Whether a new window gets the keyboard is the window manager's to say: the program may have been started at

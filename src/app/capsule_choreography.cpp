@@ -336,6 +336,11 @@ void CapsuleChoreography::restoreCompletion()
     }
 }
 
+void CapsuleChoreography::toggleCompletionSize()
+{
+    m_isCompletionMinimized ? restoreCompletion() : minimizeCompletion();
+}
+
 void CapsuleChoreography::perform(CapsuleCommand command)
 {
     switch (command) {

@@ -35,6 +35,9 @@ public:
     CapsuleChoreography(Capsule& capsule, TaskScheduler& scheduler, AppModel& model);
     ~CapsuleChoreography() override;
 
+    /// Makes the island of an end small, or large again, as its own buttons do; nothing without an end.
+    void toggleCompletionSize();
+
 private:
     enum class Shown { nothing, timer, completion };
 

@@ -30,6 +30,23 @@ Expected<void, DocumentError> save(KeptDocument& kept, JsonWriter writer)
     return {};
 }
 
+std::optional<std::string> loadText(KeptDocument& kept)
+{
+    const auto json = load(kept);
+    std::string result;
+    return json && read(json->root(), result) ? std::optional{result} : std::nullopt;
+}
+
+Expected<void, DocumentError> saveText(KeptDocument& kept, std::string_view text)
+{
+    JsonWriter writer;
+    writer.value(text);
+    return save(kept, std::move(writer));
+}
+
+constexpr std::string_view dark = "dark";
+constexpr std::string_view light = "light";
+
 // Beyond these limits lies no screen.
 constexpr std::int64_t furthest = 100'000;
 
@@ -64,21 +81,30 @@ std::optional<WindowPlace> readPlace(JsonObjectReader& reader)
 } // namespace
 
 MainWindowStore::MainWindowStore(const DocumentDisk& disk)
-    : m_section(disk, std::string(sectionKey)), m_geometry(disk, std::string(geometryKey))
+    : m_section(disk, std::string(sectionKey))
+    , m_geometry(disk, std::string(geometryKey))
+    , m_colorScheme(disk, std::string(colorSchemeKey))
 {}
 
 std::optional<std::string> MainWindowStore::section()
 {
-    const auto json = load(m_section);
-    std::string result;
-    return json && read(json->root(), result) ? std::optional{result} : std::nullopt;
+    return loadText(m_section);
 }
 
 Expected<void, DocumentError> MainWindowStore::saveSection(std::string_view rawValue)
 {
-    JsonWriter writer;
-    writer.value(rawValue);
-    return save(m_section, std::move(writer));
+    return saveText(m_section, rawValue);
+}
+
+std::optional<bool> MainWindowStore::wasDark()
+{
+    const auto scheme = loadText(m_colorScheme);
+    return scheme == dark || scheme == light ? std::optional{scheme == dark} : std::nullopt;
+}
+
+Expected<void, DocumentError> MainWindowStore::saveIsDark(bool isDark)
+{
+    return saveText(m_colorScheme, isDark ? dark : light);
 }
 
 std::optional<WindowGeometry> MainWindowStore::geometry()

@@ -36,6 +36,7 @@ class MainWindowStore final
 public:
     static constexpr std::string_view sectionKey = "com.quillmark.brevlin.mainSection";
     static constexpr std::string_view geometryKey = "com.quillmark.brevlin.mainWindow";
+    static constexpr std::string_view colorSchemeKey = "com.quillmark.brevlin.lastColorScheme";
 
     explicit MainWindowStore(const DocumentDisk& disk);
 
@@ -46,9 +47,14 @@ public:
     std::optional<WindowGeometry> geometry();
     Expected<void, DocumentError> saveGeometry(const WindowGeometry& geometry);
 
+    /// Whether the window was dark when it was seen last.
+    std::optional<bool> wasDark();
+    Expected<void, DocumentError> saveIsDark(bool isDark);
+
 private:
     KeptDocument m_section;
     KeptDocument m_geometry;
+    KeptDocument m_colorScheme;
 };
 
 } // namespace brevlin

@@ -80,7 +80,8 @@ void MainWindow::addShortcuts()
     add(QKeySequence(Qt::CTRL | Qt::Key_W), &QWidget::close);
     add(QKeySequence(Qt::CTRL | Qt::Key_Comma), &MainWindow::settingsRequested);
     add(QKeySequence(Qt::Key_F11), &MainWindow::toggleFullScreen);
-    // As the alert's own button, which the keyboard does not reach.
+    // As the alert's own buttons, which the keyboard does not reach.
+    add(QKeySequence(Qt::SHIFT | Qt::Key_Escape), &MainWindow::alertSizeRequested);
     add(QKeySequence(Qt::Key_Escape), [this] {
         if (m_model.isEndPresented()) {
             m_model.dismissCompletion();

@@ -33,6 +33,8 @@ public:
     void present(const std::string& activationToken);
 
 Q_SIGNALS:
+    /// The alert of an end is to become small, or large again.
+    void alertSizeRequested();
     void quitRequested();
     void settingsRequested();
 
