@@ -16,8 +16,8 @@ namespace brevlin {
 namespace {
 
 // Waking up and painting costs about a third of a millisecond a picture, whatever is painted, and a running
-// clock changes every second. One picture between the old digit and the new one, at once, is what the eye needs
-// to see the one become the other.
+// clock changes every second. One picture between the old digit and the new one, at once, is what the eye
+// needs to see the one become the other.
 constexpr double between = 0.5;
 constexpr AnimationTiming fade{std::chrono::milliseconds(80), QEasingCurve::Linear, 1};
 
