@@ -58,25 +58,25 @@ void SessionStore::finishLoad(Expected<std::vector<SessionRecord>, DocumentError
 {
     --m_jobs;
     const bool wasAwaited = std::exchange(m_isAwaited, false);
-    const bool isRead = loaded || loaded.error().isAboutContent;
-    m_isLoaded = m_isLoaded || isRead;
-    if (loaded) {
+    if (!loaded) {
+        const DocumentError& error = loaded.error();
+        m_isLoaded = m_isLoaded || error.isAboutContent;
+        if (wasAwaited) {
+            recordsChanged();
+        }
+        fail(Operation::fetch, error, error.isAboutContent || !std::exchange(m_toldOfFetch, true));
+        if (!error.isAboutContent) {
+            m_retryTimer.failed();
+            return;
+        }
+    } else {
+        m_isLoaded = true;
         m_lastError.reset();
         m_sessions = *std::move(loaded);
         joinUnsaved();
-    }
-    if (loaded || wasAwaited) {
         recordsChanged();
     }
-    if (!isRead) {
-        fail(Operation::fetch, loaded.error(), !std::exchange(m_toldOfFetch, true));
-        m_retryTimer.failed();
-        return;
-    }
     m_retryTimer.succeeded();
-    if (!loaded) {
-        fail(Operation::fetch, loaded.error(), true);
-    }
     retry();
 }
 
