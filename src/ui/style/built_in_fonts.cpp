@@ -15,7 +15,8 @@ namespace {
 
 constexpr std::array files{"latin-Regular",   "latin-Medium", "latin-SemiBold", "latin-Bold",
                            "chinese-Regular", "chinese-Bold", "figures-Bold"};
-constexpr std::array characters{
+// NOLINTNEXTLINE(*-avoid-c-arrays): compilers do not deduce the length of so long a std::array
+constexpr char16_t characters[]{
 #include "characters.inc"
 };
 static_assert(std::ranges::is_sorted(characters), "they are searched");
