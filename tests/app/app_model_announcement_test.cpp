@@ -176,7 +176,9 @@ TEST_F(AppModelAnnouncementTest, reactions_to_a_notification_act_for_their_own_r
     const std::string first = model().snapshot().sessionID->text();
     scheduler.advance(Seconds{1500});
     center.respond("dismiss", {{"sessionID", first}});
+    center.respond("something else", {{"sessionID", first}});
     EXPECT_EQ(runState(), ringing);
+    EXPECT_EQ(activations, 0);
     center.respond("brevlin.timer.stop-alert", {{"sessionID", first}});
     EXPECT_EQ(player.log.back(), "stop Glass");
     center.respond("brevlin.timer.start-next", {{"sessionID", first}});

@@ -340,12 +340,13 @@ TEST_F(CapsuleChoreographyTest, a_sound_that_starts_widens_the_expanded_capsule)
 TEST_F(CapsuleChoreographyTest, the_controls_of_the_capsule_drive_the_timer)
 {
     open();
-    model().start();
+    command(CapsuleCommand::primary);
     command(CapsuleCommand::addTime);
     EXPECT_EQ(model().remainingSeconds(), Seconds{1800});
     command(CapsuleCommand::primary);
     EXPECT_EQ(runState(), paused);
     command(CapsuleCommand::primary);
+    EXPECT_EQ(runState(), running);
     command(CapsuleCommand::skip);
     EXPECT_EQ(model().snapshot().phase, TimerPhase::shortBreak);
     command(CapsuleCommand::end);

@@ -12,27 +12,6 @@ Instant at(double seconds)
     return t0 + Seconds{seconds};
 }
 
-TEST(TimerEngine, every_nth_completed_focus_leads_to_a_long_break_and_closes_the_cycle)
-{
-    for (const std::int64_t n : {1, 2, 4}) {
-        TimerSettings settings;
-        settings.focusSessionsPerLongBreak = n;
-        TimerEngine engine(settings, std::nullopt, [] { return "Asia/Shanghai"; });
-        Instant now = t0;
-        engine.start(now);
-        for (std::int64_t focus = 1; focus <= 3 * n; ++focus) {
-            now = *engine.snapshot().expectedEndAt;
-            const auto focusSession = engine.reconcile(now, false).finishedSession;
-            EXPECT_EQ(focusSession->cycleIndex, (focus - 1) % n + 1);
-            const bool closes = focus % n == 0;
-            EXPECT_EQ(engine.snapshot().phase, closes ? TimerPhase::longBreak : TimerPhase::shortBreak);
-            now = *engine.advance(now).snapshot.expectedEndAt;
-            EXPECT_EQ(engine.reconcile(now, false).finishedSession->cycleIndex, (focus - 1) % n + 1);
-            engine.advance(now);
-        }
-    }
-}
-
 TEST(TimerEngine, a_stored_state_that_contradicts_itself_stays_as_it_is)
 {
     TimerSnapshot snapshot = freshSnapshot({});
