@@ -60,7 +60,6 @@ TEST(HistoryDays, records_stand_under_the_day_they_ended_on_with_its_focus)
                                                "2026年3月1日星期日 | 1 条 · 专注 0 分钟"}));
     EXPECT_EQ(days.recordIndex(2), 2U);
     const HistoryLayout layout(days);
-    EXPECT_EQ(layout.cardTop(1) - layout.cardTop(0) - layout.cardHeight(0), 14);
     EXPECT_FALSE(layout.rowAt(layout.cardTop(1) - 1)) << "between two cards";
     // In another zone the same instants fall on other days.
     EXPECT_EQ(HistoryDays(records, Calendar{timeZoneOf("America/New_York"), "en"}).days().size(), 3U);
