@@ -9,7 +9,17 @@ using enum TimerRunState;
 using Log = std::vector<std::string>;
 
 class AppModelAnnouncementTest : public test::ModelTest
-{};
+{
+protected:
+    void restartServer()
+    {
+        for (const auto state :
+             {NotificationAuthorizationState::denied, NotificationAuthorizationState::authorized}) {
+            center.settings.state = state;
+            center.settingsChanged();
+        }
+    }
+};
 
 TEST_F(AppModelAnnouncementTest, a_break_that_starts_by_itself_shows_no_island_but_sounds)
 {
@@ -135,12 +145,8 @@ TEST_F(AppModelAnnouncementTest, a_server_that_comes_late_announces_the_running_
     center.settings.state = NotificationAuthorizationState::unknown;
     launchAndStart();
     scheduler.advance(Seconds{100});
-    for (const auto state :
-         {NotificationAuthorizationState::denied, NotificationAuthorizationState::authorized}) {
-        EXPECT_TRUE(center.pending.empty());
-        center.settings.state = state;
-        center.settingsChanged();
-    }
+    EXPECT_TRUE(center.pending.empty());
+    restartServer();
     ASSERT_EQ(center.pending.size(), 1U);
     EXPECT_EQ(center.pending.front().delay, Seconds{1400});
     center.settings.alertsEnabled = true;
@@ -148,23 +154,15 @@ TEST_F(AppModelAnnouncementTest, a_server_that_comes_late_announces_the_running_
     EXPECT_EQ(center.pending.size(), 1U);
     EXPECT_TRUE(model().announcer().notificationAuthorization().alertsEnabled);
     model().pause();
-    for (const auto state :
-         {NotificationAuthorizationState::denied, NotificationAuthorizationState::authorized}) {
-        center.settings.state = state;
-        center.settingsChanged();
-    }
+    restartServer();
     EXPECT_TRUE(center.pending.empty()) << "a pause has no end to announce";
     model().resume();
     center.pending.clear();
     center.settingsChanged();
     EXPECT_TRUE(center.pending.empty()) << "nothing has changed";
     clock.jump(model().remainingSeconds());
-    for (const auto state :
-         {NotificationAuthorizationState::denied, NotificationAuthorizationState::authorized}) {
-        center.settings.state = state;
-        center.settingsChanged();
-        EXPECT_TRUE(center.pending.empty()) << "its end is there";
-    }
+    restartServer();
+    EXPECT_TRUE(center.pending.empty()) << "its end is there";
     EXPECT_EQ(messageTitle(), "");
 }
 

@@ -64,7 +64,6 @@ protected:
     }
 
     DocumentDisk disk() { return *this; }
-    HistoryDisk historyDisk() { return {files, thread, scheduler, clock}; }
     TimerRunState runState() { return model().snapshot().runState; }
     std::string messageTitle()
     {
@@ -76,7 +75,6 @@ protected:
     }
 
     FakeSystemEvents events;
-    MemoryDurableFile files;
     FakeNotificationCenter center;
     FakeSoundPlayer player;
     FakeLoginItem loginItem;
