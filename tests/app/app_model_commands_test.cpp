@@ -11,7 +11,6 @@ using enum TimerRunState;
 class CommandsTest : public test::ModelTest
 {
 protected:
-    TimerSettings storedSettings() { return PreferencesStore(disk()).load().timerSettings; }
     void ring()
     {
         launchAndStart();
@@ -23,10 +22,10 @@ TEST_F(CommandsTest, durations_keep_within_their_range_and_reach_an_idle_phase_a
 {
     launch();
     model().setDuration(0, TimerPhase::focus);
-    EXPECT_EQ(storedSettings().focusDuration, Seconds{60});
+    EXPECT_EQ(stored().timerSettings.focusDuration, Seconds{60});
     EXPECT_EQ(model().remainingSeconds(), Seconds{60});
     model().setDuration(500, TimerPhase::longBreak);
-    EXPECT_EQ(storedSettings().longBreakDuration, Seconds{10800});
+    EXPECT_EQ(stored().timerSettings.longBreakDuration, Seconds{10800});
     model().start();
     const auto end = model().snapshot().expectedEndAt;
     model().setDuration(50, TimerPhase::focus);
@@ -35,7 +34,7 @@ TEST_F(CommandsTest, durations_keep_within_their_range_and_reach_an_idle_phase_a
     odd.focusSessionsPerLongBreak = 0;
     model().commitTimerSettings(odd);
     EXPECT_EQ(model().preferences().timerSettings.focusSessionsPerLongBreak, 1);
-    EXPECT_EQ(storedSettings().focusSessionsPerLongBreak, 1);
+    EXPECT_EQ(stored().timerSettings.focusSessionsPerLongBreak, 1);
 }
 
 TEST_F(CommandsTest, preferences_are_stored_as_they_change)

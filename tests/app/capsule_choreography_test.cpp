@@ -166,8 +166,8 @@ TEST_F(CapsuleChoreographyTest, each_command_silences_the_alert_and_shows_what_f
         {&AppModel::dismissCompletion, ringing, idle, "hidden", {}},
         {&AppModel::dismissCompletion, idle, idle, "hidden", {}},
     };
-    int number = 0;
     for (const Case& c : cases) {
+        const auto number = &c - cases;
         close();
         defaults.values.erase("Brevlin.activeTimerSnapshot.v1");
         open();
@@ -185,7 +185,6 @@ TEST_F(CapsuleChoreographyTest, each_command_silences_the_alert_and_shows_what_f
         if (capsule.visible) {
             EXPECT_EQ(capsule.content.completionTitle, c.title) << number;
         }
-        ++number;
     }
 }
 

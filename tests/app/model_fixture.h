@@ -64,6 +64,8 @@ protected:
     }
 
     DocumentDisk disk() { return *this; }
+    /// What a restart would find.
+    AppPreferences stored() { return PreferencesStore(disk()).load(); }
     TimerRunState runState() { return model().snapshot().runState; }
     std::string messageTitle()
     {

@@ -33,17 +33,6 @@ SessionRecord record(Instant endedAt, double duration = 1500,
 
 const Instant now = local(2026, 11, 24, 9);
 
-TEST(StatisticsSummary, of_an_empty_history_is_seven_empty_days)
-{
-    const StatisticsSummary summary = StatisticsCalculator::calculate({}, now, berlin);
-    ASSERT_EQ(summary.lastSevenDays.size(), 7U);
-    EXPECT_EQ(summary.lastSevenDays.front().day, local(2026, 11, 18));
-    EXPECT_EQ(summary.lastSevenDays.back().day, local(2026, 11, 24));
-    StatisticsSummary empty;
-    empty.lastSevenDays = summary.lastSevenDays;
-    EXPECT_EQ(summary, empty);
-}
-
 TEST(StatisticsSummary, counts_completed_focus_and_nothing_else)
 {
     const std::vector<SessionRecord> sessions{
