@@ -65,23 +65,17 @@ TEST_F(AppModelAnnouncementTest, the_notification_follows_the_phase)
 TEST_F(AppModelAnnouncementTest, only_a_start_asks_for_permission_and_only_while_undetermined)
 {
     using State = NotificationAuthorizationState;
-    struct Case
-    {
-        State before;
-        int requests;
-        std::size_t scheduled;
-    };
-    for (const Case& c : {Case{State::notDetermined, 1, 1},
-                          {State::denied, 0, 0},
-                          {State::unknown, 0, 0},
-                          {State::authorized, 0, 1},
-                          {State::provisional, 0, 1}}) {
-        center.settings.state = c.before;
+    for (const auto& [before, requests, scheduled] : {std::tuple{State::notDetermined, 1, 1U},
+                                                      {State::denied, 0, 0U},
+                                                      {State::unknown, 0, 0U},
+                                                      {State::authorized, 0, 1U},
+                                                      {State::provisional, 0, 1U}}) {
+        center.settings.state = before;
         center.permissionRequests = 0;
         center.pending.clear();
         launchAndStart();
-        EXPECT_EQ(center.permissionRequests, c.requests);
-        EXPECT_EQ(center.pending.size(), c.scheduled);
+        EXPECT_EQ(center.permissionRequests, requests);
+        EXPECT_EQ(center.pending.size(), scheduled);
         model().endCurrentPhase();
         model().dismissCompletion();
     }

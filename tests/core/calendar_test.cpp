@@ -144,18 +144,12 @@ TEST(Calendar, texts_order_their_parts_by_locale)
 {
     icu::TimeZone::adoptDefault(icu::TimeZone::createTimeZone("America/Lima")); // no matter
     const Instant instant = utc(2026, 11, 24, 6, 5);
-    struct Case
-    {
-        const char* locale;
-        const char* skeleton;
-        const char* text;
-    };
-    for (const Case& c : {Case{"en", "yMMMMd", "November 24, 2026"},
-                          {"zh-Hans", "yMMMMd", "2026年11月24日"},
-                          {"en", "MMMEd", "Tue, Nov 24"},
-                          {"zh-Hans", "MMMEd", "11月24日周二"},
-                          {"en", "Hm", "14:05"}}) {
-        EXPECT_EQ(Calendar(timeZoneOf("Asia/Shanghai"), c.locale).text(c.skeleton, instant), c.text);
+    for (const auto& [locale, skeleton, text] : {std::tuple{"en", "yMMMMd", "November 24, 2026"},
+                                                 {"zh-Hans", "yMMMMd", "2026年11月24日"},
+                                                 {"en", "MMMEd", "Tue, Nov 24"},
+                                                 {"zh-Hans", "MMMEd", "11月24日周二"},
+                                                 {"en", "Hm", "14:05"}}) {
+        EXPECT_EQ(Calendar(timeZoneOf("Asia/Shanghai"), locale).text(skeleton, instant), text);
     }
     EXPECT_EQ(Calendar(timeZoneOf("Asia/Shanghai"), "de_DE").shortTimeText(instant), "14:05");
     EXPECT_EQ(Calendar(timeZoneOf("Asia/Shanghai"), "en_US").shortTimeText(instant), "2:05\u202FPM");

@@ -57,20 +57,19 @@ TEST(StatisticsSummary, counts_completed_focus_and_nothing_else)
 
 TEST(StatisticsSummary, a_streak_lives_until_a_whole_day_has_passed)
 {
-    struct Case
-    {
-        std::vector<int> daysAgo;
-        std::int64_t streak;
-    };
-    for (const Case& c :
-         {Case{{0, 1, 2}, 3}, {{1, 2}, 2}, {{0, 2}, 1}, {{2, 3}, 0}, {{0}, 1}, {{1, 2, 0, 1}, 3}}) {
+    for (const auto& [daysAgo, streak] : {std::pair{std::vector{0, 1, 2}, 3},
+                                          {{1, 2}, 2},
+                                          {{0, 2}, 1},
+                                          {{2, 3}, 0},
+                                          {{0}, 1},
+                                          {{1, 2, 0, 1}, 3}}) {
         std::vector<SessionRecord> sessions;
-        for (const int days : c.daysAgo) {
+        for (const int days : daysAgo) {
             sessions.push_back(record(berlin.adding(CalendarUnit::day, -days, local(2026, 11, 24, 8))));
         }
-        EXPECT_EQ(StatisticsCalculator::calculate(sessions, now, berlin).currentStreak, c.streak);
+        EXPECT_EQ(StatisticsCalculator::calculate(sessions, now, berlin).currentStreak, streak);
         std::reverse(sessions.begin(), sessions.end());
-        EXPECT_EQ(StatisticsCalculator::calculate(sessions, now, berlin).currentStreak, c.streak);
+        EXPECT_EQ(StatisticsCalculator::calculate(sessions, now, berlin).currentStreak, streak);
     }
     // The date that the islands skipped breaks no streak and is no day of the week.
     const Calendar apia(timeZoneOf("Pacific/Apia"), "en");

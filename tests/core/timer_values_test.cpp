@@ -81,37 +81,31 @@ TEST(TimerEngine, a_stored_state_that_contradicts_itself_stays_as_it_is)
     TimerSnapshot snapshot = freshSnapshot({});
     snapshot.timeZoneIdentifierAtStart = "Asia/Tokyo";
     snapshot.completedFocusCount = -1;
-    const auto expectUnchanged = [&](std::initializer_list<TimerTransition (*)(TimerEngine&)> operations) {
-        TimerEngine engine({}, snapshot, [] { return "UTC"; });
-        for (const auto& operation : operations) {
-            EXPECT_EQ(operation(engine).snapshot, snapshot);
+    const auto engineOf = [&snapshot] {
+        return TimerEngine({}, snapshot, [] { return "UTC"; });
+    };
+    using enum TimerRunState;
+    for (const TimerRunState state : {paused, running, ringing}) {
+        snapshot.runState = state;
+        TimerEngine engine = engineOf();
+        EXPECT_EQ(engine.resume(t0).snapshot, snapshot);
+        if (state != paused) { // which more time may be added to
+            EXPECT_EQ(engine.addTime(Seconds{60}, t0).snapshot, snapshot);
+            EXPECT_EQ(engine.reconcile(t0, false).snapshot, snapshot);
         }
         const auto ended = engine.endEarly(t0).finishedSession.value_or(FinishedSession{});
         EXPECT_EQ(ended.pauseDuration, Seconds{0});
         EXPECT_TRUE(!snapshot.isActive() || ended.timeZoneIdentifierAtStart == "Asia/Tokyo");
-    };
-    const auto resume = [](TimerEngine& engine) {
-        return engine.resume(t0);
-    };
-    const auto addTime = [](TimerEngine& engine) {
-        return engine.addTime(Seconds{60}, t0);
-    };
-    const auto reconcile = [](TimerEngine& engine) {
-        return engine.reconcile(t0, false);
-    };
-    snapshot.runState = TimerRunState::paused;
-    expectUnchanged({resume});
-    snapshot.runState = TimerRunState::running;
-    snapshot.pausedAt = t0 - Seconds{50};
-    snapshot.pausedRemainingSeconds = Seconds{5};
-    expectUnchanged({resume, addTime, reconcile});
-    snapshot.runState = TimerRunState::ringing;
-    snapshot.expectedEndAt = t0;
-    expectUnchanged({addTime, reconcile});
+        // Of another state than the next one.
+        snapshot.pausedAt = t0 - Seconds{50};
+        snapshot.pausedRemainingSeconds = Seconds{5};
+        if (state == running) {
+            snapshot.expectedEndAt = t0;
+        }
+    }
     // A focus phase that ends makes the count 0, and no cycle is complete.
-    snapshot.runState = TimerRunState::running;
-    EXPECT_EQ(TimerEngine({}, snapshot, [] { return "UTC"; }).reconcile(t0, false).snapshot.phase,
-              TimerPhase::shortBreak);
+    snapshot.runState = running;
+    EXPECT_EQ(engineOf().reconcile(t0, false).snapshot.phase, TimerPhase::shortBreak);
 }
 
 TEST(Uuid, reads_both_letter_cases_and_nothing_else)

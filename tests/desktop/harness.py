@@ -254,6 +254,10 @@ class Desktop:
     def click(self, window, x, y):
         self.ask("xdotool", "mousemove", "--window", str(window), str(x), str(y), "click", "1")
 
+    def click_at(self, x, y):
+        """A place of the screen."""
+        self.ask("xdotool", "mousemove", str(x), str(y), "click", "1")
+
     def move_pointer(self, x, y):
         """To a place of the screen."""
         self.ask("xdotool", "mousemove", str(x), str(y))

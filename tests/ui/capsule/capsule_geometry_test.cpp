@@ -60,36 +60,27 @@ TEST(CapsuleGeometry, the_circle_stays_where_it_is_in_every_layout_unless_a_part
     for (const Case& c : cases) {
         const CapsuleFrame frame = CapsuleGeometry::placedFrame(c.position, c.layout, c.visible);
         EXPECT_EQ(frame, c.frame);
-        if (c.position == position)
+        if (c.position == position) {
             EXPECT_EQ(CapsuleGeometry::stablePosition(frame, c.layout.horizontalAnchor, 7), position);
+        }
     }
 }
 
 TEST(CapsuleGeometry, the_capsule_grows_to_where_there_is_room)
 {
-    struct Case
-    {
-        double centerX;
-        double width;
-        HorizontalAnchor anchor;
-    };
-    for (const Case& c :
-         {Case{640, 316, leading}, {641, 316, trailing}, {640, 1270, leading}, {700, 1270, trailing}}) {
-        const StablePosition position{7, c.centerX, 800};
-        EXPECT_EQ(CapsuleGeometry::preferredExpansionAnchor(position, c.width, 12, main.visibleFrame),
-                  c.anchor)
-            << c.centerX << " " << c.width;
+    for (const auto& [centerX, width, anchor] : {std::tuple{640.0, 316.0, leading},
+                                                 {641.0, 316.0, trailing},
+                                                 {640.0, 1270.0, leading},
+                                                 {700.0, 1270.0, trailing}}) {
+        const StablePosition position{7, centerX, 800};
+        EXPECT_EQ(CapsuleGeometry::preferredExpansionAnchor(position, width, 12, main.visibleFrame), anchor)
+            << centerX << " " << width;
     }
 }
 
 TEST(CapsuleGeometry, every_readable_record_returns_to_its_place)
 {
-    struct Case
-    {
-        SavedPosition saved;
-        StablePosition restored;
-    };
-    const Case cases[] = {
+    const std::pair<SavedPosition, StablePosition> cases[] = {
         {{9, 0.5, 1.0, 5, center}, {9, -512, 868}},
         {{404, 0.5, 1.0, 5, center}, {7, 640, 870}},           // its display is gone
         {{std::nullopt, 2.0, -1.0, 5, center}, {7, 1280, 30}}, // fractions beyond the frame
@@ -101,9 +92,9 @@ TEST(CapsuleGeometry, every_readable_record_returns_to_its_place)
         {{7, 0.0, 1.0, std::nullopt, std::nullopt}, {7, 25, 870}},
         {{7, 1.0, 0.0, 99, std::nullopt}, {7, 1255, 80}},
     };
-    for (const Case& c : cases) {
-        EXPECT_EQ(CapsuleGeometry::restoredPosition(c.saved, circle, screens, main), c.restored)
-            << c.saved.version.value_or(0);
+    for (const auto& [saved, restored] : cases) {
+        EXPECT_EQ(CapsuleGeometry::restoredPosition(saved, circle, screens, main), restored)
+            << saved.version.value_or(0);
     }
     const StablePosition position{9, -300, 500};
     const SavedPosition saved = CapsuleGeometry::savedPosition(position, left);

@@ -50,21 +50,16 @@ TEST(CapsulePlacement, without_a_pointer_it_moves_by_shares_and_as_by_a_drag)
 {
     Placed placed;
     placed.placement.place(CapsuleLayouts::island); // which moves as its circle does
-    struct Step
-    {
-        CapsulePlace wanted;
-        CapsuleFrame circle;
-    };
-    for (const Step& step : {Step{{0.5, 0.5}, {615, 425, 50, 50}},
-                             {{0.01, 0.0}, {0, 820, 50, 50}},     // snaps
-                             {{0.01, 0.0}, {51, 820, 50, 50}},    // and gets away again
-                             {{0.04, -0.01}, {0, 820, 50, 50}},   // no screen there
-                             {{1.01, 0.0}, {1280, 818, 50, 50}},  // but there
-                             {{0.5, 1.0}, {1767, 100, 50, 50}},   //
-                             {{-0.01, 1.0}, {1230, 100, 50, 50}}, // and back
-                             {{0.99, 1.01}, {1179, 30, 50, 50}}}) {
-        placed.placement.moveCircleTo(step.wanted);
-        EXPECT_EQ(placed.placement.place(circle), step.circle) << step.wanted.x << ", " << step.wanted.y;
+    for (const auto& [wanted, frame] : {std::pair{CapsulePlace{0.5, 0.5}, CapsuleFrame{615, 425, 50, 50}},
+                                        {{0.01, 0.0}, {0, 820, 50, 50}},     // snaps
+                                        {{0.01, 0.0}, {51, 820, 50, 50}},    // and gets away again
+                                        {{0.04, -0.01}, {0, 820, 50, 50}},   // no screen there
+                                        {{1.01, 0.0}, {1280, 818, 50, 50}},  // but there
+                                        {{0.5, 1.0}, {1767, 100, 50, 50}},   //
+                                        {{-0.01, 1.0}, {1230, 100, 50, 50}}, // and back
+                                        {{0.99, 1.01}, {1179, 30, 50, 50}}}) {
+        placed.placement.moveCircleTo(wanted);
+        EXPECT_EQ(placed.placement.place(circle), frame) << wanted.x << ", " << wanted.y;
     }
     const auto place = placed.placement.circlePlace();
     EXPECT_DOUBLE_EQ(place->x, 1179 / 1230.0);
