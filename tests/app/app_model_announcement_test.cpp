@@ -1,6 +1,6 @@
 #include "app/model_fixture.h"
 
-#include <cmath>
+#include <tuple>
 
 namespace brevlin {
 namespace {

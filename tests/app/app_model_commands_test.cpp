@@ -1,7 +1,6 @@
 #include "app/model_fixture.h"
 
 #include <set>
-#include <tuple>
 
 namespace brevlin {
 namespace {

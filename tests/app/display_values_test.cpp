@@ -2,6 +2,7 @@
 #include "app/time_text.h"
 
 #include <cmath>
+#include <tuple>
 
 namespace brevlin {
 namespace {

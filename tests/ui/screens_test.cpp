@@ -24,8 +24,8 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QImage>
-#include <QTest>
 
+#include <algorithm>
 #include <map>
 
 namespace brevlin {
