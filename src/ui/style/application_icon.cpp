@@ -5,7 +5,7 @@
 
 namespace brevlin {
 
-// As bare pixels: to read a picture's format Qt looks through its plugins, which takes longer than to draw it.
+// As bare pixels: to read a format Qt looks through its plugins, which takes longer than to draw a picture.
 QIcon applicationIcon()
 {
     QIcon icon;

@@ -34,8 +34,8 @@ public:
 
     /// The opaque colour that the ring stands on: a digit that changes then repaints nothing beneath it.
     void setBackdrop(ThemeColor backdrop);
-    /// How far the stroke reaches out of the circle's square on each side; whole points. The widget is larger than
-    /// the circle by that, and what lies around it keeps its distance from the circle.
+    /// How far the stroke reaches out of the circle's square on each side; whole points. The widget is larger
+    /// than the circle by that, and what lies around it keeps its distance from the circle.
     int overhang() const;
     /// What assistive technology reads now.
     QString spokenText() const;

@@ -13,8 +13,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <tuple>
 #include <map>
+#include <tuple>
 
 namespace brevlin {
 namespace {
