@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <tuple>
 
 namespace brevlin {
 namespace {
@@ -18,26 +19,19 @@ constexpr double undefined = std::numeric_limits<double>::quiet_NaN();
 
 TEST(TimerSettings, unusable_values_become_usable_ones)
 {
-    struct Case
-    {
-        double given;
-        double focus;
-        double shortBreak;
-        double longBreak;
-    };
-    for (const Case& c : {Case{0.0, 1, 1, 1},
-                          {-30.0, 1, 1, 1},
-                          {0.5, 1, 1, 1},
-                          {90.25, 90.25, 90.25, 90.25},
-                          {infinity, 1500, 300, 900},
-                          {-infinity, 1500, 300, 900},
-                          {undefined, 1500, 300, 900}}) {
+    for (const auto& [given, focus, shortBreak, longBreak] : {std::tuple{0.0, 1.0, 1.0, 1.0},
+                                                              {-30.0, 1, 1, 1},
+                                                              {0.5, 1, 1, 1},
+                                                              {90.25, 90.25, 90.25, 90.25},
+                                                              {infinity, 1500, 300, 900},
+                                                              {-infinity, 1500, 300, 900},
+                                                              {undefined, 1500, 300, 900}}) {
         TimerSettings settings;
-        settings.focusDuration = settings.shortBreakDuration = settings.longBreakDuration = Seconds{c.given};
+        settings.focusDuration = settings.shortBreakDuration = settings.longBreakDuration = Seconds{given};
         const TimerSettings usable = settings.sanitized();
-        EXPECT_EQ(usable.focusDuration.count(), c.focus) << c.given;
-        EXPECT_EQ(usable.shortBreakDuration.count(), c.shortBreak) << c.given;
-        EXPECT_EQ(usable.longBreakDuration.count(), c.longBreak) << c.given;
+        EXPECT_EQ(usable.focusDuration.count(), focus) << given;
+        EXPECT_EQ(usable.shortBreakDuration.count(), shortBreak) << given;
+        EXPECT_EQ(usable.longBreakDuration.count(), longBreak) << given;
     }
     for (const std::int64_t given :
          {std::int64_t{0}, std::int64_t{-7}, std::numeric_limits<std::int64_t>::min()}) {

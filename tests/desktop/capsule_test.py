@@ -70,12 +70,7 @@ class CapsuleTest(DesktopTest):
         desktop = self.desktop
         desktop.move_pointer(640, 33)
         seen = []
-
-        def ask():
-            seen.append(self.box(self.WITHOUT_TIP))
-            return seen[-1] == (615, 8, 316, 50)
-
-        wait_for("the wide capsule", ask)
+        wait_for("the wide capsule", lambda: seen.append(self.box(self.WITHOUT_TIP)) or seen[-1] == (615, 8, 316, 50))
         self.assertEqual({box[0] for box in seen}, {615}, f"the circle does not move: {seen}")
         wait_for("a window as large as the capsule", lambda: self.window_box() == (615, 8, 316, 50))
         self.assert_typing_goes_on("h")

@@ -5,7 +5,8 @@
 
 namespace brevlin {
 
-// As bare pixels: to read a format Qt looks through its plugins, which takes longer than to draw a picture.
+// As bare pixels: to read a picture's format Qt looks through its plugins, which takes longer than to draw
+// it.
 QIcon applicationIcon()
 {
     QIcon icon;

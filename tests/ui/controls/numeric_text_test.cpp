@@ -8,8 +8,12 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+
 namespace brevlin {
 namespace {
+
+using namespace std::chrono_literals;
 
 /// Shown off screen.
 class NumericTextTest : public testing::Test
@@ -52,6 +56,20 @@ TEST_F(NumericTextTest, only_a_colon_between_digits_is_lifted)
     const NumericText::Cells cells(systemFont(54));
     EXPECT_GT(NumericText::pieces(QStringLiteral("25:00"), cells)[2].rise, 0);
     EXPECT_EQ(NumericText::pieces(QStringLiteral("Focus: 25"), cells)[0].rise, 0);
+}
+
+TEST_F(NumericTextTest, a_change_fades_in_a_few_steps)
+{
+    text.setText(QStringLiteral("24:59"));
+    ASSERT_TRUE(text.transition().isRunning());
+    int steps = 0;
+    QObject::connect(&text.transition(), &ValueAnimation::valueChanged, &text, [&steps] { ++steps; });
+    for (auto elapsed = 0ms; elapsed <= 250ms; elapsed += 1ms)
+        text.transition().advanceTo(elapsed);
+    EXPECT_FALSE(text.transition().isRunning());
+    EXPECT_EQ(text.transition().value(), 1);
+    EXPECT_GE(steps, 4);
+    EXPECT_LE(steps, 6);
 }
 
 TEST_F(NumericTextTest, nothing_moves_where_motion_is_reduced)
