@@ -57,7 +57,8 @@ TEST(StatisticsSummary, counts_completed_focus_and_nothing_else)
 
 TEST(StatisticsSummary, a_streak_lives_until_a_whole_day_has_passed)
 {
-    for (const auto& [daysAgo, streak] : {std::pair{std::vector{0, 1, 2}, 3},
+    for (const auto& [daysAgo, streak] : {std::pair{std::vector<int>{}, 0},
+                                          {{0, 1, 2}, 3},
                                           {{1, 2}, 2},
                                           {{0, 2}, 1},
                                           {{2, 3}, 0},
