@@ -1,6 +1,6 @@
 #include "app/model_fixture.h"
 
-#include <cmath>
+#include <tuple>
 
 namespace brevlin {
 namespace {
@@ -9,7 +9,18 @@ using enum TimerRunState;
 using Log = std::vector<std::string>;
 
 class AppModelAnnouncementTest : public test::ModelTest
-{};
+{
+protected:
+    void restartServer()
+    {
+        for (const auto state :
+             {NotificationAuthorizationState::denied, NotificationAuthorizationState::authorized}) {
+            EXPECT_TRUE(center.pending.empty());
+            center.settings.state = state;
+            center.settingsChanged();
+        }
+    }
+};
 
 TEST_F(AppModelAnnouncementTest, a_break_that_starts_by_itself_shows_no_island_but_sounds)
 {
@@ -55,23 +66,17 @@ TEST_F(AppModelAnnouncementTest, the_notification_follows_the_phase)
 TEST_F(AppModelAnnouncementTest, only_a_start_asks_for_permission_and_only_while_undetermined)
 {
     using State = NotificationAuthorizationState;
-    struct Case
-    {
-        State before;
-        int requests;
-        std::size_t scheduled;
-    };
-    for (const Case& c : {Case{State::notDetermined, 1, 1},
-                          {State::denied, 0, 0},
-                          {State::unknown, 0, 0},
-                          {State::authorized, 0, 1},
-                          {State::provisional, 0, 1}}) {
-        center.settings.state = c.before;
+    for (const auto& [before, requests, scheduled] : {std::tuple{State::notDetermined, 1, 1U},
+                                                      {State::denied, 0, 0U},
+                                                      {State::unknown, 0, 0U},
+                                                      {State::authorized, 0, 1U},
+                                                      {State::provisional, 0, 1U}}) {
+        center.settings.state = before;
         center.permissionRequests = 0;
         center.pending.clear();
         launchAndStart();
-        EXPECT_EQ(center.permissionRequests, c.requests);
-        EXPECT_EQ(center.pending.size(), c.scheduled);
+        EXPECT_EQ(center.permissionRequests, requests);
+        EXPECT_EQ(center.pending.size(), scheduled);
         model().endCurrentPhase();
         model().dismissCompletion();
     }
@@ -135,12 +140,7 @@ TEST_F(AppModelAnnouncementTest, a_server_that_comes_late_announces_the_running_
     center.settings.state = NotificationAuthorizationState::unknown;
     launchAndStart();
     scheduler.advance(Seconds{100});
-    for (const auto state :
-         {NotificationAuthorizationState::denied, NotificationAuthorizationState::authorized}) {
-        EXPECT_TRUE(center.pending.empty());
-        center.settings.state = state;
-        center.settingsChanged();
-    }
+    restartServer();
     ASSERT_EQ(center.pending.size(), 1U);
     EXPECT_EQ(center.pending.front().delay, Seconds{1400});
     center.settings.alertsEnabled = true;
@@ -148,23 +148,15 @@ TEST_F(AppModelAnnouncementTest, a_server_that_comes_late_announces_the_running_
     EXPECT_EQ(center.pending.size(), 1U);
     EXPECT_TRUE(model().announcer().notificationAuthorization().alertsEnabled);
     model().pause();
-    for (const auto state :
-         {NotificationAuthorizationState::denied, NotificationAuthorizationState::authorized}) {
-        center.settings.state = state;
-        center.settingsChanged();
-    }
+    restartServer();
     EXPECT_TRUE(center.pending.empty()) << "a pause has no end to announce";
     model().resume();
     center.pending.clear();
     center.settingsChanged();
     EXPECT_TRUE(center.pending.empty()) << "nothing has changed";
     clock.jump(model().remainingSeconds());
-    for (const auto state :
-         {NotificationAuthorizationState::denied, NotificationAuthorizationState::authorized}) {
-        center.settings.state = state;
-        center.settingsChanged();
-        EXPECT_TRUE(center.pending.empty()) << "its end is there";
-    }
+    restartServer();
+    EXPECT_TRUE(center.pending.empty()) << "its end is there";
     EXPECT_EQ(messageTitle(), "");
 }
 
@@ -176,7 +168,9 @@ TEST_F(AppModelAnnouncementTest, reactions_to_a_notification_act_for_their_own_r
     const std::string first = model().snapshot().sessionID->text();
     scheduler.advance(Seconds{1500});
     center.respond("dismiss", {{"sessionID", first}});
+    center.respond("something else", {{"sessionID", first}});
     EXPECT_EQ(runState(), ringing);
+    EXPECT_EQ(player.log.back(), "play Glass");
     center.respond("brevlin.timer.stop-alert", {{"sessionID", first}});
     EXPECT_EQ(player.log.back(), "stop Glass");
     center.respond("brevlin.timer.start-next", {{"sessionID", first}});

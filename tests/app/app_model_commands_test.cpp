@@ -1,7 +1,6 @@
 #include "app/model_fixture.h"
 
 #include <set>
-#include <tuple>
 
 namespace brevlin {
 namespace {
@@ -11,7 +10,6 @@ using enum TimerRunState;
 class CommandsTest : public test::ModelTest
 {
 protected:
-    TimerSettings storedSettings() { return PreferencesStore(disk()).load().timerSettings; }
     void ring()
     {
         launchAndStart();
@@ -19,27 +17,14 @@ protected:
     }
 };
 
-TEST_F(CommandsTest, the_primary_action_follows_the_state)
-{
-    launch();
-    for (const TimerRunState expected : {running, paused, running}) {
-        model().performPrimaryAction();
-        EXPECT_EQ(runState(), expected);
-    }
-    scheduler.advance(Seconds{1500});
-    model().performPrimaryAction();
-    EXPECT_EQ(runState(), running);
-    EXPECT_EQ(model().snapshot().phase, TimerPhase::shortBreak);
-}
-
 TEST_F(CommandsTest, durations_keep_within_their_range_and_reach_an_idle_phase_at_once)
 {
     launch();
     model().setDuration(0, TimerPhase::focus);
-    EXPECT_EQ(storedSettings().focusDuration, Seconds{60});
+    EXPECT_EQ(stored().timerSettings.focusDuration, Seconds{60});
     EXPECT_EQ(model().remainingSeconds(), Seconds{60});
     model().setDuration(500, TimerPhase::longBreak);
-    EXPECT_EQ(storedSettings().longBreakDuration, Seconds{10800});
+    EXPECT_EQ(stored().timerSettings.longBreakDuration, Seconds{10800});
     model().start();
     const auto end = model().snapshot().expectedEndAt;
     model().setDuration(50, TimerPhase::focus);
@@ -48,7 +33,7 @@ TEST_F(CommandsTest, durations_keep_within_their_range_and_reach_an_idle_phase_a
     odd.focusSessionsPerLongBreak = 0;
     model().commitTimerSettings(odd);
     EXPECT_EQ(model().preferences().timerSettings.focusSessionsPerLongBreak, 1);
-    EXPECT_EQ(storedSettings().focusSessionsPerLongBreak, 1);
+    EXPECT_EQ(stored().timerSettings.focusSessionsPerLongBreak, 1);
 }
 
 TEST_F(CommandsTest, preferences_are_stored_as_they_change)
@@ -144,26 +129,52 @@ TEST_F(CommandsTest, asking_for_permission_schedules_the_running_phase)
     EXPECT_EQ(messageTitle(), "无法开启通知");
 }
 
-TEST_F(CommandsTest, launch_at_login_is_told_of_where_it_fails_or_has_no_effect)
+TEST_F(CommandsTest, launch_at_login_is_changed_only_where_needed_and_told_of_where_it_fails_or_has_no_effect)
 {
-    using Status = LoginItem::Status;
+    using enum LoginItem::Status;
     using Shown = LaunchAtLoginStatus;
-    for (const auto& [before, after, failure, message, shown] :
-         {std::tuple{Status::notRegistered, Status::enabled, "", "", Shown::enabled},
-          {Status::notRegistered, Status::requiresApproval, "", "", Shown::requiresApproval},
-          {Status::notRegistered, Status::notFound, "", "Launch at login failed", Shown::unavailable},
-          {Status::enabled, Status::notRegistered, "", "", Shown::disabled},
-          {Status::enabled, Status::notRegistered, "no", "Launch at login failed", Shown::enabled}}) {
-        loginItem.current = before;
-        loginItem.afterRegistering = after;
-        loginItem.failure = failure;
+    const char* const withoutEffect = "The entry was written, but the desktop does not take it.";
+    struct Case
+    {
+        LoginItem::Status before;
+        bool isWanted;
+        LoginItem::Status afterRegistering;
+        const char* failure;
+        int changes;
+        Shown shown;
+        const char* message;
+    };
+    for (const Case& c : {Case{notRegistered, true, enabled, "", 1, Shown::enabled, ""},
+                          {notRegistered, true, requiresApproval, "", 1, Shown::requiresApproval, ""},
+                          {notFound, true, enabled, "", 1, Shown::enabled, ""},
+                          {notRegistered, true, notFound, "", 1, Shown::unavailable, withoutEffect},
+                          {enabled, true, enabled, "", 0, Shown::enabled, ""},
+                          {requiresApproval, true, enabled, "", 0, Shown::requiresApproval, ""},
+                          {enabled, false, enabled, "", 1, Shown::disabled, ""},
+                          {requiresApproval, false, enabled, "", 1, Shown::disabled, ""},
+                          {notFound, false, enabled, "", 1, Shown::disabled, ""},
+                          {notRegistered, false, enabled, "", 0, Shown::disabled, ""},
+                          {notRegistered, true, enabled, "no", 1, Shown::disabled, "无法开启登录时启动：no"},
+                          {enabled, false, enabled, "no", 1, Shown::enabled, "无法关闭登录时启动：no"}}) {
+        loginItem.current = c.before;
+        loginItem.afterRegistering = c.afterRegistering;
+        loginItem.failure = c.failure;
+        loginItem.changes = 0;
         launch();
-        model().launchAtLogin().setLaunchAtLogin(before != Status::enabled);
-        EXPECT_EQ(messageTitle(), message) << static_cast<int>(after);
-        EXPECT_EQ(model().launchAtLogin().launchAtLoginStatus(), shown) << static_cast<int>(after);
+        model().launchAtLogin().setLaunchAtLogin(c.isWanted);
+        EXPECT_EQ(messageDetail(), c.message);
+        EXPECT_EQ(messageTitle(), *c.message == '\0' ? "" : "Launch at login failed");
+        EXPECT_EQ(model().launchAtLogin().launchAtLoginStatus(), c.shown) << static_cast<int>(c.before);
+        EXPECT_EQ(loginItem.changes, c.changes) << static_cast<int>(c.before) << c.isWanted;
     }
     model().launchAtLogin().openLoginItemSettings();
     EXPECT_EQ(loginItem.openedSettings, 1);
+    LaunchAtLoginService service(loginItem);
+    for (const std::string failure : {"no", ""}) {
+        loginItem.failure = failure;
+        service.setEnabled(false, [](const auto&) {});
+        EXPECT_EQ(service.lastError().has_value(), !failure.empty()) << "a success clears it";
+    }
 }
 
 TEST_F(CommandsTest, each_change_is_signalled_and_nothing_else)

@@ -10,7 +10,18 @@ using enum TimerRunState;
 using Log = std::vector<std::string>;
 
 class AppModelTest : public test::ModelTest
-{};
+{
+protected:
+    /// Of all that wait, which the user then closes.
+    Log messageTitles()
+    {
+        Log titles;
+        for (; model().messages().appMessage(); model().messages().clearAppMessage()) {
+            titles.push_back(messageTitle());
+        }
+        return titles;
+    }
+};
 
 TEST_F(AppModelTest, a_phase_counts_down_and_is_recorded_at_its_scheduled_end)
 {
@@ -249,11 +260,7 @@ TEST_F(AppModelTest, timer_history_and_preferences_that_could_not_be_read_are_al
     defaults.unreadable = {"Brevlin.activeTimerSnapshot.v1", "Brevlin.preferences.v1"};
     files.unreadable = {"/data/sessions-v1.json"};
     launch();
-    std::vector<std::string> titles;
-    for (; model().messages().appMessage(); model().messages().clearAppMessage()) {
-        titles.push_back(messageTitle());
-    }
-    EXPECT_EQ(titles,
+    EXPECT_EQ(messageTitles(),
               (Log{"偏好设置读取失败 · Failed to load preferences", "计时状态读取失败", "本地记录读取失败"}));
     EXPECT_EQ(runState(), idle);
     model().setDuration(40, TimerPhase::longBreak);
@@ -290,11 +297,7 @@ TEST_F(AppModelTest, what_is_read_late_holds_without_more_and_damage_is_told_of)
     defaults.unreadable.clear();
     scheduler.advance(Seconds{600});
     EXPECT_EQ(model().language(), AppLanguage::english);
-    std::string last;
-    for (; model().messages().appMessage(); model().messages().clearAppMessage()) {
-        last = messageTitle();
-    }
-    EXPECT_EQ(last, "Timer state reset");
+    EXPECT_EQ(messageTitles().back(), "Timer state reset");
     clock.setNow(Instant{Seconds{HUGE_VAL}}); // which no document can express
     model().start();
     EXPECT_EQ(messageTitle(), "Failed to save timer state");
@@ -341,22 +344,29 @@ TEST_F(AppModelTest, a_phase_that_was_superseded_before_it_could_be_read_becomes
 
 TEST_F(AppModelTest, waking_and_activation_complete_what_ended_meanwhile)
 {
-    launchAndStart();
-    events.observer.willSleep();
-    clock.jump(Seconds{3000});
-    scheduler.advance(Seconds{1}); // a tick that comes before the news of waking, which may never come
-    EXPECT_EQ(runState(), ringing);
-    EXPECT_EQ(model().sessions().front().outcome(), SessionOutcome::completedWhileAway);
-
-    model().advance();
-    events.observer.willSleep();
-    clock.jump(Seconds{3000});
-    events.observer.didWake();
-    EXPECT_EQ(model().sessions().front().outcome(), SessionOutcome::completedWhileAway);
-    model().advance();
-    clock.jump(Seconds{3000});
-    events.observer.didBecomeActive();
-    EXPECT_EQ(model().sessions().front().outcome(), SessionOutcome::completed);
+    launch();
+    // A tick may come before the news of waking, which may never come.
+    for (const auto& [sleeps, comesBack] :
+         {std::pair<bool, std::function<void()>>{true,
+                                                 [&] {
+                                                     scheduler.advance(Seconds{1});
+                                                 }},
+          {true,
+           [&] {
+               events.observer.didWake();
+           }},
+          {false, [&] {
+               events.observer.didBecomeActive();
+           }}}) {
+        model().performPrimaryAction();
+        if (sleeps)
+            events.observer.willSleep();
+        clock.jump(Seconds{3000});
+        comesBack();
+        EXPECT_EQ(runState(), ringing);
+        EXPECT_EQ(model().sessions().front().outcome(),
+                  sleeps ? SessionOutcome::completedWhileAway : SessionOutcome::completed);
+    }
     EXPECT_EQ(model().sessions().size(), 3U);
 }
 

@@ -79,13 +79,33 @@ protected:
                                                                   : "expanding";
         return state + " " + std::to_string(static_cast<int>(capsule.layout.width));
     }
-    void ring()
+    // Each gives what is shown after it.
+    std::string ring()
     {
         scheduler.advance(model().remainingSeconds());
-        ASSERT_EQ(runState(), ringing);
+        EXPECT_EQ(runState(), ringing);
+        return shown();
     }
-    void hover(bool isHovering) { capsule.observer.hovered(isHovering); }
-    void command(CapsuleCommand what) { capsule.observer.commanded(what); }
+    std::string wait(double seconds)
+    {
+        scheduler.advance(Seconds{seconds});
+        return shown();
+    }
+    std::string hover(bool isHovering)
+    {
+        capsule.observer.hovered(isHovering);
+        return shown();
+    }
+    std::string command(CapsuleCommand what)
+    {
+        capsule.observer.commanded(what);
+        return shown();
+    }
+    std::string after(void (AppModel::*act)())
+    {
+        (model().*act)();
+        return shown();
+    }
 
     FakeCapsule capsule;
     std::optional<CapsuleChoreography> choreography;
@@ -95,33 +115,29 @@ TEST_F(CapsuleChoreographyTest, the_circle_lives_while_a_phase_is_under_way)
 {
     open();
     EXPECT_EQ(shown(), "hidden");
-    model().start();
-    EXPECT_EQ(shown(), "circle 50");
+    EXPECT_EQ(after(&AppModel::start), "circle 50");
     EXPECT_EQ(capsule.content.clockText, "25:00");
-    scheduler.advance(Seconds{375});
+    wait(375);
     EXPECT_EQ(capsule.content.clockText, "18:45");
     EXPECT_DOUBLE_EQ(capsule.content.progress, 0.25);
     EXPECT_EQ(capsule.content.runState, running);
     EXPECT_EQ(capsule.content.language, AppLanguage::english);
     EXPECT_EQ(capsule.content.endTimeText, model().endTimeText());
     EXPECT_EQ(capsule.content.cycleSummaryText, "Cycle 1/4 · 6 focus min");
-    model().pause();
-    EXPECT_EQ(shown(), "circle 50");
+    EXPECT_EQ(after(&AppModel::pause), "circle 50");
     hover(true);
     model().setShowTopCapsuleWhileRunning(false);
     EXPECT_EQ(shown(), "hidden");
     model().setShowTopCapsuleWhileRunning(true);
     EXPECT_EQ(shown(), "circle 50") << "it was folded";
     EXPECT_EQ(capsule.layout.horizontalAnchor, HorizontalAnchor::center);
-    scheduler.advance(Seconds{1});
-    EXPECT_EQ(shown(), "circle 50");
+    EXPECT_EQ(wait(1), "circle 50");
     hover(true);
-    scheduler.advance(Seconds{1});
+    wait(1);
     model().setTopTimerAppearance(TopTimerAppearance::light);
     EXPECT_EQ(shown(), "expanded 316");
     EXPECT_EQ(capsule.content.appearance, TopTimerAppearance::light);
-    model().restoreDefaultPreferences();
-    EXPECT_EQ(shown(), "circle 50") << "defaults fold it";
+    EXPECT_EQ(after(&AppModel::restoreDefaultPreferences), "circle 50") << "defaults fold it";
 }
 
 TEST_F(CapsuleChoreographyTest, each_command_silences_the_alert_and_shows_what_follows_from_it)
@@ -150,8 +166,8 @@ TEST_F(CapsuleChoreographyTest, each_command_silences_the_alert_and_shows_what_f
         {&AppModel::dismissCompletion, ringing, idle, "hidden", {}},
         {&AppModel::dismissCompletion, idle, idle, "hidden", {}},
     };
-    int number = 0;
     for (const Case& c : cases) {
+        const auto number = &c - cases;
         close();
         defaults.values.erase("Brevlin.activeTimerSnapshot.v1");
         open();
@@ -169,7 +185,6 @@ TEST_F(CapsuleChoreographyTest, each_command_silences_the_alert_and_shows_what_f
         if (capsule.visible) {
             EXPECT_EQ(capsule.content.completionTitle, c.title) << number;
         }
-        ++number;
     }
 }
 
@@ -184,26 +199,22 @@ TEST_F(CapsuleChoreographyTest, hovering_widens_and_leaving_waits)
         EXPECT_EQ(capsule.layout.horizontalAnchor, anchor);
         if (anchor == HorizontalAnchor::leading) {
             EXPECT_EQ(shown(), "expanding 316");
-            scheduler.advance(Seconds{0.056});
+            wait(0.056);
         }
         EXPECT_EQ(shown(), "expanded 316");
         hover(false);
-        scheduler.advance(Seconds{0.13});
-        EXPECT_EQ(shown(), "expanded 316");
+        EXPECT_EQ(wait(0.13), "expanded 316");
         hover(true);
-        scheduler.advance(Seconds{1});
-        EXPECT_EQ(shown(), "expanded 316") << "back in time";
+        EXPECT_EQ(wait(1), "expanded 316") << "back in time";
         capsule.pointerIsNear = true;
         hover(false);
-        scheduler.advance(Seconds{1});
-        EXPECT_EQ(shown(), "expanded 316") << "the exit was spurious";
+        EXPECT_EQ(wait(1), "expanded 316") << "the exit was spurious";
         capsule.pointerIsNear = false;
         hover(false);
-        scheduler.advance(Seconds{0.15});
-        EXPECT_EQ(shown(), "circle 50");
+        EXPECT_EQ(wait(0.15), "circle 50");
         hover(true);
         EXPECT_EQ(capsule.content.revealsExpandedTimerContent, anchor == HorizontalAnchor::trailing);
-        scheduler.advance(Seconds{1});
+        wait(1);
         model().endCurrentPhase();
         model().dismissCompletion();
     }
@@ -214,34 +225,27 @@ TEST_F(CapsuleChoreographyTest, a_pointer_that_leaves_before_the_reveal_sees_no_
     open();
     model().start();
     hover(true);
-    scheduler.advance(Seconds{0.03});
+    wait(0.03);
     hover(false);
-    scheduler.advance(Seconds{0.1});
-    EXPECT_EQ(shown(), "expanding 316");
-    scheduler.advance(Seconds{0.1});
-    EXPECT_EQ(shown(), "circle 50");
+    EXPECT_EQ(wait(0.1), "expanding 316");
+    EXPECT_EQ(wait(0.1), "circle 50");
 }
 
 TEST_F(CapsuleChoreographyTest, a_visible_circle_grows_into_the_island_and_back)
 {
     open();
     model().start();
-    ring();
-    EXPECT_EQ(shown(), "island 460");
+    EXPECT_EQ(ring(), "island 460");
     EXPECT_FALSE(capsule.content.showsCompactTimer || capsule.content.showsProgressBorder);
     EXPECT_EQ(capsule.content.completionTitle, "Focus complete");
     EXPECT_TRUE(capsule.content.isAlertSoundPlaying);
     hover(true);
-    scheduler.advance(Seconds{1});
-    EXPECT_EQ(shown(), "island 460") << "the pointer does not expand an island";
+    EXPECT_EQ(wait(1), "island 460") << "the pointer does not expand an island";
     EXPECT_EQ(capsule.askedWidth, 0);
-    command(CapsuleCommand::minimize);
-    EXPECT_EQ(shown(), "minimised 50");
-    command(CapsuleCommand::restore);
-    EXPECT_EQ(shown(), "island 460");
+    EXPECT_EQ(command(CapsuleCommand::minimize), "minimised 50");
+    EXPECT_EQ(command(CapsuleCommand::restore), "island 460");
     EXPECT_EQ(capsule.content.completionTitle, "Focus complete");
-    command(CapsuleCommand::primary);
-    EXPECT_EQ(shown(), "circle 50");
+    EXPECT_EQ(command(CapsuleCommand::primary), "circle 50");
     EXPECT_EQ(capsule.content.phase, TimerPhase::shortBreak);
     EXPECT_FALSE(capsule.content.isAlertSoundPlaying);
 }
@@ -253,45 +257,35 @@ TEST_F(CapsuleChoreographyTest, what_was_expanded_or_minimised_before_an_end_is_
     open();
     EXPECT_EQ(shown(), "circle 50") << "the first thing that it shows";
     for (int turn = 0; turn < 2; ++turn) {
-        hover(true);
-        EXPECT_EQ(shown(), "expanding 316");
-        scheduler.advance(Seconds{1});
-        EXPECT_EQ(shown(), "expanded 316");
-        ring();
-        EXPECT_EQ(shown(), "island 460");
+        EXPECT_EQ(hover(true), "expanding 316");
+        EXPECT_EQ(wait(1), "expanded 316");
+        EXPECT_EQ(ring(), "island 460");
         EXPECT_FALSE(capsule.content.revealsExpandedTimerContent);
         EXPECT_EQ(model().currentCycleFocusMinutes(), 25) << "what is to come does not count";
         command(CapsuleCommand::minimize);
-        command(CapsuleCommand::primary);
-        EXPECT_EQ(shown(), "circle 50");
+        EXPECT_EQ(command(CapsuleCommand::primary), "circle 50");
         EXPECT_EQ(capsule.layout.horizontalAnchor, HorizontalAnchor::center);
     }
     hover(true);
-    model().switchToNextPhase();
-    EXPECT_EQ(shown(), "circle 50");
+    EXPECT_EQ(after(&AppModel::switchToNextPhase), "circle 50");
 }
 
 TEST_F(CapsuleChoreographyTest, with_the_circle_switched_off_the_island_comes_and_goes_through_it)
 {
     open(false);
-    model().start();
-    EXPECT_EQ(shown(), "hidden");
-    ring();
-    EXPECT_EQ(shown(), "bare circle 50");
+    EXPECT_EQ(after(&AppModel::start), "hidden");
+    EXPECT_EQ(ring(), "bare circle 50");
     EXPECT_EQ(capsule.content.progress, 0.0);
     hover(true);
     EXPECT_EQ(capsule.askedWidth, 0);
-    scheduler.advance(Seconds{0.081});
-    EXPECT_EQ(shown(), "island 460");
+    EXPECT_EQ(wait(0.081), "island 460");
     EXPECT_EQ(capsule.content.completionTitle, "Focus complete");
     command(CapsuleCommand::primary);
     hover(true);
     EXPECT_EQ(capsule.askedWidth, 0);
     EXPECT_EQ(shown(), "bare circle 50");
-    scheduler.advance(Seconds{0.47});
-    EXPECT_EQ(shown(), "bare circle 50");
-    scheduler.advance(Seconds{0.02});
-    EXPECT_EQ(shown(), "hidden");
+    EXPECT_EQ(wait(0.47), "bare circle 50");
+    EXPECT_EQ(wait(0.02), "hidden");
     EXPECT_EQ(runState(), running);
 }
 
@@ -301,22 +295,18 @@ TEST_F(CapsuleChoreographyTest, whatever_comes_next_supersedes_a_step_that_is_pe
     model().start();
     ring();
     command(CapsuleCommand::dismiss); // before the circle became the island
-    scheduler.advance(Seconds{2});
-    EXPECT_EQ(shown(), "hidden");
+    EXPECT_EQ(wait(2), "hidden");
     model().setShowTopCapsuleWhileRunning(true);
-    model().start();
-    EXPECT_EQ(shown(), "circle 50");
+    EXPECT_EQ(after(&AppModel::start), "circle 50");
     model().setShowTopCapsuleWhileRunning(false);
     ring();
-    model().skipPendingPhase();
-    EXPECT_EQ(shown(), "island 460");
+    EXPECT_EQ(after(&AppModel::skipPendingPhase), "island 460");
     model().advance();
     ring();
-    scheduler.advance(Seconds{0.1});
+    wait(0.1);
     command(CapsuleCommand::primary);
     model().endCurrentPhase(); // while the circle is about to go
-    scheduler.advance(Seconds{2});
-    EXPECT_EQ(shown(), "island 460");
+    EXPECT_EQ(wait(2), "island 460");
     EXPECT_EQ(capsule.content.completionTitle, "Ended Focus early");
 }
 
@@ -327,32 +317,29 @@ TEST_F(CapsuleChoreographyTest, a_sound_that_starts_widens_the_expanded_capsule)
     model().start();
     ASSERT_TRUE(model().preferences().timerSettings.autoStartBreaks);
     hover(true);
-    scheduler.advance(Seconds{1500});
+    wait(1500);
     ASSERT_EQ(runState(), running) << "the break started by itself, with the alert sounding";
     EXPECT_EQ(shown(), "circle 50");
     hover(true);
-    scheduler.advance(Seconds{0.1});
-    EXPECT_EQ(shown(), "expanded 350");
-    command(CapsuleCommand::stopAlert);
-    EXPECT_EQ(shown(), "expanded 316");
+    EXPECT_EQ(wait(0.1), "expanded 350");
+    EXPECT_EQ(command(CapsuleCommand::stopAlert), "expanded 316");
 }
 
 TEST_F(CapsuleChoreographyTest, the_controls_of_the_capsule_drive_the_timer)
 {
     open();
-    model().start();
+    command(CapsuleCommand::primary);
     command(CapsuleCommand::addTime);
     EXPECT_EQ(model().remainingSeconds(), Seconds{1800});
     command(CapsuleCommand::primary);
     EXPECT_EQ(runState(), paused);
     command(CapsuleCommand::primary);
+    EXPECT_EQ(runState(), running);
     command(CapsuleCommand::skip);
     EXPECT_EQ(model().snapshot().phase, TimerPhase::shortBreak);
-    command(CapsuleCommand::end);
-    EXPECT_EQ(shown(), "island 460");
+    EXPECT_EQ(command(CapsuleCommand::end), "island 460");
     EXPECT_EQ(capsule.content.completionTitle, "Ended Break early");
-    command(CapsuleCommand::skipPending);
-    EXPECT_EQ(shown(), "island 460");
+    EXPECT_EQ(command(CapsuleCommand::skipPending), "island 460");
     EXPECT_EQ(capsule.content.completionTitle, "Skipped Focus");
 }
 
@@ -368,10 +355,8 @@ TEST_F(CapsuleChoreographyTest, a_ringing_timer_shows_its_island_after_a_restart
     EXPECT_EQ(capsule.askedWidth, 0);
     model().setAppLanguage(AppLanguage::simplifiedChinese);
     EXPECT_EQ(capsule.content.language, AppLanguage::simplifiedChinese);
-    command(CapsuleCommand::minimize);
-    EXPECT_EQ(shown(), "minimised 50");
-    command(CapsuleCommand::restore);
-    EXPECT_EQ(shown(), "island 460");
+    EXPECT_EQ(command(CapsuleCommand::minimize), "minimised 50");
+    EXPECT_EQ(command(CapsuleCommand::restore), "island 460");
 }
 
 } // namespace

@@ -2,48 +2,38 @@
 #include "app/time_text.h"
 
 #include <cmath>
+#include <tuple>
 
 namespace brevlin {
 namespace {
 
 TEST(TimeText, clocks_round_up_and_know_no_hours)
 {
-    struct Case
-    {
-        double seconds;
-        const char* text;
-    };
-    for (const Case& c : {Case{0, "00:00"},
-                          {-5, "00:00"},
-                          {0.2, "00:01"},
-                          {59.5, "01:00"},
-                          {61.3, "01:02"},
-                          {599.01, "10:00"},
-                          {1500, "25:00"},
-                          {3600, "60:00"},
-                          {10800, "180:00"},
-                          {std::nan(""), "00:00"}}) {
-        EXPECT_EQ(TimeText::clock(Seconds{c.seconds}), c.text);
+    for (const auto& [seconds, text] : {std::pair{0.0, "00:00"},
+                                        {-5.0, "00:00"},
+                                        {0.2, "00:01"},
+                                        {59.5, "01:00"},
+                                        {61.3, "01:02"},
+                                        {599.01, "10:00"},
+                                        {1500.0, "25:00"},
+                                        {3600.0, "60:00"},
+                                        {10800.0, "180:00"},
+                                        {std::nan(""), "00:00"}}) {
+        EXPECT_EQ(TimeText::clock(Seconds{seconds}), text);
     }
     EXPECT_FALSE(TimeText::clock(Seconds{HUGE_VAL}).empty());
 }
 
 TEST(TimeText, durations_are_whole_minutes_and_hours)
 {
-    struct Case
-    {
-        double seconds;
-        const char* english;
-        const char* chinese;
-    };
-    for (const Case& c : {Case{59, "0 min", "0 分钟"},
-                          {119.9, "1 min", "1 分钟"},
-                          {1500, "25 min", "25 分钟"},
-                          {3600, "1 hr", "1 小时"},
-                          {4500, "1 hr 15 min", "1 小时 15 分钟"},
-                          {7200, "2 hr", "2 小时"}}) {
-        EXPECT_EQ(TimeText::duration(Seconds{c.seconds}, AppLanguage::english), c.english);
-        EXPECT_EQ(TimeText::duration(Seconds{c.seconds}, AppLanguage::simplifiedChinese), c.chinese);
+    for (const auto& [seconds, english, chinese] : {std::tuple{59.0, "0 min", "0 分钟"},
+                                                    {119.9, "1 min", "1 分钟"},
+                                                    {1500.0, "25 min", "25 分钟"},
+                                                    {3600.0, "1 hr", "1 小时"},
+                                                    {4500.0, "1 hr 15 min", "1 小时 15 分钟"},
+                                                    {7200.0, "2 hr", "2 小时"}}) {
+        EXPECT_EQ(TimeText::duration(Seconds{seconds}, AppLanguage::english), english);
+        EXPECT_EQ(TimeText::duration(Seconds{seconds}, AppLanguage::simplifiedChinese), chinese);
     }
 }
 

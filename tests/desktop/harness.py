@@ -99,8 +99,6 @@ def with_picture(test):
     def run(self):
         try:
             test(self)
-        except unittest.SkipTest:
-            raise
         except Exception as error:
             raise AssertionError(f"{error}\n{self.desktop.account(self.id())}") from error
 
@@ -215,12 +213,8 @@ class Desktop:
 
     def windows(self, title=MAIN_WINDOW):
         """The windows of this title that the window manager knows, minimised ones too."""
-        found = []
-        for line in self.ask("wmctrl", "-l").splitlines():
-            fields = line.split(maxsplit=3)
-            if len(fields) == 4 and fields[3] == title:
-                found.append(int(fields[0], 16))
-        return found
+        line = rf"^(0x[0-9a-f]+) +\S+ +\S+ {re.escape(title)}$"
+        return [int(window, 16) for window in re.findall(line, self.ask("wmctrl", "-l"), re.MULTILINE)]
 
     def wait_for_window(self, title=MAIN_WINDOW, seconds=10.0):
         """The window, once it is there and has the keyboard."""
@@ -259,6 +253,10 @@ class Desktop:
 
     def click(self, window, x, y):
         self.ask("xdotool", "mousemove", "--window", str(window), str(x), str(y), "click", "1")
+
+    def click_at(self, x, y):
+        """A place of the screen."""
+        self.ask("xdotool", "mousemove", str(x), str(y), "click", "1")
 
     def move_pointer(self, x, y):
         """To a place of the screen."""

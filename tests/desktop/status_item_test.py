@@ -57,16 +57,13 @@ class StatusItemTest(DesktopTest):
         pixels = self.desktop.picture("root", "-crop", crop, "+repage")
         return bytes(FOCUS_RED) in pixels
 
-    def click(self, x, y):
-        self.desktop.ask("xdotool", "mousemove", str(x), str(y), "click", "1")
-
     def start_in_the_panel_and_close_it(self, spot):
         """Gives where the panel lay, once a second click on the item has closed it."""
-        self.click(*spot)
+        self.desktop.click_at(*spot)
         x, y, width, height = self.desktop.geometry(wait_for("the panel", self.panel))
-        self.click(x + width // 2, y + height - 28)
+        self.desktop.click_at(x + width // 2, y + height - 28)
         self.desktop.wait_for_state("running")
-        self.click(*spot)
+        self.desktop.click_at(*spot)
         wait_for("a closed panel", lambda: not self.panel())
         holds_for("a panel that a second click has closed", lambda: not self.panel(), 0.6)
         return x, y, width, height
@@ -85,15 +82,15 @@ class StatusItemTest(DesktopTest):
         _, y, width, _ = self.start_in_the_panel_and_close_it((16, 15))
         self.assertEqual(width, 300)
         self.assertGreaterEqual(y, 30, "below the desktop's own panel")
-        self.click(16, 15)
+        self.desktop.click_at(16, 15)
         wait_for("the panel again", self.panel)
         self.desktop.press("space")
         self.desktop.wait_for_state("paused")
         self.desktop.press("Escape")
         wait_for("a panel closed by Escape", lambda: not self.panel())
-        self.click(16, 15)
+        self.desktop.click_at(16, 15)
         wait_for("the panel once more", self.panel)
-        self.click(1200, 850)
+        self.desktop.click_at(1200, 850)
         wait_for("a panel closed by a click elsewhere", lambda: not self.panel())
 
     def test_ayatana_shows_the_clock_beside_the_icon(self):

@@ -21,22 +21,18 @@ using Status = LoginItem::Status;
 
 TEST(AutostartEntry, says_whether_the_desktop_starts_it)
 {
-    struct Case
-    {
-        const char* document;
-        std::optional<bool> isEnabled;
-    };
-    for (const Case& c : {Case{"", std::nullopt},
-                          {"Exec=x\n", std::nullopt},
-                          {"[Desktop Entry]\nExec=x", true},
-                          {"[Desktop Entry]\nHidden=true\n", false},
-                          {"[Desktop Entry]\n Hidden = true \r\n", false},
-                          {"[Desktop Entry]\nHidden=false\n", true},
-                          {"[Desktop Entry]\n#Hidden=true\n", true},
-                          {"[Desktop Entry]\nX-GNOME-Autostart-enabled=false\n", false},
-                          {"[Desktop Entry]\nExec=x\n[Desktop Action a]\nHidden=true\n", true}}) {
-        const auto entry = parseAutostartEntry(c.document);
-        EXPECT_EQ(entry ? std::optional{entry->isEnabled} : std::nullopt, c.isEnabled) << c.document;
+    for (const auto& [document, isEnabled] :
+         {std::pair{"", std::optional<bool>{}},
+          {"Exec=x\n", std::nullopt},
+          {"[Desktop Entry]\nExec=x", true},
+          {"[Desktop Entry]\nHidden=true\n", false},
+          {"[Desktop Entry]\n Hidden = true \r\n", false},
+          {"[Desktop Entry]\nHidden=false\n", true},
+          {"[Desktop Entry]\n#Hidden=true\n", true},
+          {"[Desktop Entry]\nX-GNOME-Autostart-enabled=false\n", false},
+          {"[Desktop Entry]\nExec=x\n[Desktop Action a]\nHidden=true\n", true}}) {
+        const auto entry = parseAutostartEntry(document);
+        EXPECT_EQ(entry ? std::optional{entry->isEnabled} : std::nullopt, isEnabled) << document;
     }
 }
 

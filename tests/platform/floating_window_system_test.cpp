@@ -59,12 +59,8 @@ TEST(SwayWorkArea, what_a_visible_workspace_lacks_of_its_output_is_reserved)
     using enum FloatingWindowSystem::Edge;
     const QByteArray outputs = R"([{"name":"A","rect":{"x":0,"y":0,"width":1440,"height":900}},
                                    {"name":"B","rect":{"x":1440,"y":100,"width":1024,"height":768}}])";
-    struct Case
-    {
-        const char* workspaces;
-        std::vector<FloatingWindowSystem::ReservedArea> areas;
-    };
-    const std::vector<Case> cases{
+    using Areas = std::vector<FloatingWindowSystem::ReservedArea>;
+    const std::pair<const char*, Areas> cases[] = {
         {R"([{"output":"A","visible":true,"rect":{"x":0,"y":30,"width":1440,"height":870}}])",
          {{top, {0, 0, 1440, 30}}}},
         {R"([{"output":"A","visible":false,"rect":{"x":0,"y":30,"width":1440,"height":870}},
@@ -74,8 +70,8 @@ TEST(SwayWorkArea, what_a_visible_workspace_lacks_of_its_output_is_reserved)
         {R"({"success":false})", {}},
         {"", {}},
     };
-    for (const Case& c : cases) {
-        EXPECT_EQ(swayReservedAreas(c.workspaces, outputs), c.areas) << c.workspaces;
+    for (const auto& [workspaces, areas] : cases) {
+        EXPECT_EQ(swayReservedAreas(workspaces, outputs), areas) << workspaces;
     }
 }
 

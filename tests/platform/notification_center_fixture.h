@@ -63,6 +63,12 @@ protected:
         withdraw(run);
         ASSERT_EQ(server->screen.size(), 1U);
     }
+    /// How often something was shown, once so much time has passed.
+    int shownAfter(double seconds)
+    {
+        scheduler.advance(Seconds{seconds});
+        return server->shown;
+    }
     const ServerNotification& banner() { return server->screen.begin()->second; }
     NotificationAuthorizationSnapshot settings()
     {

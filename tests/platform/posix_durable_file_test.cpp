@@ -67,6 +67,8 @@ TEST_F(PosixDurableFileTest, creates_private_files_in_private_folders)
     const std::string path = m_folder.path("a/b/file.json");
     EXPECT_EQ(*m_files.read(path), std::nullopt);
     EXPECT_FALSE(m_files.exists(path));
+    EXPECT_TRUE(m_files.remove(path)) << "there is nothing to remove";
+    EXPECT_FALSE(m_files.remove(m_folder.path()));
     ASSERT_TRUE(m_files.write(path, std::string("nul\0byte", 8)));
     EXPECT_EQ(*m_files.read(path), std::string("nul\0byte", 8));
     EXPECT_EQ(modeOf(path), mode_t{0600});
@@ -75,21 +77,14 @@ TEST_F(PosixDurableFileTest, creates_private_files_in_private_folders)
     EXPECT_EQ(entryCount(m_folder.path("a/b")), 1U) << "the temporary file is gone";
 }
 
-TEST_F(PosixDurableFileTest, a_file_that_comes_in_pieces_is_read_whole)
+TEST_F(PosixDurableFileTest, an_existing_file_is_read_whole_and_keeps_its_mode)
 {
     const std::string path = m_folder.path("file");
     put(path, "more than one piece");
-    longestRead = 4;
-    const auto content = m_files.read(path);
-    longestRead = SIZE_MAX;
-    EXPECT_EQ(*content, "more than one piece");
-}
-
-TEST_F(PosixDurableFileTest, an_existing_file_keeps_its_mode)
-{
-    const std::string path = m_folder.path("file");
-    put(path, "old and longer");
     ASSERT_EQ(::chmod(path.c_str(), 0640), 0);
+    longestRead = 4;
+    EXPECT_EQ(*m_files.read(path), "more than one piece");
+    longestRead = SIZE_MAX;
     ASSERT_TRUE(m_files.write(path, "new"));
     EXPECT_EQ(modeOf(path), mode_t{0640});
     EXPECT_EQ(*m_files.read(path), "new");
@@ -210,12 +205,6 @@ TEST_F(PosixDurableFileTest, renaming_replaces_nothing)
         fs::remove(m_folder.path("free"));
     }
     knowsNoReplace = true;
-}
-
-TEST_F(PosixDurableFileTest, removing_what_is_not_there_is_no_error)
-{
-    EXPECT_TRUE(m_files.remove(m_folder.path("nothing")));
-    EXPECT_FALSE(m_files.remove(m_folder.path()));
 }
 
 TEST_F(PosixDurableFileTest, leftovers_of_a_crash_are_removed_and_nothing_else)

@@ -102,23 +102,5 @@ TEST_F(NotificationServiceTest, cancelling_withdraws_both_forms_of_the_identifie
                                                                  "kestrove.timer." + session.text()}));
 }
 
-TEST_F(NotificationServiceTest, reactions_reach_the_handler_with_their_run)
-{
-    using Kind = TimerNotificationAction::Kind;
-    std::vector<std::pair<TimerNotificationAction, std::optional<Uuid>>> seen;
-    service.setActionHandler([&](const auto& action, const auto& id) { seen.emplace_back(action, id); });
-    center.respond("brevlin.timer.start-next", {{"sessionID", session.text()}});
-    center.respond("brevlin.timer.stop-alert", {{"sessionID", "not an identifier"}});
-    center.respond("default", {});
-    center.respond("dismiss", {});
-    center.respond("something else", {});
-    ASSERT_EQ(seen.size(), 5U);
-    EXPECT_EQ(seen[0], std::pair(TimerNotificationAction{Kind::startNextPhase, {}}, std::optional{session}));
-    EXPECT_EQ(seen[1], std::pair(TimerNotificationAction{Kind::stopAlert, {}}, std::optional<Uuid>{}));
-    EXPECT_EQ(seen[2].first.kind, Kind::opened);
-    EXPECT_EQ(seen[3].first.kind, Kind::dismissed);
-    EXPECT_EQ(seen[4].first, (TimerNotificationAction{Kind::unknown, "something else"}));
-}
-
 } // namespace
 } // namespace brevlin

@@ -1,4 +1,5 @@
 #include "storage/session_store_fixture.h"
+#include "storage/snapshot_document.h"
 
 #include <gtest/gtest.h>
 
@@ -37,6 +38,13 @@ TEST_F(SessionDocumentTest, every_field_is_read_from_its_key_and_written_to_it)
     SessionArchiveText written;
     ASSERT_TRUE(written.encode({record}));
     EXPECT_EQ(written.view(), text);
+    for (const bool hasIntention : {true, false}) {
+        session.intention = hasIntention ? session.intention : std::nullopt;
+        const auto finished = encode(session);
+        ASSERT_TRUE(finished);
+        EXPECT_EQ(*decodeFinishedSession(*finished), session);
+        EXPECT_EQ(finished->find("intention") != std::string::npos, hasIntention);
+    }
 }
 
 TEST_F(SessionDocumentTest, after_any_change_the_file_holds_what_memory_holds)
@@ -94,10 +102,10 @@ TEST_F(SessionDocumentTest, records_that_share_an_id_go_and_come_back_together)
     file() = text;
     SessionStore store = open();
     ASSERT_EQ(ids(store.sessions()), "12 12 11 ");
-    m_files.failures.failOperation(1);
+    files.failures.failOperation(1);
     store.remove(store.sessions()[1]);
     EXPECT_EQ(ids(store.sessions()), "12 12 11 ");
-    EXPECT_EQ(m_scheduler.pendingCount(), 0U);
+    EXPECT_EQ(scheduler.pendingCount(), 0U);
     store.remove(store.sessions()[1]);
     EXPECT_EQ(ids(store.sessions()), "11 ");
     EXPECT_EQ(test::differences(open().sessions(), store.sessions()), "");

@@ -1,15 +1,11 @@
 #pragma once
 
 #include "storage/session_archive.h"
-#include "storage/session_store.h"
-#include "support/fake_document_thread.h"
-#include "support/fake_task_scheduler.h"
-#include "support/memory_durable_file.h"
+#include "support/fake_disk.h"
 #include "support/record_differences.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <limits>
 
 namespace brevlin {
@@ -44,11 +40,13 @@ inline std::string ids(const std::vector<SessionRecord>& records)
     return result;
 }
 
-class SessionStoreTest : public testing::Test
+class SessionStoreTest : public testing::Test, protected test::FakeDisk
 {
 protected:
-    SessionStore open(std::optional<std::string> legacy = {}) { return {{path, legacy}, disk(m_files)}; }
-    HistoryDisk disk(test::MemoryDurableFile& files) { return {files, m_thread, m_scheduler, m_clock}; }
+    // At 2026-01-31 23:59:59 UTC.
+    SessionStoreTest() : FakeDisk(test::FakeClock{instantFromUnixTime(Seconds{1'769'903'999.0})}) {}
+
+    SessionStore open(std::optional<std::string> legacy = {}) { return {{path, legacy}, historyDisk()}; }
     static std::vector<SessionRecord> recordsOf(const std::string& document)
     {
         auto records = decodeSessionArchive(document);
@@ -62,21 +60,15 @@ protected:
                                m_failures += std::string(rawValue(error.operation)) + " ";
                            }});
     }
-    std::string& file() { return m_files.files[path]; }
+    std::string& file() { return files.files[path]; }
     // A history of two records, the later one first.
-    std::string twoRecords()
+    static std::string twoRecords()
     {
-        test::MemoryDurableFile files;
-        SessionStore store({path, {}}, disk(files));
-        store.insert(session(1, 1000.0));
-        store.insert(session(2, 2000.25));
-        return files.files[path];
+        SessionArchiveText text;
+        EXPECT_TRUE(text.encode({SessionRecord(session(2, 2000.25)), SessionRecord(session(1, 1000.0))}));
+        return std::string(text.view());
     }
 
-    test::MemoryDurableFile m_files;
-    test::FakeClock m_clock{instantFromUnixTime(Seconds{1'769'903'999.0})}; // 2026-01-31 23:59:59 UTC
-    test::FakeTaskScheduler m_scheduler{m_clock};
-    test::FakeDocumentThread m_thread;
     int m_changes = 0;
     std::string m_failures; // what was told, by operation
 };

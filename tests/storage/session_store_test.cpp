@@ -10,7 +10,7 @@ TEST_F(SessionStoreTest, the_first_start_is_empty_and_writes_nothing)
     const SessionStore store = open(legacyPath);
     EXPECT_TRUE(store.sessions().empty());
     EXPECT_EQ(store.lastError(), std::nullopt);
-    EXPECT_TRUE(m_files.files.empty());
+    EXPECT_TRUE(files.files.empty());
     EXPECT_EQ(defaultHistoryLocation("/data").path, path);
     EXPECT_EQ(defaultHistoryLocation("/data").legacyPath, legacyPath);
 }
@@ -26,15 +26,15 @@ TEST_F(SessionStoreTest, a_damaged_history_is_kept_before_the_first_write)
         "无法读取专注记录：The file has the newer format version 2"));
 
     const std::string second = "/data/Brevlin/sessions-v1.unreadable-20260131T235959Z-2.json";
-    m_files.files[setAsidePath] = m_files.files[second] = "an earlier one";
-    m_files.failures.failOperation(1);
+    files.files[setAsidePath] = files.files[second] = "an earlier one";
+    files.failures.failOperation(1);
     store.insert(session(1, 1.0));
     EXPECT_EQ(file(), newer) << "what cannot be kept must not be overwritten";
     file() += "\n"; // somebody else's, and no better
     store.insert(session(2, 2.0));
-    EXPECT_EQ(m_files.files.at("/data/Brevlin/sessions-v1.unreadable-20260131T235959Z-3.json"), newer + "\n");
-    EXPECT_EQ(m_files.files.at(setAsidePath), "an earlier one");
-    EXPECT_EQ(m_files.files.size(), 4U);
+    EXPECT_EQ(files.files.at("/data/Brevlin/sessions-v1.unreadable-20260131T235959Z-3.json"), newer + "\n");
+    EXPECT_EQ(files.files.at(setAsidePath), "an earlier one");
+    EXPECT_EQ(files.files.size(), 4U);
     EXPECT_EQ(ids(open().sessions()), "12 11 ");
 
     file() = "{";
@@ -42,56 +42,56 @@ TEST_F(SessionStoreTest, a_damaged_history_is_kept_before_the_first_write)
     file() = twoRecords();
     mended.insert(session(3, 3000.0));
     EXPECT_EQ(ids(recordsOf(file())), "13 12 11 ") << "a whole one in its place is taken over";
-    EXPECT_EQ(m_files.files.size(), 4U);
+    EXPECT_EQ(files.files.size(), 4U);
 }
 
 TEST_F(SessionStoreTest, a_history_that_could_not_be_read_is_whole_once_it_can)
 {
     file() = twoRecords();
     const std::string before = file();
-    m_files.unreadable = {path};
+    files.unreadable = {path};
     SessionStore store = open();
     listenTo(store);
     EXPECT_NE(store.lastError()->underlyingDescription.find("Permission denied"), std::string::npos);
     store.insert(session(3, 3000.0));
     store.insert(session(4, 1500.0));
     EXPECT_EQ(ids(store.sessions()), "13 14 ");
-    EXPECT_EQ(m_scheduler.nextDelay(), RetryTimer::firstDelay);
+    EXPECT_EQ(scheduler.nextDelay(), RetryTimer::firstDelay);
     store.clear();
     EXPECT_NE(store.lastError()->underlyingDescription.find("Permission denied"), std::string::npos);
     store.remove(store.sessions()[1]);
     EXPECT_EQ(ids(store.sessions()), "13 14 ") << "nothing is removed from what nobody has seen";
-    m_scheduler.advance(Seconds{3600});
+    scheduler.advance(Seconds{3600});
     store.retry();
     EXPECT_EQ(m_failures, "fetch clear delete ") << "told once, however often it is tried";
-    EXPECT_EQ(m_files.files, (std::map<std::string, std::string>{{path, before}}));
+    EXPECT_EQ(files.files, (std::map<std::string, std::string>{{path, before}}));
     EXPECT_FALSE(store.isSaved());
 
-    m_files.unreadable.clear();
-    m_scheduler.advance(RetryTimer::longestDelay);
+    files.unreadable.clear();
+    scheduler.advance(RetryTimer::longestDelay);
     EXPECT_EQ(ids(store.sessions()), "13 12 14 11 ");
     EXPECT_TRUE(store.isSaved());
     EXPECT_EQ(test::differences(recordsOf(file()), store.sessions()), "");
-    EXPECT_EQ(m_files.files.size(), 1U);
+    EXPECT_EQ(files.files.size(), 1U);
     EXPECT_EQ(m_changes, 2);
 }
 
 TEST_F(SessionStoreTest, reading_is_tried_soon_and_then_more_and_more_seldom)
 {
-    m_files.unreadable = {path};
+    files.unreadable = {path};
     const SessionStore store = open();
     std::vector<double> attempts;
     for (int second = 1; second <= 1800; ++second) {
-        const int before = m_files.failures.operationCount();
-        m_scheduler.advance(Seconds{1});
-        if (m_files.failures.operationCount() != before) {
+        const int before = files.failures.operationCount();
+        scheduler.advance(Seconds{1});
+        if (files.failures.operationCount() != before) {
             attempts.push_back(second);
         }
     }
     EXPECT_EQ(attempts, (std::vector<double>{2, 6, 14, 30, 62, 126, 254, 510, 810, 1110, 1410, 1710}));
-    m_files.unreadable.clear();
-    m_scheduler.advance(RetryTimer::longestDelay);
-    EXPECT_EQ(m_scheduler.pendingCount(), 0U);
+    files.unreadable.clear();
+    scheduler.advance(RetryTimer::longestDelay);
+    EXPECT_EQ(scheduler.pendingCount(), 0U);
 }
 
 TEST_F(SessionStoreTest, a_record_that_the_disk_refuses_stays_and_is_tried_again)
@@ -99,43 +99,43 @@ TEST_F(SessionStoreTest, a_record_that_the_disk_refuses_stays_and_is_tried_again
     file() = twoRecords();
     SessionStore store = open();
     listenTo(store);
-    m_files.failures.failFrom(1);
+    files.failures.failFrom(1);
     store.insert(session(3, 3000.0));
     EXPECT_EQ(ids(store.sessions()), "13 12 11 ");
-    m_scheduler.advance(Seconds{60});
+    scheduler.advance(Seconds{60});
     store.insert(session(4, 4000.0));
     EXPECT_EQ(store.unsavedCount(), 2U);
     EXPECT_EQ(m_failures, "insert insert ") << "each is told once";
-    m_files.failures.failNothing();
-    m_scheduler.advance(RetryTimer::longestDelay);
+    files.failures.failNothing();
+    scheduler.advance(RetryTimer::longestDelay);
     EXPECT_TRUE(store.isSaved());
     EXPECT_EQ(store.lastError(), std::nullopt);
     EXPECT_EQ(ids(open().sessions()), "14 13 12 11 ");
-    EXPECT_EQ(m_scheduler.pendingCount(), 0U);
-    m_files.failures.failFrom(1);
+    EXPECT_EQ(scheduler.pendingCount(), 0U);
+    files.failures.failFrom(1);
     store.insert(session(5, 5000.0));
-    EXPECT_EQ(m_scheduler.nextDelay(), RetryTimer::firstDelay);
-    m_thread.runsAtOnce = false;
+    EXPECT_EQ(scheduler.nextDelay(), RetryTimer::firstDelay);
+    thread.runsAtOnce = false;
     store.retry();
     store.retry();
-    EXPECT_EQ(m_thread.waitingCount(), 1U);
+    EXPECT_EQ(thread.waitingCount(), 1U);
 }
 
 TEST_F(SessionStoreTest, changes_take_effect_before_the_disk_has_them_and_reach_it_in_order)
 {
     SessionStore store = open();
-    m_thread.runsAtOnce = false;
+    thread.runsAtOnce = false;
     store.insert(session(1, 1000.0));
     store.insert(session(2, 2000.0));
     store.remove(store.sessions()[1]);
     store.insert(session(3, 500.0));
     store.retry();
-    EXPECT_EQ(m_thread.waitingCount(), 4U) << "what is on its way is not tried again";
+    EXPECT_EQ(thread.waitingCount(), 4U) << "what is on its way is not tried again";
     EXPECT_EQ(ids(store.sessions()), "12 13 ");
-    EXPECT_FALSE(m_files.exists(path));
+    EXPECT_FALSE(files.exists(path));
     std::vector<std::string> onDisk;
-    while (m_thread.waitingCount() > 0) {
-        m_thread.runOne();
+    while (thread.waitingCount() > 0) {
+        thread.runOne();
         onDisk.push_back(ids(recordsOf(file())));
     }
     EXPECT_EQ(onDisk, (std::vector<std::string>{"11 ", "12 11 ", "12 ", "12 13 "}));
@@ -145,15 +145,15 @@ TEST_F(SessionStoreTest, changes_take_effect_before_the_disk_has_them_and_reach_
 TEST_F(SessionStoreTest, a_history_that_is_read_late_joins_what_was_done_meanwhile)
 {
     file() = twoRecords();
-    m_thread.runsAtOnce = false;
+    thread.runsAtOnce = false;
     SessionStore store = open();
     listenTo(store);
     store.retry();
-    EXPECT_EQ(m_thread.waitingCount(), 1U);
+    EXPECT_EQ(thread.waitingCount(), 1U);
     store.insert(session(3, 1500.0));
     store.insert(session(2, 2500.0));
     EXPECT_EQ(ids(store.sessions()), "12 13 ");
-    m_thread.runAll();
+    thread.runAll();
     EXPECT_EQ(ids(store.sessions()), "12 13 11 ") << "a record replaces the one of its id";
     EXPECT_EQ(test::differences(recordsOf(file()), store.sessions()), "");
     EXPECT_EQ(m_changes, 1);
@@ -167,14 +167,11 @@ TEST_F(SessionStoreTest, what_others_have_written_into_the_file_is_kept)
     store.remove(store.sessions()[1]);
     store.insert(session(3, 3000.0));
     // Another machine's file: it never had 3, still has 1, and has new records of its own.
-    test::MemoryDurableFile theirs;
-    theirs.files[path] = twoRecords();
-    {
-        SessionStore other({path, {}}, disk(theirs));
-        other.insert(session(5, 2500.0));
-        other.insert(session(6, 9000.0));
-    }
-    file() = theirs.files[path];
+    SessionArchiveText text;
+    ASSERT_TRUE(text.encode({SessionRecord(session(6, 9000.0)), SessionRecord(session(5, 2500.0)),
+                             SessionRecord(session(2, 2000.25)), SessionRecord(session(1, 1000.0))}));
+    const std::string theirs(text.view());
+    file() = theirs;
     store.insert(session(4, 4000.0));
     EXPECT_EQ(ids(store.sessions()), "16 14 13 15 12 ") << "what was deleted here stays so";
     SessionArchiveText inOrder;
@@ -182,9 +179,9 @@ TEST_F(SessionStoreTest, what_others_have_written_into_the_file_is_kept)
     EXPECT_EQ(file(), inOrder.view());
     EXPECT_EQ(m_changes, 1);
 
-    m_files.beforeReplacing = [&] {
+    files.beforeReplacing = [&] {
         test::FakeDocumentThread thread;
-        SessionStore other({path, {}}, {m_files, thread, m_scheduler, m_clock});
+        SessionStore other({path, {}}, {files, thread, scheduler, clock});
         other.insert(session(8, 100.0));
     };
     store.insert(session(9, 200.0));
@@ -194,18 +191,18 @@ TEST_F(SessionStoreTest, what_others_have_written_into_the_file_is_kept)
     const std::function<void()> interfere = [&] {
         file() += " ";
         ++looks;
-        m_files.beforeReplacing = interfere;
+        files.beforeReplacing = interfere;
     };
-    m_files.beforeReplacing = interfere;
+    files.beforeReplacing = interfere;
     store.insert(session(10, 50.0));
-    m_files.beforeReplacing = nullptr;
+    files.beforeReplacing = nullptr;
     EXPECT_EQ(looks, 3);
     EXPECT_EQ(file().back(), '}') << "whoever writes without end is not waited for";
 
-    file() = theirs.files[path];
+    file() = theirs;
     store.clear();
     EXPECT_EQ(file(), R"({"sessions":[],"version":1})");
-    m_files.files.erase(path);
+    files.files.erase(path);
     store.insert(session(7, 7000.0));
     EXPECT_EQ(ids(recordsOf(file())), "17 ") << "a file that is gone is made anew";
     EXPECT_EQ(m_failures, "");
@@ -222,17 +219,17 @@ TEST_F(SessionStoreTest, a_file_that_is_half_copied_is_waited_for)
     EXPECT_EQ(file(), whole.substr(0, whole.size() / 2));
     EXPECT_EQ(m_failures, "") << "not told at once";
     file() = whole;
-    m_scheduler.advance(RetryTimer::firstDelay);
+    scheduler.advance(RetryTimer::firstDelay);
     EXPECT_EQ(ids(recordsOf(file())), "13 12 11 ");
 
     file() = "{";
     store.insert(session(4, 4000.0));
-    m_scheduler.advance(Seconds{3600});
+    scheduler.advance(Seconds{3600});
     EXPECT_EQ(file(), "{");
     EXPECT_EQ(m_failures, "insert ") << "told once when it lasts";
     store.retry(HistoryFile::Patience::ended);
     EXPECT_EQ(ids(recordsOf(file())), "14 13 12 11 ");
-    EXPECT_EQ(m_files.files.size(), 2U) << "what stood in the place is kept beside it";
+    EXPECT_EQ(files.files.size(), 2U) << "what stood in the place is kept beside it";
 }
 
 TEST_F(SessionStoreTest, a_failed_refresh_keeps_the_records)
@@ -256,22 +253,22 @@ TEST_F(SessionStoreTest, a_failed_refresh_keeps_the_records)
 
 TEST_F(SessionStoreTest, the_legacy_history_is_copied_once_and_stays)
 {
-    m_files.files[legacyPath] = twoRecords();
+    files.files[legacyPath] = twoRecords();
     EXPECT_EQ(open().sessions().size(), 0U) << "another location never looks there";
-    m_files.failures.failOperation(3);
+    files.failures.failOperation(3);
     EXPECT_EQ(open(legacyPath).sessions().size(), 2U) << "read in place when it cannot be copied";
-    EXPECT_FALSE(m_files.exists(path));
+    EXPECT_FALSE(files.exists(path));
     SessionStore store = open(legacyPath);
-    EXPECT_EQ(file(), m_files.files[legacyPath]);
+    EXPECT_EQ(file(), files.files[legacyPath]);
     store.clear();
     EXPECT_TRUE(open(legacyPath).sessions().empty());
-    EXPECT_EQ(m_files.files.size(), 2U);
+    EXPECT_EQ(files.files.size(), 2U);
     file() = "unreadable";
-    m_files.unreadable = {path};
+    files.unreadable = {path};
     EXPECT_TRUE(open(legacyPath).lastError());
     EXPECT_EQ(file(), "unreadable") << "no copy is laid over it";
-    m_files.files.erase(path);
-    m_files.unreadable = {legacyPath};
+    files.files.erase(path);
+    files.unreadable = {legacyPath};
     EXPECT_TRUE(open(legacyPath).lastError());
 }
 
@@ -287,7 +284,7 @@ TEST_F(SessionStoreTest, a_record_that_json_cannot_express_is_refused_without_a_
     bad.intention = "\xff";
     store.insert(bad);
     EXPECT_EQ(m_failures, "fetch insert insert ");
-    EXPECT_EQ(m_files.files.size(), 1U) << "nothing is set aside for a write that does not come";
+    EXPECT_EQ(files.files.size(), 1U) << "nothing is set aside for a write that does not come";
     EXPECT_TRUE(store.sessions().empty());
     EXPECT_TRUE(store.isSaved());
     store.insert(session(1, 1.0));
@@ -310,27 +307,27 @@ TEST_F(SessionStoreTest, whichever_operation_fails_nothing_is_lost)
         for (const bool forEver : {false, true}) {
             bool isClean = false;
             for (int failing = 1; !isClean; ++failing) {
-                m_files.files = {{path, start}};
-                const int before = m_files.failures.operationCount();
-                forEver ? m_files.failures.failFrom(failing) : m_files.failures.failOperation(failing);
+                files.files = {{path, start}};
+                const int before = files.failures.operationCount();
+                forEver ? files.failures.failFrom(failing) : files.failures.failOperation(failing);
                 SessionStore store = open();
                 for (const Change change : changes) {
                     change(store);
                     // Whatever is on the disk now is whole, and counts as saved only when it is all of it.
-                    const std::string stored = m_files.files.contains(path) ? file() : "";
+                    const std::string stored = files.files.contains(path) ? file() : "";
                     if (store.isSaved() && store.isLoaded()) {
                         EXPECT_EQ(test::differences(recordsOf(stored), store.sessions()), "") << failing;
                     } else {
                         EXPECT_TRUE(stored.empty() || stored == start || decodeSessionArchive(stored));
                     }
                 }
-                isClean = failing > m_files.failures.operationCount() - before;
-                m_files.failures.failNothing();
+                isClean = failing > files.failures.operationCount() - before;
+                files.failures.failNothing();
                 store.retry();
                 EXPECT_TRUE(store.isSaved()) << failing;
                 EXPECT_EQ(test::differences(recordsOf(file()), store.sessions()), "") << failing;
                 EXPECT_EQ(ids(store.sessions()).substr(ids(store.sessions()).size() - 3), "15 ") << failing;
-                EXPECT_EQ(start == good || m_files.files[setAsidePath] == start, true) << failing;
+                EXPECT_EQ(start == good || files.files[setAsidePath] == start, true) << failing;
             }
         }
     }

@@ -84,30 +84,5 @@ TEST(SnapshotDocument, no_document_can_break_the_engine)
     EXPECT_LT(snapshot->completedFocusCount, std::numeric_limits<std::int64_t>::max());
 }
 
-TEST(SnapshotDocument, a_finished_session_reads_back)
-{
-    FinishedSession session;
-    session.id = Uuid::random();
-    session.outcome = SessionOutcome::completedWhileAway;
-    session.phase = TimerPhase::shortBreak;
-    session.startedAt = Instant{Seconds{0.5}};
-    session.endedAt = Instant{Seconds{1.5}};
-    session.plannedDuration = Seconds{2};
-    session.effectiveDuration = Seconds{3};
-    session.pauseDuration = Seconds{4};
-    session.cycleIndex = 5;
-    session.interruptionCount = 6;
-    session.scheduledEndAt = session.endedAt;
-    session.completedWhileAway = true;
-    session.timeZoneIdentifierAtStart = "UTC";
-    for (const std::optional<std::string>& intention : {std::optional<std::string>{}, {"a \"b\""}}) {
-        session.intention = intention;
-        const auto text = encode(session);
-        ASSERT_TRUE(text);
-        EXPECT_EQ(*decodeFinishedSession(*text), session);
-        EXPECT_EQ(text->find("intention") != std::string::npos, intention.has_value());
-    }
-}
-
 } // namespace
 } // namespace brevlin

@@ -18,7 +18,6 @@ class FakeNotificationCenter final : public UserNotificationCenter
 {
 public:
     NotificationAuthorizationSnapshot settings;
-    NotificationAuthorizationState stateAfterRequest = NotificationAuthorizationState::authorized;
     std::string failure; ///< of adding and asking; none when empty
     bool answers = true; ///< false: readSettings is answered by answerNow()
     std::vector<NotificationCategory> categories;
@@ -66,7 +65,7 @@ public:
     {
         ++permissionRequests;
         if (failure.empty()) {
-            settings.state = stateAfterRequest;
+            settings.state = NotificationAuthorizationState::authorized;
         }
         complete(completion);
     }

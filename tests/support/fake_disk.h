@@ -1,6 +1,7 @@
 #pragma once
 
 #include "storage/kept_document.h"
+#include "storage/session_store.h"
 #include "support/fake_clock.h"
 #include "support/fake_document_thread.h"
 #include "support/fake_task_scheduler.h"
@@ -10,7 +11,7 @@
 
 namespace brevlin::test {
 
-/// What the small documents need, for tests of what they hold; a fixture may be one.
+/// What the documents need, for tests of what they hold; a fixture may be one.
 class FakeDisk
 {
 public:
@@ -20,11 +21,13 @@ public:
     FakeTaskScheduler scheduler{clock};
     FakeDocumentThread thread;
     MemoryUserDefaults defaults;
+    MemoryDurableFile files; ///< of the history
 
     operator DocumentDisk()
     {
         return {defaults, thread, scheduler, clock};
     } // NOLINT(google-explicit-constructor)
+    HistoryDisk historyDisk() { return {files, thread, scheduler, clock}; }
 };
 
 } // namespace brevlin::test

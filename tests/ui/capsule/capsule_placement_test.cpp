@@ -50,21 +50,16 @@ TEST(CapsulePlacement, without_a_pointer_it_moves_by_shares_and_as_by_a_drag)
 {
     Placed placed;
     placed.placement.place(CapsuleLayouts::island); // which moves as its circle does
-    struct Step
-    {
-        CapsulePlace wanted;
-        CapsuleFrame circle;
-    };
-    for (const Step& step : {Step{{0.5, 0.5}, {615, 425, 50, 50}},
-                             {{0.01, 0.0}, {0, 820, 50, 50}},     // snaps
-                             {{0.01, 0.0}, {51, 820, 50, 50}},    // and gets away again
-                             {{0.04, -0.01}, {0, 820, 50, 50}},   // no screen there
-                             {{1.01, 0.0}, {1280, 818, 50, 50}},  // but there
-                             {{0.5, 1.0}, {1767, 100, 50, 50}},   //
-                             {{-0.01, 1.0}, {1230, 100, 50, 50}}, // and back
-                             {{0.99, 1.01}, {1179, 30, 50, 50}}}) {
-        placed.placement.moveCircleTo(step.wanted);
-        EXPECT_EQ(placed.placement.place(circle), step.circle) << step.wanted.x << ", " << step.wanted.y;
+    for (const auto& [wanted, frame] : {std::pair{CapsulePlace{0.5, 0.5}, CapsuleFrame{615, 425, 50, 50}},
+                                        {{0.01, 0.0}, {0, 820, 50, 50}},     // snaps
+                                        {{0.01, 0.0}, {51, 820, 50, 50}},    // and gets away again
+                                        {{0.04, -0.01}, {0, 820, 50, 50}},   // no screen there
+                                        {{1.01, 0.0}, {1280, 818, 50, 50}},  // but there
+                                        {{0.5, 1.0}, {1767, 100, 50, 50}},   //
+                                        {{-0.01, 1.0}, {1230, 100, 50, 50}}, // and back
+                                        {{0.99, 1.01}, {1179, 30, 50, 50}}}) {
+        placed.placement.moveCircleTo(wanted);
+        EXPECT_EQ(placed.placement.place(circle), frame) << wanted.x << ", " << wanted.y;
     }
     const auto place = placed.placement.circlePlace();
     EXPECT_DOUBLE_EQ(place->x, 1179 / 1230.0);
@@ -75,15 +70,8 @@ TEST(CapsulePlacement, without_a_pointer_it_moves_by_shares_and_as_by_a_drag)
 
 TEST(CapsulePlacement, a_drag_snaps_to_a_near_edge_and_is_remembered)
 {
-    struct Case
-    {
-        double x;
-        double y;
-        CapsuleFrame frame;
-        HorizontalAnchor growing;
-    };
-    for (const Case& c :
-         {Case{-400, -300, {215, 512, 50, 50}, HorizontalAnchor::leading},
+    for (const auto& [x, y, frame, growing] :
+         {std::tuple{-400.0, -300.0, CapsuleFrame{215, 512, 50, 50}, HorizontalAnchor::leading},
           {-565, 0, {0, 812, 50, 50}, HorizontalAnchor::leading},    // 50 from the edge
           {-564, 0, {51, 812, 50, 50}, HorizontalAnchor::leading},   // 51
           {564, 0, {1179, 812, 50, 50}, HorizontalAnchor::trailing}, // 51 from the other
@@ -93,14 +81,13 @@ TEST(CapsulePlacement, a_drag_snaps_to_a_near_edge_and_is_remembered)
           {680, -200, {1280, 612, 50, 50}, HorizontalAnchor::leading}, // an edge between screens
           {1000, -200, {1615, 612, 50, 50}, HorizontalAnchor::leading}}) {
         Placed placed;
-        EXPECT_EQ(placed.drag(c.x, c.y), c.frame);
-        EXPECT_EQ(placed.placement.preferredExpansionAnchor(316), c.growing);
+        EXPECT_EQ(placed.drag(x, y), frame);
+        EXPECT_EQ(placed.placement.preferredExpansionAnchor(316), growing);
         CapsulePlacement afterRestart(placed.store);
         afterRestart.setScreens({{left, right}, 0});
-        const auto frame = afterRestart.place(circle);
-        ASSERT_TRUE(frame);
-        EXPECT_TRUE(CapsuleGeometry::framesApproximatelyEqual(*frame, c.frame))
-            << frame->x << ' ' << frame->y;
+        const auto again = afterRestart.place(circle);
+        ASSERT_TRUE(again);
+        EXPECT_TRUE(CapsuleGeometry::framesApproximatelyEqual(*again, frame)) << again->x << ' ' << again->y;
     }
 }
 

@@ -14,6 +14,7 @@
 
 #include <cmath>
 #include <map>
+#include <tuple>
 
 namespace brevlin {
 namespace {
@@ -24,15 +25,10 @@ TEST(CapsuleBorderProgress, starts_at_twelve_oclock_and_runs_clockwise)
     const auto end = [&](double progress) {
         return capsuleBorderProgress(circle, progress).currentPosition();
     };
-    struct Case
-    {
-        double progress;
-        QPointF end;
-    };
-    for (const Case& c :
-         {Case{0.25, {50, 25}}, {0.5, {25, 50}}, {0.75, {0, 25}}, {1.0, {25, 0}}, {7.0, {25, 0}}}) {
-        EXPECT_NEAR(end(c.progress).x(), c.end.x(), 0.05) << c.progress;
-        EXPECT_NEAR(end(c.progress).y(), c.end.y(), 0.05) << c.progress;
+    for (const auto& [progress, x, y] :
+         {std::tuple{0.25, 50, 25}, {0.5, 25, 50}, {0.75, 0, 25}, {1.0, 25, 0}, {7.0, 25, 0}}) {
+        EXPECT_NEAR(end(progress).x(), x, 0.05) << progress;
+        EXPECT_NEAR(end(progress).y(), y, 0.05) << progress;
     }
     const QPainterPath first = capsuleBorderProgress({0, 0, 316, 50}, 0.1);
     EXPECT_EQ(QPointF(first.elementAt(0)), QPointF(158, 0));

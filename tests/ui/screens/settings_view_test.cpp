@@ -47,8 +47,6 @@ protected:
         return *control;
     }
     static void press(QWidget& widget, Qt::Key key) { QTest::keyClick(&widget, key); }
-    /// What a restart would find.
-    AppPreferences stored() { return PreferencesStore(disk()).load(); }
 
     std::unique_ptr<AppSettingsView> view;
 };

@@ -231,15 +231,8 @@ TEST_F(StatisticsViewTest, follows_records_midnight_the_clock_the_zone_and_the_l
     EXPECT_EQ(tip(8), QStringLiteral("08:00 · 25 min · 1 Pomodoros"));
     EXPECT_EQ(spoken(8), QStringLiteral("Focus completed at 08:00, 25 min, 1 Pomodoro"));
 
-    auto* today = [&]() -> QAbstractButton* {
-        for (auto* button : view->findChildren<QAbstractButton*>()) {
-            if (button->text() == QStringLiteral("Today")) {
-                return button;
-            }
-        }
-        return nullptr;
-    }();
-    ASSERT_NE(today, nullptr);
+    const auto buttons = view->findChildren<QAbstractButton*>();
+    auto* today = *std::ranges::find(buttons, QStringLiteral("Today"), &QAbstractButton::text);
     EXPECT_TRUE(today->isHidden());
     scheduler.advance(Seconds{86'400});
     EXPECT_FALSE(today->isHidden()) << "midnight has passed";

@@ -44,8 +44,7 @@ TEST_P(EveryScheme, a_button_can_be_read_in_every_state)
          {ThemeColor::canvas, ThemeColor::panelBackground, ThemeColor::windowBackground}) {
         for (const CapsuleStyle style :
              {CapsuleStyle::primary, CapsuleStyle::secondary, CapsuleStyle::destructive}) {
-            for (const TimerPhase phase :
-                 {TimerPhase::focus, TimerPhase::shortBreak, TimerPhase::longBreak}) {
+            for (const TimerPhase phase : allCases<TimerPhase>()) {
                 for (const ControlState state :
                      {ControlState::normal, ControlState::hovered, ControlState::pressed}) {
                     const auto [fill, label] = CapsuleButton::colors(style, phaseColor(phase), state, theme);

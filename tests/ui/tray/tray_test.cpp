@@ -2,15 +2,8 @@
 #include "platform/status_item.h"
 #include "storage/main_window_store.h"
 #include "support/plain_desktop.h"
-#include "ui/timer/timer_control_row.h"
-#include "ui/timer/timer_cycle_indicator.h"
 #include "ui/tray/tray.h"
-#include "ui/tray/tray_panel.h"
 #include "ui/tray/tray_panel_origin.h"
-
-#include <QAbstractButton>
-#include <QApplication>
-#include <QLayout>
 
 #include <climits>
 
@@ -102,47 +95,6 @@ TEST_F(TrayTest, the_picture_changes_with_the_minute_and_the_state_only)
     EXPECT_EQ(item.pictureChanges, before + 2);
     model().switchToNextPhase();
     EXPECT_NE(item.pictures.plain, idle.plain) << "a break";
-}
-
-TEST_F(TrayTest, the_longest_cycle_has_room_beside_the_button_of_the_panel)
-{
-    TimerSettings settings = model().preferences().timerSettings;
-    settings.focusSessionsPerLongBreak = 12;
-    model().commitTimerSettings(settings);
-    for (const AppLanguage language : {AppLanguage::english, AppLanguage::simplifiedChinese}) {
-        model().setAppLanguage(language);
-        TrayPanel panel(model(), windowSystem, panels);
-        const auto* cycle = panel.findChild<TimerCycleIndicator*>();
-        const auto* more = panel.findChild<QAbstractButton*>(QString(), Qt::FindDirectChildrenOnly);
-        const QMargins margins = panel.layout()->contentsMargins();
-        EXPECT_LE(margins.left() + cycle->minimumSizeHint().width() + more->sizeHint().width() +
-                      margins.right(),
-                  300)
-            << "the panel's width";
-    }
-}
-
-TEST_F(TrayTest, the_buttons_of_the_panel_stand_whole_in_it_also_while_the_alert_sounds)
-{
-    TimerSettings settings = model().preferences().timerSettings;
-    settings.focusSessionsPerLongBreak = 1;
-    settings.alertIntensity = AlertIntensity::strong;
-    model().commitTimerSettings(settings);
-    model().start();
-    scheduler.advance(Seconds{1500});
-    ASSERT_TRUE(model().isAlertSoundPlaying());
-    TrayPanel panel(model(), windowSystem, panels);
-    panel.toggle({600, 15});
-    const int height = panel.height();
-    const auto buttons = panel.findChild<TimerControlRow*>()->findChildren<QAbstractButton*>();
-    ASSERT_EQ(buttons.size(), 3);
-    for (const QAbstractButton* button : buttons) {
-        EXPECT_GE(button->width(), button->sizeHint().width()) << button->text().toStdString();
-        EXPECT_TRUE(panel.contentRect().contains(QRect(button->mapTo(&panel, QPoint()), button->size())));
-    }
-    model().stopAlertSound();
-    QApplication::processEvents();
-    EXPECT_LT(panel.height(), height) << "one row is enough again";
 }
 
 TEST(PanelOrigin, the_panel_lies_beside_its_item_and_inside_the_work_area)
