@@ -91,9 +91,9 @@ int main(int argumentCount, char** arguments)
     test::FakeDocumentThread thread; // the writing itself is measured, wherever it runs
     const HistoryDisk disk{files, thread, scheduler, clock};
     const std::string path = std::filesystem::absolute(folder).string() + "/sessions-v1.json";
-    SessionArchiveText text;
-    require(bool(text.encode(records)), "the history cannot be encoded");
-    const std::string document(text.view());
+    const auto encoded = encodeSessionArchive(records);
+    require(bool(encoded), "the history cannot be encoded");
+    const std::string& document = *encoded;
     require(bool(files.write(path, document)), "the history cannot be written");
 
     std::vector<double> load;

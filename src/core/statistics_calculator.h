@@ -88,7 +88,7 @@ struct PeriodStatistics
 };
 
 /// All figures about past focus work. Breaks, and records whose phase names no case, never count; a record
-/// belongs to the local date and hour of its end. Both run in one pass over records in any order.
+/// belongs to the local date and hour of its end. The records are sorted as in the history, latest end first.
 namespace StatisticsCalculator {
 
 StatisticsSummary calculate(std::span<const SessionRecord> sessions, Instant now, const Calendar& calendar);

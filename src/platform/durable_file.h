@@ -67,6 +67,10 @@ public:
     /// at right before the new bytes take its place; else that is an error (ESTALE).
     virtual Expected<FileStamp, FileError> replace(const std::string& path, std::string_view bytes,
                                                    const std::optional<FileStamp>& known) = 0;
+    /// replace() for a file that stays the same behind its first `replaced` bytes, which are no more than it
+    /// has: these give way to `start`, and the others are copied without being held in memory.
+    virtual Expected<FileStamp, FileError> replaceStart(const std::string& path, std::string_view start,
+                                                        std::size_t replaced, const FileStamp& known) = 0;
     /// Renames a file within its folder. An existing target is never replaced: that is an error (EEXIST).
     virtual Expected<void, FileError> rename(const std::string& from, const std::string& to) = 0;
     /// Removes the file; no error when there is none.

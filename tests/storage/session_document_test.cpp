@@ -34,9 +34,7 @@ TEST_F(SessionDocumentTest, every_field_is_read_from_its_key_and_written_to_it)
     SessionRecord record(session);
     record.plannedStartAt = Instant{Seconds{12}};
     EXPECT_EQ(test::differences(recordsOf(text), {record}), "");
-    SessionArchiveText written;
-    ASSERT_TRUE(written.encode({record}));
-    EXPECT_EQ(written.view(), text);
+    EXPECT_EQ(*encodeSessionArchive({&record, 1}), text);
 }
 
 TEST_F(SessionDocumentTest, after_any_change_the_file_holds_what_memory_holds)
@@ -50,9 +48,7 @@ TEST_F(SessionDocumentTest, after_any_change_the_file_holds_what_memory_holds)
         store.insert(session(number, endedAt));
         EXPECT_TRUE(store.isSaved());
         EXPECT_EQ(test::differences(open().sessions(), store.sessions()), "") << number;
-        SessionArchiveText anew;
-        ASSERT_TRUE(anew.encode(store.sessions()));
-        EXPECT_EQ(file(), anew.view()) << number;
+        EXPECT_EQ(file(), *encodeSessionArchive(store.sessions())) << number;
     }
     EXPECT_EQ(ids(store.sessions()), "10 19 18 12 16 15 14 13 11 17 ");
     store.remove(store.sessions()[3]);

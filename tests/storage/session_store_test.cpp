@@ -177,9 +177,7 @@ TEST_F(SessionStoreTest, what_others_have_written_into_the_file_is_kept)
     file() = theirs.files[path];
     store.insert(session(4, 4000.0));
     EXPECT_EQ(ids(store.sessions()), "16 14 13 15 12 ") << "what was deleted here stays so";
-    SessionArchiveText inOrder;
-    ASSERT_TRUE(inOrder.encode(store.sessions()));
-    EXPECT_EQ(file(), inOrder.view());
+    EXPECT_EQ(file(), *encodeSessionArchive(store.sessions()));
     EXPECT_EQ(m_changes, 1);
 
     m_files.beforeReplacing = [&] {

@@ -3,6 +3,7 @@
 #include "platform/durable_file.h"
 #include "support/failure_plan.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <functional>
@@ -66,6 +67,13 @@ public:
             return Unexpected{fileError("rename", ESTALE, path)};
         }
         return write(path, bytes);
+    }
+
+    Expected<FileStamp, FileError> replaceStart(const std::string& path, std::string_view start,
+                                                std::size_t replaced, const FileStamp& known) override
+    {
+        const std::string old = exists(path) ? files[path] : std::string();
+        return replace(path, std::string(start) + old.substr(std::min(replaced, old.size())), known);
     }
 
     Expected<void, FileError> rename(const std::string& from, const std::string& to) override

@@ -20,6 +20,8 @@ public:
     Expected<FileStamp, FileError> write(const std::string& path, std::string_view bytes) override;
     Expected<FileStamp, FileError> replace(const std::string& path, std::string_view bytes,
                                            const std::optional<FileStamp>& known) override;
+    Expected<FileStamp, FileError> replaceStart(const std::string& path, std::string_view start,
+                                                std::size_t replaced, const FileStamp& known) override;
     /// Renames a symbolic link itself.
     Expected<void, FileError> rename(const std::string& from, const std::string& to) override;
     /// Removes what a symbolic link points at and leaves the link.
