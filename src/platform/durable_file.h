@@ -3,6 +3,7 @@
 #include "core/expected.h"
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -56,6 +57,10 @@ public:
         }
         return *content ? std::optional{std::move((*content)->bytes)} : std::nullopt;
     }
+    /// Hands the content over piece by piece as long as `take` wants more, without holding all of it; gives
+    /// the stamp from before. Nothing when no file exists at the path.
+    virtual Expected<std::optional<FileStamp>, FileError>
+    readPieces(const std::string& path, const std::function<bool(std::string_view)>& take) const = 0;
     /// Of what stands at the path; nothing when no file exists there.
     virtual Expected<std::optional<FileStamp>, FileError> stamp(const std::string& path) const = 0;
     /// Replaces the file as a whole: whoever reads it finds the old or the new bytes. Creates missing folders

@@ -1,5 +1,6 @@
 #include "storage/history_file.h"
 
+#include "storage/session_archive_scanner.h"
 #include "storage/set_aside.h"
 
 #include <algorithm>
@@ -53,6 +54,9 @@ Expected<std::optional<HistoryFile::Found>, DocumentError> HistoryFile::find()
 
 HistoryFile::Records HistoryFile::load()
 {
+    if (auto scanned = scan(); !scanned || *scanned) {
+        return scanned ? Records{**std::move(scanned)} : Records{Unexpected{scanned.error()}};
+    }
     auto found = find();
     if (!found) {
         return Unexpected{found.error()};
@@ -61,26 +65,49 @@ HistoryFile::Records HistoryFile::load()
     Records result{std::vector<SessionRecord>{}};
     if (*found) {
         content.stamp = (*found)->stamp;
-        auto archive = readSessionArchive((*found)->bytes);
-        if (!archive && (m_isLoaded || !archive.error().isAboutContent)) {
-            return Unexpected{archive.error()};
+        result = decodeSessionArchive((*found)->bytes);
+        if (!result && (m_isLoaded || !result.error().isAboutContent)) {
+            return result;
         }
-        content.isDamaged = !archive && content.stamp;
-        if (archive) {
-            std::string().swap((*found)->bytes); // makes room for the records
-            content.records.reserve(archive->records.capacity());
-            content.records.assign(archive->records.rbegin(), archive->records.rend());
-            if (archive->isInOurForm && content.stamp) {
-                content.inFile = content.records.size();
-            }
-            result = std::move(archive->records);
-        } else {
-            result = Unexpected{archive.error()};
-        }
+        content.isDamaged = !result && content.stamp;
     }
     m_content = std::move(content);
     m_isLoaded = true;
+    if (result) {
+        hold(*result);
+    }
     return result;
+}
+
+// The records of the file in its place, if that has our form.
+Expected<std::optional<std::vector<SessionRecord>>, DocumentError> HistoryFile::scan()
+{
+    using Scanned = Expected<std::optional<std::vector<SessionRecord>>, DocumentError>;
+    const auto standing = m_files.stamp(m_location.path);
+    if (!standing || !*standing) {
+        return Scanned{std::nullopt};
+    }
+    SessionArchiveScanner scanner(static_cast<std::size_t>((*standing)->size));
+    const auto stamp = m_files.readPieces(m_location.path,
+                                          [&scanner](std::string_view piece) { return scanner.take(piece); });
+    if (!stamp) {
+        return Unexpected{documentError(stamp.error())};
+    }
+    auto records = scanner.finish();
+    if (*stamp && records) {
+        m_content = {};
+        m_content.stamp = *stamp;
+        m_content.inFile = records->size();
+        m_isLoaded = true;
+        hold(*records);
+    }
+    return Scanned{std::move(records)};
+}
+
+void HistoryFile::hold(const std::vector<SessionRecord>& records)
+{
+    m_content.records.reserve(records.size() + spareSessionRecords);
+    m_content.records.assign(records.rbegin(), records.rend());
 }
 
 HistoryOutcome HistoryFile::apply(const HistoryChange& change)

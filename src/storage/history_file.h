@@ -91,6 +91,8 @@ private:
     using Records = Expected<std::vector<SessionRecord>, DocumentError>;
 
     Expected<std::optional<Found>, DocumentError> find();
+    Expected<std::optional<std::vector<SessionRecord>>, DocumentError> scan();
+    void hold(const std::vector<SessionRecord>& records);
     void bring(const HistoryChange& change);
     void insert(const SessionRecord& record);
     void remove(Uuid id);

@@ -128,43 +128,6 @@ void write(JsonWriter& writer, std::span<const SessionRecord> records, RecordOrd
 
 constexpr std::size_t usualRecord = 512; // characters
 
-// With room for the records to come: growing moves all of them, on the main thread.
-constexpr std::size_t spareRecords = 512;
-
-Expected<std::vector<SessionRecord>, DocumentError> parse(const std::string& document)
-{
-    const auto json = JsonDocument::parse(document);
-    if (!json) {
-        return Unexpected{json.error()};
-    }
-    JsonObjectReader reader(json->root());
-    std::int64_t version = 0;
-    reader.required("version", version);
-    if (version > sessionArchiveVersion) {
-        reader.refuse(DocumentError{"The file has the newer format version " + std::to_string(version)});
-    }
-    simdjson::dom::array array;
-    if (const auto value = reader.find("sessions"); !value) {
-        reader.refuse("sessions", "is missing");
-    } else if (value->get(array) != simdjson::SUCCESS) {
-        reader.refuse("sessions", "has an unexpected value");
-    }
-    if (reader.error()) {
-        return Unexpected{*reader.error()};
-    }
-    std::vector<SessionRecord> sessions;
-    TextPool pool;
-    // The library's count saturates at 16,777,215; beyond that the vector just grows.
-    sessions.reserve(array.size() + spareRecords);
-    for (const JsonValue value : array) {
-        const std::size_t index = sessions.size();
-        if (auto error = readRecord(value, index, sessions.emplace_back(), pool)) {
-            return Unexpected{*std::move(error)};
-        }
-    }
-    return sessions;
-}
-
 } // namespace
 
 Expected<std::string, DocumentError> encodeSessionArchive(std::span<const SessionRecord> records,
@@ -194,28 +157,41 @@ Expected<std::string, DocumentError> encodeSessionArchiveStart(std::span<const S
     return written;
 }
 
-Expected<SessionArchive, DocumentError> readSessionArchive(const std::string& document)
-{
-    SessionArchive result;
-    if (auto scanned = scanSessionArchive(document, spareRecords)) {
-        result = {*std::move(scanned), true};
-    } else if (auto parsed = parse(document)) {
-        result.records = *std::move(parsed);
-    } else {
-        return Unexpected{parsed.error()};
-    }
-    if (!std::is_sorted(result.records.begin(), result.records.end(), endedLater)) {
-        std::stable_sort(result.records.begin(), result.records.end(), endedLater);
-        result.isInOurForm = false;
-    }
-    return result;
-}
-
 Expected<std::vector<SessionRecord>, DocumentError> decodeSessionArchive(const std::string& document)
 {
-    auto archive = readSessionArchive(document);
-    return archive ? Expected<std::vector<SessionRecord>, DocumentError>{std::move(archive->records)}
-                   : Unexpected{archive.error()};
+    const auto json = JsonDocument::parse(document);
+    if (!json) {
+        return Unexpected{json.error()};
+    }
+    JsonObjectReader reader(json->root());
+    std::int64_t version = 0;
+    reader.required("version", version);
+    if (version > sessionArchiveVersion) {
+        reader.refuse(DocumentError{"The file has the newer format version " + std::to_string(version)});
+    }
+    simdjson::dom::array array;
+    if (const auto value = reader.find("sessions"); !value) {
+        reader.refuse("sessions", "is missing");
+    } else if (value->get(array) != simdjson::SUCCESS) {
+        reader.refuse("sessions", "has an unexpected value");
+    }
+    if (reader.error()) {
+        return Unexpected{*reader.error()};
+    }
+    std::vector<SessionRecord> sessions;
+    TextPool pool;
+    // The library's count saturates at 16,777,215; beyond that the vector just grows.
+    sessions.reserve(array.size() + spareSessionRecords);
+    for (const JsonValue value : array) {
+        const std::size_t index = sessions.size();
+        if (auto error = readRecord(value, index, sessions.emplace_back(), pool)) {
+            return Unexpected{*std::move(error)};
+        }
+    }
+    if (!std::is_sorted(sessions.begin(), sessions.end(), endedLater)) {
+        std::stable_sort(sessions.begin(), sessions.end(), endedLater);
+    }
+    return sessions;
 }
 
 } // namespace brevlin

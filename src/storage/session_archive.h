@@ -30,16 +30,9 @@ Expected<std::string, DocumentError> encodeSessionArchive(std::span<const Sessio
 /// records, the latest last, in front of all of its own.
 Expected<std::string, DocumentError> encodeSessionArchiveStart(std::span<const SessionRecord> records);
 
-struct SessionArchive
-{
-    std::vector<SessionRecord> records; ///< latest end first, those of the same instant as they stand there
-    /// Whether the text has the form that we write, up to the spelling of numbers.
-    bool isInOurForm = false;
-};
-/// All or nothing: one unreadable record makes the whole file unreadable, for leaving it out would lose it
-/// with the next write. A text with 64 bytes of spare capacity is not copied.
-Expected<SessionArchive, DocumentError> readSessionArchive(const std::string& document);
-/// The records alone.
+/// The records of a history file, latest end first, those of the same instant as they stand in the file. All
+/// or nothing: one unreadable record makes the whole file unreadable, for leaving it out would lose it with
+/// the next write. A text with 64 bytes of spare capacity is not copied.
 Expected<std::vector<SessionRecord>, DocumentError> decodeSessionArchive(const std::string& document);
 
 } // namespace brevlin

@@ -39,6 +39,22 @@ public:
                                    : std::optional{FileContent{file->second, stampOf(file->second)}};
     }
 
+    Expected<std::optional<FileStamp>, FileError>
+    readPieces(const std::string& path, const std::function<bool(std::string_view)>& take) const override
+    {
+        constexpr std::size_t pieceSize = 100; // so that most records come in pieces
+        const auto content = readStamped(path);
+        if (!content || !*content) {
+            return content ? Expected<std::optional<FileStamp>, FileError>{std::nullopt}
+                           : Unexpected{content.error()};
+        }
+        std::string_view rest = (*content)->bytes;
+        while (!rest.empty() && take(rest.substr(0, pieceSize))) {
+            rest.remove_prefix(std::min(pieceSize, rest.size()));
+        }
+        return std::optional{(*content)->stamp};
+    }
+
     Expected<std::optional<FileStamp>, FileError> stamp(const std::string& path) const override
     {
         if (unreadable.contains(path)) {

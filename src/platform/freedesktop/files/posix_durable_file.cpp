@@ -22,6 +22,7 @@ namespace {
 constexpr off_t largestFile = off_t{1} << 30;
 // Room behind the content for a reader that loads whole vectors past its end.
 constexpr std::size_t spareCapacity = 64;
+constexpr std::size_t pieceSize = std::size_t{1} << 18; // stays in the processor's cache
 constexpr mode_t privateFile = 0600;
 constexpr mode_t privateFolder = 0700;
 constexpr mode_t permissionBits = 07777;
@@ -115,7 +116,7 @@ public:
 
     Expected<void, FileError> copy(const FileDescriptor& source, off_t begin)
     {
-        std::string buffer(std::size_t{1} << 18, '\0');
+        std::string buffer(pieceSize, '\0');
         for (;;) {
             const ssize_t count = ::pread(source.get(), buffer.data(), buffer.size(), begin);
             if (count < 0 && errno != EINTR) {
@@ -202,6 +203,53 @@ Expected<FileStamp, FileError> fillFile(FileDescriptor file, const FileDescripto
         return Unexpected{lastFileError("close", path)};
     }
     return stampOf(status);
+}
+
+struct OpenedFile
+{
+    FileDescriptor file;
+    FileStamp stamp;
+};
+
+Expected<std::optional<OpenedFile>, FileError> openForReading(const std::string& path)
+{
+    // O_NONBLOCK: a pipe in the file's place must not hold up the start.
+    FileDescriptor file = openFile(AT_FDCWD, path, O_RDONLY | O_NONBLOCK | O_NOCTTY);
+    if (!file.isOpen()) {
+        if (errno == ENOENT) {
+            return std::optional<OpenedFile>{};
+        }
+        return Unexpected{lastFileError("open", path)};
+    }
+    struct stat status = {};
+    if (::fstat(file.get(), &status) != 0) {
+        return Unexpected{lastFileError("stat", path)};
+    }
+    if (const int code = refusal(status); code != 0) {
+        return Unexpected{fileError("read", code, path)};
+    }
+    if (status.st_size > largestFile) {
+        return Unexpected{fileError("read", EFBIG, path)};
+    }
+    return std::optional<OpenedFile>{OpenedFile{std::move(file), stampOf(status)}};
+}
+
+// Less than the size only at the end of the file.
+Expected<std::size_t, FileError> readUpTo(const FileDescriptor& file, char* bytes, std::size_t size,
+                                          const std::string& path)
+{
+    std::size_t length = 0;
+    while (length < size) {
+        const ssize_t count = ::read(file.get(), bytes + length, size - length);
+        if (count < 0 && errno != EINTR) {
+            return Unexpected{lastFileError("read", path)};
+        }
+        if (count == 0) {
+            break;
+        }
+        length += count > 0 ? static_cast<std::size_t>(count) : 0;
+    }
+    return length;
 }
 
 // The mode that the new content takes over.
@@ -294,40 +342,41 @@ Expected<FileStamp, FileError> writeFile(const std::string& path, const NewConte
 
 Expected<std::optional<FileContent>, FileError> PosixDurableFile::readStamped(const std::string& path) const
 {
-    // O_NONBLOCK: a pipe in the file's place must not hold up the start.
-    const FileDescriptor file = openFile(AT_FDCWD, path, O_RDONLY | O_NONBLOCK | O_NOCTTY);
-    if (!file.isOpen()) {
-        if (errno == ENOENT) {
-            return std::optional<FileContent>{};
-        }
-        return Unexpected{lastFileError("open", path)};
+    const auto opened = openForReading(path);
+    if (!opened || !*opened) {
+        return opened ? Expected<std::optional<FileContent>, FileError>{std::nullopt}
+                      : Unexpected{opened.error()};
     }
-    struct stat status = {};
-    if (::fstat(file.get(), &status) != 0) {
-        return Unexpected{lastFileError("stat", path)};
-    }
-    if (const int code = refusal(status); code != 0) {
-        return Unexpected{fileError("read", code, path)};
-    }
-    if (status.st_size > largestFile) {
-        return Unexpected{fileError("read", EFBIG, path)};
-    }
+    const auto size = static_cast<std::size_t>((*opened)->stamp.size);
     std::string bytes;
-    bytes.reserve(static_cast<std::size_t>(status.st_size) + spareCapacity);
-    bytes.resize(static_cast<std::size_t>(status.st_size));
-    std::size_t length = 0;
-    while (length < bytes.size()) {
-        const ssize_t count = ::read(file.get(), bytes.data() + length, bytes.size() - length);
-        if (count < 0 && errno != EINTR) {
-            return Unexpected{lastFileError("read", path)};
-        }
-        if (count == 0) {
-            break;
-        }
-        length += count > 0 ? static_cast<std::size_t>(count) : 0;
+    bytes.reserve(size + spareCapacity);
+    bytes.resize(size);
+    const auto length = readUpTo((*opened)->file, bytes.data(), size, path);
+    if (!length) {
+        return Unexpected{length.error()};
     }
-    bytes.resize(length);
-    return std::optional{FileContent{std::move(bytes), stampOf(status)}};
+    bytes.resize(*length);
+    return std::optional{FileContent{std::move(bytes), (*opened)->stamp}};
+}
+
+Expected<std::optional<FileStamp>, FileError>
+PosixDurableFile::readPieces(const std::string& path, const std::function<bool(std::string_view)>& take) const
+{
+    const auto opened = openForReading(path);
+    if (!opened || !*opened) {
+        return opened ? Expected<std::optional<FileStamp>, FileError>{std::nullopt}
+                      : Unexpected{opened.error()};
+    }
+    std::string piece(pieceSize, '\0');
+    for (;;) {
+        const auto length = readUpTo((*opened)->file, piece.data(), piece.size(), path);
+        if (!length) {
+            return Unexpected{length.error()};
+        }
+        if (*length == 0 || !take({piece.data(), *length})) {
+            return std::optional{(*opened)->stamp};
+        }
+    }
 }
 
 Expected<std::optional<FileStamp>, FileError> PosixDurableFile::stamp(const std::string& path) const
