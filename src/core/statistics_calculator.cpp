@@ -12,17 +12,6 @@ using std::chrono::days;
 
 constexpr int summaryDayCount = 7;
 
-/// Asks for a record that is looked at soon: with so much between the few fields that are read, the memory
-/// would otherwise be waited for at nearly every one.
-void prefetch(std::span<const SessionRecord> sessions, std::size_t index)
-{
-    constexpr std::size_t ahead = 24;
-    if (index + ahead < sessions.size()) {
-        __builtin_prefetch(&sessions[index + ahead].endedAt);
-        __builtin_prefetch(&sessions[index + ahead].outcomeRawValue);
-    }
-}
-
 bool isFocus(const SessionRecord& record)
 {
     return record.phaseRawValue == TimerPhase::focus;
@@ -142,16 +131,35 @@ const StatisticsGranularityRow& row(StatisticsGranularity granularity)
                          [granularity](const auto& each) { return each.granularity == granularity; });
 }
 
+FocusCounts::FocusCounts(std::span<const SessionRecord> sessions)
+{
+    for (const SessionRecord& record : sessions) {
+        add(record);
+    }
+}
+
+void FocusCounts::add(const SessionRecord& record)
+{
+    attempted += isFocus(record) ? 1 : 0;
+    completed += isCompletedFocus(record) ? 1 : 0;
+}
+
+void FocusCounts::remove(const SessionRecord& record)
+{
+    attempted -= isFocus(record) ? 1 : 0;
+    completed -= isCompletedFocus(record) ? 1 : 0;
+}
+
 StatisticsSummary StatisticsCalculator::calculate(std::span<const SessionRecord> sessions, Instant now,
                                                   const Calendar& calendar)
 {
-    std::int64_t attempted = 0;
-    std::int64_t completed = 0;
-    for (std::size_t index = 0; index < sessions.size(); ++index) {
-        prefetch(sessions, index);
-        attempted += isFocus(sessions[index]) ? 1 : 0;
-        completed += isCompletedFocus(sessions[index]) ? 1 : 0;
-    }
+    return calculate(sessions, FocusCounts(sessions), now, calendar);
+}
+
+StatisticsSummary StatisticsCalculator::calculate(std::span<const SessionRecord> sessions,
+                                                  const FocusCounts& counts, Instant now,
+                                                  const Calendar& calendar)
+{
     const LocalDay today = calendar.localDay(now);
     const LocalDay firstDay = today - days{summaryDayCount - 1};
     std::array<FocusTotal, summaryDayCount> recent; // by days before today
@@ -165,8 +173,8 @@ StatisticsSummary StatisticsCalculator::calculate(std::span<const SessionRecord>
 
     StatisticsSummary summary;
     summary.todayFocusMinutes = recent.front().minutes();
-    summary.completedPomodoros = completed;
-    summary.completionRate = rate(completed, attempted);
+    summary.completedPomodoros = counts.completed;
+    summary.completionRate = rate(counts.completed, counts.attempted);
     summary.currentStreak = currentStreak(sessions, today, calendar);
     for (int age = summaryDayCount - 1; age >= 0; --age) {
         const LocalDay day = today - days{age};

@@ -49,6 +49,7 @@ TEST_F(SessionDocumentTest, after_any_change_the_file_holds_what_memory_holds)
         EXPECT_TRUE(store.isSaved());
         EXPECT_EQ(test::differences(open().sessions(), store.sessions()), "") << number;
         EXPECT_EQ(file(), *encodeSessionArchive(store.sessions())) << number;
+        EXPECT_EQ(store.focusCounts(), FocusCounts(store.sessions())) << number;
     }
     EXPECT_EQ(ids(store.sessions()), "10 19 18 12 16 15 14 13 11 17 ");
     store.remove(store.sessions()[3]);
@@ -93,6 +94,7 @@ TEST_F(SessionDocumentTest, records_that_share_an_id_go_and_come_back_together)
     m_files.failures.failOperation(1);
     store.remove(store.sessions()[1]);
     EXPECT_EQ(ids(store.sessions()), "12 12 11 ");
+    EXPECT_EQ(store.focusCounts(), FocusCounts(store.sessions()));
     EXPECT_EQ(m_scheduler.pendingCount(), 0U);
     store.remove(store.sessions()[1]);
     EXPECT_EQ(ids(store.sessions()), "11 ");
