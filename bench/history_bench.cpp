@@ -118,8 +118,9 @@ void measureMemory(const HistoryDisk& disk, const std::string& path, std::mt1993
     const double held = anonymousBytes() - before;
     const auto file = static_cast<double>(std::filesystem::file_size(path));
     constexpr double goal = 0.6;
-    printRow("memory of 1,000,000 records / their file", number("%.2f x", held / file), number("%.1f x", goal),
-             held <= goal * file, number("%.0f MB", held / 1e6) + " / " + number("%.0f MB", file / 1e6));
+    printRow("memory of 1,000,000 records / their file", number("%.2f x", held / file),
+             number("%.1f x", goal), held <= goal * file,
+             number("%.0f MB", held / 1e6) + " / " + number("%.0f MB", file / 1e6));
 }
 
 } // namespace

@@ -71,13 +71,16 @@ int main()
     std::int64_t checksum = 0; // keeps the work from being left out
     for (int turn = 0; turn < turns; ++turn) {
         longSummary.push_back(seconds([&] {
-            checksum += StatisticsCalculator::calculate(manyRecords, manyCounts, now, calendar).completedPomodoros;
+            checksum +=
+                StatisticsCalculator::calculate(manyRecords, manyCounts, now, calendar).completedPomodoros;
         }));
         checksum += FocusCounts(manyRecords).completed; // leaves nothing in the processor's caches
-        summary.push_back(seconds(
-            [&] { checksum += StatisticsCalculator::calculate(records, counts, now, calendar).completedPomodoros; }));
+        summary.push_back(seconds([&] {
+            checksum += StatisticsCalculator::calculate(records, counts, now, calendar).completedPomodoros;
+        }));
         restfulSummary.push_back(seconds([&] {
-            checksum += StatisticsCalculator::calculate(restful, restfulCounts, now, calendar).completedPomodoros;
+            checksum +=
+                StatisticsCalculator::calculate(restful, restfulCounts, now, calendar).completedPomodoros;
         }));
         year.push_back(seconds([&] {
             checksum +=

@@ -43,7 +43,8 @@ std::string AppModel::endTimeText() const
 
 StatisticsSummary AppModel::statistics() const
 {
-    return StatisticsCalculator::calculate(sessions(), m_parts.sessionStore->focusCounts(), now(), m_calendar);
+    return StatisticsCalculator::calculate(sessions(), m_parts.sessionStore->focusCounts(), now(),
+                                           m_calendar);
 }
 
 std::int64_t AppModel::currentCycleFocusMinutes() const

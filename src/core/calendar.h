@@ -80,7 +80,7 @@ private:
 
     TimeZone m_zone;
     mutable TimeZoneRules::Stretch m_stretch; // where the latest answer was found: the next one is near it
-    std::shared_ptr<CalendarTexts> m_texts; // a cache of formatters
+    std::shared_ptr<CalendarTexts> m_texts;   // a cache of formatters
     std::chrono::weekday m_firstWeekday;
     int m_minimalDays = 1;
 };

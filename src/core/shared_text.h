@@ -13,7 +13,7 @@ namespace brevlin {
 class SharedText final
 {
 public:
-    SharedText() = default; ///< the empty text
+    SharedText() = default;           ///< the empty text
     SharedText(std::string_view text) // NOLINT(google-explicit-constructor): a text like any other
         : m_shared(text.empty() ? nullptr : new Shared{{1}, std::string(text)})
     {}

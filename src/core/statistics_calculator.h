@@ -22,8 +22,8 @@ struct DayFocusTotal
     bool operator==(const DayFocusTotal&) const = default;
 };
 
-/// What of all time only every record tells. Whoever keeps a history keeps them beside it: to count anew is to
-/// wait for the memory of every record.
+/// What of all time only every record tells. Whoever keeps a history keeps them beside it: to count anew is
+/// to wait for the memory of every record.
 struct FocusCounts
 {
     std::int64_t attempted = 0; ///< focus phases, whatever their outcome

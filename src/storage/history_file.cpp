@@ -286,7 +286,8 @@ Expected<bool, DocumentError> HistoryFile::write(Overwrite overwrite)
         return Unexpected{text.error()};
     }
     const auto written =
-        keepsFile ? m_files.replaceStart(m_location.path, *text, sessionArchiveOpening.size(), *m_content.stamp)
+        keepsFile
+            ? m_files.replaceStart(m_location.path, *text, sessionArchiveOpening.size(), *m_content.stamp)
         : overwrite == Overwrite::anything ? m_files.write(m_location.path, *text)
                                            : m_files.replace(m_location.path, *text, m_content.stamp);
     if (!written) {

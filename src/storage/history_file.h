@@ -77,8 +77,8 @@ private:
         std::vector<SessionRecord> records; // the other way round than in the file: new ones go to the back
         std::vector<Uuid> removedIds;
         std::optional<FileStamp> stamp; // of the file when it was read or written last; none: no file
-        // So many of the records, from the front, are the whole content of the file with this stamp, in our form;
-        // else it has to be written anew.
+        // So many of the records, from the front, are the whole content of the file with this stamp, in our
+        // form; else it has to be written anew.
         std::optional<std::size_t> inFile;
         bool isDamaged = false; // the file with this stamp does not decode
         bool isSaved = true;

@@ -87,7 +87,8 @@ public:
         if (number.isInteger) {
             result = static_cast<double>(number.isNegative ? -number.digits : number.digits);
         } else if (number.decimals >= 0 && number.digits <= largestExact) {
-            result = static_cast<double>(number.digits) / powersOfTen.at(static_cast<std::size_t>(number.decimals));
+            result = static_cast<double>(number.digits) /
+                     powersOfTen.at(static_cast<std::size_t>(number.decimals));
             result = number.isNegative ? -result : result;
         } else {
             const auto [end, error] = std::from_chars(begin, m_at, result);
@@ -162,9 +163,8 @@ private:
         bool isNegative = false;
     };
 
-    static constexpr auto powersOfTen =
-        std::to_array({1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8, 1e9,
-                       1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18});
+    static constexpr auto powersOfTen = std::to_array({1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10,
+                                                       1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18});
 
     bool literal(const char* expected, std::size_t size)
     {

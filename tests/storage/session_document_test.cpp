@@ -61,7 +61,8 @@ TEST_F(SessionDocumentTest, after_any_change_the_file_holds_what_memory_holds)
 
 TEST_F(SessionDocumentTest, a_file_in_whatever_form_is_read_the_same_and_written_in_ours)
 {
-    // What of two records is written otherwise, and whether the file is still one to put a record in front of.
+    // What of two records is written otherwise, and whether the file is still one to put a record in front
+    // of.
     struct Case
     {
         const char* ours;

@@ -317,7 +317,8 @@ Expected<FileStamp, FileError> replaceFile(const FileDescriptor& folder, const s
     return filled;
 }
 
-Expected<FileStamp, FileError> writeFile(const std::string& path, const NewContent& content, const Known& known)
+Expected<FileStamp, FileError> writeFile(const std::string& path, const NewContent& content,
+                                         const Known& known)
 {
     const auto target = followLinks(path);
     if (!target) {
