@@ -94,11 +94,12 @@ def measure_memory():
 
 
 def processor_time(process):
-    """Milliseconds of all threads; each one is counted in nanoseconds."""
-    total = 0
-    for thread in pathlib.Path(f"/proc/{process.pid}/task").iterdir():
-        total += int((thread / "schedstat").read_text().split()[0])
-    return total / 1e6
+    """Milliseconds of all threads, of those that have ended, too, counted in nanoseconds."""
+    libc = ctypes.CDLL(None)
+    clock = ctypes.c_int()
+    if libc.clock_getcpuclockid(process.pid, ctypes.byref(clock)) != 0:
+        raise AssertionError("no clock of the process")
+    return time.clock_gettime_ns(clock.value) / 1e6
 
 
 def processor_time_a_second(process):

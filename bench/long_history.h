@@ -40,9 +40,7 @@ class LongHistory final
 public:
     LongHistory()
     {
-        SessionArchiveText text;
-        [[maybe_unused]] const auto encoded = text.encode(longHistory(m_clock.now()));
-        m_files.files[path] = text.view();
+        m_files.files[path] = *encodeSessionArchive(longHistory(m_clock.now()));
         const DocumentDisk disk{m_defaults, m_documents, m_scheduler, m_clock};
         m_model = std::make_unique<AppModel>(AppModelParts{
             m_clock, m_scheduler, m_events, std::make_unique<PreferencesStore>(disk),

@@ -49,14 +49,14 @@ inline void printRatio(const char* what, const std::vector<double>& ours, const 
         ratios.push_back(ours[index] / theirs[index]);
     }
     const double ratio = median(ratios);
-    printRow(what, number("%.2f x", ratio), number("%.1f x", goal), ratio <= goal,
+    printRow(what, number("%.2f x", ratio), number("%.2f x", goal), ratio <= goal,
              number("%.2f ms", median(ours) * 1e3) + " / " + number("%.2f ms", median(theirs) * 1e3));
 }
 
 inline void printTime(const char* what, const std::vector<double>& ours, double goal)
 {
     const double time = median(ours);
-    printRow(what, number("%.3f ms", time * 1e3), number("%.1f ms", goal * 1e3), time <= goal, "");
+    printRow(what, number("%.3f ms", time * 1e3), number("%.2f ms", goal * 1e3), time <= goal, "");
 }
 
 } // namespace brevlin::bench

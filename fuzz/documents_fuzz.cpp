@@ -5,6 +5,7 @@
 #include "storage/app_preferences.h"
 #include "storage/capsule_position.h"
 #include "storage/session_archive.h"
+#include "storage/session_archive_scanner.h"
 #include "storage/snapshot_document.h"
 
 #include <cstddef>
@@ -45,13 +46,21 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     roundTrip(decodeAppPreferences(document), decodeAppPreferences);
     roundTrip(decodeSavedPosition(document), decodeSavedPosition);
     if (const auto sessions = decodeSessionArchive(document)) {
-        SessionArchiveText text;
-        require(bool(text.encode(*sessions)));
-        const auto again = decodeSessionArchive(std::string(text.view()));
-        require(bool(again));
-        // Texts, because records are equal before all their fields are.
-        SessionArchiveText secondText;
-        require(bool(secondText.encode(*again)) && secondText.view() == text.view());
+        const auto text = encodeSessionArchive(*sessions);
+        require(bool(text));
+        const auto again = decodeSessionArchive(*text);
+        require(again && *encodeSessionArchive(*again) == *text);
+        SessionArchiveScanner scanner(text->size());
+        const std::size_t half = text->size() / 2;
+        scanner.take(std::string_view(*text).substr(0, half));
+        scanner.take(std::string_view(*text).substr(half));
+        const auto scanned = scanner.finish();
+        require(scanned ? test::differences(*scanned, *again).empty() : sessions->empty());
+        SessionArchiveScanner other(document.size());
+        other.take(document);
+        if (const auto found = other.finish()) {
+            require(test::differences(*found, *sessions).empty());
+        }
     }
     return 0;
 }

@@ -5,6 +5,7 @@
 #include "core/statistics_calculator.h"
 #include "platform/freedesktop/clock/system_time_zone.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <iostream>
@@ -54,6 +55,7 @@ int main()
         record.phaseRawValue = StoredRawValue<TimerPhase>(phase);
         record.outcomeRawValue = StoredRawValue<SessionOutcome>(outcome);
     }
+    std::stable_sort(records.begin(), records.end(), endedLater);
     std::map<std::string, Calendar> calendars;
     std::string zone;
     std::string granularity;

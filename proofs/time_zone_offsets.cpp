@@ -17,7 +17,9 @@ int main()
                                            : brevlin::timeZoneOf(name);
         std::cout << name;
         for (double at = 0; zone && words >> at;) {
-            std::cout << ' ' << zone->offset(brevlin::instantFromUnixTime(brevlin::Seconds{at})).count();
+            const auto instant = brevlin::instantFromUnixTime(brevlin::Seconds{at});
+            const auto unixSeconds = brevlin::TimeZoneRules::wholeUnixSeconds(instant);
+            std::cout << ' ' << zone->stretch(unixSeconds).offset.count();
         }
         std::cout << '\n';
     }

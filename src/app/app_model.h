@@ -5,6 +5,7 @@
 #include "app/phase_announcer.h"
 #include "core/calendar.h"
 #include "core/session_record.h"
+#include "core/statistics_calculator.h"
 #include "core/timer_engine.h"
 #include "platform/clock.h"
 #include "platform/system_events.h"
@@ -74,6 +75,7 @@ public:
     Seconds remainingSeconds() const { return m_remainingSeconds; }
     /// Latest end first.
     const std::vector<SessionRecord>& sessions() const { return m_parts.sessionStore->sessions(); }
+    StatisticsSummary statistics() const;
     /// Whether the history is still being read for the first time: then no figure of it is known.
     bool isHistoryAwaited() const { return m_parts.sessionStore->isAwaited(); }
     const AppPreferences& preferences() const { return m_preferences; }

@@ -41,6 +41,12 @@ std::string AppModel::endTimeText() const
     return m_calendar.shortTimeText(isKnown ? *m_snapshot.expectedEndAt : now() + m_remainingSeconds);
 }
 
+StatisticsSummary AppModel::statistics() const
+{
+    return StatisticsCalculator::calculate(sessions(), m_parts.sessionStore->focusCounts(), now(),
+                                           m_calendar);
+}
+
 std::int64_t AppModel::currentCycleFocusMinutes() const
 {
     Seconds total{0.0};

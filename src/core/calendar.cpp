@@ -16,12 +16,6 @@ namespace {
 
 using namespace std::chrono;
 
-// The two time lines differ in their start only.
-local_seconds localSeconds(Instant instant, std::chrono::seconds offset)
-{
-    return local_seconds{TimeZoneRules::wholeUnixSeconds(instant) + offset};
-}
-
 Instant fromUnixSeconds(std::chrono::seconds sinceEpoch)
 {
     return instantFromUnixTime(Seconds{sinceEpoch});
@@ -35,7 +29,9 @@ year_month_day clampedToMonth(year_month_day date)
 } // namespace
 
 Calendar::Calendar(TimeZone zone, const std::string& localeIdentifier)
-    : m_zone(std::move(zone)), m_texts(std::make_shared<CalendarTexts>(localeIdentifier))
+    : m_zone(std::move(zone))
+    , m_stretch(m_zone->stretch(std::chrono::seconds::zero()))
+    , m_texts(std::make_shared<CalendarTexts>(localeIdentifier))
 {
     UErrorCode status = U_ZERO_ERROR;
     const std::unique_ptr<icu::Calendar> conventions{
@@ -54,20 +50,35 @@ Calendar Calendar::withWeeks(weekday firstWeekday, int minimalDays) const
     return result;
 }
 
+// The two time lines differ in their start only.
+local_seconds Calendar::wallClock(Instant instant) const
+{
+    const std::chrono::seconds unixSeconds = TimeZoneRules::wholeUnixSeconds(instant);
+    if (!m_stretch.contains(unixSeconds)) {
+        m_stretch = m_zone->stretch(unixSeconds);
+    }
+    return local_seconds{unixSeconds + m_stretch.offset};
+}
+
 LocalDay Calendar::localDay(Instant instant) const
 {
-    return floor<days>(localSeconds(instant, m_zone->offset(instant)));
+    return floor<days>(wallClock(instant));
 }
 
 int Calendar::hour(Instant instant) const
 {
-    const local_seconds time = localSeconds(instant, m_zone->offset(instant));
+    const local_seconds time = wallClock(instant);
     return static_cast<int>(floor<hours>(time - floor<days>(time)).count());
 }
 
 Instant Calendar::start(LocalDay day) const
 {
-    return fromUnixSeconds(m_zone->firstAtOrAfter(local_seconds{day}.time_since_epoch()));
+    const std::chrono::seconds first =
+        m_zone->firstAtOrAfter(local_seconds{day}.time_since_epoch(), m_stretch);
+    if (!m_stretch.contains(first)) {
+        m_stretch = m_zone->stretch(first);
+    }
+    return fromUnixSeconds(first);
 }
 
 LocalDay Calendar::dayBefore(LocalDay day) const
@@ -112,7 +123,7 @@ Instant Calendar::adding(CalendarUnit unit, std::int64_t count, Instant instant)
     // More would leave the range that the standard library's dates can tell.
     constexpr std::int64_t limit = std::int64_t{10'000} * 366;
     const auto amount = static_cast<int>(std::clamp(count, -limit, limit));
-    const local_seconds time = localSeconds(instant, m_zone->offset(instant));
+    const local_seconds time = wallClock(instant);
     const LocalDay day = floor<days>(time);
     const auto timeOfDay = time - day;
     const year_month_day date{day};
@@ -146,14 +157,19 @@ Instant Calendar::date(LocalDay day, int hour) const
     return resolve(day + hours{hour}, Seconds::zero());
 }
 
+Seconds Calendar::offset(Instant instant) const
+{
+    return wallClock(instant).time_since_epoch() - TimeZoneRules::wholeUnixSeconds(instant);
+}
+
 std::string Calendar::text(std::string_view skeleton, Instant instant) const
 {
-    return m_texts->text(skeleton, instant + Seconds{m_zone->offset(instant)});
+    return m_texts->text(skeleton, instant + offset(instant));
 }
 
 std::string Calendar::shortTimeText(Instant instant) const
 {
-    return m_texts->shortTimeText(instant + Seconds{m_zone->offset(instant)});
+    return m_texts->shortTimeText(instant + offset(instant));
 }
 
 Instant Calendar::resolve(local_seconds time, Seconds fraction) const

@@ -74,10 +74,13 @@ public:
     std::string shortTimeText(Instant instant) const;
 
 private:
+    std::chrono::local_seconds wallClock(Instant instant) const;
+    Seconds offset(Instant instant) const;
     Instant resolve(std::chrono::local_seconds time, Seconds fraction) const;
 
     TimeZone m_zone;
-    std::shared_ptr<CalendarTexts> m_texts; // a cache of formatters
+    mutable TimeZoneRules::Stretch m_stretch; // where the latest answer was found: the next one is near it
+    std::shared_ptr<CalendarTexts> m_texts;   // a cache of formatters
     std::chrono::weekday m_firstWeekday;
     int m_minimalDays = 1;
 };

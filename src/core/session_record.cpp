@@ -15,9 +15,9 @@ SessionRecord::SessionRecord(const FinishedSession& session)
     , pauseDuration(session.pauseDuration)
     , cycleIndex(session.cycleIndex)
     , interruptionCount(session.interruptionCount)
-    , intention(session.intention.value_or(std::string{}))
-    , completedWhileAway(session.completedWhileAway)
+    , intention(session.intention ? SharedText(*session.intention) : SharedText())
     , timeZoneIdentifierAtStart(session.timeZoneIdentifierAtStart)
+    , completedWhileAway(session.completedWhileAway)
 {}
 
 } // namespace brevlin

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <functional>
 #include <optional>
 
 namespace brevlin {
@@ -13,26 +12,35 @@ using std::chrono::days;
 
 constexpr int summaryDayCount = 7;
 
-/// Asks for a record that is looked at soon: with so much between the few fields that are read, the memory
-/// would otherwise be waited for at nearly every one.
-void prefetch(std::span<const SessionRecord> sessions, std::size_t index)
-{
-    constexpr std::size_t ahead = 24;
-    if (index + ahead < sessions.size()) {
-        __builtin_prefetch(&sessions[index + ahead].endedAt);
-        __builtin_prefetch(&sessions[index + ahead].outcomeRawValue);
-    }
-}
-
 bool isFocus(const SessionRecord& record)
 {
-    return record.phase() == TimerPhase::focus;
+    return record.phaseRawValue == TimerPhase::focus;
 }
 
 bool isCompleted(const SessionRecord& record)
 {
     const auto outcome = record.outcome();
     return outcome && isCompletion(*outcome);
+}
+
+bool isCompletedFocus(const SessionRecord& record)
+{
+    return isFocus(record) && isCompleted(record);
+}
+
+using Sessions = std::span<const SessionRecord>;
+
+/// The first record that ended before this instant.
+Sessions::iterator firstBefore(Sessions sessions, Instant instant)
+{
+    return std::partition_point(sessions.begin(), sessions.end(),
+                                [instant](const SessionRecord& record) { return record.endedAt >= instant; });
+}
+
+Sessions endedWithin(Sessions sessions, const DateInterval& interval)
+{
+    const auto first = firstBefore(sessions, interval.end);
+    return {first, std::max(first, firstBefore(sessions, interval.start))};
 }
 
 /// The completed focus records of one set, added up.
@@ -55,46 +63,34 @@ struct FocusTotal
     }
 };
 
-/// Gives the local date of one instant after the other. Records come sorted, so most fall on the date of the
-/// one before, which two comparisons tell.
-class LocalDayReader final
+/// Days in a row with a completed focus phase, up to today or yesterday. Looks no further back than they go.
+std::int64_t currentStreak(Sessions sessions, LocalDay today, const Calendar& calendar)
 {
-public:
-    explicit LocalDayReader(const Calendar& calendar) : m_calendar(calendar) {}
-
-    LocalDay read(Instant instant)
-    {
-        if (!m_safe.contains(instant)) {
-            m_day = m_calendar.localDay(instant);
-            // Only the middle of the day: near midnight a clock that goes back may show either date.
-            const Instant start = m_calendar.start(m_day);
-            m_safe = {start + Seconds{7200.0}, start + Seconds{72'000.0}};
+    // From a date's first instant to its last, also where a zone moves over the date line and shows it twice.
+    constexpr Seconds longestDate{72.0 * 3600.0};
+    auto next = sessions.begin(); // the first record before the date
+    const auto isActive = [&](LocalDay day) {
+        const Instant begin = calendar.start(day);
+        next = std::find_if(next, sessions.end(),
+                            [begin](const SessionRecord& record) { return record.endedAt < begin; });
+        for (auto record = next; record != sessions.begin();) {
+            --record;
+            if (record->endedAt >= begin + longestDate) {
+                break;
+            }
+            if (isCompletedFocus(*record) && calendar.localDay(record->endedAt) == day) {
+                return true;
+            }
         }
-        return m_day;
-    }
-
-private:
-    const Calendar& m_calendar;
-    LocalDay m_day;
-    DateInterval m_safe;
-};
-
-std::int64_t currentStreak(std::vector<LocalDay> activeDays, LocalDay today, const Calendar& calendar)
-{
-    std::sort(activeDays.begin(), activeDays.end(), std::greater<>{});
-    activeDays.erase(std::unique(activeDays.begin(), activeDays.end()), activeDays.end());
-    auto active = std::lower_bound(activeDays.begin(), activeDays.end(), today, std::greater<>{});
-    LocalDay day = today;
-    if (active == activeDays.end() || *active != day) {
-        day = calendar.dayBefore(today);
-    }
+        return false;
+    };
+    LocalDay day = isActive(today) ? today : calendar.dayBefore(today);
     std::int64_t streak = 0;
-    while (active != activeDays.end() && *active == day) {
+    while (isActive(day)) {
         ++streak;
-        ++active;
         // The date before as the calendar counts, or, where that one never was, the one before it.
         const LocalDay before = day - days{1};
-        day = active != activeDays.end() && *active == before ? before : calendar.dayBefore(day);
+        day = isActive(before) ? before : calendar.dayBefore(day);
     }
     return streak;
 }
@@ -106,6 +102,7 @@ std::vector<Instant> bucketStarts(const StatisticsGranularityRow& kind, const Da
     const LocalDay first = calendar.localDay(interval.start);
     const std::int64_t count =
         kind.bucketCount > 0 ? kind.bucketCount : calendar.dayDifference(interval.start, interval.end);
+    starts.reserve(static_cast<std::size_t>(count));
     for (std::int64_t offset = 0; offset < count; ++offset) {
         starts.push_back(kind.bucketSize == FocusTimeBucketSize::hour
                              ? calendar.date(first, static_cast<int>(offset))
@@ -134,41 +131,51 @@ const StatisticsGranularityRow& row(StatisticsGranularity granularity)
                          [granularity](const auto& each) { return each.granularity == granularity; });
 }
 
+FocusCounts::FocusCounts(std::span<const SessionRecord> sessions)
+{
+    for (const SessionRecord& record : sessions) {
+        add(record);
+    }
+}
+
+void FocusCounts::add(const SessionRecord& record)
+{
+    attempted += isFocus(record) ? 1 : 0;
+    completed += isCompletedFocus(record) ? 1 : 0;
+}
+
+void FocusCounts::remove(const SessionRecord& record)
+{
+    attempted -= isFocus(record) ? 1 : 0;
+    completed -= isCompletedFocus(record) ? 1 : 0;
+}
+
 StatisticsSummary StatisticsCalculator::calculate(std::span<const SessionRecord> sessions, Instant now,
                                                   const Calendar& calendar)
 {
+    return calculate(sessions, FocusCounts(sessions), now, calendar);
+}
+
+StatisticsSummary StatisticsCalculator::calculate(std::span<const SessionRecord> sessions,
+                                                  const FocusCounts& counts, Instant now,
+                                                  const Calendar& calendar)
+{
     const LocalDay today = calendar.localDay(now);
-    LocalDayReader localDays(calendar);
-    std::int64_t attempted = 0;
-    std::int64_t completed = 0;
+    const LocalDay firstDay = today - days{summaryDayCount - 1};
     std::array<FocusTotal, summaryDayCount> recent; // by days before today
-    std::vector<LocalDay> activeDays;
-    for (std::size_t index = 0; index < sessions.size(); ++index) {
-        prefetch(sessions, index);
-        const SessionRecord& record = sessions[index];
-        if (!isFocus(record)) {
-            continue;
-        }
-        ++attempted;
-        if (!isCompleted(record)) {
-            continue;
-        }
-        ++completed;
-        const LocalDay day = localDays.read(record.endedAt);
-        if (activeDays.empty() || activeDays.back() != day) {
-            activeDays.push_back(day);
-        }
-        const auto age = (today - day).count();
-        if (age >= 0 && age < summaryDayCount) {
+    const auto first = sessions.begin();
+    for (const SessionRecord& record : Sessions{first, firstBefore(sessions, calendar.start(firstDay))}) {
+        const auto age = (today - calendar.localDay(record.endedAt)).count();
+        if (isCompletedFocus(record) && age >= 0 && age < summaryDayCount) {
             recent.at(static_cast<std::size_t>(age)).add(record);
         }
     }
 
     StatisticsSummary summary;
     summary.todayFocusMinutes = recent.front().minutes();
-    summary.completedPomodoros = completed;
-    summary.completionRate = rate(completed, attempted);
-    summary.currentStreak = currentStreak(std::move(activeDays), today, calendar);
+    summary.completedPomodoros = counts.completed;
+    summary.completionRate = rate(counts.completed, counts.attempted);
+    summary.currentStreak = currentStreak(sessions, today, calendar);
     for (int age = summaryDayCount - 1; age >= 0; --age) {
         const LocalDay day = today - days{age};
         if (calendar.exists(day)) {
@@ -190,13 +197,10 @@ PeriodStatistics StatisticsCalculator::calculatePeriod(std::span<const SessionRe
     const std::vector<Instant> starts = bucketStarts(kind, result.interval, calendar);
     const LocalDay firstDay = calendar.localDay(result.interval.start);
 
-    LocalDayReader localDays(calendar);
     FocusTotal whole;
     std::vector<FocusTotal> totals(starts.size());
-    for (std::size_t index = 0; index < sessions.size(); ++index) {
-        prefetch(sessions, index);
-        const SessionRecord& record = sessions[index];
-        if (!result.interval.contains(record.endedAt) || !isFocus(record)) {
+    for (const SessionRecord& record : endedWithin(sessions, result.interval)) {
+        if (!isFocus(record)) {
             continue;
         }
         ++result.attemptedPomodoros;
@@ -206,7 +210,7 @@ PeriodStatistics StatisticsCalculator::calculatePeriod(std::span<const SessionRe
         whole.add(record);
         const std::int64_t bucket = kind.bucketSize == FocusTimeBucketSize::hour
                                         ? calendar.hour(record.endedAt)
-                                        : (localDays.read(record.endedAt) - firstDay).count();
+                                        : (calendar.localDay(record.endedAt) - firstDay).count();
         if (bucket >= 0 && bucket < static_cast<std::int64_t>(totals.size())) {
             totals[static_cast<std::size_t>(bucket)].add(record);
         }
@@ -215,6 +219,7 @@ PeriodStatistics StatisticsCalculator::calculatePeriod(std::span<const SessionRe
     result.totalFocusMinutes = whole.minutes();
     result.completedPomodoros = whole.count;
     result.completionRate = rate(whole.count, result.attemptedPomodoros);
+    result.buckets.reserve(starts.size());
     for (std::size_t index = 0; index < starts.size(); ++index) {
         const FocusTotal& total = totals[index];
         result.buckets.push_back(

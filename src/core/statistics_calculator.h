@@ -22,6 +22,20 @@ struct DayFocusTotal
     bool operator==(const DayFocusTotal&) const = default;
 };
 
+/// What of all time only every record tells. Whoever keeps a history keeps them beside it: to count anew is
+/// to wait for the memory of every record.
+struct FocusCounts
+{
+    std::int64_t attempted = 0; ///< focus phases, whatever their outcome
+    std::int64_t completed = 0;
+
+    FocusCounts() = default;
+    explicit FocusCounts(std::span<const SessionRecord> sessions);
+    void add(const SessionRecord& record);
+    void remove(const SessionRecord& record);
+    bool operator==(const FocusCounts&) const = default;
+};
+
 /// Today, the last seven days and the whole history in a few figures.
 struct StatisticsSummary
 {
@@ -88,10 +102,13 @@ struct PeriodStatistics
 };
 
 /// All figures about past focus work. Breaks, and records whose phase names no case, never count; a record
-/// belongs to the local date and hour of its end. Both run in one pass over records in any order.
+/// belongs to the local date and hour of its end. The records are sorted as in the history, latest end first.
 namespace StatisticsCalculator {
 
 StatisticsSummary calculate(std::span<const SessionRecord> sessions, Instant now, const Calendar& calendar);
+/// The same, for sessions whose counts are known.
+StatisticsSummary calculate(std::span<const SessionRecord> sessions, const FocusCounts& counts, Instant now,
+                            const Calendar& calendar);
 
 /// The period of the given kind that contains the anchor.
 PeriodStatistics calculatePeriod(std::span<const SessionRecord> sessions, StatisticsGranularity granularity,

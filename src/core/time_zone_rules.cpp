@@ -33,17 +33,29 @@ seconds TimeZoneRules::wholeUnixSeconds(Instant instant)
     return seconds{static_cast<std::int64_t>(value > -limit ? std::min(value, limit) : -limit)};
 }
 
-seconds TimeZoneRules::offset(Instant instant) const
-{
-    return offset(wholeUnixSeconds(instant));
-}
-
-seconds TimeZoneRules::offset(seconds unixSeconds) const
+TimeZoneRules::Stretch TimeZoneRules::stretch(seconds unixSeconds) const
 {
     const auto next =
         std::upper_bound(m_changes.begin(), m_changes.end(), unixSeconds,
                          [](seconds instant, const Change& change) { return instant < change.at; });
-    return next == m_changes.begin() ? next->offset : std::prev(next)->offset;
+    const bool isFirst = next == m_changes.begin();
+    return {isFirst ? seconds::min() : std::prev(next)->at,
+            next == m_changes.end() ? seconds::max() : next->at,
+            isFirst ? next->offset : std::prev(next)->offset};
+}
+
+seconds TimeZoneRules::offset(seconds unixSeconds) const
+{
+    return stretch(unixSeconds).offset;
+}
+
+seconds TimeZoneRules::firstAtOrAfter(seconds wallClock, const Stretch& near) const
+{
+    // So far behind the stretch's begin no clock before it has shown this time.
+    const seconds candidate = wallClock - near.offset;
+    return near.contains(candidate) && near.contains(candidate - 2 * largestOffset)
+               ? candidate
+               : firstAtOrAfter(wallClock);
 }
 
 seconds TimeZoneRules::firstAtOrAfter(seconds wallClock) const

@@ -22,6 +22,19 @@ public:
         bool operator==(const Change&) const = default;
     };
 
+    /// A stretch of Unix time without a change; end exclusive.
+    struct Stretch
+    {
+        std::chrono::seconds begin;
+        std::chrono::seconds end;
+        std::chrono::seconds offset;
+
+        bool contains(std::chrono::seconds unixSeconds) const
+        {
+            return begin <= unixSeconds && unixSeconds < end;
+        }
+    };
+
     /// UTC.
     TimeZoneRules();
     /// The changes by time; the first offset holds before the first change, too, and the last one for ever.
@@ -29,12 +42,14 @@ public:
 
     const std::string& identifier() const { return m_identifier; }
 
-    /// What the wall clock is ahead of UTC.
-    std::chrono::seconds offset(Instant instant) const;
+    /// The stretch that holds this Unix time.
+    Stretch stretch(std::chrono::seconds unixSeconds) const;
 
     /// Unix time of the first instant at which the wall clock shows the given time (seconds since 1970-01-01
     /// 00:00 on the wall clock) or a later one of a clock that jumped over it.
     std::chrono::seconds firstAtOrAfter(std::chrono::seconds wallClock) const;
+    /// The same; `near` is any stretch of this zone, which spares the search for all that lies well within.
+    std::chrono::seconds firstAtOrAfter(std::chrono::seconds wallClock, const Stretch& near) const;
     /// Unix time of the first instant at which the wall clock shows the given time; a time that the clock
     /// jumps over is moved on by the length of the jump.
     std::chrono::seconds resolve(std::chrono::seconds wallClock) const;

@@ -8,24 +8,22 @@ namespace {
 
 constexpr std::size_t textLength = 36;
 
-constexpr int hexDigit(char character)
-{
-    if (character >= '0' && character <= '9') {
-        return character - '0';
-    }
-    if (character >= 'a' && character <= 'f') {
-        return character - 'a' + 10;
-    }
-    if (character >= 'A' && character <= 'F') {
-        return character - 'A' + 10;
-    }
-    return -1;
-}
+constexpr unsigned char noDigit = 0x80;
 
-constexpr bool isHyphenPosition(std::size_t position)
-{
-    return position == 8 || position == 13 || position == 18 || position == 23;
-}
+constexpr auto digitValues = [] {
+    std::array<unsigned char, 256> values{};
+    values.fill(noDigit);
+    for (unsigned char digit = 0; digit < 16; ++digit) {
+        values.at(static_cast<std::size_t>("0123456789ABCDEF"[digit])) = digit;
+        values.at(static_cast<std::size_t>("0123456789abcdef"[digit])) = digit;
+    }
+    return values;
+}();
+
+/// Where the two digits of each byte stand.
+constexpr std::array<std::size_t, 16> bytePositions{0,  2,  4,  6,  9,  11, 14, 16,
+                                                    19, 21, 24, 26, 28, 30, 32, 34};
+constexpr std::array<std::size_t, 4> hyphenPositions{8, 13, 18, 23};
 
 } // namespace
 
@@ -43,38 +41,31 @@ std::optional<Uuid> Uuid::fromText(std::string_view text)
     if (text.size() != textLength) {
         return std::nullopt;
     }
-    Uuid result;
-    std::size_t byte = 0;
-    for (std::size_t position = 0; position < textLength;) {
-        if (isHyphenPosition(position)) {
-            if (text[position] != '-') {
-                return std::nullopt;
-            }
-            ++position;
-            continue;
-        }
-        const int high = hexDigit(text[position]);
-        const int low = hexDigit(text[position + 1]);
-        if (high < 0 || low < 0) {
-            return std::nullopt;
-        }
-        result.m_bytes[byte++] = static_cast<unsigned char>(high * 16 + low);
-        position += 2;
+    bool isValid = true;
+    for (const std::size_t position : hyphenPositions) {
+        isValid = isValid && text[position] == '-';
     }
-    return result;
+    const auto digit = [text](std::size_t position) -> unsigned {
+        return digitValues[static_cast<unsigned char>(text[position])];
+    };
+    Uuid result;
+    unsigned all = 0;
+    for (std::size_t byte = 0; byte < bytePositions.size(); ++byte) {
+        const unsigned high = digit(bytePositions[byte]);
+        const unsigned low = digit(bytePositions[byte] + 1);
+        all |= high | low;
+        result.m_bytes[byte] = static_cast<unsigned char>(high * 16 + low);
+    }
+    return isValid && all < noDigit ? std::optional{result} : std::nullopt;
 }
 
 std::string Uuid::text() const
 {
     constexpr std::string_view digits = "0123456789ABCDEF";
-    std::string result;
-    result.reserve(textLength);
-    for (std::size_t byte = 0; byte < m_bytes.size(); ++byte) {
-        if (byte == 4 || byte == 6 || byte == 8 || byte == 10) {
-            result += '-';
-        }
-        result += digits[m_bytes[byte] >> 4U];
-        result += digits[m_bytes[byte] & 0xFU];
+    std::string result(textLength, '-');
+    for (std::size_t byte = 0; byte < bytePositions.size(); ++byte) {
+        result[bytePositions[byte]] = digits[m_bytes[byte] >> 4U];
+        result[bytePositions[byte] + 1] = digits[m_bytes[byte] & 0xFU];
     }
     return result;
 }

@@ -3,6 +3,7 @@
 #include "core/expected.h"
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -56,6 +57,10 @@ public:
         }
         return *content ? std::optional{std::move((*content)->bytes)} : std::nullopt;
     }
+    /// Hands the content over piece by piece as long as `take` wants more, without holding all of it; gives
+    /// the stamp from before. Nothing when no file exists at the path.
+    virtual Expected<std::optional<FileStamp>, FileError>
+    readPieces(const std::string& path, const std::function<bool(std::string_view)>& take) const = 0;
     /// Of what stands at the path; nothing when no file exists there.
     virtual Expected<std::optional<FileStamp>, FileError> stamp(const std::string& path) const = 0;
     /// Replaces the file as a whole: whoever reads it finds the old or the new bytes. Creates missing folders
@@ -67,6 +72,10 @@ public:
     /// at right before the new bytes take its place; else that is an error (ESTALE).
     virtual Expected<FileStamp, FileError> replace(const std::string& path, std::string_view bytes,
                                                    const std::optional<FileStamp>& known) = 0;
+    /// replace() for a file that stays the same behind its first `replaced` bytes, which are no more than it
+    /// has: these give way to `start`, and the others are copied without being held in memory.
+    virtual Expected<FileStamp, FileError> replaceStart(const std::string& path, std::string_view start,
+                                                        std::size_t replaced, const FileStamp& known) = 0;
     /// Renames a file within its folder. An existing target is never replaced: that is an error (EEXIST).
     virtual Expected<void, FileError> rename(const std::string& from, const std::string& to) = 0;
     /// Removes the file; no error when there is none.

@@ -1,10 +1,12 @@
 #include "storage/history_file.h"
 
+#include "storage/session_archive_scanner.h"
 #include "storage/set_aside.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <iterator>
+#include <span>
 #include <utility>
 
 namespace brevlin {
@@ -13,9 +15,9 @@ namespace {
 
 constexpr const char* fileName = "sessions-v1.json";
 
-std::optional<Instant> latestEndOf(const std::vector<SessionRecord>& records)
+bool endedEarlier(const SessionRecord& left, const SessionRecord& right)
 {
-    return records.empty() ? std::nullopt : std::optional{records.front().endedAt};
+    return left.endedAt < right.endedAt;
 }
 
 } // namespace
@@ -52,6 +54,9 @@ Expected<std::optional<HistoryFile::Found>, DocumentError> HistoryFile::find()
 
 HistoryFile::Records HistoryFile::load()
 {
+    if (auto scanned = scan(); !scanned || *scanned) {
+        return scanned ? Records{**std::move(scanned)} : Records{Unexpected{scanned.error()}};
+    }
     auto found = find();
     if (!found) {
         return Unexpected{found.error()};
@@ -65,24 +70,50 @@ HistoryFile::Records HistoryFile::load()
             return result;
         }
         content.isDamaged = !result && content.stamp;
-        if (result) {
-            content.text.adopt(std::move((*found)->bytes));
-            content.latestEnd = latestEndOf(*result);
-        }
     }
     m_content = std::move(content);
     m_isLoaded = true;
     if (result) {
-        know(*result);
+        hold(*result);
     }
     return result;
+}
+
+// The records of the file in its place, if that has our form.
+Expected<std::optional<std::vector<SessionRecord>>, DocumentError> HistoryFile::scan()
+{
+    using Scanned = Expected<std::optional<std::vector<SessionRecord>>, DocumentError>;
+    const auto standing = m_files.stamp(m_location.path);
+    if (!standing || !*standing) {
+        return Scanned{std::nullopt};
+    }
+    SessionArchiveScanner scanner(static_cast<std::size_t>((*standing)->size));
+    const auto stamp = m_files.readPieces(m_location.path,
+                                          [&scanner](std::string_view piece) { return scanner.take(piece); });
+    if (!stamp) {
+        return Unexpected{documentError(stamp.error())};
+    }
+    auto records = scanner.finish();
+    if (*stamp && records) {
+        m_content = {};
+        m_content.stamp = *stamp;
+        m_content.inFile = records->size();
+        m_isLoaded = true;
+        hold(*records);
+    }
+    return Scanned{std::move(records)};
+}
+
+void HistoryFile::hold(const std::vector<SessionRecord>& records)
+{
+    m_content.records.reserve(records.size() + spareSessionRecords);
+    m_content.records.assign(records.rbegin(), records.rend());
 }
 
 HistoryOutcome HistoryFile::apply(const HistoryChange& change)
 {
     if (const auto* record = std::get_if<SessionRecord>(&change)) {
-        SessionArchiveText trial;
-        if (const auto expressed = trial.encode({*record}); !expressed) {
+        if (const auto expressed = encodeSessionArchive({record, 1}); !expressed) {
             return {HistoryOutcome::Result::refused, expressed.error(), {}};
         }
         m_waiting.push_back(change);
@@ -119,11 +150,8 @@ HistoryOutcome HistoryFile::flush(Patience patience)
         outcome.result = HistoryOutcome::Result::waits;
         return outcome;
     }
-    while (!m_waiting.empty()) {
-        if (const auto brought = bring(m_waiting.front()); !brought) {
-            return wait(brought.error());
-        }
-        m_waiting.erase(m_waiting.begin());
+    for (const HistoryChange& change : std::exchange(m_waiting, {})) {
+        bring(change);
     }
     if (m_content.isSaved) {
         return outcome;
@@ -146,81 +174,54 @@ HistoryOutcome HistoryFile::flush(Patience patience)
     }
 }
 
-HistoryFile::Records HistoryFile::records() const
-{
-    return decodeSessionArchive(std::string(m_content.text.view()));
-}
-
-void HistoryFile::know(const std::vector<SessionRecord>& records)
-{
-    const auto old = static_cast<std::ptrdiff_t>(m_content.knownIds.size());
-    for (const SessionRecord& record : records) {
-        m_content.knownIds.push_back(record.id);
-    }
-    const auto begin = m_content.knownIds.begin();
-    std::sort(begin + old, m_content.knownIds.end());
-    std::inplace_merge(begin, begin + old, m_content.knownIds.end());
-}
-
-Expected<void, DocumentError> HistoryFile::encode(const std::vector<SessionRecord>& records)
-{
-    if (auto encoded = m_content.text.encode(records); !encoded) {
-        return encoded;
-    }
-    m_content.latestEnd = latestEndOf(records);
-    m_content.isSaved = false;
-    return {};
-}
-
-Expected<void, DocumentError> HistoryFile::insert(const SessionRecord& record)
-{
-    const bool isKnown = std::binary_search(m_content.knownIds.begin(), m_content.knownIds.end(), record.id);
-    if (!isKnown && (!m_content.latestEnd || record.endedAt > *m_content.latestEnd)) {
-        const auto prepended = m_content.text.prepend(record);
-        if (!prepended) {
-            return Unexpected{prepended.error()};
-        }
-        if (*prepended) {
-            know({record});
-            m_content.latestEnd = record.endedAt;
-            m_content.isSaved = false;
-            return {};
-        }
-    }
-    auto all = records();
-    if (!all) {
-        return Unexpected{all.error()};
-    }
-    std::erase_if(*all, [&](const SessionRecord& other) { return other.id == record.id; });
-    all->insert(std::upper_bound(all->begin(), all->end(), record, endedLater), record);
-    if (auto encoded = encode(*all); !encoded) {
-        return encoded;
-    }
-    if (!isKnown) {
-        know({record});
-    }
-    return {};
-}
-
-Expected<void, DocumentError> HistoryFile::remove(Uuid id)
-{
-    auto all = records();
-    if (!all) {
-        return Unexpected{all.error()};
-    }
-    std::erase_if(*all, [&](const SessionRecord& other) { return other.id == id; });
-    return encode(*all);
-}
-
-Expected<void, DocumentError> HistoryFile::bring(const HistoryChange& change)
+void HistoryFile::bring(const HistoryChange& change)
 {
     if (const auto* record = std::get_if<SessionRecord>(&change)) {
-        return insert(*record);
+        insert(*record);
+    } else if (const auto* removal = std::get_if<RemoveRecord>(&change)) {
+        remove(removal->id);
+    } else {
+        clear();
     }
-    if (const auto* removal = std::get_if<RemoveRecord>(&change)) {
-        return remove(removal->id);
+    m_content.isSaved = false;
+}
+
+void HistoryFile::insert(const SessionRecord& record)
+{
+    std::vector<SessionRecord>& records = m_content.records;
+    const auto replaced =
+        std::erase_if(records, [&](const SessionRecord& other) { return other.id == record.id; });
+    const auto position = std::lower_bound(records.begin(), records.end(), record, endedEarlier);
+    if (replaced > 0 || position != records.end()) {
+        m_content.inFile.reset();
     }
-    return encode({});
+    records.insert(position, record);
+}
+
+void HistoryFile::remove(Uuid id)
+{
+    std::erase_if(m_content.records, [&](const SessionRecord& other) { return other.id == id; });
+    m_content.removedIds.push_back(id);
+    m_content.inFile.reset();
+}
+
+void HistoryFile::clear()
+{
+    m_content.removedIds = knownIds();
+    m_content.records.clear();
+    m_content.records.shrink_to_fit();
+    m_content.inFile.reset();
+}
+
+// Of every record that was ever here, sorted.
+std::vector<Uuid> HistoryFile::knownIds() const
+{
+    std::vector<Uuid> ids = m_content.removedIds;
+    for (const SessionRecord& record : m_content.records) {
+        ids.push_back(record.id);
+    }
+    std::sort(ids.begin(), ids.end());
+    return ids;
 }
 
 // Gives the records that were not here before.
@@ -233,6 +234,7 @@ HistoryFile::Records HistoryFile::takeOver(Patience patience)
     if (*stamp == m_content.stamp) {
         return std::vector<SessionRecord>{};
     }
+    m_content.inFile.reset();
     const auto file = m_files.readStamped(m_location.path);
     if (!file) {
         return Unexpected{documentError(file.error())};
@@ -252,20 +254,14 @@ HistoryFile::Records HistoryFile::takeOver(Patience patience)
         m_content.stamp = (*file)->stamp;
         return std::vector<SessionRecord>{};
     }
-    std::erase_if(*found, [this](const SessionRecord& record) {
-        return std::binary_search(m_content.knownIds.begin(), m_content.knownIds.end(), record.id);
+    const std::vector<Uuid> known = knownIds();
+    std::erase_if(*found, [&known](const SessionRecord& record) {
+        return std::binary_search(known.begin(), known.end(), record.id);
     });
     if (!found->empty()) {
-        auto all = records();
-        if (!all) {
-            return all;
-        }
-        all->insert(all->end(), found->begin(), found->end());
-        std::stable_sort(all->begin(), all->end(), endedLater);
-        if (const auto encoded = encode(*all); !encoded) {
-            return Unexpected{encoded.error()};
-        }
-        know(*found);
+        // Theirs stand in the file behind those of ours that end at the same instant.
+        m_content.records.insert(m_content.records.begin(), found->rbegin(), found->rend());
+        std::stable_sort(m_content.records.begin(), m_content.records.end(), endedEarlier);
     }
     m_content.isDamaged = false;
     m_content.stamp = (*file)->stamp;
@@ -282,17 +278,35 @@ Expected<bool, DocumentError> HistoryFile::write(Overwrite overwrite)
         m_content.isDamaged = false;
         m_content.stamp.reset();
     }
-    const auto written = overwrite == Overwrite::anything
-                             ? m_files.write(m_location.path, m_content.text.view())
-                             : m_files.replace(m_location.path, m_content.text.view(), m_content.stamp);
+    const std::span<const SessionRecord> records = m_content.records;
+    const bool keepsFile = canKeepFile(overwrite);
+    const auto text = keepsFile ? encodeSessionArchiveStart(records.subspan(*m_content.inFile))
+                                : encodeSessionArchive(records, RecordOrder::latestLast);
+    if (!text) {
+        return Unexpected{text.error()};
+    }
+    const auto written =
+        keepsFile
+            ? m_files.replaceStart(m_location.path, *text, sessionArchiveOpening.size(), *m_content.stamp)
+        : overwrite == Overwrite::anything ? m_files.write(m_location.path, *text)
+                                           : m_files.replace(m_location.path, *text, m_content.stamp);
     if (!written) {
+        // The file itself may be what cannot be read: the next attempt is made of what is here.
+        m_content.inFile.reset();
         return written.error().code == ESTALE
                    ? Expected<bool, DocumentError>{false}
                    : Expected<bool, DocumentError>{Unexpected{documentError(written.error())}};
     }
     m_content.stamp = *written;
+    m_content.inFile = records.size();
     m_content.isSaved = true;
     return true;
+}
+
+bool HistoryFile::canKeepFile(Overwrite overwrite) const
+{
+    // An empty history's text has no place for the comma.
+    return overwrite == Overwrite::whatIsKnown && m_content.stamp && m_content.inFile.value_or(0) > 0;
 }
 
 } // namespace brevlin

@@ -50,8 +50,9 @@ struct HistoryOutcome
     std::vector<SessionRecord> takenOver;
 };
 
-/// The history on the disk, for the thread that writes it. Holds the text of the whole file and brings the
-/// changes into it one by one; the file is written in full by each of them. What others have written into the
+/// The history on the disk, for the thread that writes it. Holds all records, which are less than their text,
+/// and writes the whole file with each change: nearly always a new record and behind it what the file holds
+/// already. What others have written into the
 /// file meanwhile is kept: records whose ids were never here are taken over before a write.
 class HistoryFile final
 {
@@ -73,11 +74,13 @@ public:
 private:
     struct Content
     {
-        SessionArchiveText text;
-        std::optional<Instant> latestEnd; // of the first record, to see whether another one goes in front
-        std::vector<Uuid> knownIds;       // of every record that was ever here, sorted
-        std::optional<FileStamp> stamp;   // of the file when it was read or written last; none: no file
-        bool isDamaged = false;           // the file with this stamp does not decode
+        std::vector<SessionRecord> records; // the other way round than in the file: new ones go to the back
+        std::vector<Uuid> removedIds;
+        std::optional<FileStamp> stamp; // of the file when it was read or written last; none: no file
+        // So many of the records, from the front, are the whole content of the file with this stamp, in our
+        // form; else it has to be written anew.
+        std::optional<std::size_t> inFile;
+        bool isDamaged = false; // the file with this stamp does not decode
         bool isSaved = true;
     };
     struct Found
@@ -88,22 +91,24 @@ private:
     using Records = Expected<std::vector<SessionRecord>, DocumentError>;
 
     Expected<std::optional<Found>, DocumentError> find();
-    Records records() const;
-    void know(const std::vector<SessionRecord>& records);
-    Expected<void, DocumentError> encode(const std::vector<SessionRecord>& records);
-    Expected<void, DocumentError> insert(const SessionRecord& record);
-    Expected<void, DocumentError> remove(Uuid id);
-    Expected<void, DocumentError> bring(const HistoryChange& change);
+    Expected<std::optional<std::vector<SessionRecord>>, DocumentError> scan();
+    void hold(const std::vector<SessionRecord>& records);
+    void bring(const HistoryChange& change);
+    void insert(const SessionRecord& record);
+    void remove(Uuid id);
+    void clear();
+    std::vector<Uuid> knownIds() const;
     Records takeOver(Patience patience);
     enum class Overwrite { whatIsKnown, anything };
     Expected<bool, DocumentError> write(Overwrite overwrite);
+    bool canKeepFile(Overwrite overwrite) const;
 
     HistoryLocation m_location;
     DurableFile& m_files;
     const Clock& m_clock;
     Content m_content;
     bool m_isLoaded = false;
-    std::vector<HistoryChange> m_waiting; // not in the text yet
+    std::vector<HistoryChange> m_waiting; // for the file to be read
 };
 
 } // namespace brevlin

@@ -2,6 +2,7 @@
 
 #include "storage/json/json_reader.h"
 #include "storage/json/json_writer.h"
+#include "storage/session_archive_scanner.h"
 #include "storage/session_record_fields.h"
 
 #include <algorithm>
@@ -16,7 +17,6 @@ namespace brevlin {
 
 namespace {
 
-constexpr std::string_view opening = R"({"sessions":[)";
 constexpr std::size_t fieldCount = std::tuple_size_v<decltype(sessionRecordFields)>;
 constexpr std::array<std::string_view, fieldCount> keys =
     std::apply([](const auto&... field) { return std::array{field.name...}; }, sessionRecordFields);
@@ -34,14 +34,26 @@ bool readStored(JsonValue value, StoredRawValue<E>& result)
     result = StoredRawValue<E>(text);
     return isText;
 }
+bool readStored(JsonValue value, SharedText& result, TextPool& pool)
+{
+    std::string_view text;
+    const bool isText = read(value, text);
+    result = pool.shared(text);
+    return isText;
+}
+template <typename T>
+bool readStored(JsonValue value, T& result, TextPool& /*pool*/)
+{
+    return readStored(value, result);
+}
 
 template <std::size_t... index>
-bool readField(std::size_t field, JsonValue value, SessionRecord& record,
+bool readField(std::size_t field, JsonValue value, SessionRecord& record, TextPool& pool,
                std::index_sequence<index...> /*all*/)
 {
     bool isRead = false;
     (void)((field == index &&
-            (isRead = readStored(value, std::get<index>(sessionRecordFields).of(record)), true)) ||
+            (isRead = readStored(value, std::get<index>(sessionRecordFields).of(record), pool), true)) ||
            ...);
     return isRead;
 }
@@ -54,7 +66,8 @@ DocumentError recordError(std::size_t index, std::string_view key, std::string_v
 
 // Walks the fields once, expecting them in the order in which they are written: looking each of 15 keys up by
 // name would take most of the time of loading a long history.
-std::optional<DocumentError> readRecord(JsonValue value, std::size_t index, SessionRecord& record)
+std::optional<DocumentError> readRecord(JsonValue value, std::size_t index, SessionRecord& record,
+                                        TextPool& pool)
 {
     simdjson::dom::object object;
     if (value.get(object) != simdjson::SUCCESS) {
@@ -73,7 +86,7 @@ std::optional<DocumentError> readRecord(JsonValue value, std::size_t index, Sess
         if (field == fieldCount || (seen & bit) != 0) {
             continue; // unknown, or a second value for the key: the first one holds
         }
-        if (!readField(field, position.value(), record, std::make_index_sequence<fieldCount>())) {
+        if (!readField(field, position.value(), record, pool, std::make_index_sequence<fieldCount>())) {
             return recordError(index, keys[field], "has an unexpected value");
         }
         seen |= bit;
@@ -106,66 +119,42 @@ void write(JsonWriter& writer, const SessionRecord& record)
     writer.endObject();
 }
 
+void write(JsonWriter& writer, std::span<const SessionRecord> records, RecordOrder order)
+{
+    for (std::size_t index = 0; index < records.size(); ++index) {
+        write(writer, records[order == RecordOrder::latestFirst ? index : records.size() - 1 - index]);
+    }
+}
+
+constexpr std::size_t usualRecord = 512; // characters
+
 } // namespace
 
-SessionArchiveText::SessionArchiveText()
+Expected<std::string, DocumentError> encodeSessionArchive(std::span<const SessionRecord> records,
+                                                          RecordOrder order)
 {
-    [[maybe_unused]] const auto encoded = encode({});
-}
-
-void SessionArchiveText::adopt(std::string document)
-{
-    m_buffer = std::move(document);
-    m_begin = 0;
-    m_canGrow = false;
-}
-
-Expected<void, DocumentError> SessionArchiveText::encode(const std::vector<SessionRecord>& sessions)
-{
-    // Room for the records of a few months; a short history does not need it.
-    constexpr std::size_t mostRoom = std::size_t{1} << 18;
-    constexpr std::size_t frame = 64;
-    constexpr std::size_t usualRecord = 512;
-    const std::size_t expectedSize = frame + sessions.size() * usualRecord;
-    const std::size_t begin = std::min(expectedSize, mostRoom);
-    JsonWriter writer(expectedSize, begin);
+    JsonWriter writer((records.size() + 1) * usualRecord);
     writer.beginObject();
     writer.key("sessions");
     writer.beginArray();
-    for (const SessionRecord& record : sessions) {
-        write(writer, record);
-    }
+    write(writer, records, order);
     writer.endArray();
     writer.field("version", sessionArchiveVersion);
     writer.endObject();
-    auto text = std::move(writer).finish();
-    if (!text) {
-        return Unexpected{text.error()};
-    }
-    m_buffer = *std::move(text);
-    m_begin = begin;
-    m_canGrow = !sessions.empty();
-    return {};
+    return std::move(writer).finish();
 }
 
-Expected<bool, DocumentError> SessionArchiveText::prepend(const SessionRecord& record)
+Expected<std::string, DocumentError> encodeSessionArchiveStart(std::span<const SessionRecord> records)
 {
-    JsonWriter writer;
-    write(writer, record);
-    const auto written = std::move(writer).finish();
-    if (!written) {
-        return Unexpected{written.error()};
+    JsonWriter writer((records.size() + 1) * usualRecord);
+    writer.beginArray();
+    write(writer, records, RecordOrder::latestLast);
+    auto written = std::move(writer).finish();
+    if (written) {
+        written->replace(0, 1, sessionArchiveOpening);
+        written->push_back(',');
     }
-    // The opening moves to the front, and the record with its comma takes its place.
-    const std::size_t growth = written->size() + 1;
-    if (!m_canGrow || growth > m_begin) {
-        return false;
-    }
-    m_begin -= growth;
-    char* at = std::copy(opening.begin(), opening.end(), m_buffer.data() + m_begin);
-    at = std::copy(written->begin(), written->end(), at);
-    *at = ',';
-    return true;
+    return written;
 }
 
 Expected<std::vector<SessionRecord>, DocumentError> decodeSessionArchive(const std::string& document)
@@ -190,13 +179,12 @@ Expected<std::vector<SessionRecord>, DocumentError> decodeSessionArchive(const s
         return Unexpected{*reader.error()};
     }
     std::vector<SessionRecord> sessions;
+    TextPool pool;
     // The library's count saturates at 16,777,215; beyond that the vector just grows.
-    // With room for the records to come: growing moves all of them, on the main thread.
-    constexpr std::size_t spareRecords = 512;
-    sessions.reserve(array.size() + spareRecords);
+    sessions.reserve(array.size() + spareSessionRecords);
     for (const JsonValue value : array) {
         const std::size_t index = sessions.size();
-        if (auto error = readRecord(value, index, sessions.emplace_back())) {
+        if (auto error = readRecord(value, index, sessions.emplace_back(), pool)) {
             return Unexpected{*std::move(error)};
         }
     }

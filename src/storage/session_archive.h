@@ -4,8 +4,8 @@
 #include "core/session_record.h"
 #include "storage/document_error.h"
 
-#include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,31 +15,24 @@ namespace brevlin {
 /// The format that this release writes; it reads this one and older ones.
 inline constexpr std::int64_t sessionArchiveVersion = 1;
 
-/// The history file: {"sessions":[…],"version":1}, in one line, every object with its keys sorted. The text
-/// is kept between two writes: nearly every change adds one record in front, and writing the numbers of all
-/// the others again would cost more than the disk does. A failed change leaves the text as it was.
-class SessionArchiveText final
-{
-public:
-    /// The text of an empty history.
-    SessionArchiveText();
+// The history file: {"sessions":[…],"version":1}, in one line, every object with its keys sorted, and the
+// records by their end, the latest first.
 
-    std::string_view view() const { return std::string_view(m_buffer).substr(m_begin); }
-    /// Takes the text of a file that decodes. It may be written in any way.
-    void adopt(std::string document);
-    Expected<void, DocumentError> encode(const std::vector<SessionRecord>& sessions);
-    /// Puts the record in front of all others; false when there is no room and encode() has to do it.
-    Expected<bool, DocumentError> prepend(const SessionRecord& record);
+/// What the text of every history begins with; behind it stand the records.
+inline constexpr std::string_view sessionArchiveOpening = R"({"sessions":[)";
 
-private:
-    std::string m_buffer; // the text behind unused room
-    std::size_t m_begin = 0;
-    bool m_canGrow = false; // written by us, and not empty
-};
+enum class RecordOrder { latestFirst, latestLast };
+
+/// The whole text, or the first value that JSON cannot express.
+Expected<std::string, DocumentError> encodeSessionArchive(std::span<const SessionRecord> records,
+                                                          RecordOrder order = RecordOrder::latestFirst);
+/// What stands in place of the opening of a text of ours, that of an empty history excepted, to put these
+/// records, the latest last, in front of all of its own.
+Expected<std::string, DocumentError> encodeSessionArchiveStart(std::span<const SessionRecord> records);
 
 /// The records of a history file, latest end first, those of the same instant as they stand in the file. All
 /// or nothing: one unreadable record makes the whole file unreadable, for leaving it out would lose it with
-/// the next write.
+/// the next write. A text with 64 bytes of spare capacity is not copied.
 Expected<std::vector<SessionRecord>, DocumentError> decodeSessionArchive(const std::string& document);
 
 } // namespace brevlin

@@ -73,6 +73,7 @@ void SessionStore::finishLoad(Expected<std::vector<SessionRecord>, DocumentError
         m_isLoaded = true;
         m_lastError.reset();
         m_sessions = *std::move(loaded);
+        m_focusCounts = FocusCounts(m_sessions);
         joinUnsaved();
         recordsChanged();
     }
@@ -118,6 +119,7 @@ void SessionStore::clear()
              m_lastError ? DocumentError{m_lastError->underlyingDescription} : DocumentError{}, true);
         return;
     }
+    m_focusCounts = {};
     postChange(ClearRecords{}, Operation::clear, std::exchange(m_sessions, {}));
 }
 
@@ -230,6 +232,7 @@ void SessionStore::takeRecords(Uuid id, std::vector<SessionRecord>& taken)
 {
     for (std::size_t index = 0; index < m_sessions.size();) {
         if (m_sessions[index].id == id) {
+            m_focusCounts.remove(m_sessions[index]);
             taken.push_back(std::move(m_sessions[index]));
             m_sessions.erase(m_sessions.begin() + static_cast<std::ptrdiff_t>(index));
         } else {
@@ -241,6 +244,7 @@ void SessionStore::takeRecords(Uuid id, std::vector<SessionRecord>& taken)
 // Where appending and stable sorting would put it: behind the records of the same instant.
 void SessionStore::place(SessionRecord record)
 {
+    m_focusCounts.add(record);
     const auto position = std::upper_bound(m_sessions.begin(), m_sessions.end(), record, endedLater);
     m_sessions.insert(position, std::move(record));
 }
@@ -250,6 +254,9 @@ void SessionStore::placeAll(std::vector<SessionRecord> records)
     if (records.size() == 1) {
         place(std::move(records.front()));
         return;
+    }
+    for (const SessionRecord& record : records) {
+        m_focusCounts.add(record);
     }
     m_sessions.insert(m_sessions.end(), std::make_move_iterator(records.begin()),
                       std::make_move_iterator(records.end()));

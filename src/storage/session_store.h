@@ -3,6 +3,7 @@
 #include "core/expected.h"
 #include "core/finished_session.h"
 #include "core/session_record.h"
+#include "core/statistics_calculator.h"
 #include "platform/document_thread.h"
 #include "storage/history_file.h"
 #include "storage/retry_timer.h"
@@ -51,6 +52,8 @@ public:
     void setObserver(Observer observer);
 
     const std::vector<SessionRecord>& sessions() const { return m_sessions; }
+    /// Those of sessions().
+    const FocusCounts& focusCounts() const { return m_focusCounts; }
     /// The failure of the latest operation that is known; nothing after a success.
     const std::optional<SessionStoreError>& lastError() const { return m_lastError; }
     const std::string& path() const { return m_file->path(); }
@@ -103,6 +106,7 @@ private:
     RetryTimer m_retryTimer;
     Observer m_observer;
     std::vector<SessionRecord> m_sessions;
+    FocusCounts m_focusCounts;
     std::vector<Unsaved> m_unsaved;
     std::uint64_t m_number = 0; // of the latest change
     std::optional<SessionStoreError> m_lastError;

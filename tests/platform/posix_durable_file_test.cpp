@@ -106,6 +106,26 @@ TEST_F(PosixDurableFileTest, replaces_only_the_content_that_the_caller_knows)
     EXPECT_EQ(entryCount(m_folder.path()), 1U) << "the temporary file is gone";
 }
 
+TEST_F(PosixDurableFileTest, a_new_start_stands_before_what_stays_of_the_file)
+{
+    const std::string path = m_folder.path("file");
+    std::string content(9'000'001, 'x'); // the disk is asked to begin twice
+    content.replace(0, 3, "old");
+    const auto first = m_files.write(path, content);
+    ASSERT_TRUE(first);
+    const auto second = m_files.replaceStart(path, "the new", 3, *first);
+    ASSERT_TRUE(second);
+    EXPECT_EQ(m_files.replaceStart(path, "late", 3, *first).error().code, ESTALE);
+    EXPECT_EQ(entryCount(m_folder.path()), 1U) << "the temporary file is gone";
+    std::string read;
+    const auto stamp = m_files.readPieces(path, [&read](std::string_view piece) {
+        read += piece;
+        return true;
+    });
+    EXPECT_EQ(**stamp, *second);
+    EXPECT_TRUE(read == content.replace(0, 3, "the new"));
+}
+
 TEST_F(PosixDurableFileTest, a_symbolic_link_is_followed_and_stays)
 {
     fs::create_directory(m_folder.path("elsewhere"));

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <limits>
 
 namespace brevlin {
@@ -64,9 +65,8 @@ protected:
     // A history of two records, the later one first.
     static std::string twoRecords()
     {
-        SessionArchiveText text;
-        EXPECT_TRUE(text.encode({SessionRecord(session(2, 2000.25)), SessionRecord(session(1, 1000.0))}));
-        return std::string(text.view());
+        const std::array records{SessionRecord(session(2, 2000.25)), SessionRecord(session(1, 1000.0))};
+        return *encodeSessionArchive(records);
     }
 
     int m_changes = 0;

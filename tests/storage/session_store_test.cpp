@@ -167,16 +167,13 @@ TEST_F(SessionStoreTest, what_others_have_written_into_the_file_is_kept)
     store.remove(store.sessions()[1]);
     store.insert(session(3, 3000.0));
     // Another machine's file: it never had 3, still has 1, and has new records of its own.
-    SessionArchiveText text;
-    ASSERT_TRUE(text.encode({SessionRecord(session(6, 9000.0)), SessionRecord(session(5, 2500.0)),
-                             SessionRecord(session(2, 2000.25)), SessionRecord(session(1, 1000.0))}));
-    const std::string theirs(text.view());
+    const std::string theirs = *encodeSessionArchive(
+        std::array{SessionRecord(session(6, 9000.0)), SessionRecord(session(5, 2500.0)),
+                   SessionRecord(session(2, 2000.25)), SessionRecord(session(1, 1000.0))});
     file() = theirs;
     store.insert(session(4, 4000.0));
     EXPECT_EQ(ids(store.sessions()), "16 14 13 15 12 ") << "what was deleted here stays so";
-    SessionArchiveText inOrder;
-    ASSERT_TRUE(inOrder.encode(store.sessions()));
-    EXPECT_EQ(file(), inOrder.view());
+    EXPECT_EQ(file(), *encodeSessionArchive(store.sessions()));
     EXPECT_EQ(m_changes, 1);
 
     files.beforeReplacing = [&] {

@@ -3,6 +3,7 @@
 #include "platform/durable_file.h"
 #include "support/failure_plan.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <functional>
@@ -38,6 +39,22 @@ public:
                                    : std::optional{FileContent{file->second, stampOf(file->second)}};
     }
 
+    Expected<std::optional<FileStamp>, FileError>
+    readPieces(const std::string& path, const std::function<bool(std::string_view)>& take) const override
+    {
+        constexpr std::size_t pieceSize = 100; // so that most records come in pieces
+        const auto content = readStamped(path);
+        if (!content || !*content) {
+            return content ? Expected<std::optional<FileStamp>, FileError>{std::nullopt}
+                           : Unexpected{content.error()};
+        }
+        std::string_view rest = (*content)->bytes;
+        while (!rest.empty() && take(rest.substr(0, pieceSize))) {
+            rest.remove_prefix(std::min(pieceSize, rest.size()));
+        }
+        return std::optional{(*content)->stamp};
+    }
+
     Expected<std::optional<FileStamp>, FileError> stamp(const std::string& path) const override
     {
         if (unreadable.contains(path)) {
@@ -66,6 +83,13 @@ public:
             return Unexpected{fileError("rename", ESTALE, path)};
         }
         return write(path, bytes);
+    }
+
+    Expected<FileStamp, FileError> replaceStart(const std::string& path, std::string_view start,
+                                                std::size_t replaced, const FileStamp& known) override
+    {
+        const std::string old = exists(path) ? files[path] : std::string();
+        return replace(path, std::string(start) + old.substr(std::min(replaced, old.size())), known);
     }
 
     Expected<void, FileError> rename(const std::string& from, const std::string& to) override

@@ -22,11 +22,7 @@ namespace brevlin {
 class JsonWriter final
 {
 public:
-    /// The document begins behind `room` unused bytes, into which the caller may grow it later.
-    explicit JsonWriter(std::size_t expectedSize = 512, std::size_t room = 0) : m_size(room)
-    {
-        m_buffer.resize(expectedSize + room);
-    }
+    explicit JsonWriter(std::size_t expectedSize = 512) { m_buffer.resize(expectedSize); }
 
     void beginObject() { open('{'); }
     void endObject() { close('}'); }
@@ -104,7 +100,7 @@ private:
     void refuse(std::string_view problem);
 
     std::string m_buffer; // longer than the document until finish()
-    std::size_t m_size;
+    std::size_t m_size = 0;
     bool m_needsComma = false;
     std::string_view m_lastKey;
     std::optional<DocumentError> m_error;

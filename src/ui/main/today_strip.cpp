@@ -60,10 +60,8 @@ void TodayStrip::showEvent(QShowEvent* event)
 
 void TodayStrip::refresh()
 {
-    const Instant now = m_model.now();
-    m_shownDay = m_model.calendar().localDay(now);
-    const StatisticsSummary summary =
-        StatisticsCalculator::calculate(m_model.sessions(), now, m_model.calendar());
+    m_shownDay = m_model.calendar().localDay(m_model.now());
+    const StatisticsSummary summary = m_model.statistics();
     const std::int64_t completedToday =
         summary.lastSevenDays.empty() ? 0 : summary.lastSevenDays.back().completedPomodoros;
     const AppLanguage language = m_model.language();

@@ -95,9 +95,7 @@ protected:
         for (int index = 0; index < count; ++index) {
             records.push_back(record(clock.now() - Seconds{3600.0 * (index + 1)}, 1500));
         }
-        SessionArchiveText text;
-        EXPECT_TRUE(text.encode(records));
-        files.files["/data/sessions-v1.json"] = text.view();
+        files.files["/data/sessions-v1.json"] = *encodeSessionArchive(records);
         launch();
         m_list = std::make_unique<HistoryList>(model());
         m_list->resize(800, 500);

@@ -22,6 +22,7 @@ namespace {
 constexpr off_t largestFile = off_t{1} << 30;
 // Room behind the content for a reader that loads whole vectors past its end.
 constexpr std::size_t spareCapacity = 64;
+constexpr std::size_t pieceSize = std::size_t{1} << 18; // stays in the processor's cache
 constexpr mode_t privateFile = 0600;
 constexpr mode_t privateFolder = 0700;
 constexpr mode_t permissionBits = 07777;
@@ -86,22 +87,63 @@ Expected<void, FileError> createFolders(const std::string& path)
     return synced;
 }
 
-Expected<void, FileError> writeAll(const FileDescriptor& file, std::string_view bytes,
-                                   const std::string& path)
+/// Fills a new file, and has the disk begin with what is there while the rest is still to come.
+class FileFiller final
 {
-    constexpr std::size_t largestStep = std::size_t{1} << 30;
-    while (!bytes.empty()) {
-        const ssize_t written = ::write(file.get(), bytes.data(), std::min(bytes.size(), largestStep));
-        if (written < 0) {
-            if (errno == EINTR) {
-                continue;
+public:
+    FileFiller(const FileDescriptor& file, const std::string& path) : m_file(file), m_path(path) {}
+
+    Expected<void, FileError> write(std::string_view bytes)
+    {
+        while (!bytes.empty()) {
+            const ssize_t written = ::write(m_file.get(), bytes.data(), std::min(bytes.size(), step));
+            if (written < 0) {
+                if (errno == EINTR) {
+                    continue;
+                }
+                return Unexpected{lastFileError("write", m_path)};
             }
-            return Unexpected{lastFileError("write", path)};
+            bytes.remove_prefix(static_cast<std::size_t>(written));
+            m_written += written;
+            if (m_written - m_begun >= static_cast<off_t>(step)) {
+                // A hint, whose failure means nothing: fsync tells what is on the disk.
+                ::sync_file_range(m_file.get(), m_begun, m_written - m_begun, SYNC_FILE_RANGE_WRITE);
+                m_begun = m_written;
+            }
         }
-        bytes.remove_prefix(static_cast<std::size_t>(written));
+        return {};
     }
-    return {};
-}
+
+    Expected<void, FileError> copy(const FileDescriptor& source, off_t begin)
+    {
+        std::string buffer(pieceSize, '\0');
+        for (;;) {
+            const ssize_t count = ::pread(source.get(), buffer.data(), buffer.size(), begin);
+            if (count < 0 && errno != EINTR) {
+                return Unexpected{lastFileError("read", m_path)};
+            }
+            if (count == 0) {
+                return {};
+            }
+            if (count > 0) {
+                begin += count;
+                if (auto written = write({buffer.data(), static_cast<std::size_t>(count)}); !written) {
+                    return written;
+                }
+            }
+        }
+    }
+
+    off_t written() const { return m_written; }
+
+private:
+    static constexpr std::size_t step = std::size_t{1} << 22;
+
+    const FileDescriptor& m_file;
+    const std::string& m_path;
+    off_t m_written = 0;
+    off_t m_begun = 0; // the disk has been asked for all before
+};
 
 FileStamp stampOf(const struct stat& status)
 {
@@ -110,11 +152,36 @@ FileStamp stampOf(const struct stat& status)
             status.st_mtim.tv_sec * nanoseconds + status.st_mtim.tv_nsec};
 }
 
-// Everything up to the close: afterwards the bytes are on the disk, under the temporary name.
-Expected<FileStamp, FileError> fillFile(FileDescriptor file, std::string_view bytes, mode_t mode,
-                                        const std::string& path)
+// What a file is to hold: the bytes, and behind them what the file that it replaces holds from a place on.
+struct NewContent
 {
-    if (auto written = writeAll(file, bytes, path); !written) {
+    std::string_view bytes;
+    std::optional<off_t> keptFrom;
+};
+
+Expected<void, FileError> fill(const FileDescriptor& file, const FileDescriptor& folder,
+                               const NewContent& content, const std::string& path)
+{
+    FileFiller filler(file, path);
+    auto written = filler.write(content.bytes);
+    if (!written || !content.keptFrom) {
+        return written;
+    }
+    const FileDescriptor old = openFile(folder.get(), nameOf(path), O_RDONLY | O_NONBLOCK | O_NOCTTY);
+    struct stat status = {};
+    if (!old.isOpen() || ::fstat(old.get(), &status) != 0) {
+        return Unexpected{lastFileError("open", path)};
+    }
+    written = filler.copy(old, *content.keptFrom);
+    const off_t whole = static_cast<off_t>(content.bytes.size()) + status.st_size - *content.keptFrom;
+    return !written || filler.written() == whole ? written : Unexpected{fileError("read", ESTALE, path)};
+}
+
+// Everything up to the close: afterwards the bytes are on the disk, under the temporary name.
+Expected<FileStamp, FileError> fillFile(FileDescriptor file, const FileDescriptor& folder,
+                                        const NewContent& content, mode_t mode, const std::string& path)
+{
+    if (auto written = fill(file, folder, content, path); !written) {
         return Unexpected{written.error()};
     }
     if (::fchmod(file.get(), mode) != 0) {
@@ -136,6 +203,53 @@ Expected<FileStamp, FileError> fillFile(FileDescriptor file, std::string_view by
         return Unexpected{lastFileError("close", path)};
     }
     return stampOf(status);
+}
+
+struct OpenedFile
+{
+    FileDescriptor file;
+    FileStamp stamp;
+};
+
+Expected<std::optional<OpenedFile>, FileError> openForReading(const std::string& path)
+{
+    // O_NONBLOCK: a pipe in the file's place must not hold up the start.
+    FileDescriptor file = openFile(AT_FDCWD, path, O_RDONLY | O_NONBLOCK | O_NOCTTY);
+    if (!file.isOpen()) {
+        if (errno == ENOENT) {
+            return std::optional<OpenedFile>{};
+        }
+        return Unexpected{lastFileError("open", path)};
+    }
+    struct stat status = {};
+    if (::fstat(file.get(), &status) != 0) {
+        return Unexpected{lastFileError("stat", path)};
+    }
+    if (const int code = refusal(status); code != 0) {
+        return Unexpected{fileError("read", code, path)};
+    }
+    if (status.st_size > largestFile) {
+        return Unexpected{fileError("read", EFBIG, path)};
+    }
+    return std::optional<OpenedFile>{OpenedFile{std::move(file), stampOf(status)}};
+}
+
+// Less than the size only at the end of the file.
+Expected<std::size_t, FileError> readUpTo(const FileDescriptor& file, char* bytes, std::size_t size,
+                                          const std::string& path)
+{
+    std::size_t length = 0;
+    while (length < size) {
+        const ssize_t count = ::read(file.get(), bytes + length, size - length);
+        if (count < 0 && errno != EINTR) {
+            return Unexpected{lastFileError("read", path)};
+        }
+        if (count == 0) {
+            break;
+        }
+        length += count > 0 ? static_cast<std::size_t>(count) : 0;
+    }
+    return length;
 }
 
 // The mode that the new content takes over.
@@ -172,7 +286,7 @@ Expected<void, FileError> checkKnown(const FileDescriptor& folder, const std::st
 }
 
 Expected<FileStamp, FileError> replaceFile(const FileDescriptor& folder, const std::string& path,
-                                           std::string_view bytes, mode_t mode, const Known& known)
+                                           const NewContent& content, mode_t mode, const Known& known)
 {
     const std::string temporaryName = makeTemporaryName();
     FileDescriptor file =
@@ -182,11 +296,12 @@ Expected<FileStamp, FileError> replaceFile(const FileDescriptor& folder, const s
     }
     // After a failed fsync the kernel takes the pages for clean, so a second one proves nothing: every
     // failure throws the temporary file away, and the caller's next attempt starts from memory.
-    auto filled = fillFile(std::move(file), bytes, mode, path);
+    auto filled = fillFile(std::move(file), folder, content, mode, path);
     if (!filled) {
         ::unlinkat(folder.get(), temporaryName.c_str(), 0);
         return filled;
     }
+    // Also what was copied is what the caller knows then.
     if (const auto checked = checkKnown(folder, path, known); !checked) {
         ::unlinkat(folder.get(), temporaryName.c_str(), 0);
         return Unexpected{checked.error()};
@@ -202,7 +317,8 @@ Expected<FileStamp, FileError> replaceFile(const FileDescriptor& folder, const s
     return filled;
 }
 
-Expected<FileStamp, FileError> writeFile(const std::string& path, std::string_view bytes, const Known& known)
+Expected<FileStamp, FileError> writeFile(const std::string& path, const NewContent& content,
+                                         const Known& known)
 {
     const auto target = followLinks(path);
     if (!target) {
@@ -220,47 +336,48 @@ Expected<FileStamp, FileError> writeFile(const std::string& path, std::string_vi
     if (!mode) {
         return Unexpected{mode.error()};
     }
-    return replaceFile(folder, *target, bytes, *mode, known);
+    return replaceFile(folder, *target, content, *mode, known);
 }
 
 } // namespace
 
 Expected<std::optional<FileContent>, FileError> PosixDurableFile::readStamped(const std::string& path) const
 {
-    // O_NONBLOCK: a pipe in the file's place must not hold up the start.
-    const FileDescriptor file = openFile(AT_FDCWD, path, O_RDONLY | O_NONBLOCK | O_NOCTTY);
-    if (!file.isOpen()) {
-        if (errno == ENOENT) {
-            return std::optional<FileContent>{};
-        }
-        return Unexpected{lastFileError("open", path)};
+    const auto opened = openForReading(path);
+    if (!opened || !*opened) {
+        return opened ? Expected<std::optional<FileContent>, FileError>{std::nullopt}
+                      : Unexpected{opened.error()};
     }
-    struct stat status = {};
-    if (::fstat(file.get(), &status) != 0) {
-        return Unexpected{lastFileError("stat", path)};
-    }
-    if (const int code = refusal(status); code != 0) {
-        return Unexpected{fileError("read", code, path)};
-    }
-    if (status.st_size > largestFile) {
-        return Unexpected{fileError("read", EFBIG, path)};
-    }
+    const auto size = static_cast<std::size_t>((*opened)->stamp.size);
     std::string bytes;
-    bytes.reserve(static_cast<std::size_t>(status.st_size) + spareCapacity);
-    bytes.resize(static_cast<std::size_t>(status.st_size));
-    std::size_t length = 0;
-    while (length < bytes.size()) {
-        const ssize_t count = ::read(file.get(), bytes.data() + length, bytes.size() - length);
-        if (count < 0 && errno != EINTR) {
-            return Unexpected{lastFileError("read", path)};
-        }
-        if (count == 0) {
-            break;
-        }
-        length += count > 0 ? static_cast<std::size_t>(count) : 0;
+    bytes.reserve(size + spareCapacity);
+    bytes.resize(size);
+    const auto length = readUpTo((*opened)->file, bytes.data(), size, path);
+    if (!length) {
+        return Unexpected{length.error()};
     }
-    bytes.resize(length);
-    return std::optional{FileContent{std::move(bytes), stampOf(status)}};
+    bytes.resize(*length);
+    return std::optional{FileContent{std::move(bytes), (*opened)->stamp}};
+}
+
+Expected<std::optional<FileStamp>, FileError>
+PosixDurableFile::readPieces(const std::string& path, const std::function<bool(std::string_view)>& take) const
+{
+    const auto opened = openForReading(path);
+    if (!opened || !*opened) {
+        return opened ? Expected<std::optional<FileStamp>, FileError>{std::nullopt}
+                      : Unexpected{opened.error()};
+    }
+    std::string piece(pieceSize, '\0');
+    for (;;) {
+        const auto length = readUpTo((*opened)->file, piece.data(), piece.size(), path);
+        if (!length) {
+            return Unexpected{length.error()};
+        }
+        if (*length == 0 || !take({piece.data(), *length})) {
+            return std::optional{(*opened)->stamp};
+        }
+    }
 }
 
 Expected<std::optional<FileStamp>, FileError> PosixDurableFile::stamp(const std::string& path) const
@@ -275,13 +392,19 @@ Expected<std::optional<FileStamp>, FileError> PosixDurableFile::stamp(const std:
 
 Expected<FileStamp, FileError> PosixDurableFile::write(const std::string& path, std::string_view bytes)
 {
-    return writeFile(path, bytes, std::nullopt);
+    return writeFile(path, {bytes, std::nullopt}, std::nullopt);
 }
 
 Expected<FileStamp, FileError> PosixDurableFile::replace(const std::string& path, std::string_view bytes,
                                                          const std::optional<FileStamp>& known)
 {
-    return writeFile(path, bytes, known);
+    return writeFile(path, {bytes, std::nullopt}, known);
+}
+
+Expected<FileStamp, FileError> PosixDurableFile::replaceStart(const std::string& path, std::string_view start,
+                                                              std::size_t replaced, const FileStamp& known)
+{
+    return writeFile(path, {start, static_cast<off_t>(replaced)}, std::optional{known});
 }
 
 Expected<void, FileError> PosixDurableFile::rename(const std::string& from, const std::string& to)

@@ -2,6 +2,7 @@
 
 #include "platform/durable_file.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -16,10 +17,14 @@ class PosixDurableFile final : public DurableFile
 public:
     /// Refuses what is not a regular file (EISDIR, EINVAL) and what is larger than 1 GiB (EFBIG).
     Expected<std::optional<FileContent>, FileError> readStamped(const std::string& path) const override;
+    Expected<std::optional<FileStamp>, FileError>
+    readPieces(const std::string& path, const std::function<bool(std::string_view)>& take) const override;
     Expected<std::optional<FileStamp>, FileError> stamp(const std::string& path) const override;
     Expected<FileStamp, FileError> write(const std::string& path, std::string_view bytes) override;
     Expected<FileStamp, FileError> replace(const std::string& path, std::string_view bytes,
                                            const std::optional<FileStamp>& known) override;
+    Expected<FileStamp, FileError> replaceStart(const std::string& path, std::string_view start,
+                                                std::size_t replaced, const FileStamp& known) override;
     /// Renames a symbolic link itself.
     Expected<void, FileError> rename(const std::string& from, const std::string& to) override;
     /// Removes what a symbolic link points at and leaves the link.

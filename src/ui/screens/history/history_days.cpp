@@ -21,26 +21,42 @@ Seconds focusOf(const SessionRecord& record)
 
 HistoryDays::HistoryDays(const std::vector<SessionRecord>& records, const Calendar& calendar)
 {
+    // In one pass, for it is the memory of the records that takes the time.
+    for (std::size_t row = 0; row < records.size(); ++row) {
+        const LocalDay day = calendar.localDay(records[row].endedAt);
+        if (!m_days.empty() && m_days.back().day < day) {
+            sortByDay(records, calendar);
+            return;
+        }
+        add(day, row, records[row]);
+    }
+}
+
+// A zone that moved across the date line shows a date twice.
+void HistoryDays::sortByDay(const std::vector<SessionRecord>& records, const Calendar& calendar)
+{
     std::vector<LocalDay> days;
     days.reserve(records.size());
     for (const SessionRecord& record : records) {
         days.push_back(calendar.localDay(record.endedAt));
     }
-    // A zone that moved across the date line shows a date twice.
-    if (!std::is_sorted(days.begin(), days.end(), std::greater<>{})) {
-        m_order.resize(records.size());
-        std::iota(m_order.begin(), m_order.end(), 0U);
-        std::stable_sort(m_order.begin(), m_order.end(),
-                         [&](std::uint32_t a, std::uint32_t b) { return days[a] > days[b]; });
-    }
+    m_order.resize(records.size());
+    std::iota(m_order.begin(), m_order.end(), 0U);
+    std::stable_sort(m_order.begin(), m_order.end(),
+                     [&](std::uint32_t a, std::uint32_t b) { return days[a] > days[b]; });
+    m_days.clear();
     for (std::size_t row = 0; row < records.size(); ++row) {
-        const std::size_t index = recordIndex(row);
-        if (m_days.empty() || m_days.back().day != days[index]) {
-            m_days.push_back({days[index], row, 0, Seconds{0.0}});
-        }
-        ++m_days.back().count;
-        m_days.back().focus += focusOf(records[index]);
+        add(days[recordIndex(row)], row, records[recordIndex(row)]);
     }
+}
+
+void HistoryDays::add(LocalDay day, std::size_t row, const SessionRecord& record)
+{
+    if (m_days.empty() || m_days.back().day != day) {
+        m_days.push_back({day, row, 0, Seconds{0.0}});
+    }
+    ++m_days.back().count;
+    m_days.back().focus += focusOf(record);
 }
 
 TimerPhase shownPhase(const SessionRecord& record)

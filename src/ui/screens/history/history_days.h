@@ -35,6 +35,9 @@ public:
     std::size_t recordIndex(std::size_t row) const { return m_order.empty() ? row : m_order[row]; }
 
 private:
+    void sortByDay(const std::vector<SessionRecord>& records, const Calendar& calendar);
+    void add(LocalDay day, std::size_t row, const SessionRecord& record);
+
     std::vector<HistoryDay> m_days;
     std::vector<std::uint32_t> m_order; // empty where rows and records have the same order, as nearly always
 };

@@ -139,8 +139,7 @@ void StatisticsView::refresh()
 
 void StatisticsView::computeStreak()
 {
-    m_currentStreak =
-        StatisticsCalculator::calculate(m_model.sessions(), m_model.now(), m_model.calendar()).currentStreak;
+    m_currentStreak = m_model.statistics().currentStreak;
 }
 
 void StatisticsView::showPeriod()

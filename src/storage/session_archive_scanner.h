@@ -1,0 +1,65 @@
+#pragma once
+
+#include "core/session_record.h"
+
+#include <array>
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace brevlin {
+
+/// Room that a history is read with for the records to come: growing moves all of them, on the main thread.
+inline constexpr std::size_t spareSessionRecords = 512;
+
+/// Gives equal texts as one. Forgets what it has not met for long, so it stays small.
+class TextPool final
+{
+public:
+    SharedText shared(std::string_view text)
+    {
+        SharedText& kept = m_texts[std::hash<std::string_view>{}(text) % m_texts.size()];
+        if (kept.view() != text) {
+            kept = SharedText(text);
+        }
+        return kept;
+    }
+
+private:
+    std::array<SharedText, 1024> m_texts;
+};
+
+/// Reads a history file in exactly the form in which we write it, as its pieces come. The JSON library, which
+/// reads any form, needs the whole text and builds a tree of it: both are larger than the records, and take
+/// longer than all the rest of a start with a long history.
+class SessionArchiveScanner final
+{
+public:
+    /// With room for a file of this size.
+    explicit SessionArchiveScanner(std::size_t fileSize);
+    ~SessionArchiveScanner();
+    SessionArchiveScanner(const SessionArchiveScanner&) = delete;
+    SessionArchiveScanner& operator=(const SessionArchiveScanner&) = delete;
+
+    /// False as soon as the text has another form.
+    bool take(std::string_view piece);
+    /// The records, latest end first, after the last piece; nothing for a text of another form, valid or not.
+    std::optional<std::vector<SessionRecord>> finish();
+
+private:
+    class Values;
+    enum class Next { opening, record, separator };
+
+    bool scanOn();
+
+    std::unique_ptr<Values> m_values;
+    std::string m_text; // what was not understood yet
+    std::vector<SessionRecord> m_records;
+    Next m_next = Next::opening;
+};
+
+} // namespace brevlin
