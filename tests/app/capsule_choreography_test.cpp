@@ -243,6 +243,10 @@ TEST_F(CapsuleChoreographyTest, a_visible_circle_grows_into_the_island_and_back)
     EXPECT_EQ(wait(1), "island 460") << "the pointer does not expand an island";
     EXPECT_EQ(capsule.askedWidth, 0);
     EXPECT_EQ(command(CapsuleCommand::minimize), "minimised 50");
+    choreography->toggleCompletionSize();
+    EXPECT_EQ(shown(), "island 460");
+    choreography->toggleCompletionSize();
+    EXPECT_EQ(shown(), "minimised 50");
     EXPECT_EQ(command(CapsuleCommand::restore), "island 460");
     EXPECT_EQ(capsule.content.completionTitle, "Focus complete");
     EXPECT_EQ(command(CapsuleCommand::primary), "circle 50");

@@ -41,6 +41,13 @@ TEST_F(PlacesTest, of_the_capsule_and_the_section_are_written_and_read_in_the_do
     ASSERT_TRUE(window.saveSection("history"));
     EXPECT_EQ(defaults.values["com.quillmark.brevlin.mainSection"], "\"history\"");
     EXPECT_EQ(window.section(), "history");
+    EXPECT_EQ(window.wasDark(), std::nullopt);
+    for (const bool isDark : {true, false}) {
+        ASSERT_TRUE(window.saveIsDark(isDark));
+        EXPECT_EQ(window.wasDark(), isDark);
+    }
+    defaults.values[std::string(MainWindowStore::colorSchemeKey)] = "\"blue\"";
+    EXPECT_EQ(window.wasDark(), std::nullopt);
 }
 
 TEST_F(PlacesTest, of_a_window_that_nobody_moved_have_a_size_alone)
