@@ -62,7 +62,7 @@ void SessionStore::finishLoad(Expected<std::vector<SessionRecord>, DocumentError
     m_isLoaded = m_isLoaded || isRead;
     if (loaded) {
         m_lastError.reset();
-        m_sessions = *std::move(loaded);
+        m_sessions = std::move(*loaded);
         m_focusCounts = FocusCounts(m_sessions);
         joinUnsaved();
     }
