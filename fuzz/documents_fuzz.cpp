@@ -7,6 +7,7 @@
 #include "storage/session_archive.h"
 #include "storage/session_archive_scanner.h"
 #include "storage/snapshot_document.h"
+#include "support/record_differences.h"
 
 #include <cstddef>
 #include <cstdint>
