@@ -7,11 +7,15 @@
 #include "storage/session_archive.h"
 #include "storage/session_archive_scanner.h"
 #include "storage/snapshot_document.h"
+#include "support/record_differences.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 using namespace brevlin;
 
@@ -36,6 +40,18 @@ void roundTrip(const Expected<T, DocumentError>& decoded,
     }
 }
 
+/// The scanner takes fewer texts than the library, and gives the same for what it takes.
+void requireSameByScanner(std::string_view text, const std::optional<std::vector<SessionRecord>>& expected)
+{
+    SessionArchiveScanner scanner(text.size());
+    if (scanner.take(text.substr(0, text.size() / 2))) {
+        scanner.take(text.substr(text.size() / 2));
+    }
+    if (const auto scanned = scanner.finish()) {
+        require(expected && test::differences(*scanned, *expected).empty());
+    }
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
@@ -50,17 +66,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         require(bool(text));
         const auto again = decodeSessionArchive(*text);
         require(again && *encodeSessionArchive(*again) == *text);
-        SessionArchiveScanner scanner(text->size());
-        const std::size_t half = text->size() / 2;
-        scanner.take(std::string_view(*text).substr(0, half));
-        scanner.take(std::string_view(*text).substr(half));
-        const auto scanned = scanner.finish();
-        require(scanned ? test::differences(*scanned, *again).empty() : sessions->empty());
-        SessionArchiveScanner other(document.size());
-        other.take(document);
-        if (const auto found = other.finish()) {
-            require(test::differences(*found, *sessions).empty());
-        }
+        requireSameByScanner(*text, *again);
+        requireSameByScanner(document, *sessions);
+    } else {
+        requireSameByScanner(document, std::nullopt);
     }
     return 0;
 }

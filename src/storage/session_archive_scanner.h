@@ -33,9 +33,9 @@ private:
     std::array<SharedText, 1024> m_texts;
 };
 
-/// Reads a history file in exactly the form in which we write it, as its pieces come. The JSON library, which
-/// reads any form, needs the whole text and builds a tree of it: both are larger than the records, and take
-/// longer than all the rest of a start with a long history.
+/// Reads a history file in exactly the form in which we write it, integers of more than 18 digits excepted,
+/// as its pieces come. The JSON library, which reads any form, needs the whole text and builds a tree of it:
+/// both are larger than the records, and take longer than all the rest of a start with a long history.
 class SessionArchiveScanner final
 {
 public:

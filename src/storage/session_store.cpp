@@ -72,7 +72,7 @@ void SessionStore::finishLoad(Expected<std::vector<SessionRecord>, DocumentError
     } else {
         m_isLoaded = true;
         m_lastError.reset();
-        m_sessions = *std::move(loaded);
+        m_sessions = std::move(*loaded);
         m_focusCounts = FocusCounts(m_sessions);
         joinUnsaved();
         recordsChanged();
