@@ -122,10 +122,9 @@ def processor_time(process):
 
 
 def wake_ups(process):
-    """How often a thread of it has slept and was woken."""
-    tasks = pathlib.Path(f"/proc/{process.pid}/task")
-    return sum(int(line.split()[1]) for task in tasks.iterdir() for line in (task / "status").read_text().splitlines()
-               if line.startswith("voluntary_ctxt_switches"))
+    """How often each thread has slept and was woken."""
+    return {task.name: int(line.split()[1]) for task in pathlib.Path(f"/proc/{process.pid}/task").iterdir()
+            for line in (task / "status").read_text().splitlines() if line.startswith("voluntary_ctxt_switches")}
 
 
 def print_a_second(what, process, milliseconds, wakes):
@@ -133,7 +132,8 @@ def print_a_second(what, process, milliseconds, wakes):
     time.sleep(OBSERVED)
     seconds = time.monotonic() - begin
     print_row(f"processor time a second, {what}", (processor_time(process) - time_before) / seconds, milliseconds, "ms", "")
-    print_row(f"wake-ups a second, {what}", (wake_ups(process) - wakes_before) / seconds, wakes, "", "")
+    woken = sum(count - wakes_before.get(thread, 0) for thread, count in wake_ups(process).items())
+    print_row(f"wake-ups a second, {what}", woken / seconds, wakes, "", "")
 
 
 def measure_processor_time():
