@@ -109,7 +109,10 @@ void TopCapsuleView::setContent(const CapsuleContent& content)
         m_page->setTexts(content);
     }
     showCompactTimer();
-    update();
+    // The clock and the border repaint what changes of them.
+    if (!haveSamePage(before, content) || before.showsProgressBorder != content.showsProgressBorder) {
+        update();
+    }
 }
 
 // A completion enters and leaves by its opacity.

@@ -80,6 +80,7 @@ void LocalStream::send(const QByteArray& bytes)
 void LocalStream::close()
 {
     if (isOpen()) {
+        m_notifier->setEnabled(false);
         m_notifier.release()->deleteLater(); // it may be what calls
         closeDescriptor(m_descriptor);
         Q_EMIT closed();
