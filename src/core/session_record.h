@@ -110,6 +110,8 @@ struct alignas(64) SessionRecord
     SessionRecord() = default;
     explicit SessionRecord(const FinishedSession& session);
 
+    bool operator==(const SessionRecord&) const = default;
+
     std::optional<TimerPhase> phase() const { return phaseRawValue.value(); }
     std::optional<SessionOutcome> outcome() const { return outcomeRawValue.value(); }
 };
