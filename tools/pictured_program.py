@@ -46,7 +46,11 @@ def snapshot(state):
     return document
 
 
-def history():
+INTENTIONS = {"en": ("Draft the chapter #thesis", "", "Read two papers #thesis #reading", "Answer letters", ""),
+              "zh": ("写第一章 #论文", "", "读两篇文章 #论文 #阅读", "回信", "")}
+
+
+def history(language="en"):
     """Five focus phases a day over the last nine days, most of them completed; the latest an hour ago."""
     now = time.time() - EPOCH
     records = []
@@ -57,7 +61,7 @@ def history():
         records.append({
             "actualStartAt": end - 1500, "completedWhileAway": False, "cycleIndex": place % 4 + 1,
             "effectiveDuration": 1500 if done else 400, "endedAt": end, "id": str(uuid.uuid4()).upper(),
-            "intention": "", "interruptionCount": 0, "outcomeRawValue": "completed" if done else "endedEarly",
+            "intention": INTENTIONS[language][place], "interruptionCount": 0, "outcomeRawValue": "completed" if done else "endedEarly",
             "pauseDuration": 0, "phaseRawValue": "focus", "plannedDuration": 1500, "plannedStartAt": end - 1500,
             "scheduledEndAt": end, "timeZoneIdentifierAtStart": "UTC"})
     return {"sessions": records, "version": 1}
@@ -105,7 +109,7 @@ def running_program(program, display, folder, state, language, scheme, section="
     write(settings / "Brevlin.preferences.v1.json", {"appLanguage": "english" if language == "en" else "zh-Hans"})
     write(settings / "Brevlin.activeTimerSnapshot.v1.json", snapshot(state))
     (settings / "com.quillmark.brevlin.mainSection.json").write_text(f'"{section}"')
-    records = make_history(2600, 420, time.time(), 11, "UTC") if section in ("history", "statistics") else history()
+    records = make_history(2600, 420, time.time(), 11, "UTC") if section in ("history", "statistics") else history(language)
     write(home / ".local/share/Brevlin/sessions-v1.json", records)
     environment = {**os.environ, "DISPLAY": display, "HOME": str(home), "XDG_RUNTIME_DIR": str(folder),
                    "LC_ALL": "C.UTF-8", "TZ": "UTC"}

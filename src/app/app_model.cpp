@@ -199,7 +199,14 @@ void AppModel::apply(const TimerTransition& transition, const TimerSnapshot& pre
 void AppModel::run(const TimerOperation& operation, AskForPermission permission)
 {
     const TimerSnapshot previous = m_snapshot;
-    apply(operation(*m_engine, now()), previous, permission);
+    TimerTransition transition = operation(*m_engine, now());
+    const TimerSnapshot& next = transition.snapshot;
+    const bool beginsFocus = next.runState == TimerRunState::running && next.phase == TimerPhase::focus &&
+                             next.sessionID != previous.sessionID;
+    if (beginsFocus && !next.intention && !m_preparedIntention.empty()) {
+        transition.snapshot = m_engine->setIntention(std::exchange(m_preparedIntention, {})).snapshot;
+    }
+    apply(transition, previous, permission);
 }
 
 void AppModel::handleNotificationAction(const TimerNotificationAction& action,

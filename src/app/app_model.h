@@ -94,7 +94,7 @@ public:
     AppLanguage language() const { return m_preferences.appLanguage; }
     const AddedPreferences& addedPreferences() const { return m_addedPreferences; }
     bool isAlertSoundPlaying() const { return m_isAlertSoundPlaying; }
-    /// What the phase that runs is for, else what the next focus phase will be for; empty for nothing.
+    /// What the focus phase under way is for, else what the next one will be for; empty for nothing.
     std::string intention() const;
 
     // What stands beside the timer
@@ -134,7 +134,7 @@ public:
     void dismissCompletion();
     void performPrimaryAction();
     void stopAlertSound();
-    /// Says what the phase that runs is for, or the next focus phase where none does. White space at both
+    /// Says what the focus phase under way is for, or the next one where there is none. White space at both
     /// ends goes, a line break becomes a space, and no more than longestIntention characters stay. Lasts for
     /// one phase.
     void setIntention(const std::string& intention);
@@ -184,7 +184,7 @@ Q_SIGNALS:
     void remainingSecondsChanged();
     void sessionsChanged();
     void preferencesChanged();
-    /// Nothing runs, and what the next focus phase will be for is another text.
+    /// What the next focus phase will be for is another text.
     void preparedIntentionChanged();
     /// Beside the changes that this made.
     void defaultPreferencesRestored();
@@ -223,11 +223,11 @@ private:
     void adoptAdded(const AddedPreferences& preferences);
     void connectHistory();
     void historyMayBeKnown();
-    std::string takePreparedIntention();
     /// Once the details have been read: those of a phase are changed, not replaced.
     void changeDetails(const Uuid& session, std::function<void(SessionDetails&)> change);
     void recordPause(const TimerTransition& transition, const TimerSnapshot& previous);
     void recordDecided(const FinishedSession& finished);
+    bool isFocusUnderWay() const;
     std::optional<SessionRecord> sessionOf(const Uuid& id);
     void carryOutDecisions();
     void endAtAbsence(const Uuid& session, std::size_t index);

@@ -23,10 +23,8 @@ void AppModel::command(TimerCommand command, const TimerOperation& operation, As
 
 void AppModel::start()
 {
-    const std::string intention = takePreparedIntention();
     command(
-        TimerCommand::start,
-        [&intention](TimerEngine& engine, Instant at) { return engine.start(at, intention); },
+        TimerCommand::start, [](TimerEngine& engine, Instant at) { return engine.start(at); },
         AskForPermission::yes);
 }
 
@@ -65,18 +63,8 @@ void AppModel::switchToNextPhase()
 void AppModel::advance()
 {
     const bool isIdle = m_snapshot.runState == TimerRunState::idle;
-    const bool startsFocus =
-        m_snapshot.phase == TimerPhase::focus && m_snapshot.runState == TimerRunState::ringing;
-    const std::string intention = isIdle || startsFocus ? takePreparedIntention() : std::string{};
-    command(TimerCommand::advance, [&](TimerEngine& engine, Instant at) {
-        if (isIdle) {
-            return engine.start(at, intention);
-        }
-        TimerTransition transition = engine.advance(at);
-        if (startsFocus) {
-            transition.snapshot = engine.setIntention(intention).snapshot;
-        }
-        return transition;
+    command(TimerCommand::advance, [isIdle](TimerEngine& engine, Instant at) {
+        return isIdle ? engine.start(at) : engine.advance(at);
     });
 }
 

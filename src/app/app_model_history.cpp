@@ -240,29 +240,28 @@ void AppModel::goOn(const TimerSnapshot& previous)
     Q_EMIT commandCarriedOut(TimerCommand::undo);
 }
 
+bool AppModel::isFocusUnderWay() const
+{
+    return m_snapshot.isActive() && m_snapshot.phase == TimerPhase::focus;
+}
+
 std::string AppModel::intention() const
 {
-    return m_snapshot.isActive() ? m_snapshot.intention.value_or(std::string{}) : m_preparedIntention;
+    return isFocusUnderWay() ? m_snapshot.intention.value_or(std::string{}) : m_preparedIntention;
 }
 
 void AppModel::setIntention(const std::string& intention)
 {
     const std::string text = typedIntention(intention, longestIntention);
-    if (!m_snapshot.isActive()) {
-        if (std::exchange(m_preparedIntention, text) != text) {
-            Q_EMIT preparedIntentionChanged();
-        }
-    } else if (text != m_snapshot.intention.value_or(std::string{})) {
+    if (text == this->intention()) {
+        return;
+    }
+    if (isFocusUnderWay()) {
         run([&text](TimerEngine& engine, Instant) { return engine.setIntention(text); });
+    } else {
+        m_preparedIntention = text;
+        Q_EMIT preparedIntentionChanged();
     }
-}
-
-std::string AppModel::takePreparedIntention()
-{
-    if (m_snapshot.phase != TimerPhase::focus || m_snapshot.isActive()) {
-        return {};
-    }
-    return std::exchange(m_preparedIntention, {});
 }
 
 void AppModel::setAsksAboutAbsences(bool asks)

@@ -238,7 +238,10 @@ TEST_F(HistoryTest, an_intention_lasts_for_its_phase)
     model().setIntention("later");
     model().advance();
     EXPECT_EQ(model().snapshot().intention, std::nullopt) << "a break is for nothing";
-    model().setIntention("");
+    EXPECT_EQ(model().intention(), "later");
+    model().switchToNextPhase();
+    EXPECT_EQ(model().snapshot().intention, "later");
+    model().switchToNextPhase();
     model().switchToNextPhase();
     EXPECT_EQ(model().snapshot().intention, std::nullopt);
 }

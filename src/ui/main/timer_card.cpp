@@ -1,5 +1,6 @@
 #include "ui/main/timer_card.h"
 
+#include "ui/timer/intention_field.h"
 #include "ui/timer/timer_control_row.h"
 #include "ui/timer/timer_cycle_indicator.h"
 #include "ui/timer/timer_ring_view.h"
@@ -12,7 +13,15 @@ namespace brevlin {
 
 namespace {
 
-constexpr TimerRingMetrics ringMetrics{252, 96, 54, 13};
+constexpr double largestCircle = 252;
+constexpr double smallestCircle = 200;
+constexpr int intentionWidth = 400;
+
+TimerRingMetrics ringMetrics(double diameter)
+{
+    const double scale = diameter / largestCircle;
+    return {diameter, 96 * scale, 54 * scale, 13 * scale};
+}
 
 /// One of the gaps from the card's top to its bottom; points. Whatever room is left beyond the wanted ones
 /// goes to the flexible gaps in equal parts.
@@ -29,8 +38,9 @@ constexpr double leastSpacer = 12;
 constexpr std::array gaps{
     Gap{11, padding, false},                                // above the cycle
     Gap{16, itemSpacing + leastSpacer + itemSpacing, true}, // to the ring
-    Gap{17, itemSpacing, false},                            // to the controls
-    Gap{12, itemSpacing + leastSpacer + padding, true},     // below them
+    Gap{13, itemSpacing, false},                            // to what the phase is for
+    Gap{7, 15, false},                                  // to the controls
+    Gap{12, leastSpacer + padding, true},                   // below them
 };
 
 double sum(double Gap::*length)
@@ -47,7 +57,8 @@ double sum(double Gap::*length)
 TimerCard::TimerCard(AppModel& model, QWidget* parent)
     : QWidget(parent)
     , m_cycle(new TimerCycleIndicator(model, false, Qt::AlignHCenter, this))
-    , m_ring(new TimerRingView(model, ringMetrics, this))
+    , m_ring(new TimerRingView(model, ringMetrics(largestCircle), this))
+    , m_intention(new IntentionField(model, this))
     , m_controls(new TimerControlRow(model, TimerControlStyle::mainWindow, this))
 {
     m_ring->setBackdrop(ThemeColor::panelBackground); // of the card surface around this
@@ -55,22 +66,25 @@ TimerCard::TimerCard(AppModel& model, QWidget* parent)
 
 QSize TimerCard::minimumSizeHint() const
 {
-    const int contents = m_cycle->sizeHint().height() + circleSide() + m_controls->sizeHint().height();
-    return {m_ring->sizeHint().width(), contents + static_cast<int>(sum(&Gap::least))};
+    const int circle = static_cast<int>(smallestCircle);
+    return {circle + 2 * m_ring->overhang(), heightBeside() + circle + static_cast<int>(sum(&Gap::least))};
 }
 
-int TimerCard::circleSide() const
+// Of all but the circle and the gaps.
+int TimerCard::heightBeside() const
 {
-    return m_ring->sizeHint().height() - 2 * m_ring->overhang();
+    return m_cycle->sizeHint().height() + m_intention->sizeHint().height() + m_controls->sizeHint().height();
 }
 
 void TimerCard::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
-    const int controlsHeight = m_controls->sizeHint().height();
-    const double free = height() - m_cycle->sizeHint().height() - circleSide() - controlsHeight;
     const double least = sum(&Gap::least);
     const double wanted = sum(&Gap::wanted);
+    const double room = height() - heightBeside();
+    const double circle = std::clamp(std::floor(room - least), smallestCircle, largestCircle);
+    m_ring->setMetrics(ringMetrics(circle));
+    const double free = room - circle;
     const double share = std::clamp((free - least) / (wanted - least), 0.0, 1.0);
     const double surplus = std::max(free - wanted, 0.0) / 2;
     double y = 0;
@@ -84,8 +98,12 @@ void TimerCard::resizeEvent(QResizeEvent* event)
     const QSize ring = m_ring->sizeHint();
     m_ring->setGeometry((width() - ring.width()) / 2, pass(gaps[1]) - m_ring->overhang(), ring.width(),
                         ring.height());
-    y += circleSide();
-    m_controls->setGeometry(0, pass(gaps[2]), width(), controlsHeight);
+    y += circle;
+    const int intention = std::min(intentionWidth, width() - 2 * static_cast<int>(padding));
+    const int intentionHeight = m_intention->sizeHint().height();
+    m_intention->setGeometry((width() - intention) / 2, pass(gaps[2]), intention, intentionHeight);
+    y += intentionHeight;
+    m_controls->setGeometry(0, pass(gaps[3]), width(), m_controls->sizeHint().height());
 }
 
 } // namespace brevlin

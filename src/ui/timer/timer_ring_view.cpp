@@ -70,6 +70,17 @@ TimerRingView::TimerRingView(AppModel& model, const TimerRingMetrics& metrics, Q
     updateTexts();
 }
 
+void TimerRingView::setMetrics(const TimerRingMetrics& metrics)
+{
+    if (m_metrics != metrics) {
+        m_metrics = metrics;
+        m_time->setTextFont(systemFont(metrics.timeSize, QFont::DemiBold, FontDesign::rounded));
+        updateGeometry();
+        layOut();
+        update();
+    }
+}
+
 void TimerRingView::setBackdrop(ThemeColor backdrop)
 {
     m_backdrop = backdrop;

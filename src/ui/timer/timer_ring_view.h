@@ -20,6 +20,8 @@ struct TimerRingMetrics
     double iconSize;
     double timeSize;
     double lineWidth;
+
+    bool operator==(const TimerRingMetrics&) const = default;
 };
 
 /// The countdown: an arc that grows clockwise from twelve o'clock around the phase's icon, the time left and,
@@ -32,6 +34,9 @@ class TimerRingView final : public QWidget
 public:
     TimerRingView(AppModel& model, const TimerRingMetrics& metrics, QWidget* parent = nullptr);
 
+    /// In place of those that it was made with.
+    void setMetrics(const TimerRingMetrics& metrics);
+    const TimerRingMetrics& metrics() const { return m_metrics; }
     /// The opaque colour that the ring stands on: a digit that changes then repaints nothing beneath it.
     void setBackdrop(ThemeColor backdrop);
     /// How far the stroke reaches out of the circle's square on each side; whole points. The widget is larger

@@ -8,6 +8,7 @@
 #include "ui/main/window_placement.h"
 #include "ui/style/text.h"
 #include "ui/style/theme.h"
+#include "ui/timer/intention_field.h"
 #include "ui/timer/timer_control_row.h"
 #include "ui/timer/timer_cycle_indicator.h"
 #include "ui/timer/timer_ring_view.h"
@@ -94,6 +95,7 @@ void TrayPanel::layOut()
     column->setSpacing(spacing);
     column->addLayout(top);
     column->addLayout(ringRow);
+    column->addWidget(new IntentionField(m_model, this));
     auto* controls = new TimerControlRow(m_model, TimerControlStyle::trayPanel, this);
     controls->setLongestRow(contentWidth - 2 * padding);
     column->addWidget(controls);
