@@ -50,6 +50,7 @@ struct CapsuleContent
     double progress = 0; ///< 0 to 1
     std::string endTimeText;
     std::string cycleSummaryText;
+    std::string intention; ///< empty for none
     AppLanguage language = AppLanguage::simplifiedChinese;
     TopTimerAppearance appearance = TopTimerAppearance::dark;
     bool showsCompletion = false;

@@ -186,6 +186,7 @@ CapsuleContent CapsuleChoreography::content(Shown shown) const
     result.progress = m_forcesCompactMorph ? 0.0 : m_model.progress();
     result.endTimeText = m_model.endTimeText();
     result.cycleSummaryText = m_model.cycleSummaryText();
+    result.intention = m_model.snapshot().intention.value_or(std::string{});
     result.language = m_model.language();
     result.appearance = m_model.preferences().topTimerAppearance;
     result.showsCompletion = shown == Shown::completion;

@@ -202,7 +202,9 @@ void TopCapsuleView::rebuild()
         m_content.showsMinimizedCompletion
             ? BilingualText{"点击展开提醒，拖动可移动", "Click to expand; drag to move"}
             : BilingualText{"拖动任意空白区域可移动", "Drag any empty area to move"};
-    setToolTip(qtText(help.in(m_content.language)));
+    const QString move = qtText(help.in(m_content.language));
+    const QString intention = qtText(m_content.intention);
+    setToolTip(intention.isEmpty() ? move : toolTipText(intention + QLatin1Char('\n') + move));
 }
 
 QString TopCapsuleView::name() const

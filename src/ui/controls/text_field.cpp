@@ -6,10 +6,10 @@
 #include "ui/style/theme.h"
 #include "ui/style/typography.h"
 
+#include <QClipboard>
 #include <QContextMenuEvent>
 #include <QFontMetricsF>
 #include <QGuiApplication>
-#include <QClipboard>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QMenu>
@@ -35,7 +35,8 @@ TextField::MenuTexts TextField::menuTexts(bool english)
             text("复制", "Copy"), text("粘贴", "Paste"), text("全选", "Select All")};
 }
 
-TextField::TextField(Look look, QWidget* parent) : QLineEdit(parent), m_look(look), m_menuTexts(menuTexts(true))
+TextField::TextField(Look look, QWidget* parent)
+    : QLineEdit(parent), m_look(look), m_menuTexts(menuTexts(true))
 {
     setFrame(false);
     setFont(textFont(TextRole::body));
@@ -148,12 +149,13 @@ void TextField::paintEvent(QPaintEvent* event)
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
         const bool isQuiet = m_look == Look::quiet;
-        const double strength = !isEnabled() ? 0.03
-                                : hasFocus() ? (isQuiet ? 0.055 : 0.09)
+        const double strength = !isEnabled()   ? 0.03
+                                : hasFocus()   ? (isQuiet ? 0.055 : 0.09)
                                 : underMouse() ? (isQuiet ? 0.04 : 0.085)
-                                : isQuiet    ? 0.0
-                                             : 0.055;
-        painter.fillPath(continuousRoundedRect(rect(), fieldRadius), theme.color(ThemeColor::label, strength));
+                                : isQuiet      ? 0.0
+                                               : 0.055;
+        painter.fillPath(continuousRoundedRect(rect(), fieldRadius),
+                         theme.color(ThemeColor::label, strength));
         if (m_keyboardFocus.isShown()) {
             paintFocusRing(painter, rect(), fieldRadius, theme);
         } else if (hasFocus()) {
@@ -164,7 +166,8 @@ void TextField::paintEvent(QPaintEvent* event)
             const QRectF place = QRectF(rect()).adjusted(padding + 2, 0, -padding - 2, 0);
             const bool isEmpty = text().isEmpty();
             painter.setFont(font());
-            painter.setPen(theme.color(isEmpty || !isEnabled() ? ThemeColor::secondaryLabel : ThemeColor::label));
+            painter.setPen(
+                theme.color(isEmpty || !isEnabled() ? ThemeColor::secondaryLabel : ThemeColor::label));
             const QString shown = QFontMetricsF(font()).elidedText(isEmpty ? placeholderText() : text(),
                                                                    Qt::ElideRight, place.width());
             drawTextOnBaseline(painter, place, alignment() & Qt::AlignHorizontal_Mask, shown);

@@ -4,6 +4,7 @@
 
 #include <QFontMetricsF>
 #include <QPainter>
+#include <QTextDocument>
 
 #include <cmath>
 
@@ -16,6 +17,11 @@ QString qtText(std::string_view text)
         BuiltInFonts::bringInSystem();
     }
     return result;
+}
+
+QString toolTipText(const QString& plain)
+{
+    return Qt::mightBeRichText(plain) ? Qt::convertFromPlainText(plain) : plain;
 }
 
 void drawTextOnBaseline(QPainter& painter, const QRectF& rect, Qt::Alignment alignment, const QString& text)

@@ -13,6 +13,9 @@ namespace brevlin {
 /// system's.
 QString qtText(std::string_view text);
 
+/// For a tool tip, which would take what looks like markup for it.
+QString toolTipText(const QString& plain);
+
 /// One line of text in the painter's font, vertically centred by that font's own height. Unlike QPainter's
 /// alignment, which reckons with the fallback font of each text, it puts Chinese and Latin texts on one
 /// baseline.

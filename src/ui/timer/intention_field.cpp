@@ -59,7 +59,7 @@ void IntentionField::follow()
             setText(text);
             setCursorPosition(0);
         }
-        setToolTip(text);
+        setToolTip(toolTipText(text));
     }
 }
 
@@ -73,7 +73,7 @@ void IntentionField::take()
     m_model.setIntention(text().toStdString());
     m_isTaking = false;
     setModified(false);
-    setToolTip(text());
+    setToolTip(toolTipText(text()));
 }
 
 void IntentionField::finish()

@@ -52,8 +52,8 @@ void SuggestionList::place()
     const QRect field(m_field.mapTo(window(), QPoint(0, 0)), m_field.size());
     const QRect room = window()->contentsRect();
     const bool fitsBelow = field.bottom() + gap + height < room.bottom();
-    setGeometry(field.left(), fitsBelow ? field.bottom() + 1 + gap : field.top() - gap - height, field.width(),
-                height);
+    setGeometry(field.left(), fitsBelow ? field.bottom() + 1 + gap : field.top() - gap - height,
+                field.width(), height);
 }
 
 std::optional<QString> SuggestionList::marked() const

@@ -48,7 +48,9 @@ StatusTexts trayTexts(const AppModel& model)
 {
     const std::string name =
         "Brevlin, " + phaseTitle(model) + ", " + TimeText::clock(model.remainingSeconds());
-    return {model.menuBarTitle(), name, "Brevlin", clockLine(model)};
+    const std::string intention = model.snapshot().intention.value_or(std::string{});
+    const std::string detail = intention.empty() ? clockLine(model) : clockLine(model) + "\n" + intention;
+    return {model.menuBarTitle(), name, "Brevlin", detail};
 }
 
 std::vector<StatusMenuRow> trayRows(const AppModel& model)

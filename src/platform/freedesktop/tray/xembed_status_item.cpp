@@ -7,6 +7,7 @@
 #include <QImage>
 #include <QPixmap>
 #include <QScreen>
+#include <QTextDocument>
 
 #include <utility>
 
@@ -82,7 +83,8 @@ void XEmbedStatusItem::setPictures(const StatusPictures& pictures)
 
 void XEmbedStatusItem::setTexts(const StatusTexts& texts)
 {
-    m_icon.setToolTip(QString::fromStdString(texts.toolTipTitle + "\n" + texts.toolTipDetail));
+    const QString text = QString::fromStdString(texts.toolTipTitle + "\n" + texts.toolTipDetail);
+    m_icon.setToolTip(Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text) : text);
 }
 
 void XEmbedStatusItem::setVisible(bool isVisible)
