@@ -275,20 +275,21 @@ TEST_F(MainWindowTest, the_sections_are_one_stop_and_the_windows_own_buttons_com
             press(Qt::Key_Tab);
             const auto* button = qobject_cast<QAbstractButton*>(QApplication::focusWidget());
             const QString name =
-                button == nullptr || !button->text().isEmpty() ? button->text() : button->accessibleName();
+                button != nullptr && !button->text().isEmpty() ? button->text()
+                                                               : QApplication::focusWidget()->accessibleName();
             names.push_back(name.toStdString());
         }
         return names;
     };
     using Names = std::vector<std::string>;
-    EXPECT_EQ(stops(6), (Names{"Focus", "Start Focus", "Close", "Minimize", "Maximize", "Focus"}));
+    EXPECT_EQ(stops(7), (Names{"Focus", "Intention", "Start Focus", "Close", "Minimize", "Maximize", "Focus"}));
     press(Qt::Key_Right);
     EXPECT_EQ(m_selection->section(), AppSection::history);
     for (int count = 0; count < 4; ++count) {
         press(Qt::Key_Left);
     }
     EXPECT_EQ(m_selection->section(), AppSection::timer);
-    EXPECT_EQ(stops(1), Names{"Start Focus"});
+    EXPECT_EQ(stops(2), (Names{"Intention", "Start Focus"}));
     press(Qt::Key_Space);
     // The keyboard is on Pause. More time changes nothing but the time, and may be wanted again.
     QApplication::focusWidget()->previousInFocusChain()->setFocus(Qt::TabFocusReason);
