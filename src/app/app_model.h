@@ -159,6 +159,9 @@ public:
     /// Answers what is asked of an absence, or changes the answer, also while the phase runs.
     void decideAbsence(const Uuid& session, std::size_t index, AbsenceDecision decision);
 
+    /// Takes back what is offered to be taken back, else the latest step of the history.
+    void undo();
+
     void activateMainWindow();
     /// Nobody sees the windows while the session is locked.
     void setSessionLocked(bool locked);

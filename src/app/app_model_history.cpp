@@ -283,6 +283,15 @@ void AppModel::adoptAdded(const AddedPreferences& preferences)
     }
 }
 
+void AppModel::undo()
+{
+    if (m_undoOffer.current()) {
+        m_undoOffer.accept();
+    } else {
+        m_historyEditor.undo();
+    }
+}
+
 void AppModel::deleteSession(const SessionRecord& record)
 {
     m_historyEditor.remove({record.id});

@@ -117,4 +117,20 @@ std::vector<std::string> labels(std::string_view intention)
     return result;
 }
 
+std::string foldedCase(std::string_view text)
+{
+    const bool isAscii =
+        std::all_of(text.begin(), text.end(), [](char c) { return static_cast<signed char>(c) >= 0; });
+    std::string result;
+    if (isAscii) {
+        result.reserve(text.size());
+        for (const char c : text) {
+            result.push_back(c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c);
+        }
+    } else {
+        unicode(text).foldCase().toUTF8String(result);
+    }
+    return result;
+}
+
 } // namespace brevlin

@@ -17,4 +17,7 @@ std::string typedIntention(std::string_view text, std::size_t longest);
 /// a letter or a digit begins none, unless that is an ideograph, for Chinese has no spaces.
 std::vector<std::string> labels(std::string_view intention);
 
+/// The text with letters that differ in case alone made equal, for comparing.
+std::string foldedCase(std::string_view text);
+
 } // namespace brevlin

@@ -1,33 +1,11 @@
 #include "core/intention_index.h"
 
-#include <unicode/unistr.h>
+#include "core/intention.h"
 
 #include <algorithm>
 #include <unordered_set>
 
 namespace brevlin {
-
-namespace {
-
-std::string folded(std::string_view text)
-{
-    const bool isAscii =
-        std::all_of(text.begin(), text.end(), [](char c) { return static_cast<signed char>(c) >= 0; });
-    std::string result;
-    if (isAscii) {
-        result.reserve(text.size());
-        for (const char c : text) {
-            result.push_back(c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c);
-        }
-    } else {
-        icu::UnicodeString::fromUTF8({text.data(), static_cast<int32_t>(text.size())})
-            .foldCase()
-            .toUTF8String(result);
-    }
-    return result;
-}
-
-} // namespace
 
 IntentionIndex::IntentionIndex(std::span<const SessionRecord> records)
 {
@@ -40,14 +18,14 @@ IntentionIndex::IntentionIndex(std::span<const SessionRecord> records)
             continue;
         }
         before = text;
-        std::string lower = folded(text);
+        std::string lower = foldedCase(text);
         m_entries.push_back({record.intention, lower == text ? std::string{} : std::move(lower)});
     }
 }
 
 std::vector<std::string> IntentionIndex::find(std::string_view typed, std::size_t most) const
 {
-    const std::string wanted = folded(typed);
+    const std::string wanted = foldedCase(typed);
     std::vector<std::string> result;
     std::vector<std::string> inside;
     for (const Entry& entry : m_entries) {

@@ -41,6 +41,7 @@ AlertDialog::AlertDialog(QWidget* parent)
     , m_title(makeLabel(textFont(TextRole::headline, QFont::DemiBold), this))
     , m_detail(makeLabel(textFont(TextRole::body), this))
     , m_buttons(new QHBoxLayout)
+    , m_contentWidth(dialogWidth)
 {
     setWindowModality(Qt::WindowModal);
     setAttribute(Qt::WA_DeleteOnClose);
@@ -67,6 +68,13 @@ void AlertDialog::setTitle(const QString& title)
 void AlertDialog::setDetail(const QString& detail)
 {
     m_detail->setText(detail);
+    m_detail->setVisible(!detail.isEmpty());
+}
+
+void AlertDialog::setContent(QWidget* content)
+{
+    constexpr int behindDetail = 2;
+    m_column->insertWidget(behindDetail, content);
 }
 
 CapsuleButton* AlertDialog::addButton(CapsuleStyle style)
@@ -80,7 +88,7 @@ CapsuleButton* AlertDialog::addButton(CapsuleStyle style)
 void AlertDialog::fit()
 {
     const QMargins margins = contentsMargins();
-    setFixedWidth(dialogWidth + margins.left() + margins.right());
+    setFixedWidth(m_contentWidth + margins.left() + margins.right());
     setFixedHeight(m_column->totalHeightForWidth(width()));
     if (const QWidget* window = parentWidget(); window != nullptr && !isVisible()) {
         move(window->mapToGlobal(window->rect().center()) - rect().center());

@@ -22,6 +22,10 @@ public:
 
     void setTitle(const QString& title);
     void setDetail(const QString& detail);
+    /// Between the text and the buttons, over the whole width. The dialog owns it.
+    void setContent(QWidget* content);
+    /// Without its margins; points.
+    void setContentWidth(int width) { m_contentWidth = width; }
     /// The buttons stand in the order in which they are added, the last at the trailing edge.
     CapsuleButton* addButton(CapsuleStyle style);
     /// To be called once the texts stand, and whenever they change: makes the dialog as high as they need and
@@ -40,6 +44,7 @@ private:
     QLabel* m_title;
     QLabel* m_detail;
     QHBoxLayout* m_buttons;
+    int m_contentWidth;
     bool m_hasShadow = false;
 };
 

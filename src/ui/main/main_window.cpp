@@ -80,6 +80,8 @@ void MainWindow::addShortcuts()
     add(QKeySequence(Qt::CTRL | Qt::Key_W), &QWidget::close);
     add(QKeySequence(Qt::CTRL | Qt::Key_Comma), &MainWindow::settingsRequested);
     add(QKeySequence(Qt::Key_F11), &MainWindow::toggleFullScreen);
+    add(QKeySequence(Qt::CTRL | Qt::Key_Z), [this] { m_model.undo(); });
+    add(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), [this] { m_model.historyEditor().redo(); });
     // As the alert's own buttons, which the keyboard does not reach.
     add(QKeySequence(Qt::SHIFT | Qt::Key_Escape), &MainWindow::alertSizeRequested);
     add(QKeySequence(Qt::Key_Escape), [this] {

@@ -5,6 +5,7 @@
 #include "ui/controls/spoken_element.h"
 #include "ui/main/timer_dashboard_view.h"
 #include "ui/main/top_bar.h"
+#include "ui/main/undo_bar.h"
 #include "ui/screens/about/about_view.h"
 #include "ui/screens/history/history_view.h"
 #include "ui/screens/settings/app_settings_view.h"
@@ -21,7 +22,11 @@
 namespace brevlin {
 
 RootView::RootView(AppModel& model, SectionSelection& selection, QWidget* parent)
-    : QWidget(parent), m_model(model), m_selection(selection), m_topBar(new TopBar(model, selection, this))
+    : QWidget(parent)
+    , m_model(model)
+    , m_selection(selection)
+    , m_topBar(new TopBar(model, selection, this))
+    , m_undoBar(new UndoBar(model, this))
 {
     // Holds the keyboard until Tab moves it: Qt would give it to the first button, which Space would then
     // press.
@@ -79,6 +84,8 @@ void RootView::layOut()
     }
     QWidget* shown = m_scroller != nullptr ? static_cast<QWidget*>(m_scroller) : m_detail;
     shown->setGeometry(room);
+    m_undoBar->lieIn(room);
+    m_undoBar->raise();
 }
 
 void RootView::scrollDetail()

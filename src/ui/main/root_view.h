@@ -9,6 +9,7 @@ namespace brevlin {
 class AppModel;
 class ScrollView;
 class TopBar;
+class UndoBar;
 
 /// The content of the main window: the top bar above the screen of the selected section. Each selection makes
 /// its screen afresh. On a desktop that is too small for a screen, that is scrolled.
@@ -35,7 +36,8 @@ private:
 
     AppModel& m_model;
     SectionSelection& m_selection;
-    TopBar* m_topBar; // owned by this widget, as is the detail
+    TopBar* m_topBar; // owned by this widget, as are the next two
+    UndoBar* m_undoBar;
     QWidget* m_detail = nullptr;
     ScrollView* m_scroller = nullptr; // owns the detail; none while that has had room enough
     double m_cornerRadius = 0.0;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <utility>
 
 namespace brevlin {
 
@@ -19,12 +20,24 @@ Seconds focusOf(const SessionRecord& record)
 
 } // namespace
 
-HistoryDays::HistoryDays(const std::vector<SessionRecord>& records, const Calendar& calendar)
+HistoryDays::HistoryDays(const std::vector<SessionRecord>& records, const Calendar& calendar,
+                         const HistoryFilter& filter)
 {
+    if (!filter.isEmpty()) {
+        for (std::size_t index = 0; index < records.size(); ++index) {
+            if (filter.matches(records[index], calendar)) {
+                m_order.push_back(static_cast<std::uint32_t>(index));
+            }
+        }
+        addAll(records, calendar);
+        return;
+    }
     // In one pass, for it is the memory of the records that takes the time.
     for (std::size_t row = 0; row < records.size(); ++row) {
         const LocalDay day = calendar.localDay(records[row].endedAt);
         if (!m_days.empty() && m_days.back().day < day) {
+            m_order.resize(records.size());
+            std::iota(m_order.begin(), m_order.end(), 0U);
             sortByDay(records, calendar);
             return;
         }
@@ -32,21 +45,32 @@ HistoryDays::HistoryDays(const std::vector<SessionRecord>& records, const Calend
     }
 }
 
+void HistoryDays::addAll(const std::vector<SessionRecord>& records, const Calendar& calendar)
+{
+    for (std::size_t row = 0; row < m_order.size(); ++row) {
+        const LocalDay day = calendar.localDay(records[recordIndex(row)].endedAt);
+        if (!m_days.empty() && m_days.back().day < day) {
+            sortByDay(records, calendar);
+            return;
+        }
+        add(day, row, records[recordIndex(row)]);
+    }
+}
+
 // A zone that moved across the date line shows a date twice.
 void HistoryDays::sortByDay(const std::vector<SessionRecord>& records, const Calendar& calendar)
 {
-    std::vector<LocalDay> days;
-    days.reserve(records.size());
-    for (const SessionRecord& record : records) {
-        days.push_back(calendar.localDay(record.endedAt));
+    std::vector<std::pair<LocalDay, std::uint32_t>> days;
+    days.reserve(m_order.size());
+    for (const std::uint32_t index : m_order) {
+        days.emplace_back(calendar.localDay(records[index].endedAt), index);
     }
-    m_order.resize(records.size());
-    std::iota(m_order.begin(), m_order.end(), 0U);
-    std::stable_sort(m_order.begin(), m_order.end(),
-                     [&](std::uint32_t a, std::uint32_t b) { return days[a] > days[b]; });
+    std::stable_sort(days.begin(), days.end(),
+                     [](const auto& left, const auto& right) { return left.first > right.first; });
     m_days.clear();
-    for (std::size_t row = 0; row < records.size(); ++row) {
-        add(days[recordIndex(row)], row, records[recordIndex(row)]);
+    for (std::size_t row = 0; row < days.size(); ++row) {
+        m_order[row] = days[row].second;
+        add(days[row].first, row, records[days[row].second]);
     }
 }
 
@@ -69,14 +93,36 @@ SessionOutcome shownOutcome(const SessionRecord& record)
     return record.outcome().value_or(SessionOutcome::skipped);
 }
 
-HistoryRowTexts historyRowTexts(const SessionRecord& record, const Calendar& calendar, AppLanguage language)
+namespace {
+
+void addMark(HistoryRowTexts& texts, const SessionDetails& details, AppLanguage language)
+{
+    texts.isQuestion =
+        std::any_of(details.absences.begin(), details.absences.end(), [](const Absence& absence) {
+            return absence.end && absence.decision == AbsenceDecision::undecided;
+        });
+    if (texts.isQuestion) {
+        texts.mark = BilingualText{"离开过？", "Away?"}.in(language);
+    } else if (details.asRecorded) {
+        texts.mark = BilingualText{"已修改", "Corrected"}.in(language);
+    }
+}
+
+} // namespace
+
+HistoryRowTexts historyRowTexts(const SessionRecord& record, const SessionDetails& details,
+                                const Calendar& calendar, AppLanguage language)
 {
     constexpr std::string_view shortTime = "jm";
-    return {std::string{title(shownPhase(record), language)},
-            std::string{title(shownOutcome(record), language)},
-            TimeText::duration(record.effectiveDuration, language),
-            calendar.text(shortTime, record.actualStartAt).append(rangeSign) +
-                calendar.text(shortTime, record.endedAt)};
+    HistoryRowTexts texts{std::string{title(shownPhase(record), language)},
+                          std::string{title(shownOutcome(record), language)},
+                          TimeText::duration(record.effectiveDuration, language),
+                          calendar.text(shortTime, record.actualStartAt).append(rangeSign) +
+                              calendar.text(shortTime, record.endedAt),
+                          std::string{record.intention.view()},
+                          {}};
+    addMark(texts, details, language);
+    return texts;
 }
 
 std::string historyDateText(const HistoryDay& day, const Calendar& calendar)
@@ -96,7 +142,13 @@ std::string spokenHistoryRow(const HistoryRowTexts& texts, AppLanguage language)
     std::string time = texts.timeRange; // whose sign is not spoken, or strangely
     time.replace(time.find(rangeSign), rangeSign.size(), BilingualText{" 至 ", " to "}.in(language));
     const std::string comma{BilingualText{"，", ", "}.in(language)};
-    return texts.phase + comma + time + comma + texts.duration + comma + texts.outcome;
+    std::string spoken = texts.phase + comma + time + comma + texts.duration + comma + texts.outcome;
+    for (const std::string& more : {texts.intention, texts.mark}) {
+        if (!more.empty()) {
+            spoken += comma + more;
+        }
+    }
+    return spoken;
 }
 
 std::string spokenHistoryDay(const HistoryDay& day, const Calendar& calendar, AppLanguage language)

@@ -2,7 +2,9 @@
 
 #include "core/calendar.h"
 #include "core/language.h"
+#include "core/session_details.h"
 #include "core/session_record.h"
+#include "ui/screens/history/history_filter.h"
 
 #include <cstdint>
 #include <string>
@@ -27,8 +29,9 @@ class HistoryDays final
 {
 public:
     HistoryDays() = default;
-    /// `records` in the order of the model: latest end first.
-    HistoryDays(const std::vector<SessionRecord>& records, const Calendar& calendar);
+    /// `records` in the order of the model: latest end first. Only those that the filter lets through.
+    HistoryDays(const std::vector<SessionRecord>& records, const Calendar& calendar,
+                const HistoryFilter& filter = {});
 
     const std::vector<HistoryDay>& days() const { return m_days; }
     /// The place of a row's record in the model's list.
@@ -36,6 +39,7 @@ public:
 
 private:
     void sortByDay(const std::vector<SessionRecord>& records, const Calendar& calendar);
+    void addAll(const std::vector<SessionRecord>& records, const Calendar& calendar);
     void add(LocalDay day, std::size_t row, const SessionRecord& record);
 
     std::vector<HistoryDay> m_days;
@@ -49,6 +53,9 @@ struct HistoryRowTexts
     std::string outcome;
     std::string duration;
     std::string timeRange;
+    std::string intention;   ///< empty for none
+    std::string mark;        ///< what deserves a look, or was corrected; empty for nothing
+    bool isQuestion = false; ///< the mark waits for an answer
 };
 
 /// The phase and outcome that a record is shown with, also where it holds strings of a later release.
@@ -56,7 +63,8 @@ TimerPhase shownPhase(const SessionRecord& record);
 SessionOutcome shownOutcome(const SessionRecord& record);
 
 /// The calendar has the locale of the language in all of these.
-HistoryRowTexts historyRowTexts(const SessionRecord& record, const Calendar& calendar, AppLanguage language);
+HistoryRowTexts historyRowTexts(const SessionRecord& record, const SessionDetails& details,
+                                const Calendar& calendar, AppLanguage language);
 std::string historyDateText(const HistoryDay& day, const Calendar& calendar);
 std::string historySummaryText(const HistoryDay& day, AppLanguage language);
 /// A row and a day's heading in one sentence, as they are read aloud.

@@ -24,7 +24,16 @@ constexpr int sidePadding = 24;
 constexpr int rightPadding = sidePadding - SlimScrollBar::thickness; // the bar stands in the rest of it
 constexpr int scrollStep = 24;
 constexpr BilingualText deleteText{"删除记录", "Delete"};
+constexpr BilingualText editText{"编辑…", "Edit…"};
+constexpr BilingualText addText{"添加记录…", "Add Record…"};
 constexpr BilingualText listName{"记录", "History"};
+
+QString deleteSeveralText(std::size_t count, AppLanguage language)
+{
+    const QString number = QString::number(count);
+    return language == AppLanguage::english ? QStringLiteral("Delete %1 Records").arg(number)
+                                            : QStringLiteral("删除 %1 条记录").arg(number);
+}
 
 Calendar calendarOf(const AppModel& model)
 {
@@ -51,9 +60,10 @@ HistoryList::HistoryList(AppModel& model, QWidget* parent)
 void HistoryList::refresh()
 {
     m_calendar = calendarOf(m_model);
-    m_layout = HistoryLayout(HistoryDays(m_model.sessions(), m_calendar));
+    m_layout = HistoryLayout(HistoryDays(m_model.sessions(), m_calendar, m_filter));
     setAccessibleName(qtText(listName.in(m_model.language())));
     m_hoveredRow.reset();
+    std::erase_if(m_chosen, [this](const Uuid& id) { return m_model.historyEditor().find(id) == nullptr; });
     const auto before = m_anchor;
     updateScrollRange();
     if (m_currentRow) {
@@ -63,6 +73,8 @@ void HistoryList::refresh()
             same || rowCount() == 0 ? same : std::optional{std::min(*m_currentRow, rowCount() - 1)};
         if (m_currentRow && !same) {
             m_currentRecord = record(*m_currentRow).id;
+            m_pivotRow = *m_currentRow;
+            m_chosen = {m_currentRecord};
             if (hasFocus()) {
                 announce(*this, spokenText(*m_currentRow));
             }
@@ -143,10 +155,46 @@ void HistoryList::showRow(std::size_t row)
     }
 }
 
+void HistoryList::setFilter(HistoryFilter filter)
+{
+    m_filter = std::move(filter);
+    m_chosen.clear();
+    m_currentRow.reset();
+    m_anchor.reset();
+    refresh();
+    verticalScrollBar()->setValue(0);
+}
+
+HistoryList::Reach HistoryList::reachOf(Qt::KeyboardModifiers modifiers)
+{
+    return (modifiers & Qt::ShiftModifier) != 0     ? Reach::extended
+           : (modifiers & Qt::ControlModifier) != 0 ? Reach::toggled
+                                                    : Reach::one;
+}
+
 void HistoryList::setCurrentRow(std::size_t row)
+{
+    moveTo(row, Reach::one);
+}
+
+void HistoryList::moveTo(std::size_t row, Reach reach)
 {
     m_currentRow = row;
     m_currentRecord = record(row).id;
+    if (reach == Reach::toggled) {
+        if (m_chosen.erase(m_currentRecord) == 0) {
+            m_chosen.insert(m_currentRecord);
+        }
+    } else {
+        m_chosen.clear();
+        m_pivotRow = reach == Reach::one ? row : std::min(m_pivotRow, rowCount() - 1);
+        for (std::size_t each = std::min(row, m_pivotRow); each <= std::max(row, m_pivotRow); ++each) {
+            m_chosen.insert(record(each).id);
+        }
+    }
+    if (reach == Reach::toggled) {
+        m_pivotRow = row;
+    }
     showRow(row);
     viewport()->update();
     tellFocusedHistoryRow(*this, row);
@@ -162,7 +210,8 @@ void HistoryList::setHoveredRow(std::optional<std::size_t> row)
 QString HistoryList::spokenText(std::size_t row) const
 {
     const AppLanguage language = m_model.language();
-    return qtText(spokenHistoryRow(historyRowTexts(record(row), m_calendar, language), language));
+    const SessionDetails& details = m_model.historyEditor().detailsOf(record(row).id);
+    return qtText(spokenHistoryRow(historyRowTexts(record(row), details, m_calendar, language), language));
 }
 
 QString HistoryList::spokenHeading(std::size_t day) const
@@ -202,11 +251,15 @@ void HistoryList::paintDay(QPainter& painter, std::size_t index, const QRect& vi
         if (place.top() > visible.bottom()) {
             break;
         }
-        const HistoryRowState state{row == m_hoveredRow, row == m_menuRow,
+        const HistoryRowState state{row == m_hoveredRow,
+                                    row == m_menuRow || (m_chosen.size() > 1 && isChosen(row)) ||
+                                        (row == m_currentRow && hasFocus() && isChosen(row)),
                                     row == m_currentRow && m_keyboardFocus.isShown(),
                                     within + 1 == day.count};
         m_painter.paintRow(painter, place, record(row),
-                           historyRowTexts(record(row), m_calendar, m_model.language()), state, theme);
+                           historyRowTexts(record(row), m_model.historyEditor().detailsOf(record(row).id),
+                                           m_calendar, m_model.language()),
+                           state, theme);
     }
 }
 
@@ -226,10 +279,19 @@ bool HistoryList::viewportEvent(QEvent* event)
     case QEvent::Leave:
         setHoveredRow(std::nullopt);
         break;
-    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonPress: {
+        const auto* press = static_cast<QMouseEvent*>(event);
+        if (const auto row = rowAt(press->position().toPoint())) {
+            // A menu is about all that are chosen.
+            if (press->button() == Qt::LeftButton || !isChosen(*row)) {
+                moveTo(*row, reachOf(press->modifiers()));
+            }
+        }
+        break;
+    }
+    case QEvent::MouseButtonDblClick:
         if (const auto row = rowAt(static_cast<QMouseEvent*>(event)->position().toPoint())) {
-            m_currentRow = row;
-            m_currentRecord = record(*row).id;
+            Q_EMIT editRequested(record(*row).id);
         }
         break;
     default:
@@ -240,49 +302,72 @@ bool HistoryList::viewportEvent(QEvent* event)
 
 void HistoryList::keyPressEvent(QKeyEvent* event)
 {
-    if (rowCount() == 0) {
+    if (event->key() == Qt::Key_Insert) {
+        Q_EMIT additionRequested();
+    } else if (rowCount() == 0 || !followKey(*event)) {
         QAbstractScrollArea::keyPressEvent(event);
-        return;
     }
+}
+
+bool HistoryList::followKey(const QKeyEvent& event)
+{
     const std::size_t last = rowCount() - 1;
     const auto page =
         static_cast<std::size_t>(std::max(1, viewport()->height() / HistoryLayout::rowHeight - 1));
     const std::size_t row = m_currentRow.value_or(0);
-    const bool isMenuKey = event->key() == Qt::Key_Menu ||
-                           (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier);
+    const bool isMenuKey =
+        event.key() == Qt::Key_Menu || (event.key() == Qt::Key_F10 && event.modifiers() == Qt::ShiftModifier);
     if (isMenuKey) {
         showRow(row);
         openMenu(row, viewport()->mapToGlobal(rowRect(row).center()));
-        return;
+        return true;
     }
-    switch (event->key()) {
+    if (event.matches(QKeySequence::SelectAll)) {
+        chooseAll();
+        return true;
+    }
+    const Reach reach = (event.modifiers() & Qt::ShiftModifier) != 0 ? Reach::extended : Reach::one;
+    switch (event.key()) {
     case Qt::Key_Down:
-        setCurrentRow(m_currentRow ? std::min(row + 1, last) : 0);
+        moveTo(m_currentRow ? std::min(row + 1, last) : 0, reach);
         break;
     case Qt::Key_Up:
-        setCurrentRow(row > 0 ? row - 1 : 0);
+        moveTo(row > 0 ? row - 1 : 0, reach);
         break;
     case Qt::Key_PageDown:
-        setCurrentRow(std::min(row + page, last));
+        moveTo(std::min(row + page, last), reach);
         break;
     case Qt::Key_PageUp:
-        setCurrentRow(row > page ? row - page : 0);
+        moveTo(row > page ? row - page : 0, reach);
         break;
     case Qt::Key_Home:
-        setCurrentRow(0);
+        moveTo(0, reach);
         verticalScrollBar()->setValue(0);
         break;
     case Qt::Key_End:
-        setCurrentRow(last);
+        moveTo(last, reach);
         break;
     case Qt::Key_Delete:
+        deleteChosen();
+        break;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
         if (m_currentRow) {
-            deleteRow(row);
+            Q_EMIT editRequested(record(row).id);
         }
         break;
     default:
-        QAbstractScrollArea::keyPressEvent(event);
+        return false;
     }
+    return true;
+}
+
+void HistoryList::chooseAll()
+{
+    for (std::size_t row = 0; row < rowCount(); ++row) {
+        m_chosen.insert(record(row).id);
+    }
+    viewport()->update();
 }
 
 // From the menu key Qt sends this event too; that key is served with the row's own place above.
@@ -298,19 +383,29 @@ void HistoryList::contextMenuEvent(QContextMenuEvent* event)
 
 void HistoryList::openMenu(std::size_t row, const QPoint& globalPosition)
 {
-    setCurrentRow(row);
+    if (!isChosen(row)) {
+        setCurrentRow(row);
+    }
     m_menuRow = row;
     viewport()->update();
     auto* menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
+    const AppLanguage language = m_model.language();
     // The list may change while the menu is open.
-    QAction* deletion = menu->addAction(qtText(deleteText.in(m_model.language())));
+    const std::vector<Uuid> concerned = chosen();
+    if (concerned.size() == 1) {
+        connect(menu->addAction(qtText(editText.in(language))), &QAction::triggered, this,
+                [this, id = concerned.front()] { Q_EMIT editRequested(id); });
+    }
+    connect(menu->addAction(qtText(addText.in(language))), &QAction::triggered, this,
+            &HistoryList::additionRequested);
+    menu->addSeparator();
+    QAction* deletion =
+        menu->addAction(concerned.size() == 1 ? qtText(deleteText.in(language))
+                                              : deleteSeveralText(concerned.size(), language));
     markDestructive(*deletion);
-    connect(deletion, &QAction::triggered, this, [this, id = record(row).id] {
-        if (const auto now = rowOf(id)) {
-            deleteRow(*now);
-        }
-    });
+    connect(deletion, &QAction::triggered, this,
+            [this, concerned] { m_model.historyEditor().remove(concerned); });
     connect(menu, &QMenu::aboutToHide, this, [this] {
         m_menuRow.reset();
         viewport()->update();
@@ -318,11 +413,16 @@ void HistoryList::openMenu(std::size_t row, const QPoint& globalPosition)
     menu->popup(globalPosition);
 }
 
-void HistoryList::deleteRow(std::size_t row)
+std::vector<Uuid> HistoryList::chosen() const
 {
-    // A copy: the record is gone from the model's list before the command returns.
-    const SessionRecord deleted = record(row);
-    m_model.deleteSession(deleted);
+    return {m_chosen.begin(), m_chosen.end()};
+}
+
+void HistoryList::deleteChosen()
+{
+    if (!m_chosen.empty()) {
+        m_model.historyEditor().remove(chosen());
+    }
 }
 
 void HistoryList::focusInEvent(QFocusEvent* event)

@@ -52,6 +52,8 @@ public:
         QAccessible::State state;
         state.focusable = !isHeading();
         state.focused = !isHeading() && m_list->hasFocus() && m_list->currentRow() == m_place;
+        state.selectable = !isHeading();
+        state.selected = !isHeading() && isValid() && m_list->isChosen(m_place);
         state.offscreen = !m_list->viewport()->rect().intersects(placeInViewport());
         state.invisible = state.offscreen;
         return state;

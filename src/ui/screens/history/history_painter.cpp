@@ -67,6 +67,7 @@ HistoryPainter::HistoryPainter()
     , m_outcome(textFont(TextRole::smallCaption, QFont::Medium))
     , m_duration(systemFont(13, QFont::DemiBold, FontDesign::rounded))
     , m_timeRange(textFont(TextRole::caption))
+    , m_intention(textFont(TextRole::caption))
 {}
 
 // Shadow and corners take longer to draw than all the rows of a screen, and are the same on every card.
@@ -150,15 +151,9 @@ void HistoryPainter::paintRow(QPainter& painter, const QRect& row, const Session
     line.setHeight(timeMetrics.height());
     drawText(painter, line, Qt::AlignRight, m_timeRange, theme.color(ThemeColor::secondaryLabel), timeRange);
 
-    QRectF title(badge.right() + badgeSpacing, row.top(), 0, row.height() - 1);
-    title.setRight(rightEdge - columnWidth - padding);
-    const QString name = qtText(texts.phase);
-    drawText(painter, title, Qt::AlignLeft, m_phase, theme.color(ThemeColor::label), name);
-    title.setLeft(title.left() + QFontMetricsF(m_phase).horizontalAdvance(name) + titleSpacing);
-    if (title.width() > 0) {
-        drawText(painter, title, Qt::AlignLeft, m_outcome, theme.color(outcomeColor(shownOutcome(record))),
-                 qtText(texts.outcome));
-    }
+    const QRectF title(QPointF(badge.right() + badgeSpacing, row.top()),
+                       QPointF(rightEdge - columnWidth - padding, row.bottom()));
+    paintTitle(painter, title, texts, shownOutcome(record), theme);
 
     if (!state.isLastOfDay) {
         paintHairline(painter, QRectF(row).adjusted(dividerIndent, 0, 0, 0), Qt::BottomEdge,
@@ -167,6 +162,33 @@ void HistoryPainter::paintRow(QPainter& painter, const QRect& row, const Session
     if (state.showsFocusRing) {
         paintFocusRing(painter, bounds, stateRadius, theme);
     }
+}
+
+// The phase and how it ended, and below them what it was for.
+void HistoryPainter::paintTitle(QPainter& painter, const QRectF& room, const HistoryRowTexts& texts,
+                                SessionOutcome outcome, const Theme& theme) const
+{
+    const double height = QFontMetricsF(m_phase).height();
+    const double intentionHeight = QFontMetricsF(m_intention).height();
+    QRectF line = room;
+    if (!texts.intention.empty()) {
+        line.setTop(room.center().y() - (height + lineSpacing + intentionHeight) / 2);
+        line.setHeight(height);
+        const QRectF below(line.left(), line.bottom() + lineSpacing, line.width(), intentionHeight);
+        drawText(painter, below, Qt::AlignLeft, m_intention, theme.color(ThemeColor::secondaryLabel),
+                 qtText(texts.intention));
+    }
+    const auto draw = [&](const QFont& font, const QColor& color, const std::string& text) {
+        const QString words = qtText(text);
+        if (line.width() > 0 && !words.isEmpty()) {
+            drawText(painter, line, Qt::AlignLeft, font, color, words);
+            line.setLeft(line.left() + QFontMetricsF(font).horizontalAdvance(words) + titleSpacing);
+        }
+    };
+    draw(m_phase, theme.color(ThemeColor::label), texts.phase);
+    draw(m_outcome, theme.color(outcomeColor(outcome)), texts.outcome);
+    draw(m_outcome, theme.color(texts.isQuestion ? ThemeColor::orange : ThemeColor::secondaryLabel),
+         texts.mark);
 }
 
 } // namespace brevlin

@@ -19,7 +19,7 @@ namespace brevlin {
 struct HistoryRowState
 {
     bool isHovered = false;
-    bool isSelected = false; ///< its menu is open
+    bool isSelected = false; ///< it was chosen, or its menu is open
     bool showsFocusRing = false;
     bool isLastOfDay = false;
 };
@@ -45,6 +45,8 @@ private:
         double scale;
     };
 
+    void paintTitle(QPainter& painter, const QRectF& room, const HistoryRowTexts& texts,
+                    SessionOutcome outcome, const Theme& theme) const;
     const QPixmap& cardPicture(double scale, const Theme& theme);
 
     std::optional<CardPicture> m_card;
@@ -54,6 +56,7 @@ private:
     QFont m_outcome;
     QFont m_duration;
     QFont m_timeRange;
+    QFont m_intention;
 };
 
 } // namespace brevlin
