@@ -31,6 +31,7 @@ EDGES = {
     "platform/freedesktop/tray": (["core", "platform", "platform/freedesktop/bus"],
                                   ["Core", "Gui", "DBus", "Widgets"]),
     "storage": (["core", "platform"], []),
+    "exchange": (["core", "platform", "storage"], []),
     "services": (["core", "platform"], []),
     "app": (["core", "platform", "storage", "services"], ["Core"]),
     "ui/style": (["core"], ["Core", "Gui", "Widgets"]),
