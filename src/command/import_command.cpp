@@ -1,0 +1,136 @@
+#include "command/commands.h"
+#include "command/history_reading.h"
+#include "command/import_report.h"
+#include "platform/freedesktop/clock/system_clock.h"
+#include "platform/freedesktop/files/posix_durable_file.h"
+#include "platform/freedesktop/instance/folder_lock.h"
+#include "platform/freedesktop/instance/instance_socket.h"
+#include "storage/session_archive.h"
+
+#include <QThread>
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <filesystem>
+#include <iterator>
+#include <system_error>
+#include <utility>
+
+namespace brevlin {
+
+namespace {
+
+// A large file on a slow disk; the program answers at once that it ends.
+constexpr std::chrono::minutes patience{2};
+
+constexpr BilingualText historyUnreadable{"无法读取历史记录，没有导入任何内容。",
+                                          "The history cannot be read; nothing was imported."};
+
+ExitStatus report(const ImportReport& report, const ImportCommand& command, const CommandContext& context)
+{
+    const std::string rows = unreadableRows(report, context.language);
+    std::fputs(rows.c_str(), stderr);
+    return writeOut(summary(report, command.isDryRun, context.language)) || errno == EPIPE
+               ? ExitStatus::done
+               : fail({"无法写到标准输出。", "Standard output cannot be written."},
+                      std::generic_category().message(errno), context);
+}
+
+/// Writes the history itself, where no Brevlin runs that would.
+ExitStatus importHere(const ImportCommand& command, const CommandContext& context)
+{
+    PosixDurableFile files;
+    const auto text = files.read(command.file);
+    if (!text || !*text) {
+        const std::string words =
+            text ? std::generic_category().message(ENOENT) + ": " + command.file : text.error().description;
+        return fail({"无法读取要导入的文件。", "The file to import cannot be read."}, words, context);
+    }
+    const HistoryLocation location = defaultHistoryLocation(context.folders.applicationSupport);
+    auto history = readHistory(location, files);
+    if (!history) {
+        return fail(historyUnreadable, history.error().description, context);
+    }
+    const SystemClock clock;
+    auto plan = planImport(**text, history->records, {command.format, clock.now(), clock.timeZone(), {}});
+    if (!plan) {
+        return fail(
+            {title(plan.error(), AppLanguage::simplifiedChinese), title(plan.error(), AppLanguage::english)},
+            {}, context);
+    }
+    const ImportReport counts(*plan);
+    if (!command.isDryRun && !plan->records.empty()) {
+        std::vector<SessionRecord>& records = history->records;
+        records.insert(records.end(), std::make_move_iterator(plan->records.begin()),
+                       std::make_move_iterator(plan->records.end()));
+        std::stable_sort(records.begin(), records.end(), endedLater);
+        const auto document = encodeSessionArchive(records);
+        if (!document) {
+            return fail(historyUnreadable, document.error().description, context);
+        }
+        if (const auto written = files.replace(location.path, *document, history->stamp); !written) {
+            return fail({"无法写入历史记录，没有导入任何内容。",
+                         "The history cannot be written; nothing was imported."},
+                        written.error().description, context);
+        }
+    }
+    return report(counts, command, context);
+}
+
+/// What the running program answered; nothing where none does, or one that is about to end.
+std::optional<ExitStatus> importThere(const ImportCommand& command, const QByteArray& answer,
+                                      const CommandContext& context)
+{
+    if (answer.isEmpty() || answer.startsWith(socketAnswer::ending)) {
+        return std::nullopt;
+    }
+    const auto result = importAnswer(answer);
+    if (!result) {
+        return fail({"正在运行的 Brevlin 无法导入，请先退出它。",
+                     "The running Brevlin cannot import; quit it first."},
+                    {}, context);
+    }
+    return *result ? report(**result, command, context)
+                   : fail({"正在运行的 Brevlin 没有导入。", "The running Brevlin did not import."},
+                          result->error(), context);
+}
+
+} // namespace
+
+ExitStatus runImport(const ImportCommand& given, const CommandContext& context)
+{
+    ImportCommand command = given;
+    std::error_code ignored;
+    command.file = std::filesystem::absolute(given.file, ignored).string();
+    FolderLock lock({context.folders.data, context.folders.preferences});
+    for (int attempt = 0; attempt < instanceAttempts;) {
+        // The socket first: the lock may be gone where folders were made anew below the running program.
+        const QByteArray answer =
+            context.folders.runtime
+                ? askInstance(instanceSocketPath(*context.folders.runtime, lock.folders()),
+                              {{}, QLatin1String(importCommandName), importArguments(command)}, patience)
+                : QByteArray();
+        if (const auto status = importThere(command, answer, context)) {
+            return *status;
+        }
+        if (command.isDryRun && answer.isEmpty()) {
+            return importHere(command, context); // which writes nothing
+        }
+        const FolderLock::Result result = lock.take();
+        if (result == FolderLock::Result::failed) {
+            return fail({"无法确认是否有另一个 Brevlin 在使用同一文件夹。",
+                         "It is not certain that no other Brevlin works on the same folder."},
+                        lock.failure(), context);
+        }
+        if (result == FolderLock::Result::taken) {
+            return importHere(command, context);
+        }
+        attempt += answer.startsWith(socketAnswer::ending) ? 0 : 1;
+        QThread::msleep(instanceAttemptInterval);
+    }
+    return fail({"Brevlin 已在运行，但没有响应。", "Brevlin is running already, but it does not answer."}, {},
+                context);
+}
+
+} // namespace brevlin
