@@ -29,9 +29,7 @@ ExitStatus exportToOutput(const std::function<Expected<void, ExportError>(const 
     }
     return code != 0 ? fail({"无法写到标准输出。", "Standard output cannot be written."},
                             std::generic_category().message(code), context)
-                     : fail({title(result.error().reason, AppLanguage::simplifiedChinese),
-                             title(result.error().reason, AppLanguage::english)},
-                            result.error().description, context);
+                     : fail(sentence(result.error().reason), result.error().description, context);
 }
 
 ExitStatus exportToFile(const std::string& output,
@@ -53,9 +51,7 @@ ExitStatus exportToFile(const std::string& output,
         return ExitStatus::done;
     }
     return error && error->reason != ExportError::Reason::stopped
-               ? fail({title(error->reason, AppLanguage::simplifiedChinese),
-                       title(error->reason, AppLanguage::english)},
-                      error->description, context)
+               ? fail(sentence(error->reason), error->description, context)
                : fail({"无法写入文件。", "The file cannot be written."}, written.error().description,
                       context);
 }

@@ -1,6 +1,7 @@
 #include "command/commands.h"
 #include "command/history_reading.h"
 #include "command/import_report.h"
+#include "exchange/import_file.h"
 #include "platform/freedesktop/clock/system_clock.h"
 #include "platform/freedesktop/files/posix_durable_file.h"
 #include "platform/freedesktop/instance/folder_lock.h"
@@ -12,6 +13,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <cstdio>
 #include <filesystem>
 #include <iterator>
 #include <system_error>
@@ -24,58 +26,50 @@ namespace {
 // A large file on a slow disk; the program answers at once that it ends.
 constexpr std::chrono::minutes patience{2};
 
-constexpr BilingualText historyUnreadable{"无法读取历史记录，没有导入任何内容。",
-                                          "The history cannot be read; nothing was imported."};
-
-ExitStatus report(const ImportReport& report, const ImportCommand& command, const CommandContext& context)
+ExitStatus report(const ImportAnswer& answer, const ImportCommand& command, const CommandContext& context)
 {
-    const std::string rows = unreadableRows(report, context.language);
+    if (!answer) {
+        return fail(sentence(answer.error().reason), answer.error().description, context);
+    }
+    const std::string rows = unreadableRows(*answer, context.language);
     std::fputs(rows.c_str(), stderr);
-    return writeOut(summary(report, command.isDryRun, context.language)) || errno == EPIPE
+    return writeOut(summary(*answer, command.isDryRun, context.language)) || errno == EPIPE
                ? ExitStatus::done
                : fail({"无法写到标准输出。", "Standard output cannot be written."},
                       std::generic_category().message(errno), context);
 }
 
 /// Writes the history itself, where no Brevlin runs that would.
-ExitStatus importHere(const ImportCommand& command, const CommandContext& context)
+ImportAnswer importHere(const ImportCommand& command, const CommandContext& context)
 {
+    using Reason = ImportError::Reason;
     PosixDurableFile files;
-    const auto text = files.read(command.file);
-    if (!text || !*text) {
-        const std::string words =
-            text ? std::generic_category().message(ENOENT) + ": " + command.file : text.error().description;
-        return fail({"无法读取要导入的文件。", "The file to import cannot be read."}, words, context);
-    }
     const HistoryLocation location = defaultHistoryLocation(context.folders.applicationSupport);
     auto history = readHistory(location, files);
     if (!history) {
-        return fail(historyUnreadable, history.error().description, context);
+        return Unexpected{ImportError{Reason::historyUnknown, history.error().description}};
     }
     const SystemClock clock;
-    auto plan = planImport(**text, history->records, {command.format, clock.now(), clock.timeZone(), {}});
+    auto plan = planImportFile(files, command.file, history->records,
+                               {command.format, clock.now(), clock.timeZone(), {}});
     if (!plan) {
-        return fail(
-            {title(plan.error(), AppLanguage::simplifiedChinese), title(plan.error(), AppLanguage::english)},
-            {}, context);
+        return Unexpected{plan.error()};
     }
     const ImportReport counts(*plan);
-    if (!command.isDryRun && !plan->records.empty()) {
-        std::vector<SessionRecord>& records = history->records;
-        records.insert(records.end(), std::make_move_iterator(plan->records.begin()),
-                       std::make_move_iterator(plan->records.end()));
-        std::stable_sort(records.begin(), records.end(), endedLater);
-        const auto document = encodeSessionArchive(records);
-        if (!document) {
-            return fail(historyUnreadable, document.error().description, context);
-        }
-        if (const auto written = files.replace(location.path, *document, history->stamp); !written) {
-            return fail({"无法写入历史记录，没有导入任何内容。",
-                         "The history cannot be written; nothing was imported."},
-                        written.error().description, context);
-        }
+    if (command.isDryRun || plan->records.empty()) {
+        return counts;
     }
-    return report(counts, command, context);
+    std::vector<SessionRecord>& records = history->records;
+    records.insert(records.end(), std::make_move_iterator(plan->records.begin()),
+                   std::make_move_iterator(plan->records.end()));
+    std::stable_sort(records.begin(), records.end(), endedLater);
+    const auto document = encodeSessionArchive(records);
+    if (!document) {
+        return Unexpected{ImportError{Reason::notKept, document.error().description}};
+    }
+    const auto written = files.replace(location.path, *document, history->stamp);
+    return written ? ImportAnswer{counts}
+                   : Unexpected{ImportError{Reason::notKept, written.error().description}};
 }
 
 /// What the running program answered; nothing where none does, or one that is about to end.
@@ -91,9 +85,7 @@ std::optional<ExitStatus> importThere(const ImportCommand& command, const QByteA
                      "The running Brevlin cannot import; quit it first."},
                     {}, context);
     }
-    return *result ? report(**result, command, context)
-                   : fail({"正在运行的 Brevlin 没有导入。", "The running Brevlin did not import."},
-                          result->error(), context);
+    return report(*result, command, context);
 }
 
 } // namespace
@@ -115,7 +107,7 @@ ExitStatus runImport(const ImportCommand& given, const CommandContext& context)
             return *status;
         }
         if (command.isDryRun && answer.isEmpty()) {
-            return importHere(command, context); // which writes nothing
+            return report(importHere(command, context), command, context); // which writes nothing
         }
         const FolderLock::Result result = lock.take();
         if (result == FolderLock::Result::failed) {
@@ -124,7 +116,7 @@ ExitStatus runImport(const ImportCommand& given, const CommandContext& context)
                         lock.failure(), context);
         }
         if (result == FolderLock::Result::taken) {
-            return importHere(command, context);
+            return report(importHere(command, context), command, context);
         }
         attempt += answer.startsWith(socketAnswer::ending) ? 0 : 1;
         QThread::msleep(instanceAttemptInterval);

@@ -72,8 +72,9 @@ std::optional<ImportCommand> importCommand(const QStringList& arguments)
 QByteArray importAnswerLine(const ImportAnswer& answer)
 {
     if (!answer) {
-        return QByteArray(failureMark) + ' ' + QByteArray::fromStdString(answer.error()).toPercentEncoding() +
-               '\n';
+        const std::string reason(rawValue(answer.error().reason));
+        return QByteArray(failureMark) + ' ' + reason.c_str() + ' ' +
+               QByteArray::fromStdString(answer.error().description).toPercentEncoding() + '\n';
     }
     QByteArray line(reportMark);
     for (const std::size_t count : {answer->newCount, answer->knownCount, answer->unreadableCount}) {
@@ -88,9 +89,11 @@ QByteArray importAnswerLine(const ImportAnswer& answer)
 
 std::optional<ImportAnswer> importAnswer(const QByteArray& line)
 {
-    const QList<QByteArray> words = line.trimmed().split(' ');
-    if (words.front() == failureMark && words.size() == 2) {
-        return ImportAnswer{Unexpected{QByteArray::fromPercentEncoding(words[1]).toStdString()}};
+    const QList<QByteArray> words = line.chopped(line.endsWith('\n') ? 1 : 0).split(' ');
+    if (const auto reason = fromRawValue<ImportError::Reason>(words.value(1).toStdString());
+        reason && words.front() == failureMark) {
+        return ImportAnswer{
+            Unexpected{ImportError{*reason, QByteArray::fromPercentEncoding(words.value(2)).toStdString()}}};
     }
     constexpr qsizetype countedWords = 4;
     if (words.front() != reportMark || words.size() < countedWords) {

@@ -41,8 +41,7 @@ QStringList importArguments(const ImportCommand& command);
 /// Nothing for arguments that are none of ours. The path is absolute.
 std::optional<ImportCommand> importCommand(const QStringList& arguments);
 
-/// A report, or why there is none, in a sentence.
-using ImportAnswer = Expected<ImportReport, std::string>;
+using ImportAnswer = Expected<ImportReport, ImportError>;
 QByteArray importAnswerLine(const ImportAnswer& answer);
 std::optional<ImportAnswer> importAnswer(const QByteArray& line);
 

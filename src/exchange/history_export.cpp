@@ -70,7 +70,7 @@ Expected<void, ExportError> exportHistory(std::span<const SessionRecord> records
     return (*exporter)->end(buffer) && buffer.finish() ? Expected<void, ExportError>{} : refused();
 }
 
-std::string_view title(ExportError::Reason reason, AppLanguage language)
+BilingualText sentence(ExportError::Reason reason)
 {
     static constexpr std::array<BilingualText, 3> texts{{
         {"导出已中断。", "The export was stopped."},
@@ -78,7 +78,7 @@ std::string_view title(ExportError::Reason reason, AppLanguage language)
          "The calendar cannot be written: libical (package libical3) is not installed."},
         {"有一条记录无法以这种格式表示。", "A record cannot be expressed in this format."},
     }};
-    return texts.at(static_cast<std::size_t>(reason)).in(language);
+    return texts.at(static_cast<std::size_t>(reason));
 }
 
 } // namespace brevlin

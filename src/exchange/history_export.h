@@ -75,6 +75,6 @@ Expected<void, ExportError> exportHistory(std::span<const SessionRecord> records
                                           const PieceSink& sink);
 
 /// In one sentence without the system's words.
-std::string_view title(ExportError::Reason reason, AppLanguage language);
+BilingualText sentence(ExportError::Reason reason);
 
 } // namespace brevlin

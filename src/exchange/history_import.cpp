@@ -52,17 +52,17 @@ bool fits(ImportFormat wanted, std::optional<ImportFormat> seen)
 
 } // namespace
 
-Expected<ImportPlan, ImportFailure> planImport(std::string_view text, std::span<const SessionRecord> history,
-                                               const ImportOptions& options)
+Expected<ImportPlan, ImportError> planImport(std::string_view text, std::span<const SessionRecord> history,
+                                             const ImportOptions& options)
 {
     const std::optional<ImportFormat> seen = formatOf(text);
     const std::optional<ImportFormat> format = options.format ? options.format : seen;
     if (!format || !fits(*format, seen)) {
-        return Unexpected{ImportFailure::unknownFormat};
+        return Unexpected{ImportError{ImportError::Reason::unknownFormat, {}}};
     }
     ImportBuilder builder(history, options);
     if (!readAs(*format, text, builder)) {
-        return Unexpected{ImportFailure::cancelled};
+        return Unexpected{ImportError{ImportError::Reason::cancelled, {}}};
     }
     return std::move(builder).finish();
 }
@@ -81,13 +81,16 @@ std::string_view title(ImportProblem problem, AppLanguage language)
     return texts.at(static_cast<std::size_t>(problem)).in(language);
 }
 
-std::string_view title(ImportFailure failure, AppLanguage language)
+BilingualText sentence(ImportError::Reason reason)
 {
-    static constexpr std::array<BilingualText, 2> texts{{
+    static constexpr std::array<BilingualText, 5> texts{{
+        {"无法读取要导入的文件。", "The file to import cannot be read."},
         {"无法识别此文件的格式。", "This file has none of the formats that can be imported."},
         {"导入已取消。", "The import was cancelled."},
+        {"无法读取历史记录，没有导入任何内容。", "The history cannot be read; nothing was imported."},
+        {"无法写入历史记录，没有导入任何内容。", "The history cannot be written; nothing was imported."},
     }};
-    return texts.at(static_cast<std::size_t>(failure)).in(language);
+    return texts.at(static_cast<std::size_t>(reason));
 }
 
 } // namespace brevlin

@@ -12,6 +12,7 @@
 #include <functional>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -88,14 +89,41 @@ struct ImportOptions
     std::function<bool(double)> progress;
 };
 
-enum class ImportFailure { unknownFormat, cancelled };
-std::string_view title(ImportFailure failure, AppLanguage language);
+struct ImportError
+{
+    enum class Reason {
+        unreadable,     ///< the file
+        unknownFormat,  ///< or not the one that it is said to have
+        cancelled,      ///< by the progress
+        historyUnknown, ///< it has not been read, so nobody can tell what is new
+        notKept         ///< the disk refuses the changed history
+    };
+
+    Reason reason = Reason::unknownFormat;
+    std::string description; ///< in the system's words; may be empty
+
+    bool operator==(const ImportError&) const = default;
+};
+/// In one sentence without the system's words.
+BilingualText sentence(ImportError::Reason reason);
+
+template <>
+struct RawValues<ImportError::Reason>
+{
+    static constexpr std::array cases{
+        RawValueCase<ImportError::Reason>{ImportError::Reason::unreadable, "unreadable"},
+        RawValueCase<ImportError::Reason>{ImportError::Reason::unknownFormat, "unknownFormat"},
+        RawValueCase<ImportError::Reason>{ImportError::Reason::cancelled, "cancelled"},
+        RawValueCase<ImportError::Reason>{ImportError::Reason::historyUnknown, "historyUnknown"},
+        RawValueCase<ImportError::Reason>{ImportError::Reason::notKept, "notKept"},
+    };
+};
 
 /// Reads the text and compares it with the history; changes nothing. A row is known by its identifier, and
 /// one of another program also by its start and end to the second. Those have no identifier: they get one
 /// made of what they tell of these, so that they stay known in another time zone and after they were
 /// corrected.
-Expected<ImportPlan, ImportFailure> planImport(std::string_view text, std::span<const SessionRecord> history,
-                                               const ImportOptions& options);
+Expected<ImportPlan, ImportError> planImport(std::string_view text, std::span<const SessionRecord> history,
+                                             const ImportOptions& options);
 
 } // namespace brevlin

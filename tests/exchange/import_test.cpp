@@ -222,12 +222,12 @@ TEST(Import, of_other_programs_adds_nothing_the_second_time_in_any_zone)
 TEST(Import, refuses_what_is_none_of_its_forms_and_ends_when_it_is_told_to)
 {
     for (const char* text : {"", "\n", "{\"sessions\":[],\"version\":1}", "a,b\n1,2\n", "start,stop\n"}) {
-        EXPECT_EQ(planImport(text, {}, {{}, now, timeZoneOf("UTC"), {}}).error(),
-                  ImportFailure::unknownFormat)
+        EXPECT_EQ(planImport(text, {}, {{}, now, timeZoneOf("UTC"), {}}).error().reason,
+                  ImportError::Reason::unknownFormat)
             << text;
     }
-    EXPECT_EQ(planImport("[]", {}, {ImportFormat::csv, now, timeZoneOf("UTC"), {}}).error(),
-              ImportFailure::unknownFormat);
+    EXPECT_EQ(planImport("[]", {}, {ImportFormat::csv, now, timeZoneOf("UTC"), {}}).error().reason,
+              ImportError::Reason::unknownFormat);
     EXPECT_EQ(told(imported("[]")), "known 0");
     std::string many = "start,end\n";
     for (int row = 0; row < 5000; ++row) {
@@ -239,7 +239,7 @@ TEST(Import, refuses_what_is_none_of_its_forms_and_ends_when_it_is_told_to)
                                     last = done;
                                     return done < 0.5;
                                 }};
-    EXPECT_EQ(planImport(many, {}, options).error(), ImportFailure::cancelled);
+    EXPECT_EQ(planImport(many, {}, options).error().reason, ImportError::Reason::cancelled);
     EXPECT_NEAR(last, 0.6, 0.01);
 }
 
