@@ -42,11 +42,12 @@ public:
     {
         m_files.files[path] = *encodeSessionArchive(longHistory(m_clock.now()));
         const DocumentDisk disk{m_defaults, m_documents, m_scheduler, m_clock};
+        const HistoryDisk historyDisk{m_files, m_documents, m_scheduler, m_clock};
         m_model = std::make_unique<AppModel>(AppModelParts{
             m_clock, m_scheduler, m_events, std::make_unique<PreferencesStore>(disk),
-            std::make_unique<ActiveTimerPersistence>(disk),
-            std::make_unique<SessionStore>(HistoryLocation{path, std::nullopt},
-                                           HistoryDisk{m_files, m_documents, m_scheduler, m_clock}),
+            std::make_unique<ActiveTimerPersistence>(disk), std::make_unique<AddedPreferencesStore>(disk),
+            std::make_unique<SessionStore>(HistoryLocation{path, std::nullopt}, historyDisk),
+            std::make_unique<SessionDetailsStore>("/data/session-details-v1.json", historyDisk),
             std::make_unique<NotificationService>(m_center),
             std::make_unique<AlertSoundService>(m_player, m_scheduler),
             std::make_unique<LaunchAtLoginService>(m_loginItem), "de_DE"});

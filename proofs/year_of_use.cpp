@@ -54,11 +54,12 @@ public:
     void launch()
     {
         m_model.reset();
+        const HistoryDisk historyDisk{m_files, m_thread, m_scheduler, m_clock};
         m_model = std::make_unique<AppModel>(AppModelParts{
             m_clock, m_scheduler, m_events, std::make_unique<PreferencesStore>(disk()),
-            std::make_unique<ActiveTimerPersistence>(disk()),
-            std::make_unique<SessionStore>(HistoryLocation{m_path, std::nullopt},
-                                           HistoryDisk{m_files, m_thread, m_scheduler, m_clock}),
+            std::make_unique<ActiveTimerPersistence>(disk()), std::make_unique<AddedPreferencesStore>(disk()),
+            std::make_unique<SessionStore>(HistoryLocation{m_path, std::nullopt}, historyDisk),
+            std::make_unique<SessionDetailsStore>(m_path + ".details", historyDisk),
             std::make_unique<NotificationService>(m_center),
             std::make_unique<AlertSoundService>(m_player, m_scheduler),
             std::make_unique<LaunchAtLoginService>(m_loginItem), "de_DE"});

@@ -86,6 +86,7 @@ public:
         m_instance.setCommandHandler({});
         m_notificationCenter.setBannerPlaceHandler({});
         m_notificationCenter.setBannerObstacle({});
+        m_sessionLock.setChangeHandler({});
     }
     Parts(const Parts&) = delete;
     Parts& operator=(const Parts&) = delete;
@@ -182,6 +183,10 @@ Composition::Parts::Parts(Application& application, BusStart& buses, const UserF
     m_style->setCompositing([this] { return m_windowSystem.isComposited(); });
     followAppearance();
     m_loginItem.followProgram();
+    m_sessionLock.setChangeHandler([this] {
+        m_capsuleController.followLock();
+        m_model.setSessionLocked(m_sessionLock.isLocked());
+    });
     m_notificationCenter.setBannerPlaceHandler(
         [this](const std::optional<BannerPlace>& place) { m_capsuleController.setBannerPlace(place); });
     m_notificationCenter.setBannerObstacle([this](const BannerPlace& place) {
@@ -207,13 +212,16 @@ AppModelParts Composition::Parts::modelParts(const UserFolders& folders)
 {
     removeLeftovers(folders.data);
     removeLeftovers(folders.preferences);
+    const HistoryDisk historyDisk{m_files, m_documents, m_scheduler, m_clock};
     return {m_clock,
             m_scheduler,
             m_systemEvents,
             std::make_unique<PreferencesStore>(disk()),
             std::make_unique<ActiveTimerPersistence>(disk()),
-            std::make_unique<SessionStore>(defaultHistoryLocation(folders.applicationSupport),
-                                           HistoryDisk{m_files, m_documents, m_scheduler, m_clock}),
+            std::make_unique<AddedPreferencesStore>(disk()),
+            std::make_unique<SessionStore>(defaultHistoryLocation(folders.applicationSupport), historyDisk),
+            std::make_unique<SessionDetailsStore>(defaultSessionDetailsPath(folders.applicationSupport),
+                                                  historyDisk),
             std::make_unique<NotificationService>(m_notificationCenter),
             std::make_unique<AlertSoundService>(m_soundPlayer, m_scheduler),
             std::make_unique<LaunchAtLoginService>(m_loginItem),
@@ -226,7 +234,13 @@ ImportDesk::Parts Composition::Parts::importParts()
     const auto records = [this] {
         return m_model.isHistoryAwaited() ? std::nullopt : std::optional{m_model.sessions()};
     };
-    return {m_files, m_documents, m_clock, records, {}};
+    const auto adopt = [this](ImportPlan plan) {
+        m_model.historyEditor().import(std::move(plan.records), std::move(plan.details));
+    };
+    const auto holds = [this](const Uuid& id) {
+        return m_model.historyEditor().find(id) != nullptr;
+    };
+    return {m_files, m_documents, m_clock, records, adopt, holds};
 }
 
 void Composition::Parts::connectQuitting(const Application& application)
@@ -310,7 +324,7 @@ void Composition::Parts::follow(const ApplicationInstance::Command& command,
 {
     const auto import =
         command.name == QLatin1String(importCommandName) ? importCommand(command.arguments) : std::nullopt;
-    if (!import || !(import->isDryRun || m_importDesk.canAdopt())) {
+    if (!import) {
         answer(socketAnswer::refused);
         return;
     }

@@ -28,6 +28,10 @@ AppModel::AppModel(AppModelParts parts, QObject* parent)
     , m_parts(std::move(parts))
     , m_launchAtLogin(std::move(m_parts.launchAtLoginService), m_messages)
     , m_announcer(std::move(m_parts.notificationService), m_parts.clock, m_messages)
+    , m_undoOffer(m_parts.scheduler)
+    , m_historyEditor(*m_parts.sessionStore, *m_parts.sessionDetailsStore, m_undoOffer)
+    , m_absences(*m_parts.sessionDetailsStore, m_parts.clock,
+                 [this](const Uuid& id) { return sessionOf(id); })
     , m_calendar(m_parts.clock.timeZone(), m_parts.userLocale)
 {
     restore();
@@ -58,6 +62,7 @@ void AppModel::observeSystemEvents()
     SystemEvents::Observer observer;
     observer.willSleep = [this] {
         m_isAsleep = true;
+        m_absences.setAsleep(true);
         retryWrites();
     };
     observer.didWake = [this] {
@@ -65,6 +70,7 @@ void AppModel::observeSystemEvents()
         refreshCalendar();
         retryWrites();
         reconcile(true);
+        m_absences.setAsleep(false);
         tick();
     };
     observer.didBecomeActive = [this] {
@@ -167,16 +173,19 @@ void AppModel::apply(const TimerTransition& transition, const TimerSnapshot& pre
     if (outdatesAnnouncement(transition, previous)) {
         m_announcer.withdrawAnnouncement();
     }
+    recordPause(transition, previous);
     publish(next);
     if (transition.finishedSession) {
         const FinishedSession& finished = *transition.finishedSession;
         recordFinishedSession(finished);
+        recordDecided(finished);
         Q_EMIT phaseEnded(finished);
         if (isCompletion(finished.outcome) && m_preferences.playCompletionSound) {
             m_parts.soundService->play(m_preferences.timerSettings.alertIntensity, completionSoundName);
         }
     }
     save(next);
+    m_absences.follow(next);
     const bool wasIdle = previous.runState == TimerRunState::idle;
     if (next.runState == TimerRunState::running || wasIdle != (next.runState == TimerRunState::idle)) {
         startTicker();

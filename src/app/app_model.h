@@ -1,8 +1,11 @@
 #pragma once
 
+#include "app/absence_questions.h"
 #include "app/app_messages.h"
+#include "app/history_editor.h"
 #include "app/launch_at_login.h"
 #include "app/phase_announcer.h"
+#include "app/undo_offer.h"
 #include "core/calendar.h"
 #include "core/session_record.h"
 #include "core/statistics_calculator.h"
@@ -12,11 +15,14 @@
 #include "platform/task_scheduler.h"
 #include "services/alert_sound_service.h"
 #include "storage/active_timer_persistence.h"
+#include "storage/added_preferences.h"
 #include "storage/preferences_store.h"
+#include "storage/session_details_store.h"
 #include "storage/session_store.h"
 
 #include <QObject>
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -28,6 +34,9 @@ namespace brevlin {
 struct StorageMessage;
 class CapsuleMover;
 
+/// Of an intention, in characters.
+inline constexpr std::size_t longestIntention = 200;
+
 /// Everything that the model works with. What it borrows outlives it; the rest is its own.
 struct AppModelParts
 {
@@ -36,7 +45,9 @@ struct AppModelParts
     SystemEvents& systemEvents;
     std::unique_ptr<PreferencesStore> preferencesStore;
     std::unique_ptr<ActiveTimerPersistence> activeTimerPersistence;
+    std::unique_ptr<AddedPreferencesStore> addedPreferencesStore;
     std::unique_ptr<SessionStore> sessionStore;
+    std::unique_ptr<SessionDetailsStore> sessionDetailsStore;
     std::unique_ptr<NotificationService> notificationService;
     std::unique_ptr<AlertSoundService> soundService;
     std::unique_ptr<LaunchAtLoginService> launchAtLoginService;
@@ -55,6 +66,7 @@ enum class TimerCommand {
     advance,
     skipPendingPhase,
     dismissCompletion,
+    undo, ///< of the latest of these, which ended a phase
 };
 
 /// The one observable object of the program: it owns the timer, the stores and the services, publishes what
@@ -80,12 +92,18 @@ public:
     bool isHistoryAwaited() const { return m_parts.sessionStore->isAwaited(); }
     const AppPreferences& preferences() const { return m_preferences; }
     AppLanguage language() const { return m_preferences.appLanguage; }
+    const AddedPreferences& addedPreferences() const { return m_addedPreferences; }
     bool isAlertSoundPlaying() const { return m_isAlertSoundPlaying; }
+    /// What the phase that runs is for, else what the next focus phase will be for; empty for nothing.
+    std::string intention() const;
 
     // What stands beside the timer
     AppMessages& messages() { return m_messages; }
     LaunchAtLogin& launchAtLogin() { return m_launchAtLogin; }
     PhaseAnnouncer& announcer() { return m_announcer; }
+    HistoryEditor& historyEditor() { return m_historyEditor; }
+    UndoOffer& undoOffer() { return m_undoOffer; }
+    AbsenceQuestions& absences() { return m_absences; }
     CapsuleMover* capsuleMover() const { return m_parts.capsuleMover; }
 
     // Display values, from the published state
@@ -116,6 +134,10 @@ public:
     void dismissCompletion();
     void performPrimaryAction();
     void stopAlertSound();
+    /// Says what the phase that runs is for, or the next focus phase where none does. White space at both
+    /// ends goes, a line break becomes a space, and no more than longestIntention characters stay. Lasts for
+    /// one phase.
+    void setIntention(const std::string& intention);
 
     // Settings commands
     /// Takes over what `change` makes of the preferences, keeps it and lets follow what follows from it. The
@@ -128,13 +150,18 @@ public:
     void setPlayCompletionSound(bool play);
     void setAppLanguage(AppLanguage language);
     void setTopTimerAppearance(TopTimerAppearance appearance);
+    void setAsksAboutAbsences(bool asks);
     void restoreDefaultPreferences();
 
-    // History commands
+    // History commands; the editor has the others
     void deleteSession(const SessionRecord& record);
     void clearHistory();
+    /// Answers what is asked of an absence, or changes the answer, also while the phase runs.
+    void decideAbsence(const Uuid& session, std::size_t index, AbsenceDecision decision);
 
     void activateMainWindow();
+    /// Nobody sees the windows while the session is locked.
+    void setSessionLocked(bool locked);
 
     // What is to be on the disk
     /// Tries now to write what the disk has not taken yet. At the end there is nothing left to wait for.
@@ -157,6 +184,8 @@ Q_SIGNALS:
     void remainingSecondsChanged();
     void sessionsChanged();
     void preferencesChanged();
+    /// Nothing runs, and what the next focus phase will be for is another text.
+    void preparedIntentionChanged();
     /// Beside the changes that this made.
     void defaultPreferencesRestored();
     void alertSoundPlayingChanged();
@@ -191,6 +220,19 @@ private:
     void publish(const TimerSnapshot& snapshot);
     void publishRemainingSeconds();
     void adopt(const AppPreferences& preferences);
+    void adoptAdded(const AddedPreferences& preferences);
+    void connectHistory();
+    void historyMayBeKnown();
+    std::string takePreparedIntention();
+    /// Once the details have been read: those of a phase are changed, not replaced.
+    void changeDetails(const Uuid& session, std::function<void(SessionDetails&)> change);
+    void recordPause(const TimerTransition& transition, const TimerSnapshot& previous);
+    void recordDecided(const FinishedSession& finished);
+    std::optional<SessionRecord> sessionOf(const Uuid& id);
+    void carryOutDecisions();
+    void endAtAbsence(const Uuid& session, std::size_t index);
+    void offerToGoOn(UndoOffer::Kind kind, const TimerSnapshot& previous);
+    void goOn(const TimerSnapshot& previous);
     void raise(const StorageMessage& message);
     void refreshCalendar();
     /// One operation of the engine at this instant, whose transition takes effect.
@@ -203,7 +245,14 @@ private:
     AppMessages m_messages;
     LaunchAtLogin m_launchAtLogin;
     PhaseAnnouncer m_announcer;
+    UndoOffer m_undoOffer;
+    HistoryEditor m_historyEditor;
+    AbsenceQuestions m_absences;
     AppPreferences m_preferences;
+    AddedPreferences m_addedPreferences;
+    std::string m_preparedIntention;
+    bool m_isHistoryKnown = false; // records and details have been read, or could not be
+    std::vector<std::function<void()>> m_onceHistoryIsKnown;
     std::optional<TimerEngine> m_engine; // made once the stored state is known, then never absent
     TimerSnapshot m_snapshot;
     std::optional<TimerSnapshot> m_savedSnapshot; // what the disk has or will get

@@ -15,6 +15,7 @@ constexpr std::int64_t longestMinutes = 180;
 void AppModel::command(TimerCommand command, const TimerOperation& operation, AskForPermission permission)
 {
     Q_EMIT commandReceived(command);
+    m_undoOffer.withdrawTimers();
     m_parts.soundService->stop();
     run(operation, permission);
     Q_EMIT commandCarriedOut(command);
@@ -22,8 +23,10 @@ void AppModel::command(TimerCommand command, const TimerOperation& operation, As
 
 void AppModel::start()
 {
+    const std::string intention = takePreparedIntention();
     command(
-        TimerCommand::start, [](TimerEngine& engine, Instant at) { return engine.start(at); },
+        TimerCommand::start,
+        [&intention](TimerEngine& engine, Instant at) { return engine.start(at, intention); },
         AskForPermission::yes);
 }
 
@@ -45,37 +48,54 @@ void AppModel::addFiveMinutes()
 
 void AppModel::endCurrentPhase()
 {
+    const TimerSnapshot previous = m_snapshot;
     command(TimerCommand::endCurrentPhase,
             [](TimerEngine& engine, Instant at) { return engine.endEarly(at); });
+    offerToGoOn(UndoOffer::Kind::endingEarly, previous);
 }
 
 void AppModel::switchToNextPhase()
 {
+    const TimerSnapshot previous = m_snapshot;
     command(TimerCommand::switchToNextPhase,
             [](TimerEngine& engine, Instant at) { return engine.switchAndStart(at); });
+    offerToGoOn(UndoOffer::Kind::switching, previous);
 }
 
 void AppModel::advance()
 {
     const bool isIdle = m_snapshot.runState == TimerRunState::idle;
-    command(TimerCommand::advance, [isIdle](TimerEngine& engine, Instant at) {
-        return isIdle ? engine.start(at) : engine.advance(at);
+    const bool startsFocus =
+        m_snapshot.phase == TimerPhase::focus && m_snapshot.runState == TimerRunState::ringing;
+    const std::string intention = isIdle || startsFocus ? takePreparedIntention() : std::string{};
+    command(TimerCommand::advance, [&](TimerEngine& engine, Instant at) {
+        if (isIdle) {
+            return engine.start(at, intention);
+        }
+        TimerTransition transition = engine.advance(at);
+        if (startsFocus) {
+            transition.snapshot = engine.setIntention(intention).snapshot;
+        }
+        return transition;
     });
 }
 
 void AppModel::skipPendingPhase()
 {
+    const TimerSnapshot previous = m_snapshot;
     const TimerPhase pending = m_snapshot.phase;
     command(TimerCommand::skipPendingPhase,
             [](TimerEngine& engine, Instant at) { return engine.skipPendingPhase(at); });
     if (m_snapshot.runState == TimerRunState::ringing && m_snapshot.phase != pending) {
         Q_EMIT pendingPhaseSkipped(pending);
     }
+    offerToGoOn(UndoOffer::Kind::skipping, previous);
 }
 
 void AppModel::dismissCompletion()
 {
     Q_EMIT commandReceived(TimerCommand::dismissCompletion);
+    m_undoOffer.withdrawTimers();
     m_parts.soundService->stop();
     if (m_snapshot.runState == TimerRunState::ringing) {
         run([](TimerEngine& engine, Instant at) { return engine.reset(at); });
@@ -141,19 +161,8 @@ void AppModel::setTopTimerAppearance(TopTimerAppearance appearance)
 void AppModel::restoreDefaultPreferences()
 {
     changePreferences([](AppPreferences& preferences) { preferences = {}; });
+    setAsksAboutAbsences(AddedPreferences{}.asksAboutAbsences);
     Q_EMIT defaultPreferencesRestored();
-}
-
-void AppModel::deleteSession(const SessionRecord& record)
-{
-    m_parts.sessionStore->remove(record);
-    Q_EMIT sessionsChanged();
-}
-
-void AppModel::clearHistory()
-{
-    m_parts.sessionStore->clear();
-    Q_EMIT sessionsChanged();
 }
 
 void AppModel::activateMainWindow()

@@ -11,6 +11,8 @@ void AppModel::restore()
     if (const auto& error = m_parts.preferencesStore->readError()) {
         raise(StorageMessages::preferencesUnread(*error));
     }
+    m_addedPreferences = m_parts.addedPreferencesStore->load();
+    m_absences.setEnabled(m_addedPreferences.asksAboutAbsences);
     m_messages.setLanguage(language());
     std::optional<TimerSnapshot> restored = restoreTimer();
     connectStores();
@@ -22,6 +24,8 @@ void AppModel::restore()
     m_snapshot = m_engine->snapshot();
     m_remainingSeconds = m_snapshot.remainingSeconds(now());
     m_announcer.follow(m_snapshot, m_preferences.timerSettings.alertIntensity);
+    m_absences.follow(m_snapshot);
+    historyMayBeKnown();
     m_startUpTask = m_parts.scheduler.after(
         Seconds::zero(), [this, wasRunning] { refreshSystemStateAndReconcile(wasRunning); });
 }
@@ -52,11 +56,9 @@ void AppModel::connectStores()
          [this](const DocumentError& error) {
              raise(StorageMessages::timerNotSaved(error, true, language()));
          }});
-    m_parts.sessionStore->setObserver(
-        {[this] { Q_EMIT sessionsChanged(); },
-         [this](const SessionStoreError& error) {
-             raise(StorageMessages::history(error, *m_parts.sessionStore, language()));
-         }});
+    m_parts.addedPreferencesStore->setWasReadObserver(
+        [this](const AddedPreferences& stored) { adoptAdded(stored); });
+    connectHistory();
 }
 
 // The preferences could not be read at the start, which gave the defaults, and can be now.
@@ -124,6 +126,8 @@ void AppModel::recordFinishedSession(const FinishedSession& finished)
 void AppModel::retryWrites(HistoryFile::Patience patience)
 {
     m_parts.sessionStore->retry(patience);
+    m_parts.sessionDetailsStore->retry();
+    m_parts.addedPreferencesStore->retry();
     m_parts.activeTimerPersistence->retry();
     m_parts.preferencesStore->retry();
 }
@@ -132,6 +136,9 @@ std::vector<std::string> AppModel::unsaved() const
 {
     std::vector<std::string> result;
     const bool english = language() == AppLanguage::english;
+    if (!m_parts.sessionDetailsStore->isSaved()) {
+        result.emplace_back(english ? "pauses and absences" : "暂停与离开记录");
+    }
     if (!m_parts.sessionStore->isSaved()) {
         const std::string count = std::to_string(m_parts.sessionStore->unsavedCount());
         result.push_back(english ? "history (records: " + count + ")" : "历史记录（" + count + " 条）");
@@ -139,7 +146,7 @@ std::vector<std::string> AppModel::unsaved() const
     if (!m_parts.activeTimerPersistence->isSaved()) {
         result.emplace_back(english ? "timer state" : "计时状态");
     }
-    if (!m_parts.preferencesStore->isSaved()) {
+    if (!m_parts.preferencesStore->isSaved() || !m_parts.addedPreferencesStore->isSaved()) {
         result.emplace_back(english ? "preferences" : "偏好设置");
     }
     return result;

@@ -63,6 +63,7 @@ void CapsuleChoreography::prepareFor(TimerCommand command)
     case TimerCommand::start:
     case TimerCommand::endCurrentPhase:
     case TimerCommand::switchToNextPhase:
+    case TimerCommand::undo:
         clearMorphState();
         break;
     case TimerCommand::advance:

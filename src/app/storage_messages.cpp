@@ -16,8 +16,15 @@ constexpr BilingualText timerStateResetDetail{
 constexpr BilingualText timerStateUnread{"计时状态读取失败", "Failed to load timer state"};
 constexpr BilingualText timerStateNotSaved{"计时状态保存失败", "Failed to save timer state"};
 constexpr BilingualText historyUnread{"本地记录读取失败", "Failed to load local history"};
+constexpr BilingualText detailsUnread{"暂停与离开记录读取失败", "Failed to load pauses and absences"};
+constexpr BilingualText detailsNotSaved{"暂停与离开记录保存失败", "Failed to save pauses and absences"};
+constexpr BilingualText detailsAreKept{
+    "文件会原样保留：下次保存前将改名为“session-details-v1.unreadable-（UTC 时间）.json”。",
+    "The file is kept as it is: before the next save it is renamed to "
+    "“session-details-v1.unreadable-(UTC time).json”."};
 constexpr BilingualText recordNotSaved{"记录保存失败", "Failed to save record"};
 constexpr BilingualText recordNotDeleted{"无法删除记录", "Unable to delete record"};
+constexpr BilingualText historyNotChanged{"无法更改记录", "Unable to change records"};
 constexpr BilingualText historyNotCleared{"无法清空记录", "Unable to clear history"};
 constexpr std::string_view preferencesUnreadTitle = "偏好设置读取失败 · Failed to load preferences";
 
@@ -81,6 +88,16 @@ StorageMessage StorageMessages::timerNotSaved(const DocumentError& error, bool i
                    language);
 }
 
+StorageMessage StorageMessages::details(const DocumentError& error, bool isRead, AppLanguage language)
+{
+    const bool isUnread = !isRead || error.isAboutContent;
+    const BilingualText& promise = error.isAboutContent ? detailsAreKept
+                                   : isUnread           ? isReadAgain
+                                                        : isWrittenAgain;
+    return message(isUnread ? detailsUnread : detailsNotSaved,
+                   sentences(error.description, promise.in(language), language), language);
+}
+
 StorageMessage StorageMessages::history(const SessionStoreError& error, const SessionStore& store,
                                         AppLanguage language)
 {
@@ -101,6 +118,8 @@ StorageMessage StorageMessages::history(const SessionStoreError& error, const Se
                        language);
     case Operation::delete_:
         return message(recordNotDeleted, description, language);
+    case Operation::edit:
+        return message(historyNotChanged, description, language);
     case Operation::clear:
         break;
     }

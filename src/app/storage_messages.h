@@ -25,6 +25,9 @@ StorageMessage timerReset(AppLanguage language);
 StorageMessage timerUnread(const DocumentError& error, AppLanguage language);
 /// It is tried again where the disk refused; nothing helps where the timer cannot be expressed.
 StorageMessage timerNotSaved(const DocumentError& error, bool isTriedAgain, AppLanguage language);
+/// Of what is known beside the records. It is tried again, unless the content does not decode: it is then
+/// kept under another name.
+StorageMessage details(const DocumentError& error, bool isRead, AppLanguage language);
 StorageMessage history(const SessionStoreError& error, const SessionStore& store, AppLanguage language);
 
 } // namespace StorageMessages

@@ -61,7 +61,7 @@ ExitStatus exportToFile(const std::string& output,
 ExitStatus runExport(const ExportCommand& command, const CommandContext& context)
 {
     const PosixDurableFile files;
-    const auto history = readHistory(defaultHistoryLocation(context.folders.applicationSupport), files);
+    const auto history = readHistory(context.folders.applicationSupport, files);
     if (!history) {
         return fail({"无法读取历史记录。", "The history cannot be read."}, history.error().description,
                     context);
@@ -72,7 +72,7 @@ ExitStatus runExport(const ExportCommand& command, const CommandContext& context
         command.hasByteOrderMark, Calendar(clock.timeZone(), std::string(localeIdentifier(context.language))),
         context.language,         timeZoneOf};
     const auto produce = [&](const PieceSink& sink) {
-        return exportHistory(history->records, {}, options, sink);
+        return exportHistory(history->records, history->details, options, sink);
     };
     return command.output ? exportToFile(*command.output, produce, context)
                           : exportToOutput(produce, context);

@@ -1,7 +1,10 @@
 #include "command/history_reading.h"
 
+#include "storage/history_file.h"
 #include "storage/session_archive.h"
 #include "storage/session_archive_scanner.h"
+#include "storage/session_details_document.h"
+#include "storage/session_details_file.h"
 
 #include <string>
 #include <utility>
@@ -23,8 +26,9 @@ Expected<std::vector<SessionRecord>, DocumentError> decode(const std::string& te
 
 } // namespace
 
-Expected<ReadHistory, DocumentError> readHistory(const HistoryLocation& location, const DurableFile& files)
+Expected<ReadHistory, DocumentError> readHistory(const std::string& dataFolder, const DurableFile& files)
 {
+    const HistoryLocation location = defaultHistoryLocation(dataFolder);
     ReadHistory history;
     auto content = files.readStamped(location.path);
     if (content && *content) {
@@ -41,6 +45,11 @@ Expected<ReadHistory, DocumentError> readHistory(const HistoryLocation& location
             return Unexpected{records.error()};
         }
         history.records = *std::move(records);
+    }
+    const auto details = files.read(defaultSessionDetailsPath(dataFolder));
+    if (details && *details) {
+        auto known = decodeSessionDetails(**details);
+        history.details = known ? *std::move(known) : SessionDetailsById{};
     }
     return history;
 }

@@ -6,7 +6,9 @@
 #include "platform/freedesktop/files/posix_durable_file.h"
 #include "platform/freedesktop/instance/folder_lock.h"
 #include "platform/freedesktop/instance/instance_socket.h"
+#include "storage/history_file.h"
 #include "storage/session_archive.h"
+#include "storage/session_details_file.h"
 
 #include <QThread>
 
@@ -44,8 +46,8 @@ ImportAnswer importHere(const ImportCommand& command, const CommandContext& cont
 {
     using Reason = ImportError::Reason;
     PosixDurableFile files;
-    const HistoryLocation location = defaultHistoryLocation(context.folders.applicationSupport);
-    auto history = readHistory(location, files);
+    const std::string& folder = context.folders.applicationSupport;
+    auto history = readHistory(folder, files);
     if (!history) {
         return Unexpected{ImportError{Reason::historyUnknown, history.error().description}};
     }
@@ -67,7 +69,14 @@ ImportAnswer importHere(const ImportCommand& command, const CommandContext& cont
     if (!document) {
         return Unexpected{ImportError{Reason::notKept, document.error().description}};
     }
-    const auto written = files.replace(location.path, *document, history->stamp);
+    // Details first: without their records they do no harm, and records would have lost them.
+    if (!plan->details.empty()) {
+        SessionDetailsFile details(defaultSessionDetailsPath(folder), files, clock);
+        if (const auto kept = details.apply(plan->details); !kept) {
+            return Unexpected{ImportError{Reason::notKept, kept.error().description}};
+        }
+    }
+    const auto written = files.replace(defaultHistoryLocation(folder).path, *document, history->stamp);
     return written ? ImportAnswer{counts}
                    : Unexpected{ImportError{Reason::notKept, written.error().description}};
 }

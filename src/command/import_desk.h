@@ -5,6 +5,7 @@
 #include "platform/document_thread.h"
 #include "platform/durable_file.h"
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -24,20 +25,21 @@ public:
         const Clock& clock;
         /// The history; nothing as long as it has not been read.
         std::function<std::optional<std::vector<SessionRecord>>()> records;
-        /// Takes what is new into the history. It was compared with the records of a moment ago: one that has
-        /// come since is the history's own.
+        /// Takes what is new into the history, in one step that a disk may refuse.
         std::function<void(ImportPlan)> adopt;
+        /// Whether the history has the record.
+        std::function<bool(const Uuid&)> holds;
     };
 
     explicit ImportDesk(Parts parts) : m_parts(std::make_shared<Parts>(std::move(parts))) {}
 
-    /// Whether it can carry out more than a dry run.
-    bool canAdopt() const { return bool(m_parts->adopt); }
-
-    /// Answers at once or later, unless the desk is gone by then.
+    /// Answers at once or, when all of it is on the disk, later, unless the desk is gone by then.
     void carryOut(const ImportCommand& command, std::function<void(const ImportAnswer&)> answer);
 
 private:
+    static void adopt(const std::shared_ptr<Parts>& parts, ImportPlan plan, std::size_t comparedCount,
+                      const std::function<void(const ImportAnswer&)>& answer);
+
     std::shared_ptr<Parts> m_parts;
 };
 

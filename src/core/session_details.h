@@ -46,8 +46,11 @@ struct SessionDetails
 {
     std::vector<DateInterval> pauses; ///< in their order, those of absences excepted; none overlaps another
     std::vector<Absence> absences;    ///< in their order
-    /// The record before the first correction.
+    /// The record before the first correction by hand.
     std::optional<SessionRecord> asRecorded;
+    /// What the record is where nobody was ever away, once something was decided of an absence. The record of
+    /// the history is what becomes of this one by the absences.
+    std::optional<SessionRecord> beforeAbsences;
 
     bool operator==(const SessionDetails&) const = default;
     bool isEmpty() const { return *this == SessionDetails{}; }

@@ -103,6 +103,35 @@ TimerTransition TimerEngine::addTime(Seconds length, Instant now)
     return unchanged();
 }
 
+TimerTransition TimerEngine::setIntention(const std::optional<std::string>& intention)
+{
+    if (m_state.isActive()) {
+        m_state.intention = normalizedIntention(intention);
+    }
+    return unchanged();
+}
+
+TimerTransition TimerEngine::countAsPause(Seconds length, Instant now)
+{
+    if (!std::isfinite(length.count()) || length <= Seconds::zero()) {
+        return unchanged();
+    }
+    if (auto finished = finishIfNeeded(now, false)) {
+        return {m_state, std::move(finished)};
+    }
+    if (m_state.runState == TimerRunState::running && m_state.expectedEndAt) {
+        *m_state.expectedEndAt += length;
+    } else if (m_state.runState == TimerRunState::paused) {
+        m_state.pausedRemainingSeconds =
+            atLeastZero(m_state.pausedRemainingSeconds.value_or(Seconds::zero())) + length;
+    } else {
+        return unchanged();
+    }
+    m_state.accumulatedPauseSeconds += length;
+    ++m_state.interruptionCount;
+    return unchanged();
+}
+
 TimerTransition TimerEngine::skip(Instant now)
 {
     if (auto finished = finishIfNeeded(now, false)) {

@@ -35,6 +35,11 @@ public:
     TimerTransition resume(Instant now);
     /// Lengthens the running or paused phase. Anything but a finite positive length changes nothing.
     TimerTransition addTime(Seconds length, Instant now);
+    /// Says what the running or paused phase is for, or that it is for nothing.
+    TimerTransition setIntention(const std::optional<std::string>& intention);
+    /// Makes a pause of this length of time that the running or paused phase has counted. Anything but a
+    /// finite positive length changes nothing.
+    TimerTransition countAsPause(Seconds length, Instant now);
     /// Abandons the phase as skipped and prepares the other kind, without starting it as switchAndStart does;
     /// no screen offers it.
     TimerTransition skip(Instant now);

@@ -72,7 +72,7 @@ public:
         put(m_library.summary(summary.c_str()));
         put(m_library.transparency(ICAL_TRANSP_TRANSPARENT));
         // A calendar that knows the event takes the corrected one for the newer one by this alone.
-        if (details.asRecorded) {
+        if (details.asRecorded || details.beforeAbsences) {
             put(m_library.sequence(1));
         }
         text += this->text(event);

@@ -1,6 +1,6 @@
 #include "exchange/import_builder.h"
 
-#include "core/intention_labels.h"
+#include "core/intention.h"
 #include "exchange/instant_text.h"
 
 #include <simdjson.h>
@@ -116,11 +116,10 @@ std::string intentionWithTags(std::string_view text, std::span<const std::string
         result.append(result.empty() ? "" : " ").append(mark).append(word);
     };
     const bool isTold = !text.empty();
+    const auto told = labels(text);
     for (const std::string& tag : tags) {
-        const std::string label = "#" + tag;
-        const auto labels = intentionLabels(label);
-        const bool isWord = labels.size() == 1 && labels.front() == tag;
-        const auto told = intentionLabels(text);
+        const auto words = labels("#" + tag);
+        const bool isWord = words.size() == 1 && words.front() == tag;
         if (isWord && std::find(told.begin(), told.end(), tag) == told.end()) {
             append("#", tag);
         } else if (!isWord && !isTold) {

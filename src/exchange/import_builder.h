@@ -73,7 +73,7 @@ bool readTimewarrior(std::string_view text, ImportBuilder& builder);
 /// What form of CSV the text's header makes it, if any that we read.
 std::optional<ImportFormat> csvFormat(std::string_view text);
 
-/// The text with its labels (intentionLabels()) and these; in front of all what reads as a text of its own.
+/// The text and behind it, as labels, the tags that it has not. Without a text a tag that is no word is one.
 std::string intentionWithTags(std::string_view text, std::span<const std::string> tags);
 
 } // namespace brevlin

@@ -21,12 +21,8 @@ public:
         writer.beginObject();
         writeRecord(writer, record);
         writeDetails(writer, details, m_zones.zone(record.timeZoneIdentifierAtStart.view()));
-        if (details.asRecorded) {
-            writer.key(jsonField::asRecorded);
-            writer.beginObject();
-            writeRecord(writer, *details.asRecorded);
-            writer.endObject();
-        }
+        writeEarlier(writer, jsonField::asRecorded, details.asRecorded);
+        writeEarlier(writer, jsonField::beforeAbsences, details.beforeAbsences);
         writer.endObject();
         auto object = std::move(writer).finish();
         if (!object) {
@@ -71,6 +67,16 @@ private:
         writeTime(writer, jsonField::scheduledEnd, record.scheduledEndAt, zone);
         writer.field(jsonField::cycle, record.cycleIndex);
         writer.field(jsonField::completedAway, record.completedWhileAway);
+    }
+
+    void writeEarlier(JsonWriter& writer, const char* key, const std::optional<SessionRecord>& record)
+    {
+        if (record) {
+            writer.key(key);
+            writer.beginObject();
+            writeRecord(writer, *record);
+            writer.endObject();
+        }
     }
 
     void writeDetails(JsonWriter& writer, const SessionDetails& details, const TimeZoneRules& zone)

@@ -24,4 +24,6 @@ inline constexpr const char* absences = "absences";
 inline constexpr const char* decision = "decision";
 inline constexpr const char* asRecorded = "as_recorded"; ///< before the first correction
 
+inline constexpr const char* beforeAbsences = "before_absences"; ///< before anything was decided of one
+
 } // namespace brevlin::jsonField

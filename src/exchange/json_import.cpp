@@ -116,6 +116,18 @@ void readRecord(RowReader& row, SessionRecord& record, ImportBuilder& builder)
     row.optional(jsonField::completedAway, record.completedWhileAway, ImportProblem::malformed);
 }
 
+void readEarlier(RowReader& row, const char* key, std::optional<SessionRecord>& record,
+                 ImportBuilder& builder)
+{
+    if (row.has(key)) {
+        const JsonValue value = *row.find(key);
+        RowReader reader(value);
+        row.require(value.is_object(), ImportProblem::malformed);
+        readRecord(reader, record.emplace(), builder);
+        row.adopt(reader.problem());
+    }
+}
+
 void readDetails(RowReader& row, SessionDetails& details, ImportBuilder& builder)
 {
     row.each(jsonField::pauses, [&details](RowReader& each) {
@@ -131,13 +143,8 @@ void readDetails(RowReader& row, SessionDetails& details, ImportBuilder& builder
         }
         each.optional(jsonField::decision, absence.decision, ImportProblem::malformed);
     });
-    if (row.has(jsonField::asRecorded)) {
-        const JsonValue value = *row.find(jsonField::asRecorded);
-        RowReader reader(value);
-        row.require(value.is_object(), ImportProblem::malformed);
-        readRecord(reader, details.asRecorded.emplace(), builder);
-        row.adopt(reader.problem());
-    }
+    readEarlier(row, jsonField::asRecorded, details.asRecorded, builder);
+    readEarlier(row, jsonField::beforeAbsences, details.beforeAbsences, builder);
 }
 
 Problem readOwn(JsonValue value, std::size_t line, ImportBuilder& builder)

@@ -1,4 +1,4 @@
-#include "core/intention_labels.h"
+#include "core/intention.h"
 #include "exchange/export_parts.h"
 #include "storage/json/json_writer.h"
 
@@ -101,11 +101,11 @@ private:
         writer.beginObject();
         writeTime(writer, "start", begin);
         writeTime(writer, "end", interval.end);
-        if (const auto labels = intentionLabels(interval.intention.view()); !labels.empty()) {
+        if (const auto tags = labels(interval.intention.view()); !tags.empty()) {
             writer.key("tags");
             writer.beginArray();
-            for (const std::string_view label : labels) {
-                writer.value(label);
+            for (const std::string& tag : tags) {
+                writer.value(std::string_view{tag});
             }
             writer.endArray();
         }

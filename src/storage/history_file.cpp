@@ -119,6 +119,11 @@ HistoryOutcome HistoryFile::apply(const HistoryChange& change)
         m_waiting.push_back(change);
         return flush(Patience::waits);
     }
+    if (const auto* edit = std::get_if<EditRecords>(&change)) {
+        if (const auto expressed = encodeSessionArchive(edit->placed); !expressed) {
+            return {HistoryOutcome::Result::refused, expressed.error(), {}};
+        }
+    }
     // A removal that cannot be written now is taken back rather than tried again: what the user is told
     // would not hold any longer.
     Content before = m_content;
@@ -180,6 +185,8 @@ void HistoryFile::bring(const HistoryChange& change)
         insert(*record);
     } else if (const auto* removal = std::get_if<RemoveRecord>(&change)) {
         remove(removal->id);
+    } else if (const auto* several = std::get_if<EditRecords>(&change)) {
+        edit(*several);
     } else {
         clear();
     }
@@ -210,6 +217,23 @@ void HistoryFile::clear()
     m_content.removedIds = knownIds();
     m_content.records.clear();
     m_content.records.shrink_to_fit();
+    m_content.inFile.reset();
+}
+
+void HistoryFile::edit(const EditRecords& change)
+{
+    std::vector<Uuid> gone = change.removed;
+    for (const SessionRecord& record : change.placed) {
+        gone.push_back(record.id);
+    }
+    std::sort(gone.begin(), gone.end());
+    std::vector<SessionRecord>& records = m_content.records;
+    std::erase_if(records, [&gone](const SessionRecord& record) {
+        return std::binary_search(gone.begin(), gone.end(), record.id);
+    });
+    m_content.removedIds.insert(m_content.removedIds.end(), change.removed.begin(), change.removed.end());
+    records.insert(records.begin(), change.placed.rbegin(), change.placed.rend());
+    std::stable_sort(records.begin(), records.end(), endedEarlier);
     m_content.inFile.reset();
 }
 

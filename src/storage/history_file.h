@@ -32,8 +32,15 @@ struct RemoveRecord
 };
 struct ClearRecords
 {};
+/// Several at once: the ones with these ids go, and the placed ones come, each behind those that end at the
+/// same instant, in their order.
+struct EditRecords
+{
+    std::vector<Uuid> removed;
+    std::vector<SessionRecord> placed;
+};
 /// A record is put in place of any with its id, behind those that end at the same instant.
-using HistoryChange = std::variant<SessionRecord, RemoveRecord, ClearRecords>;
+using HistoryChange = std::variant<SessionRecord, RemoveRecord, ClearRecords, EditRecords>;
 
 /// What became of a change of the history.
 struct HistoryOutcome
@@ -41,7 +48,8 @@ struct HistoryOutcome
     enum class Result {
         saved,  ///< it is on the disk, and so is every change before it that waited
         waits,  ///< the disk refused, so far
-        refused ///< it was taken back: what cannot be expressed, and a removal that could not be written
+        refused ///< it was taken back: what cannot be expressed, and a removal or an edit that could not be
+                ///< written
     };
 
     Result result = Result::saved;
@@ -97,6 +105,7 @@ private:
     void insert(const SessionRecord& record);
     void remove(Uuid id);
     void clear();
+    void edit(const EditRecords& change);
     std::vector<Uuid> knownIds() const;
     Records takeOver(Patience patience);
     enum class Overwrite { whatIsKnown, anything };

@@ -1,9 +1,7 @@
 #include "storage/session_archive.h"
 
-#include "storage/json/json_reader.h"
-#include "storage/json/json_writer.h"
 #include "storage/session_archive_scanner.h"
-#include "storage/session_record_fields.h"
+#include "storage/session_record_json.h"
 
 #include <algorithm>
 #include <array>
@@ -21,19 +19,6 @@ constexpr std::size_t fieldCount = std::tuple_size_v<decltype(sessionRecordField
 constexpr std::array<std::string_view, fieldCount> keys =
     std::apply([](const auto&... field) { return std::array{field.name...}; }, sessionRecordFields);
 
-template <typename T>
-bool readStored(JsonValue value, T& result)
-{
-    return read(value, result);
-}
-template <typename E>
-bool readStored(JsonValue value, StoredRawValue<E>& result)
-{
-    std::string_view text;
-    const bool isText = read(value, text);
-    result = StoredRawValue<E>(text);
-    return isText;
-}
 bool readStored(JsonValue value, SharedText& result, TextPool& pool)
 {
     std::string_view text;
@@ -44,7 +29,7 @@ bool readStored(JsonValue value, SharedText& result, TextPool& pool)
 template <typename T>
 bool readStored(JsonValue value, T& result, TextPool& /*pool*/)
 {
-    return readStored(value, result);
+    return read(value, result);
 }
 
 template <std::size_t... index>
@@ -98,25 +83,6 @@ std::optional<DocumentError> readRecord(JsonValue value, std::size_t index, Sess
         }
     }
     return std::nullopt;
-}
-
-template <typename T>
-const T& storedForm(const T& value)
-{
-    return value;
-}
-template <typename E>
-std::string_view storedForm(const StoredRawValue<E>& value)
-{
-    return value.text();
-}
-
-void write(JsonWriter& writer, const SessionRecord& record)
-{
-    writer.beginObject();
-    forEachField(sessionRecordFields,
-                 [&](const auto& field) { writer.field(field.name, storedForm(field.of(record))); });
-    writer.endObject();
 }
 
 void write(JsonWriter& writer, std::span<const SessionRecord> records, RecordOrder order)

@@ -10,6 +10,18 @@ namespace {
 using Operation = SessionStoreError::Operation;
 using Result = HistoryOutcome::Result;
 
+std::vector<Uuid> idsOf(const std::vector<SessionRecord>& some, const std::vector<SessionRecord>& others)
+{
+    std::vector<Uuid> ids;
+    ids.reserve(some.size() + others.size());
+    for (const auto* records : {&some, &others}) {
+        for (const SessionRecord& record : *records) {
+            ids.push_back(record.id);
+        }
+    }
+    return ids;
+}
+
 } // namespace
 
 SessionStore::SessionStore(HistoryLocation location, const HistoryDisk& disk, bool fetchOnInit)
@@ -84,32 +96,45 @@ void SessionStore::finishLoad(Expected<std::vector<SessionRecord>, DocumentError
 void SessionStore::joinUnsaved()
 {
     for (const Unsaved& unsaved : m_unsaved) {
-        for (const SessionRecord& record : unsaved.records) {
-            std::vector<SessionRecord> replaced;
-            takeRecords(record.id, replaced);
-            if (unsaved.operation == Operation::insert) {
-                place(record);
-            }
-        }
+        takeRecords(idsOf(unsaved.removed, unsaved.placed));
+        placeAll(unsaved.placed);
     }
 }
 
 SessionRecord SessionStore::insert(const FinishedSession& finishedSession)
 {
     SessionRecord record(finishedSession);
-    std::vector<SessionRecord> replaced;
-    takeRecords(record.id, replaced);
+    std::vector<SessionRecord> replaced = takeRecords({record.id});
     place(record);
-    postChange(record, Operation::insert, {record});
+    postChange(record, Operation::insert, std::move(replaced), {record});
     return record;
 }
 
 void SessionStore::remove(const SessionRecord& record)
 {
     const Uuid id = record.id; // the record may be one in the list
-    std::vector<SessionRecord> taken;
-    takeRecords(id, taken);
-    postChange(RemoveRecord{id}, Operation::delete_, std::move(taken));
+    postChange(RemoveRecord{id}, Operation::delete_, takeRecords({id}));
+}
+
+std::uint64_t SessionStore::edit(const std::vector<Uuid>& removed, std::vector<SessionRecord> placed)
+{
+    std::vector<Uuid> ids = removed;
+    for (const SessionRecord& record : placed) {
+        ids.push_back(record.id);
+    }
+    std::vector<SessionRecord> taken = takeRecords(std::move(ids));
+    placeAll(placed);
+    std::vector<Uuid> takenIds = idsOf(taken, {});
+    std::sort(takenIds.begin(), takenIds.end());
+    const bool isRemoval =
+        placed.size() < taken.size() &&
+        std::all_of(placed.begin(), placed.end(), [&takenIds](const SessionRecord& record) {
+            return std::binary_search(takenIds.begin(), takenIds.end(), record.id);
+        });
+    const Operation operation = isRemoval ? Operation::delete_ : Operation::edit;
+    EditRecords change{removed, placed};
+    postChange(std::move(change), operation, std::move(taken), std::move(placed));
+    return m_number;
 }
 
 void SessionStore::clear()
@@ -123,10 +148,11 @@ void SessionStore::clear()
     postChange(ClearRecords{}, Operation::clear, std::exchange(m_sessions, {}));
 }
 
-void SessionStore::postChange(HistoryChange change, Operation operation, std::vector<SessionRecord> records)
+void SessionStore::postChange(HistoryChange change, Operation operation, std::vector<SessionRecord> removed,
+                              std::vector<SessionRecord> placed)
 {
     const std::uint64_t number = ++m_number;
-    m_unsaved.push_back({number, operation, std::move(records)});
+    m_unsaved.push_back({number, operation, std::move(removed), std::move(placed)});
     ++m_jobs;
     m_thread.post([file = m_file, self = std::weak_ptr(m_self), change = std::move(change),
                    number]() -> DocumentThread::Completion {
@@ -167,7 +193,11 @@ void SessionStore::finishChange(std::uint64_t number, HistoryOutcome outcome)
     if (outcome.result == Result::refused) {
         takeBack(number);
     }
+    const bool isCleared = operation == Operation::clear && outcome.result == Result::saved;
     settle(number, outcome);
+    if (isCleared && m_observer.wasCleared) {
+        m_observer.wasCleared();
+    }
     if (outcome.error) {
         // A file that is being copied is soon a whole one.
         const bool isInTheWay = outcome.result == Result::waits && outcome.error->isAboutContent;
@@ -205,16 +235,14 @@ void SessionStore::settle(std::uint64_t number, HistoryOutcome& outcome)
 
 void SessionStore::takeBack(std::uint64_t number)
 {
-    const auto unsaved = std::find_if(m_unsaved.begin(), m_unsaved.end(),
-                                      [number](const Unsaved& u) { return u.number == number; });
-    std::vector<SessionRecord> records = std::move(unsaved->records);
-    const bool wasInserted = unsaved->operation == Operation::insert;
-    m_unsaved.erase(unsaved);
-    if (wasInserted) {
-        std::vector<SessionRecord> taken;
-        takeRecords(records.front().id, taken);
-    } else {
-        placeAll(std::move(records));
+    const auto found = std::find_if(m_unsaved.begin(), m_unsaved.end(),
+                                    [number](const Unsaved& u) { return u.number == number; });
+    const Unsaved unsaved = std::move(*found);
+    m_unsaved.erase(found);
+    takeRecords(idsOf(unsaved.placed, {}));
+    placeAll(unsaved.removed);
+    if (m_observer.editTakenBack) {
+        m_observer.editTakenBack(number);
     }
     recordsChanged();
 }
@@ -228,17 +256,25 @@ void SessionStore::fail(Operation operation, const DocumentError& error, bool te
 }
 
 // Keeps the order of the others.
-void SessionStore::takeRecords(Uuid id, std::vector<SessionRecord>& taken)
+std::vector<SessionRecord> SessionStore::takeRecords(std::vector<Uuid> ids)
 {
-    for (std::size_t index = 0; index < m_sessions.size();) {
-        if (m_sessions[index].id == id) {
-            m_focusCounts.remove(m_sessions[index]);
-            taken.push_back(std::move(m_sessions[index]));
-            m_sessions.erase(m_sessions.begin() + static_cast<std::ptrdiff_t>(index));
+    std::vector<SessionRecord> taken;
+    std::sort(ids.begin(), ids.end());
+    const auto isKept = [&ids](const SessionRecord& record) {
+        return !std::binary_search(ids.begin(), ids.end(), record.id);
+    };
+    const auto firstTaken = std::find_if_not(m_sessions.begin(), m_sessions.end(), isKept);
+    auto kept = firstTaken;
+    for (auto record = firstTaken; record != m_sessions.end(); ++record) {
+        if (isKept(*record)) {
+            *kept++ = std::move(*record);
         } else {
-            ++index;
+            m_focusCounts.remove(*record);
+            taken.push_back(std::move(*record));
         }
     }
+    m_sessions.erase(kept, m_sessions.end());
+    return taken;
 }
 
 // Where appending and stable sorting would put it: behind the records of the same instant.

@@ -30,8 +30,8 @@ struct HistoryDisk
 
 /// The history: all records in memory, sorted by endedAt, latest first, stable, and the same in one file. A
 /// change takes effect at once and is written beside the main thread. A record that the disk refuses stays
-/// and is tried again; a removal is taken back. As long as the file could not be read, nothing is written
-/// over it: new records wait, and join the others once it could.
+/// and is tried again; a removal and an edit are taken back. As long as the file could not be read, nothing
+/// is written over it: new records wait, and join the others once it could.
 class SessionStore final
 {
 public:
@@ -42,6 +42,10 @@ public:
         std::function<void()> recordsChanged;
         /// An operation failed for the first time; that it is tried again and fails again is not told.
         std::function<void(const SessionStoreError&)> failed;
+        /// The change of this number was refused; the records are those of before.
+        std::function<void(std::uint64_t)> editTakenBack = {};
+        /// The history was cleared, on the disk too.
+        std::function<void()> wasCleared = {};
     };
 
     /// Reads the history unless told otherwise.
@@ -71,6 +75,9 @@ public:
     SessionRecord insert(const FinishedSession& finishedSession);
     /// Removes every record with this record's id.
     void remove(const SessionRecord& record);
+    /// Removes the records with these ids and puts others in their place, in one step; the placed ones stand
+    /// behind those that end at the same instant, in their order. Gives the number of the edit.
+    std::uint64_t edit(const std::vector<Uuid>& removed, std::vector<SessionRecord> placed);
     /// Removes all records; refused as long as the file could not be read.
     void clear();
     /// Tries now what is still to be done, if anything. At the end of the process nothing is left to wait
@@ -83,19 +90,20 @@ private:
     {
         std::uint64_t number;
         SessionStoreError::Operation operation;
-        std::vector<SessionRecord> records; // the inserted one, or those that were removed
+        std::vector<SessionRecord> removed;
+        std::vector<SessionRecord> placed;
     };
 
     void finishLoad(Expected<std::vector<SessionRecord>, DocumentError> loaded);
     void joinUnsaved();
     void postChange(HistoryChange change, SessionStoreError::Operation operation,
-                    std::vector<SessionRecord> records);
+                    std::vector<SessionRecord> removed, std::vector<SessionRecord> placed = {});
     void finishChange(std::uint64_t number, HistoryOutcome outcome);
     void finishRetry(std::uint64_t number, HistoryOutcome outcome);
     void settle(std::uint64_t number, HistoryOutcome& outcome);
     void takeBack(std::uint64_t number);
     void fail(SessionStoreError::Operation operation, const DocumentError& error, bool tells);
-    void takeRecords(Uuid id, std::vector<SessionRecord>& taken);
+    std::vector<SessionRecord> takeRecords(std::vector<Uuid> ids);
     void place(SessionRecord record);
     void placeAll(std::vector<SessionRecord> records);
     void recordsChanged() const;

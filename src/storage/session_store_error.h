@@ -12,7 +12,7 @@ namespace brevlin {
 /// shown twice.
 struct SessionStoreError
 {
-    enum class Operation { fetch, insert, delete_, clear };
+    enum class Operation { fetch, insert, delete_, clear, edit };
 
     Uuid id = Uuid::random();
     Operation operation = Operation::fetch;
@@ -33,6 +33,7 @@ struct RawValues<SessionStoreError::Operation>
         RawValueCase<Operation>{Operation::insert, "insert"},
         RawValueCase<Operation>{Operation::delete_, "delete"},
         RawValueCase<Operation>{Operation::clear, "clear"},
+        RawValueCase<Operation>{Operation::edit, "edit"},
     };
 };
 

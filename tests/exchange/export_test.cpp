@@ -1,4 +1,3 @@
-#include "core/intention_labels.h"
 #include "core/statistics_calculator.h"
 #include "exchange/exchange_fixture.h"
 #include "exchange/instant_text.h"
@@ -66,14 +65,6 @@ TEST(InstantText, is_told_with_the_offset_of_the_zone_and_read_back_as_the_same_
     }
 }
 
-TEST(IntentionLabels, are_the_words_behind_a_hash)
-{
-    using Labels = std::vector<std::string_view>;
-    EXPECT_EQ(intentionLabels("#a Write #b-2, #b-2 and #c_3."), (Labels{"a", "b-2", "c_3"}));
-    EXPECT_EQ(intentionLabels("写报告#工作，然后 #学习。#🍅"), (Labels{"工作", "学习", "🍅"}));
-    EXPECT_EQ(intentionLabels("C# page#3 # ##x"), (Labels{"x"}));
-}
-
 TEST(Export, csv_guards_quotes_and_tells_the_zone_of_the_start)
 {
     SessionRecord odd = record("2026-01-31T01:00:00.5Z", "2026-01-31T01:25:00Z", "=1+1, \"so\"\n专注");
@@ -100,7 +91,7 @@ TEST(Export, ics_has_a_transparent_event_for_each_focus_phase_folded_and_escaped
                "写一二三四五六七八九十一二三四五六七八九十一二三四五六七八九十; a, b\\ \n\x01!");
     std::string text =
         test::exported({rest, focus, record("2026-01-31T00:00:00Z", "2026-01-31T00:00:00.1Z", "")},
-                       test::exportOptions(ExportFormat::ics), {{focus.id, {{}, {}, focus}}});
+                       test::exportOptions(ExportFormat::ics), {{focus.id, {{}, {}, focus, {}}}});
     // Where a line is folded is the library's choice.
     for (std::size_t begin = 0; begin < text.size(); begin = text.find('\n', begin) + 1) {
         const std::size_t end = text.find("\r\n", begin);
@@ -135,6 +126,7 @@ TEST(Export, timewarrior_gets_what_counts_without_pauses_or_overlaps)
          {{{at("2026-01-31T01:10:00Z"), at("2026-01-31T01:15:00Z")}},
           {{at("2026-01-31T01:20:00Z"), at("2026-01-31T01:30:00Z"), AbsenceDecision::doNotCount},
            {at("2026-01-31T01:31:00Z"), at("2026-01-31T01:35:00Z"), AbsenceDecision::keep}},
+          {},
           {}}}};
     EXPECT_EQ(
         test::exported({skipped, olderPaused, paused}, test::exportOptions(ExportFormat::timewarrior),

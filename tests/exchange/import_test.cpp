@@ -51,6 +51,7 @@ public:
                 details.absences = {{record.actualStartAt, record.endedAt, AbsenceDecision::doNotCount},
                                     {record.endedAt, std::nullopt, AbsenceDecision::undecided}};
                 details.asRecorded = makeRecord();
+                details.beforeAbsences = makeRecord();
                 this->details.emplace(record.id, details);
             }
             records.push_back(std::move(record));

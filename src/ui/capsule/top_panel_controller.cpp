@@ -43,13 +43,11 @@ TopPanelController::TopPanelController(FloatingWindowSystem& system, SessionLock
             followLock();
         }
     });
-    m_lock.setChangeHandler([this] { followLock(); });
 }
 
 TopPanelController::~TopPanelController()
 {
     m_system.setChangeHandler({});
-    m_lock.setChangeHandler({});
     if (m_placement.isDragging()) {
         endDrag();
     }

@@ -42,11 +42,12 @@ public:
     void setBannerPlace(const std::optional<BannerPlace>& place);
     /// Whether an island that appears now covers the desktop's banners, or they it.
     bool meetsBanners(const BannerPlace& place);
+    /// The session has been locked, or unlocked.
+    void followLock();
 
 private:
     void makeWindow();
     void appear();
-    void followLock();
     void watchScreens();
     void scheduleReposition();
     void reposition();
