@@ -47,7 +47,10 @@ Expected<ReadHistory, DocumentError> readHistory(const std::string& dataFolder, 
         history.records = *std::move(records);
     }
     const auto details = files.read(defaultSessionDetailsPath(dataFolder));
-    if (details && *details) {
+    if (!details) {
+        return Unexpected{documentError(details.error())};
+    }
+    if (*details) {
         auto known = decodeSessionDetails(**details);
         history.details = known ? *std::move(known) : SessionDetailsById{};
     }

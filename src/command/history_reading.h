@@ -15,7 +15,7 @@ namespace brevlin {
 struct ReadHistory
 {
     std::vector<SessionRecord> records; ///< latest end first
-    SessionDetailsById details;         ///< none where they cannot be read: they are not what counts
+    SessionDetailsById details;         ///< none where they do not decode: they are not what counts
     std::optional<FileStamp> stamp;     ///< of the file in its place; none: there is no such file
 };
 

@@ -140,9 +140,11 @@ class Commands(unittest.TestCase):
         self.assertEqual(self.history.read_text(), "{")
 
     def test_an_import_adds_once_what_is_new(self):
-        records = self.make_history(40)
+        self.make_history(40)
         ours = self.desktop.folder / "ours.json"
-        ours.write_text(self.exported("--format", "json"))
+        objects = json.loads(self.exported("--format", "json"))
+        objects[7]["pauses"] = [{"start": objects[7]["start"], "end": objects[7]["end"]}]
+        ours.write_text(json.dumps(objects))
         before = json.loads(self.history.read_text())
         self.history.unlink()
         toggl = self.desktop.folder / "toggl.csv"
@@ -158,8 +160,10 @@ class Commands(unittest.TestCase):
                 result = self.run_program("import", *arguments, str(file))
                 self.assertEqual((result.returncode, result.stdout.decode()), (0, expected))
                 self.assertEqual(result.stderr.decode(), "Line 3: has not ended yet\n" if file == toggl else "")
-                self.assertEqual(self.history.exists(), "--dry-run" not in arguments or len(records) == 0)
+                self.assertEqual(self.history.exists(), "--dry-run" not in arguments)
         after = json.loads(self.history.read_text())
+        self.assertEqual([each for each in json.loads(self.exported("--format", "json"))
+                          if each["intention"] != "Write, again"], objects)
         added = [each for each in after["sessions"] if each["intention"] == "Write, again"]
         self.assertEqual(len(added), 1)
         self.assertEqual([each for each in after["sessions"] if each not in added], before["sessions"])
@@ -178,22 +182,36 @@ class Commands(unittest.TestCase):
 
 
 class CommandsOfTheRunningProgram(DesktopTest):
-    def test_the_running_program_answers_an_import_from_what_it_knows(self):
+    def test_the_running_program_imports_for_the_command_in_one_step(self):
         desktop = self.desktop
         toggl = desktop.folder / "tog\tgl.csv"
-        toggl.write_text(TOGGL)
-        self.assertEqual(run_program(desktop, "import", str(toggl)).returncode, 0)
-        process, _window = self.start_and_wait()
-        # What is asked is the program, not the file.
-        (desktop.data / "sessions-v1.json").rename(desktop.folder / "elsewhere")
-        result = run_program(desktop, "import", "--dry-run", toggl.name, cwd=desktop.folder)
-        self.assertEqual((result.returncode, result.stdout.decode()),
-                         (0, "Would be added: 0. Known already: 1. Unreadable: 1.\n"))
-        self.assertEqual(result.stderr.decode(), "Line 3: has not ended yet\n")
-        result = run_program(desktop, "import", "--format", "json", toggl.name, "--dry-run", cwd=desktop.folder)
+        toggl.write_text(TOGGL + "".join(f"A,{n},2026-02-01,09:{n}:00,2026-02-01,09:{n}:30,\n" for n in range(10, 30)))
+        process, window = self.start_and_wait()
+        for arguments, word, known in ((["--dry-run"], "Would be added", 0), ([], "Added", 0), ([], "Added", 21)):
+            result = run_program(desktop, "import", *arguments, toggl.name, cwd=desktop.folder)
+            self.assertEqual((result.returncode, result.stdout.decode()),
+                             (0, f"{word}: {21 - known}. Known already: {known}. Unreadable: 1.\n"))
+            self.assertEqual(result.stderr.decode(), "Line 3: has not ended yet\n")
+            if not arguments:
+                self.assertEqual(len(desktop.history()), 21, "it is on the disk when the command ends")
+        result = run_program(desktop, "import", "--format", "json", toggl.name, cwd=desktop.folder)
         self.assertEqual((result.returncode, result.stdout), (1, b""))
         self.assertIn(b"none of the formats", result.stderr)
+        # The clock has not stopped, and what the program has, the next command finds.
+        desktop.start_phase()
         self.assertIsNone(process.poll())
+
+    def test_what_the_disk_refuses_is_not_said_to_be_imported(self):
+        desktop = self.desktop
+        toggl = desktop.folder / "toggl.csv"
+        toggl.write_text(TOGGL)
+        desktop.start_program("strace", "-f", "-qq", "-o", "/dev/null", "-e", "trace=rename,renameat,renameat2",
+                              "-e", "inject=rename,renameat,renameat2:error=ENOSPC")
+        desktop.wait_for_window()
+        result = run_program(desktop, "import", str(toggl))
+        self.assertEqual((result.returncode, result.stdout), (1, b""))
+        self.assertIn(b"nothing was imported", result.stderr)
+        self.assertFalse((desktop.data / "sessions-v1.json").exists())
 
 
 def run_program(desktop, *arguments, before=(), stdout=subprocess.PIPE, cwd=None):
