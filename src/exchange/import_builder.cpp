@@ -6,10 +6,18 @@
 #include <simdjson.h>
 
 #include <algorithm>
+#include <cmath>
 #include <functional>
 #include <utility>
 
 namespace brevlin {
+
+namespace {
+
+// Three hundred years: what is longer is a slip, and instants beyond it cannot be told.
+constexpr Seconds longestLength{1e10};
+
+} // namespace
 
 ImportBuilder::ImportBuilder(std::span<const SessionRecord> history, const ImportOptions& options)
     : m_options(options)
@@ -45,6 +53,11 @@ std::optional<ImportProblem> ImportBuilder::problemOf(const SessionRecord& recor
                                         record.intention.view(), record.timeZoneIdentifierAtStart.view()}) {
         if (!simdjson::validate_utf8(text.data(), text.size())) {
             return ImportProblem::malformed;
+        }
+    }
+    for (const Seconds length : {record.effectiveDuration, record.plannedDuration, record.pauseDuration}) {
+        if (!(std::abs(length.count()) < longestLength.count())) {
+            return ImportProblem::notANumber;
         }
     }
     if (record.endedAt < record.actualStartAt) {

@@ -164,7 +164,8 @@ std::int64_t scanDate(TextScanner& text, bool& isExtended)
     const year_month_day date{std::chrono::year{isBefore ? -year : year},
                               month{static_cast<unsigned>(monthNumber)},
                               day{static_cast<unsigned>(dayNumber)}};
-    text.require(date.ok());
+    constexpr int lastYear = 12'000; // beyond what is written
+    text.require(year < lastYear && date.ok());
     return text.isGood() ? duration_cast<seconds>(sys_days{date}.time_since_epoch()).count() : 0;
 }
 
@@ -237,6 +238,7 @@ std::optional<Instant> instantFromText(std::string_view text)
     scanner.require(scanner.takeOneOf("Tt "));
     parts.whole += scanTime(scanner, isExtended, parts.decimals);
     parts.whole -= scanOffset(scanner) + epoch;
+    scanner.require(std::abs(static_cast<double>(parts.whole)) < furthest.count());
     return scanner.isGood() && scanner.isAtEnd() ? std::optional{Instant{Seconds{join(std::move(parts))}}}
                                                  : std::nullopt;
 }
