@@ -57,12 +57,13 @@ Expected<void, ExportError> exportHistory(std::span<const SessionRecord> records
     const SessionDetails none;
     PieceBuffer buffer(sink);
     (*exporter)->begin(buffer.text());
-    for (auto record = records.rbegin(); record != records.rend(); ++record) {
-        if (!isChosen(*record, options.selection, options.calendar)) {
+    for (std::size_t left = records.size(); left > 0; --left) {
+        const SessionRecord& record = records[left - 1];
+        if (!isChosen(record, options.selection, options.calendar)) {
             continue;
         }
-        const auto known = details.find(record->id);
-        if (!(*exporter)->add(*record, known != details.end() ? known->second : none, buffer.text()) ||
+        const auto known = details.find(record.id);
+        if (!(*exporter)->add(record, known != details.end() ? known->second : none, buffer.text()) ||
             !buffer.handOn()) {
             return refused();
         }

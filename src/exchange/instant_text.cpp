@@ -195,7 +195,8 @@ std::int64_t scanOffset(TextScanner& text)
     const bool hasMinutes = text.take(':') || !text.isAtEnd();
     const int minute = hasMinutes ? text.number(2) : 0;
     text.require(hour < 24 && minute < 60);
-    return (isBehind ? -1 : 1) * (hour * 3600 + minute * 60);
+    const int ahead = hour * 3600 + minute * 60;
+    return isBehind ? -ahead : ahead;
 }
 
 } // namespace
