@@ -13,7 +13,7 @@ import unittest
 
 import icalendar
 
-from harness import PROGRAM, REFERENCE_DATE, Desktop, DesktopTest, main
+from harness import PROGRAM, REFERENCE_DATE, Desktop, DesktopTest, main, wait_for
 
 TOOLS = pathlib.Path(__file__).resolve().parents[2] / "tools"
 INTENTIONS = ["写第三章，\"初稿\" 🍅 #写作", "=1+1, it's", "'@home\r\nnext; line\\", "", "-" + "长" * 90]
@@ -207,7 +207,7 @@ class CommandsOfTheRunningProgram(DesktopTest):
         toggl.write_text(TOGGL)
         desktop.start_program("strace", "-f", "-qq", "-o", "/dev/null", "-e", "trace=rename,renameat,renameat2",
                               "-e", "inject=rename,renameat,renameat2:error=ENOSPC")
-        desktop.wait_for_window()
+        wait_for("a window", desktop.windows)
         result = run_program(desktop, "import", str(toggl))
         self.assertEqual((result.returncode, result.stdout), (1, b""))
         self.assertIn(b"nothing was imported", result.stderr)
