@@ -96,7 +96,7 @@ TEST(Export, ics_has_a_transparent_event_for_each_focus_phase_folded_and_escaped
     for (std::size_t begin = 0; begin < text.size(); begin = text.find('\n', begin) + 1) {
         const std::size_t end = text.find("\r\n", begin);
         EXPECT_LE(end - begin, 75U);
-        EXPECT_NE(static_cast<unsigned char>(text.c_str()[end + 3]) & 0xC0U, 0x80U) << "within a character";
+        EXPECT_NE(static_cast<unsigned char>((text + "..")[end + 3]) & 0xC0U, 0x80U) << "within a character";
     }
     for (std::size_t fold = text.find("\r\n "); fold != std::string::npos; fold = text.find("\r\n ")) {
         text.erase(fold, 3);
