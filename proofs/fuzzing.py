@@ -14,6 +14,7 @@ LONGEST = 1000  # bytes; a document of every kind fits
 TARGETS = {  # what it is fed with, and the seeds, if any
     "documents": ("texts decoded, written and read again", "json"),
     "stores": ("texts found by the stores and the engine", "json"),
+    "import": ("files to import, taken in, out and in again", "imports"),
     "values": ("values written and read again", None),
     "desktop_texts": ("entries for login and X settings", "texts"),
 }

@@ -3,6 +3,7 @@
 #include "app/app_model.h"
 #include "app/capsule_choreography.h"
 #include "application.h"
+#include "command/import_desk.h"
 #include "platform/freedesktop/appearance/portal_desktop_settings.h"
 #include "platform/freedesktop/bus/bus_start.h"
 #include "platform/freedesktop/clock/system_clock.h"
@@ -15,6 +16,7 @@
 #include "platform/freedesktop/files/leftovers.h"
 #include "platform/freedesktop/files/posix_durable_file.h"
 #include "platform/freedesktop/files/user_folders.h"
+#include "platform/freedesktop/instance/instance_socket.h"
 #include "platform/freedesktop/login/autostart_login_item.h"
 #include "platform/freedesktop/notifications/desktop_notification_center.h"
 #include "platform/freedesktop/notifications/server/dbus_notification_server.h"
@@ -81,6 +83,7 @@ public:
           ApplicationInstance& instance);
     ~Parts()
     {
+        m_instance.setCommandHandler({});
         m_notificationCenter.setBannerPlaceHandler({});
         m_notificationCenter.setBannerObstacle({});
         m_sessionLock.setChangeHandler({});
@@ -91,12 +94,14 @@ public:
 private:
     DocumentDisk disk() { return {m_defaults, m_documents, m_scheduler, m_clock}; }
     AppModelParts modelParts(const UserFolders& folders);
+    ImportDesk::Parts importParts();
     void connectQuitting(const Application& application);
     void followAppearance();
     void applyAppearance();
     void showColors(ColorScheme scheme);
     void showFirst();
     void follow(const InstanceRequest& request);
+    void follow(const ApplicationInstance::Command& command, const ApplicationInstance::Answer& answer);
     void showWindow(const std::string& activationToken);
     void notify(const std::string& title, const std::string& text);
 
@@ -126,6 +131,7 @@ private:
     std::optional<bool> m_wasDark; // what the store has, or will have
     MainWindowStore m_windowStore;
     AppModel m_model;
+    ImportDesk m_importDesk;
     CapsuleChoreography m_capsule;
     SectionSelection m_selection;
     MainWindow m_window;
@@ -159,6 +165,7 @@ Composition::Parts::Parts(Application& application, BusStart& buses, const UserF
     , m_desktopScheme(Theme::of(QApplication::palette()).scheme())
     , m_windowStore(disk())
     , m_model(modelParts(folders))
+    , m_importDesk(importParts())
     , m_capsule(m_capsuleController, m_scheduler, m_model)
     , m_selection(m_windowStore)
     , m_window((QApplication::setStyle(m_style), m_model), m_selection, m_windowStore, m_windowSystem,
@@ -194,6 +201,10 @@ Composition::Parts::Parts(Application& application, BusStart& buses, const UserF
                      [this] { showWindow(m_notificationCenter.activationToken()); });
     QObject::connect(&instance, &ApplicationInstance::requested, &m_window,
                      [this](const InstanceRequest& request) { follow(request); });
+    instance.setCommandHandler(
+        [this](const ApplicationInstance::Command& command, const ApplicationInstance::Answer& answer) {
+            follow(command, answer);
+        });
     m_lateStart = m_scheduler.after(quietMoment, [] { QApplication::setWindowIcon(applicationIcon()); });
 }
 
@@ -216,6 +227,20 @@ AppModelParts Composition::Parts::modelParts(const UserFolders& folders)
             std::make_unique<LaunchAtLoginService>(m_loginItem),
             timeLocale(),
             &m_capsuleController};
+}
+
+ImportDesk::Parts Composition::Parts::importParts()
+{
+    const auto records = [this] {
+        return m_model.isHistoryAwaited() ? std::nullopt : std::optional{m_model.sessions()};
+    };
+    const auto adopt = [this](ImportPlan plan) {
+        m_model.historyEditor().import(std::move(plan.records), std::move(plan.details));
+    };
+    const auto holds = [this](const Uuid& id) {
+        return m_model.historyEditor().find(id) != nullptr;
+    };
+    return {m_files, m_documents, m_clock, records, adopt, holds};
 }
 
 void Composition::Parts::connectQuitting(const Application& application)
@@ -292,6 +317,19 @@ void Composition::Parts::follow(const InstanceRequest& request)
         m_selection.select(*section);
     }
     showWindow(request.token.toStdString());
+}
+
+void Composition::Parts::follow(const ApplicationInstance::Command& command,
+                                const ApplicationInstance::Answer& answer)
+{
+    const auto import =
+        command.name == QLatin1String(importCommandName) ? importCommand(command.arguments) : std::nullopt;
+    if (!import) {
+        answer(socketAnswer::refused);
+        return;
+    }
+    m_importDesk.carryOut(*import,
+                          [answer](const ImportAnswer& result) { answer(importAnswerLine(result)); });
 }
 
 void Composition::Parts::showWindow(const std::string& activationToken)

@@ -1,4 +1,5 @@
 #include "application.h"
+#include "command/run_command.h"
 #include "composition.h"
 #include "platform/freedesktop/bus/bus_start.h"
 #include "platform/freedesktop/files/user_folders.h"
@@ -16,6 +17,9 @@ int main(int argc, char** argv)
 {
     // A limit on the size of files is to be an error that the user is told of, not the end of the program.
     std::signal(SIGXFSZ, SIG_IGN);
+    if (const auto status = runCommand(argc, argv)) {
+        return *status;
+    }
 
     // The capsule needs what only X11 offers; on Wayland the program goes through XWayland.
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM") && qEnvironmentVariableIsSet("DISPLAY")) {

@@ -34,6 +34,14 @@ Uuid Uuid::random()
     return result;
 }
 
+Uuid Uuid::named(std::string_view text)
+{
+    static const Uuid nameSpace = *fromText("6F1C2B0E-58D3-4C7A-9A41-0D7E5B3C9F26");
+    Uuid result;
+    uuid_generate_sha1(result.m_bytes.data(), nameSpace.m_bytes.data(), text.data(), text.size());
+    return result;
+}
+
 std::optional<Uuid> Uuid::fromText(std::string_view text)
 {
     // Written out rather than left to uuid_parse: a history of years holds 100,000 of these, and uuid_parse

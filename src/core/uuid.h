@@ -18,6 +18,8 @@ public:
 
     /// A new random (version 4) UUID.
     static Uuid random();
+    /// The same (version 5) UUID for the same text, in a name space of ours.
+    static Uuid named(std::string_view text);
     /// Reads the 36-character form with hyphens, in either letter case; nothing for any other text.
     static std::optional<Uuid> fromText(std::string_view text);
 

@@ -39,6 +39,9 @@ struct FileContent
     FileStamp stamp; ///< from before the bytes were read
 };
 
+/// Takes the next piece of a content; false where it wants no more.
+using PieceSink = std::function<bool(std::string_view)>;
+
 /// Whole files that survive a kill, a power cut and a full disk. A path is absolute and in the file system's
 /// encoding. What a successful operation did is on the disk when it returns. Safe to use from several threads
 /// on different files.
@@ -59,8 +62,8 @@ public:
     }
     /// Hands the content over piece by piece as long as `take` wants more, without holding all of it; gives
     /// the stamp from before. Nothing when no file exists at the path.
-    virtual Expected<std::optional<FileStamp>, FileError>
-    readPieces(const std::string& path, const std::function<bool(std::string_view)>& take) const = 0;
+    virtual Expected<std::optional<FileStamp>, FileError> readPieces(const std::string& path,
+                                                                     const PieceSink& take) const = 0;
     /// Of what stands at the path; nothing when no file exists there.
     virtual Expected<std::optional<FileStamp>, FileError> stamp(const std::string& path) const = 0;
     /// Replaces the file as a whole: whoever reads it finds the old or the new bytes. Creates missing folders
@@ -68,6 +71,11 @@ public:
     /// replaced. After an error the old bytes still stand; only when the very last step failed, making the
     /// new name durable, may the new ones be found. Gives the stamp of the new content.
     virtual Expected<FileStamp, FileError> write(const std::string& path, std::string_view bytes) = 0;
+    /// write() of a content that `produce` hands to its argument piece by piece, so that nobody holds all of
+    /// it. The argument gives false once the disk has refused; where `produce` itself gives false, that is an
+    /// error (ECANCELED) and the file stays what it was.
+    virtual Expected<FileStamp, FileError>
+    writePieces(const std::string& path, const std::function<bool(const PieceSink&)>& produce) = 0;
     /// Writes only as long as the file is the one with this stamp (nothing: as long as there is none), looked
     /// at right before the new bytes take its place; else that is an error (ESTALE).
     virtual Expected<FileStamp, FileError> replace(const std::string& path, std::string_view bytes,

@@ -31,6 +31,8 @@ appstreamcli validate --no-net "$root/usr/share/metainfo/$identifier.metainfo.xm
 grep -qx 'Exec=/usr/bin/brevlin' "$root/usr/share/dbus-1/services/$identifier.service" ||
     { echo "The bus would start another program:"; cat "$root/usr/share/dbus-1/services/$identifier.service"; exit 1; }
 
+dpkg-deb --field "$package" Depends | grep -q libical3 || { echo "The library that is opened by name is not told"; exit 1; }
+
 for font in Inter NotoSansCJK DejaVuSansMono; do
     grep -q "^Files: $font" "$root/usr/share/doc/brevlin/copyright" || { echo "The copyright of $font is not told"; exit 1; }
 done

@@ -106,6 +106,40 @@ TEST_F(PosixDurableFileTest, replaces_only_the_content_that_the_caller_knows)
     EXPECT_EQ(entryCount(m_folder.path()), 1U) << "the temporary file is gone";
 }
 
+TEST_F(PosixDurableFileTest, pieces_become_a_file_only_when_all_have_come)
+{
+    const std::string path = m_folder.path("made/file");
+    const std::string piece(3'000'000, 'x');
+    const auto produce = [&piece](bool result) {
+        return [&piece, result](const PieceSink& take) {
+            return take(piece) && take("end") && result;
+        };
+    };
+    EXPECT_EQ(m_files.writePieces(path, produce(false)).error().code, ECANCELED);
+    EXPECT_EQ(entryCount(m_folder.path("made")), 0U) << "nothing is left of a content that broke off";
+    const auto stamp = m_files.writePieces(path, produce(true));
+    ASSERT_TRUE(stamp);
+    EXPECT_EQ(**m_files.stamp(path), *stamp);
+    EXPECT_EQ(*m_files.read(path), piece + "end");
+
+    struct rlimit before = {};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
+    std::signal(SIGXFSZ, SIG_IGN);
+    struct rlimit small = before;
+    small.rlim_cur = 1'000'000;
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+    bool wantsMore = true;
+    const auto refused = m_files.writePieces(path, [&](const PieceSink& take) {
+        wantsMore = take(piece);
+        return true;
+    });
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &before), 0);
+    EXPECT_EQ(refused.error().code, EFBIG);
+    EXPECT_FALSE(wantsMore);
+    EXPECT_EQ(*m_files.read(path), piece + "end");
+    EXPECT_EQ(entryCount(m_folder.path("made")), 1U) << "the temporary file is gone";
+}
+
 TEST_F(PosixDurableFileTest, a_new_start_stands_before_what_stays_of_the_file)
 {
     const std::string path = m_folder.path("file");

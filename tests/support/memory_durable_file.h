@@ -39,8 +39,8 @@ public:
                                    : std::optional{FileContent{file->second, stampOf(file->second)}};
     }
 
-    Expected<std::optional<FileStamp>, FileError>
-    readPieces(const std::string& path, const std::function<bool(std::string_view)>& take) const override
+    Expected<std::optional<FileStamp>, FileError> readPieces(const std::string& path,
+                                                             const PieceSink& take) const override
     {
         constexpr std::size_t pieceSize = 100; // so that most records come in pieces
         const auto content = readStamped(path);
@@ -71,6 +71,18 @@ public:
         }
         files[path] = bytes;
         return stampOf(bytes);
+    }
+
+    Expected<FileStamp, FileError> writePieces(const std::string& path,
+                                               const std::function<bool(const PieceSink&)>& produce) override
+    {
+        std::string bytes;
+        const bool isComplete = produce([&bytes](std::string_view piece) {
+            bytes += piece;
+            return true;
+        });
+        return isComplete ? write(path, bytes)
+                          : Expected<FileStamp, FileError>{Unexpected{fileError("write", ECANCELED, path)}};
     }
 
     Expected<FileStamp, FileError> replace(const std::string& path, std::string_view bytes,

@@ -17,8 +17,9 @@
 
 namespace brevlin {
 
-// Only the sources of this folder include this header: the JSON library stays out of every interface.
-// The DOM front of simdjson 3.0 is the one to use: its On-Demand front misreads many long decimals.
+// Only the sources of storage/ and exchange/ include this header: the JSON library stays out of every
+// interface. The DOM front of simdjson 3.0 is the one to use: its On-Demand front misreads many long
+// decimals.
 
 using JsonValue = simdjson::dom::element;
 

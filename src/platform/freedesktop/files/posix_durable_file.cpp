@@ -152,17 +152,35 @@ FileStamp stampOf(const struct stat& status)
             status.st_mtim.tv_sec * nanoseconds + status.st_mtim.tv_nsec};
 }
 
-// What a file is to hold: the bytes, and behind them what the file that it replaces holds from a place on.
+// What a file is to hold: the bytes, and behind them what the file that it replaces holds from a place on; or
+// what somebody hands over.
 struct NewContent
 {
     std::string_view bytes;
     std::optional<off_t> keptFrom;
+    const std::function<bool(const PieceSink&)>* produce = nullptr;
 };
+
+Expected<void, FileError> fillFrom(const std::function<bool(const PieceSink&)>& produce, FileFiller& filler,
+                                   const std::string& path)
+{
+    Expected<void, FileError> written;
+    const bool isComplete = produce([&](std::string_view piece) {
+        if (written) {
+            written = filler.write(piece);
+        }
+        return bool(written);
+    });
+    return isComplete || !written ? written : Unexpected{fileError("write", ECANCELED, path)};
+}
 
 Expected<void, FileError> fill(const FileDescriptor& file, const FileDescriptor& folder,
                                const NewContent& content, const std::string& path)
 {
     FileFiller filler(file, path);
+    if (content.produce != nullptr) {
+        return fillFrom(*content.produce, filler, path);
+    }
     auto written = filler.write(content.bytes);
     if (!written || !content.keptFrom) {
         return written;
@@ -360,8 +378,8 @@ Expected<std::optional<FileContent>, FileError> PosixDurableFile::readStamped(co
     return std::optional{FileContent{std::move(bytes), (*opened)->stamp}};
 }
 
-Expected<std::optional<FileStamp>, FileError>
-PosixDurableFile::readPieces(const std::string& path, const std::function<bool(std::string_view)>& take) const
+Expected<std::optional<FileStamp>, FileError> PosixDurableFile::readPieces(const std::string& path,
+                                                                           const PieceSink& take) const
 {
     const auto opened = openForReading(path);
     if (!opened || !*opened) {
@@ -392,19 +410,25 @@ Expected<std::optional<FileStamp>, FileError> PosixDurableFile::stamp(const std:
 
 Expected<FileStamp, FileError> PosixDurableFile::write(const std::string& path, std::string_view bytes)
 {
-    return writeFile(path, {bytes, std::nullopt}, std::nullopt);
+    return writeFile(path, {bytes, std::nullopt, nullptr}, std::nullopt);
+}
+
+Expected<FileStamp, FileError>
+PosixDurableFile::writePieces(const std::string& path, const std::function<bool(const PieceSink&)>& produce)
+{
+    return writeFile(path, {{}, std::nullopt, &produce}, std::nullopt);
 }
 
 Expected<FileStamp, FileError> PosixDurableFile::replace(const std::string& path, std::string_view bytes,
                                                          const std::optional<FileStamp>& known)
 {
-    return writeFile(path, {bytes, std::nullopt}, known);
+    return writeFile(path, {bytes, std::nullopt, nullptr}, known);
 }
 
 Expected<FileStamp, FileError> PosixDurableFile::replaceStart(const std::string& path, std::string_view start,
                                                               std::size_t replaced, const FileStamp& known)
 {
-    return writeFile(path, {start, static_cast<off_t>(replaced)}, std::optional{known});
+    return writeFile(path, {start, static_cast<off_t>(replaced), nullptr}, std::optional{known});
 }
 
 Expected<void, FileError> PosixDurableFile::rename(const std::string& from, const std::string& to)

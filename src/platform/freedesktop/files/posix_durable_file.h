@@ -17,10 +17,12 @@ class PosixDurableFile final : public DurableFile
 public:
     /// Refuses what is not a regular file (EISDIR, EINVAL) and what is larger than 1 GiB (EFBIG).
     Expected<std::optional<FileContent>, FileError> readStamped(const std::string& path) const override;
-    Expected<std::optional<FileStamp>, FileError>
-    readPieces(const std::string& path, const std::function<bool(std::string_view)>& take) const override;
+    Expected<std::optional<FileStamp>, FileError> readPieces(const std::string& path,
+                                                             const PieceSink& take) const override;
     Expected<std::optional<FileStamp>, FileError> stamp(const std::string& path) const override;
     Expected<FileStamp, FileError> write(const std::string& path, std::string_view bytes) override;
+    Expected<FileStamp, FileError> writePieces(const std::string& path,
+                                               const std::function<bool(const PieceSink&)>& produce) override;
     Expected<FileStamp, FileError> replace(const std::string& path, std::string_view bytes,
                                            const std::optional<FileStamp>& known) override;
     Expected<FileStamp, FileError> replaceStart(const std::string& path, std::string_view start,

@@ -1,14 +1,18 @@
 #pragma once
 
+#include "platform/freedesktop/instance/folder_lock.h"
 #include "platform/freedesktop/session/instance_request.h"
 
 #include <QByteArray>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace brevlin {
@@ -17,6 +21,7 @@ class ActivationService;
 class LocalListener;
 class LocalStream;
 class MessageBus;
+struct SocketRequest;
 
 /// Makes sure that one process alone works on the user's files, and lets a second start reach it. The lock on
 /// the folders decides; the D-Bus name and, where there is no bus, a local socket carry the activation. The
@@ -45,31 +50,39 @@ public:
     /// The program is about to end: a start from now on waits until it is gone.
     void retire();
     /// In the system's words.
-    const std::string& failure() const { return m_failure; }
+    const std::string& failure() const { return m_lock.failure(); }
+
+    /// What another process asks to be done, and whom to tell how it went: once, at any time, in one line.
+    struct Command
+    {
+        QString name;
+        QStringList arguments;
+    };
+    using Answer = std::function<void(const QByteArray& line)>;
+    /// Whom commands reach; where there is nobody, they are refused.
+    void setCommandHandler(std::function<void(const Command&, const Answer&)> handler)
+    {
+        m_commandHandler = std::move(handler);
+    }
 
 Q_SIGNALS:
     void requested(const InstanceRequest& request);
 
 private:
-    enum class Lock { taken, held, failed };
-
-    Lock lockFolders();
-    void releaseFolders();
-    Lock lockFolder(const std::string& folder);
     void serveBus();
     void serveSocket();
     bool askThroughBus(const InstanceRequest& request) const;
     /// Empty where nobody answers.
     QByteArray answerOfSocket(const InstanceRequest& request) const;
     void answerSocket(LocalStream& stream, const QByteArray& bytes);
+    void answerCommand(LocalStream& stream, const SocketRequest& request);
     std::string socketPath() const;
 
     MessageBus& m_bus;
-    std::vector<std::string> m_folders;
+    FolderLock m_lock;
     std::optional<std::string> m_runtimeFolder;
-    std::vector<int> m_locks; // descriptors of the locked folders
     bool m_isRetired = false;
-    std::string m_failure;
+    std::function<void(const Command&, const Answer&)> m_commandHandler;
     std::unique_ptr<ActivationService> m_service;
     std::unique_ptr<LocalListener> m_listener;
 };
