@@ -71,6 +71,16 @@ void TextField::applyTheme()
     }
 }
 
+bool TextField::event(QEvent* event)
+{
+    if (event->type() == QEvent::ShortcutOverride && m_takesEscape &&
+        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+        event->accept();
+        return true;
+    }
+    return QLineEdit::event(event);
+}
+
 void TextField::changeEvent(QEvent* event)
 {
     QLineEdit::changeEvent(event);
@@ -115,6 +125,10 @@ void TextField::inputMethodEvent(QInputMethodEvent* event)
 
 void TextField::keyPressEvent(QKeyEvent* event)
 {
+    if (event->key() == Qt::Key_Escape && m_takesEscape && !m_isComposing) {
+        Q_EMIT escapePressed();
+        return;
+    }
     const bool endsComposition = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (m_isComposing && endsComposition) {
         return; // is the input method's
