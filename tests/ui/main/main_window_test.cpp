@@ -274,15 +274,16 @@ TEST_F(MainWindowTest, the_sections_are_one_stop_and_the_windows_own_buttons_com
         for (int stop = 0; stop < count; ++stop) {
             press(Qt::Key_Tab);
             const auto* button = qobject_cast<QAbstractButton*>(QApplication::focusWidget());
-            const QString name =
-                button != nullptr && !button->text().isEmpty() ? button->text()
-                                                               : QApplication::focusWidget()->accessibleName();
+            const QString name = button != nullptr && !button->text().isEmpty()
+                                     ? button->text()
+                                     : QApplication::focusWidget()->accessibleName();
             names.push_back(name.toStdString());
         }
         return names;
     };
     using Names = std::vector<std::string>;
-    EXPECT_EQ(stops(7), (Names{"Focus", "Intention", "Start Focus", "Close", "Minimize", "Maximize", "Focus"}));
+    EXPECT_EQ(stops(7),
+              (Names{"Focus", "Intention", "Start Focus", "Close", "Minimize", "Maximize", "Focus"}));
     press(Qt::Key_Right);
     EXPECT_EQ(m_selection->section(), AppSection::history);
     for (int count = 0; count < 4; ++count) {
