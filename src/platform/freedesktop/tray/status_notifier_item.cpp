@@ -76,7 +76,7 @@ void StatusNotifierItem::setPictures(const StatusPictures& pictures)
 {
     if (std::exchange(m_pictures, pictures) != pictures) {
         m_titleIsOld = true;
-        emitSignal("NewIcon");
+        tell("NewIcon");
     }
 }
 
@@ -87,25 +87,33 @@ void StatusNotifierItem::setTexts(const StatusTexts& texts)
         return;
     }
     if (std::exchange(m_titleIsOld, false)) {
-        emitSignal("NewTitle");
+        tell("NewTitle");
     }
     if (!m_showsLabel) {
-        emitSignal("NewToolTip");
+        tell("NewToolTip");
     }
-    emitLabel();
+    tellLabel();
 }
 
 void StatusNotifierItem::setShowsLabel(bool showsLabel)
 {
     if (std::exchange(m_showsLabel, showsLabel) != showsLabel) {
-        emitSignal("NewIcon");
-        emitLabel();
+        tell("NewIcon");
+        tellLabel();
     }
 }
 
-void StatusNotifierItem::emitLabel()
+// Two signals a second that nobody hears would wake this program's thread for the bus, and the bus.
+void StatusNotifierItem::tell(const char* signal, const QVariantList& arguments) const
 {
-    emitSignal("XAyatanaNewLabel", {label(), labelGuide()});
+    if (m_isCollected) {
+        emitSignal(signal, arguments);
+    }
+}
+
+void StatusNotifierItem::tellLabel() const
+{
+    tell("XAyatanaNewLabel", {label(), labelGuide()});
 }
 
 QString StatusNotifierItem::label() const
