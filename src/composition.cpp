@@ -67,6 +67,18 @@ std::vector<std::string> sharedDataFolders()
     return folders;
 }
 
+bool putPicture(WindowSystem& system, WId window, const QImage& picture, const QPoint& place)
+{
+    const bool isOfOurForm = picture.format() == QImage::Format_RGB32 ||
+                             picture.format() == QImage::Format_ARGB32_Premultiplied;
+    return isOfOurForm &&
+           system.putPixels(window, {reinterpret_cast<const std::uint32_t*>(picture.constBits()),
+                                     static_cast<std::size_t>(picture.bytesPerLine()) / sizeof(std::uint32_t),
+                                     static_cast<std::int16_t>(place.x()), static_cast<std::int16_t>(place.y()),
+                                     static_cast<std::uint16_t>(picture.width()),
+                                     static_cast<std::uint16_t>(picture.height())});
+}
+
 ColorScheme schemeOf(DesktopSettings::ColorScheme scheme)
 {
     return scheme == DesktopSettings::ColorScheme::dark ? ColorScheme::dark : ColorScheme::light;
@@ -173,6 +185,9 @@ Composition::Parts::Parts(Application& application, BusStart& buses, const UserF
     })
 {
     m_style->setCompositing([this] { return m_windowSystem.isComposited(); });
+    m_style->setPictureSender([this](WId window, const QImage& picture, const QPoint& place) {
+        return putPicture(m_windowSystem, window, picture, place);
+    });
     followAppearance();
     m_loginItem.followProgram();
     m_notificationCenter.setBannerPlaceHandler(
