@@ -197,7 +197,7 @@ void NumericText::paint(QPainter& painter, const QRect& part) const
     painter.scale(place.scale, place.scale);
 
     const double progress = m_transition.value();
-    const QRectF exposed = painter.transform().inverted().mapRect(QRectF(part));
+    const QRectF exposed((part.left() - place.left) / place.scale, 0, part.width() / place.scale, 0);
     paintPieces(painter, exposed, m_steady, 1);
     paintPieces(painter, exposed, m_leaving, 1 - progress);
     paintPieces(painter, exposed, m_arriving, progress);
