@@ -69,14 +69,15 @@ std::vector<std::string> sharedDataFolders()
 
 bool putPicture(WindowSystem& system, WId window, const QImage& picture, const QPoint& place)
 {
-    const bool isOfOurForm = picture.format() == QImage::Format_RGB32 ||
-                             picture.format() == QImage::Format_ARGB32_Premultiplied;
+    const bool isOfOurForm =
+        picture.format() == QImage::Format_RGB32 || picture.format() == QImage::Format_ARGB32_Premultiplied;
     return isOfOurForm &&
-           system.putPixels(window, {reinterpret_cast<const std::uint32_t*>(picture.constBits()),
-                                     static_cast<std::size_t>(picture.bytesPerLine()) / sizeof(std::uint32_t),
-                                     static_cast<std::int16_t>(place.x()), static_cast<std::int16_t>(place.y()),
-                                     static_cast<std::uint16_t>(picture.width()),
-                                     static_cast<std::uint16_t>(picture.height())});
+           system.putPixels(window,
+                            {reinterpret_cast<const std::uint32_t*>(picture.constBits()),
+                             static_cast<std::size_t>(picture.bytesPerLine()) / sizeof(std::uint32_t),
+                             static_cast<std::int16_t>(place.x()), static_cast<std::int16_t>(place.y()),
+                             static_cast<std::uint16_t>(picture.width()),
+                             static_cast<std::uint16_t>(picture.height())});
 }
 
 ColorScheme schemeOf(DesktopSettings::ColorScheme scheme)

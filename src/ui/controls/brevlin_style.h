@@ -26,8 +26,8 @@ public:
     void setCompositing(std::function<bool()> isComposited) { m_isComposited = std::move(isComposited); }
     bool isComposited() const { return m_isComposited && m_isComposited(); }
 
-    /// Sends a picture to a place of a window, in pixels; false where that cannot be done. Without a sender it
-    /// cannot.
+    /// Sends a picture to a place of a window, in pixels; false where that cannot be done. Without a sender
+    /// it cannot.
     using PictureSender = std::function<bool(WId window, const QImage& picture, const QPoint& place)>;
     void setPictureSender(PictureSender sender) { m_pictureSender = std::move(sender); }
     bool canSendPictures() const { return static_cast<bool>(m_pictureSender); }

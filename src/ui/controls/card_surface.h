@@ -4,7 +4,7 @@
 #include <QMargins>
 
 class QPainter;
-class QRectF;
+class QRect;
 
 namespace brevlin {
 
@@ -34,7 +34,7 @@ private:
     int m_padding;
 };
 
-/// A card with its shadow, without contents. The painter antialiases.
-void paintCardSurface(QPainter& painter, const QRectF& card, const Theme& theme);
+/// A card without contents on all of `whole`, of which its shadow takes the margins.
+void paintCardSurface(QPainter& painter, const QRect& whole, const Theme& theme);
 
 } // namespace brevlin

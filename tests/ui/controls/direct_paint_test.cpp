@@ -1,5 +1,5 @@
-#include "ui/controls/direct_paint.h"
 #include "ui/controls/brevlin_style.h"
+#include "ui/controls/direct_paint.h"
 
 #include <QApplication>
 #include <QGraphicsOpacityEffect>
@@ -69,18 +69,35 @@ TEST_F(DirectPaintTest, what_is_not_open_to_be_seen_is_left_to_an_update)
         std::function<void(DirectPaintTest&, QWidget&)> hide;
     };
     const std::vector<Case> cases{
-        {"beside the widget", [](DirectPaintTest& test, QWidget&) { test.part.resize(8, 8); }},
-        {"beside the window", [](DirectPaintTest& test, QWidget&) { test.part.move(-8, 0); }},
-        {"below a sibling", [](DirectPaintTest&, QWidget& other) { other.setGeometry(0, 0, 48, 30); }},
+        {"beside the widget",
+         [](DirectPaintTest& test, QWidget&) {
+             test.part.resize(8, 8);
+         }},
+        {"beside the window",
+         [](DirectPaintTest& test, QWidget&) {
+             test.part.move(-8, 0);
+         }},
+        {"below a sibling",
+         [](DirectPaintTest&, QWidget& other) {
+             other.setGeometry(0, 0, 48, 30);
+         }},
         {"below a child",
          [](DirectPaintTest& test, QWidget& other) {
              other.setParent(&test.part);
              other.setGeometry(0, 0, 7, 7);
          }},
         {"translucent",
-         [](DirectPaintTest& test, QWidget&) { test.window.setGraphicsEffect(new QGraphicsOpacityEffect); }},
-        {"hidden", [](DirectPaintTest& test, QWidget&) { test.part.hide(); }},
-        {"without a sender", [](DirectPaintTest&, QWidget&) { style().setPictureSender({}); }},
+         [](DirectPaintTest& test, QWidget&) {
+             test.window.setGraphicsEffect(new QGraphicsOpacityEffect);
+         }},
+        {"hidden",
+         [](DirectPaintTest& test, QWidget&) {
+             test.part.hide();
+         }},
+        {"without a sender",
+         [](DirectPaintTest&, QWidget&) {
+             style().setPictureSender({});
+         }},
     };
     for (const Case& hidden : cases) {
         auto* other = new QWidget(&window);

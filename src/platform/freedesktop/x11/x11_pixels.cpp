@@ -34,8 +34,8 @@ const xcb_visualtype_t* visualOf(const xcb_screen_t& screen, xcb_visualid_t iden
 
 bool takesWholePixels(const xcb_setup_t& setup, std::uint8_t depth)
 {
-    constexpr auto ourOrder = std::endian::native == std::endian::little ? XCB_IMAGE_ORDER_LSB_FIRST
-                                                                         : XCB_IMAGE_ORDER_MSB_FIRST;
+    constexpr auto ourOrder =
+        std::endian::native == std::endian::little ? XCB_IMAGE_ORDER_LSB_FIRST : XCB_IMAGE_ORDER_MSB_FIRST;
     if (setup.image_byte_order != ourOrder) {
         return false;
     }
