@@ -3,9 +3,9 @@
 #include "platform/freedesktop/tray/status_bus_types.h"
 
 #include <QDBusObjectPath>
-#include <QRegularExpression>
 #include <QStandardPaths>
 
+#include <algorithm>
 #include <utility>
 
 namespace brevlin {
@@ -124,8 +124,9 @@ QString StatusNotifierItem::label() const
 // The widest that the label gets, so that its neighbours stand still.
 QString StatusNotifierItem::labelGuide() const
 {
-    static const QRegularExpression digit(QStringLiteral("[0-9]"));
-    return label().replace(digit, QStringLiteral("0"));
+    QString guide = label();
+    std::ranges::replace_if(guide, [](QChar character) { return character.isDigit(); }, QLatin1Char('0'));
+    return guide;
 }
 
 QVariantMap StatusNotifierItem::properties() const
