@@ -44,6 +44,8 @@
 #include <QSessionManager>
 #include <QStandardPaths>
 
+#include <malloc.h>
+
 #include <optional>
 #include <utility>
 
@@ -205,7 +207,10 @@ Composition::Parts::Parts(Application& application, BusStart& buses, const UserF
                      [this] { showWindow(m_notificationCenter.activationToken()); });
     QObject::connect(&instance, &ApplicationInstance::requested, &m_window,
                      [this](const InstanceRequest& request) { follow(request); });
-    m_lateStart = m_scheduler.after(quietMoment, [] { QApplication::setWindowIcon(applicationIcon()); });
+    m_lateStart = m_scheduler.after(quietMoment, [] {
+        QApplication::setWindowIcon(applicationIcon());
+        malloc_trim(0); // what the start alone has used
+    });
 }
 
 AppModelParts Composition::Parts::modelParts(const UserFolders& folders)
