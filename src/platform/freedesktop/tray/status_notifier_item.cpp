@@ -75,8 +75,10 @@ StatusNotifierItem::StatusNotifierItem(MessageBus& bus) : BusObject(bus, path, i
 void StatusNotifierItem::setPictures(const StatusPictures& pictures)
 {
     if (std::exchange(m_pictures, pictures) != pictures) {
-        m_titleIsOld = true;
         tell("NewIcon");
+        if (std::exchange(m_toldTitle, m_texts.title) != m_texts.title) {
+            tell("NewTitle");
+        }
     }
 }
 
@@ -85,9 +87,6 @@ void StatusNotifierItem::setTexts(const StatusTexts& texts)
     const StatusTexts old = std::exchange(m_texts, texts);
     if (old == texts) {
         return;
-    }
-    if (std::exchange(m_titleIsOld, false)) {
-        tell("NewTitle");
     }
     if (!m_showsLabel) {
         tell("NewToolTip");

@@ -48,7 +48,7 @@ private:
     StatusTexts m_texts;
     bool m_showsLabel = false;
     bool m_isCollected = false;
-    bool m_titleIsOld = false; // the host's, which is renewed together with the picture
+    std::string m_toldTitle; // the host's, which is renewed together with the picture
 };
 
 } // namespace brevlin
