@@ -45,8 +45,8 @@ public:
     /// Tells of presses anywhere but on the window that is shown next, also where taking hold of the pointer
     /// does not. `pressed` is called on the main thread and may end the watch.
     virtual std::unique_ptr<PressWatch> watchPresses(std::function<void()> pressed) = 0;
-    /// Puts pixels where a window is shown. Each is 32 bits, alpha first, premultiplied, and opaque in an opaque
-    /// window. False where the window does not take them as they are.
+    /// Puts pixels where a window is shown. Each is 32 bits, alpha first, premultiplied, and opaque in an
+    /// opaque window. False where the window does not take them as they are.
     struct Pixels
     {
         const std::uint32_t* first; ///< of the upper row, from the left

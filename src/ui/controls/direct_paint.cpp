@@ -58,8 +58,7 @@ bool paintDirectly(QWidget& widget, const QRect& part, const std::function<void(
     QBackingStore* store = window.backingStore();
     const auto* style = qobject_cast<const BrevlinStyle*>(widget.style());
     if (handle == nullptr || store == nullptr || style == nullptr || !style->canSendPictures() ||
-        !handle->isExposed() ||
-        !widget.isVisible() || !widget.updatesEnabled() || part.isEmpty()) {
+        !handle->isExposed() || !widget.isVisible() || !widget.updatesEnabled() || part.isEmpty()) {
         return false;
     }
     const double scale = window.devicePixelRatioF();

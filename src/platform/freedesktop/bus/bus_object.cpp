@@ -55,10 +55,7 @@ QDBusMessage refusal(const QDBusMessage& call, const QHash<QString, QString>& si
 
 BusObject::BusObject(MessageBus& bus, const QString& path, const QString& interface,
                      const QString& description)
-    : m_bus(bus)
-    , m_path(path)
-    , m_interface(interface)
-    , m_description(description)
+    : m_bus(bus), m_path(path), m_interface(interface), m_description(description)
 {
     bus.whenOpen(this, [this] { m_bus.connection().registerVirtualObject(m_path, this); });
 }

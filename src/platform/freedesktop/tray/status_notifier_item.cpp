@@ -124,7 +124,8 @@ QString StatusNotifierItem::label() const
 QString StatusNotifierItem::labelGuide() const
 {
     QString guide = label();
-    std::ranges::replace_if(guide, [](QChar character) { return character.isDigit(); }, QLatin1Char('0'));
+    std::ranges::replace_if(
+        guide, [](QChar character) { return character.isDigit(); }, QLatin1Char('0'));
     return guide;
 }
 
