@@ -3,6 +3,7 @@
 #include "app/app_model.h"
 #include "app/capsule_choreography.h"
 #include "application.h"
+#include "picture_sender.h"
 #include "platform/freedesktop/appearance/portal_desktop_settings.h"
 #include "platform/freedesktop/bus/bus_start.h"
 #include "platform/freedesktop/clock/system_clock.h"
@@ -67,19 +68,6 @@ std::vector<std::string> sharedDataFolders()
         folders.push_back(folder.toStdString());
     }
     return folders;
-}
-
-bool putPicture(WindowSystem& system, WId window, const QImage& picture, const QPoint& place)
-{
-    const bool isOfOurForm =
-        picture.format() == QImage::Format_RGB32 || picture.format() == QImage::Format_ARGB32_Premultiplied;
-    return isOfOurForm &&
-           system.putPixels(window,
-                            {reinterpret_cast<const std::uint32_t*>(picture.constBits()),
-                             static_cast<std::size_t>(picture.bytesPerLine()) / sizeof(std::uint32_t),
-                             static_cast<std::int16_t>(place.x()), static_cast<std::int16_t>(place.y()),
-                             static_cast<std::uint16_t>(picture.width()),
-                             static_cast<std::uint16_t>(picture.height())});
 }
 
 ColorScheme schemeOf(DesktopSettings::ColorScheme scheme)
@@ -188,9 +176,7 @@ Composition::Parts::Parts(Application& application, BusStart& buses, const UserF
     })
 {
     m_style->setCompositing([this] { return m_windowSystem.isComposited(); });
-    m_style->setPictureSender([this](WId window, const QImage& picture, const QPoint& place) {
-        return putPicture(m_windowSystem, window, picture, place);
-    });
+    m_style->setPictureSender(pictureSender(m_windowSystem));
     followAppearance();
     m_loginItem.followProgram();
     m_notificationCenter.setBannerPlaceHandler(
