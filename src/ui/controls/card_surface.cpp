@@ -51,14 +51,18 @@ void drawCard(QPainter& painter, const QRectF& card, const Theme& theme)
 
 // A small card. Shadow and corners take longer to draw than the rest of a screen, and are the same on every
 // card.
-QPixmap cardPicture(int pixels, const Theme& theme)
+QPixmap cardPicture(int pixels, const Theme& theme, CardGround ground)
 {
-    const QString key = QStringLiteral("card %1 %2").arg(static_cast<int>(theme.scheme())).arg(pixels);
+    const QString key = QStringLiteral("card %1 %2 %3")
+                            .arg(static_cast<int>(theme.scheme()))
+                            .arg(static_cast<int>(ground))
+                            .arg(pixels);
     QPixmap picture;
     if (!QPixmapCache::find(key, &picture)) {
         picture = QPixmap(QSize(pictureSize, pictureSize) * pixels);
         picture.setDevicePixelRatio(pixels);
-        picture.fill(Qt::transparent);
+        picture.fill(ground == CardGround::canvas ? theme.color(ThemeColor::canvas)
+                                                  : QColor(Qt::transparent));
         QPainter painter(&picture);
         painter.setRenderHint(QPainter::Antialiasing);
         const QRect whole(0, 0, pictureSize, pictureSize);
@@ -104,10 +108,10 @@ void CardSurface::paintEvent(QPaintEvent* event)
         painter.fillRect(event->rect(), theme.color(ThemeColor::panelBackground));
         return;
     }
-    paintCardSurface(painter, rect(), theme);
+    paintCardSurface(painter, rect(), theme, CardGround::canvas);
 }
 
-void paintCardSurface(QPainter& painter, const QRect& whole, const Theme& theme)
+void paintCardSurface(QPainter& painter, const QRect& whole, const Theme& theme, CardGround ground)
 {
     const double scale = pixelsPerPoint(painter);
     const auto pixels = static_cast<int>(scale);
@@ -116,7 +120,7 @@ void paintCardSurface(QPainter& painter, const QRect& whole, const Theme& theme)
         drawCard(painter, whole.marginsRemoved(CardSurface::shadowMargins), theme);
         return;
     }
-    const QPixmap picture = cardPicture(pixels, theme);
+    const QPixmap picture = cardPicture(pixels, theme, ground);
     const auto draw = [&](const QRect& target, const QRect& source) {
         painter.drawPixmap(target, picture, QRect(source.topLeft() * pixels, source.size() * pixels));
     };

@@ -73,7 +73,7 @@ void HistoryPainter::paintCard(QPainter& painter, const QRect& card, const QRect
     QRect part = card.marginsAdded(CardSurface::shadowMargins);
     part.setTop(std::max(part.top(), visible.top() - beyond));
     part.setBottom(std::min(part.bottom(), visible.bottom() + beyond));
-    paintCardSurface(painter, part, theme);
+    paintCardSurface(painter, part, theme, CardGround::unknown);
 }
 
 void HistoryPainter::paintHeader(QPainter& painter, const QRect& header, const QString& date,
