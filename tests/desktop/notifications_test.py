@@ -9,8 +9,8 @@ START_NEXT = "Start next phase"
 STOP = "Stop alert"
 
 # Where the window has the buttons of a phase that waits, in pixels from its corner.
-SKIP_PLACE = (403, 556)
-START_NEXT_PLACE = (513, 556)
+SKIP_PLACE = (403, 578)
+START_NEXT_PLACE = (513, 578)
 
 LOGGING_SCRIPT = """#!/bin/sh
 printf '%s|%s|%s|%s|%s\\n' "$DUNST_SUMMARY" "$DUNST_BODY" "$DUNST_URGENCY" "$DUNST_DESKTOP_ENTRY" "$DUNST_TIMEOUT" >> {log}

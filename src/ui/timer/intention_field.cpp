@@ -146,14 +146,6 @@ void IntentionField::choose(const QString& text)
     take();
 }
 
-void IntentionField::focusInEvent(QFocusEvent* event)
-{
-    TextField::focusInEvent(event);
-    if (event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason) {
-        selectAll();
-    }
-}
-
 void IntentionField::mousePressEvent(QMouseEvent* event)
 {
     TextField::mousePressEvent(event);
