@@ -32,7 +32,8 @@ class Journal:
         self.removing = set()  # of the possible ones
         self.refused = set()  # removals that the disk refused: still there, unless only the last sync failed
         self.changing = {}  # id: number that the record has or will have
-        self.unchanged = {}  # the same, refused
+        self.unchanged = {}  # the same, refused; there all the same where only the last sync failed
+        self.rewrites = False  # a record was inserted since
         self.saved = {document: 0 for document, _ in NUMBERED}
         self.asked = dict(self.saved)
         self.last = 0
@@ -49,6 +50,7 @@ class Journal:
             match words:
                 case ["about", "insert", identifier, number]:
                     self.refused.clear()  # the next save writes what was not removed
+                    self.rewrites = True
                     if identifier not in self.certain:
                         self.possible[identifier] = int(number)
                     self.last = max(self.last, int(number))
@@ -58,7 +60,6 @@ class Journal:
                 case ["about", "change", identifier, number]:
                     self.changing[identifier] = int(number)
                 case ["unchanged", identifier]:
-                    # Unless only the last sync failed; the next save writes what it was.
                     self.unchanged[identifier] = self.changing.pop(identifier)
                 case ["about", document, number]:
                     self.asked[document] = int(number)
@@ -90,7 +91,9 @@ class Journal:
                 if identifier in numbers:
                     numbers[identifier] = number
         self.changing.clear()
-        self.unchanged.clear()
+        if self.rewrites:
+            self.unchanged.clear()
+        self.rewrites = False
 
     def numbers_of(self, identifier):
         """What the record may hold; none where that is not known."""

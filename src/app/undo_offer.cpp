@@ -21,8 +21,7 @@ void UndoOffer::withdraw()
 
 void UndoOffer::withdrawTimers()
 {
-    if (m_offer && (m_offer->kind == Kind::endingEarly || m_offer->kind == Kind::switching ||
-                    m_offer->kind == Kind::skipping)) {
+    if (m_offer && m_offer->isOfTimer()) {
         withdraw();
     }
 }

@@ -24,6 +24,12 @@ public:
         Kind kind = Kind::removal;
         std::size_t count = 1; ///< of records, where it is about records
         std::function<void()> takeBack;
+
+        /// Whether it is a command of the timer's, and no step of the history.
+        bool isOfTimer() const
+        {
+            return kind == Kind::endingEarly || kind == Kind::switching || kind == Kind::skipping;
+        }
     };
 
     static constexpr Seconds duration{8.0};

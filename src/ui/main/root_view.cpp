@@ -26,7 +26,7 @@ RootView::RootView(AppModel& model, SectionSelection& selection, QWidget* parent
     , m_model(model)
     , m_selection(selection)
     , m_topBar(new TopBar(model, selection, this))
-    , m_undoBar(new UndoBar(model, this))
+    , m_undoBar(new UndoBar(model, UndoBar::Place::floating, this))
 {
     // Holds the keyboard until Tab moves it: Qt would give it to the first button, which Space would then
     // press.

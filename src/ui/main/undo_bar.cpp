@@ -19,7 +19,7 @@ namespace {
 
 constexpr int padding = 8;
 constexpr int textPadding = 16;
-constexpr int distance = 16; // from the lower edge
+constexpr int distance = 32; // from the edges
 constexpr double cornerRadius = 23;
 constexpr BilingualText undoText{"撤销", "Undo"};
 
@@ -34,14 +34,19 @@ QString counted(const char* chinese, const char* one, const char* several, std::
 
 } // namespace
 
-UndoBar::UndoBar(AppModel& model, QWidget* parent)
+UndoBar::UndoBar(AppModel& model, Place place, QWidget* parent)
     : QWidget(parent)
     , m_model(model)
+    , m_place(place)
     , m_text(new FormLabel(textFont(TextRole::body), ThemeColor::label, this))
     , m_undo(new CapsuleButton(CapsuleStyle::secondary, ControlSize::compact, this))
 {
     auto* line = new QHBoxLayout(this);
-    line->setContentsMargins(textPadding, padding, padding, padding);
+    if (place == Place::floating) {
+        line->setContentsMargins(textPadding, padding, padding, padding);
+    } else {
+        line->setContentsMargins(0, 0, 0, 0);
+    }
     line->setSpacing(textPadding);
     line->addWidget(m_text);
     line->addWidget(m_undo);
@@ -56,7 +61,7 @@ void UndoBar::lieIn(const QRect& room)
 {
     m_room = room;
     const QSize size = sizeHint();
-    setGeometry(room.center().x() - size.width() / 2, room.bottom() + 1 - distance - size.height(),
+    setGeometry(room.right() + 1 - distance - size.width(), room.bottom() + 1 - distance - size.height(),
                 size.width(), size.height());
 }
 
@@ -92,10 +97,12 @@ QString UndoBar::text() const
 void UndoBar::refresh()
 {
     m_undo->setText(qtText(undoText.in(m_model.language())));
-    const QString words = text();
+    const auto& offer = m_model.undoOffer().current();
+    const bool isShown = offer && (m_place == Place::floating || offer->isOfTimer());
+    const QString words = isShown ? text() : QString();
     m_text->setText(words);
-    setVisible(!words.isEmpty());
-    if (!words.isEmpty()) {
+    setVisible(isShown);
+    if (isShown && m_place == Place::floating) {
         layout()->activate();
         lieIn(m_room);
         raise();
@@ -105,6 +112,9 @@ void UndoBar::refresh()
 
 void UndoBar::paintEvent(QPaintEvent* /*event*/)
 {
+    if (m_place == Place::row) {
+        return;
+    }
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     paintPopup(painter, rect(), cornerRadius, PopupShadow::none, Theme::of(*this));

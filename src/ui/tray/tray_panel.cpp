@@ -5,6 +5,7 @@
 #include "platform/window_system.h"
 #include "ui/controls/popup_frame.h"
 #include "ui/controls/spoken_element.h"
+#include "ui/main/undo_bar.h"
 #include "ui/main/window_placement.h"
 #include "ui/style/text.h"
 #include "ui/style/theme.h"
@@ -99,6 +100,7 @@ void TrayPanel::layOut()
     auto* controls = new TimerControlRow(m_model, TimerControlStyle::trayPanel, this);
     controls->setLongestRow(contentWidth - 2 * padding);
     column->addWidget(controls);
+    column->addWidget(new UndoBar(m_model, UndoBar::Place::row, this));
 }
 
 void TrayPanel::translate()
