@@ -3,6 +3,7 @@
 #include "core/absences.h"
 
 #include <algorithm>
+#include <functional>
 #include <iterator>
 #include <set>
 #include <utility>
@@ -305,7 +306,7 @@ std::uint64_t HistoryEditor::replace(const std::vector<KeptSession>& before,
 void HistoryEditor::holdOrder(std::vector<KeptSession>& before, std::vector<KeptSession>& after) const
 {
     std::set<Uuid> concerned;
-    std::set<Instant> instants;
+    std::set<Instant, std::greater<>> instants; // the latest first, as in the history
     for (const auto* sessions : {&before, &after}) {
         for (const KeptSession& session : *sessions) {
             concerned.insert(session.record.id);
@@ -318,9 +319,9 @@ void HistoryEditor::holdOrder(std::vector<KeptSession>& before, std::vector<Kept
         return;
     }
     std::vector<KeptSession> beside;
-    for (auto instant = instants.rbegin(); instant != instants.rend(); ++instant) {
+    for (const Instant instant : instants) {
         SessionRecord key;
-        key.endedAt = *instant;
+        key.endedAt = instant;
         const auto [first, last] =
             std::equal_range(m_records.sessions().begin(), m_records.sessions().end(), key, endedLater);
         for (auto record = first; record != last; ++record) {
