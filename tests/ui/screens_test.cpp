@@ -138,11 +138,21 @@ protected:
                 model().endCurrentPhase(); // so that there is a history
                 model().skipPendingPhase();
                 model().skipPendingPhase();
+                model().setIntention("Write #thesis #2026");
+                model().start();
+                scheduler.advance(Seconds{2000});
+                model().skipPendingPhase();
+                model().skipPendingPhase();
                 const std::string where =
                     std::string(rawValue(language)) + (scheme == ColorScheme::dark ? " dark " : " light ");
                 look(where + "idle");
                 model().start();
                 look(where + "running");
+                events.observer.willSleep();
+                clock.jump(Seconds{300});
+                events.observer.didWake();
+                look(where + "back");
+                model().absences().putAside();
                 model().pause();
                 look(where + "paused");
                 model().resume();

@@ -3,6 +3,7 @@
 #include "app/app_model.h"
 #include "ui/controls/scroll_view.h"
 #include "ui/controls/spoken_element.h"
+#include "ui/main/absence_bar.h"
 #include "ui/main/timer_dashboard_view.h"
 #include "ui/main/top_bar.h"
 #include "ui/main/undo_bar.h"
@@ -21,11 +22,18 @@
 
 namespace brevlin {
 
+namespace {
+
+constexpr int absenceBarMargin = 24;
+
+} // namespace
+
 RootView::RootView(AppModel& model, SectionSelection& selection, QWidget* parent)
     : QWidget(parent)
     , m_model(model)
     , m_selection(selection)
     , m_topBar(new TopBar(model, selection, this))
+    , m_absenceBar(new AbsenceBar(model, this))
     , m_undoBar(new UndoBar(model, this))
 {
     // Holds the keyboard until Tab moves it: Qt would give it to the first button, which Space would then
@@ -37,6 +45,7 @@ RootView::RootView(AppModel& model, SectionSelection& selection, QWidget* parent
         *this, QAccessible::Section,
         [this] { return qtText(title(m_selection.section(), m_model.language())); },
         [this] { return readableText(*m_detail); });
+    connect(m_absenceBar, &AbsenceBar::roomChanged, this, &RootView::layOut);
     connect(&selection, &SectionSelection::sectionChanged, this, &RootView::showSection);
     showSection();
 }
@@ -75,7 +84,8 @@ void RootView::showSection()
 void RootView::layOut()
 {
     m_topBar->setGeometry(0, 0, width(), TopBar::barHeight);
-    const QRect room(0, TopBar::barHeight, width(), height() - TopBar::barHeight);
+    const QRect whole(0, TopBar::barHeight, width(), height() - TopBar::barHeight);
+    const QRect room = roomBelow(whole);
     const QSize least = m_detail->minimumSizeHint();
     // Only a window that is shown has the size that it was given.
     if (m_scroller == nullptr && isVisible() &&
@@ -84,8 +94,27 @@ void RootView::layOut()
     }
     QWidget* shown = m_scroller != nullptr ? static_cast<QWidget*>(m_scroller) : m_detail;
     shown->setGeometry(room);
+    m_absenceBar->raise();
     m_undoBar->lieIn(room);
     m_undoBar->raise();
+}
+
+// What a question that stands leaves of the room. In a low window today's figures give way to it, too.
+QRect RootView::roomBelow(const QRect& room)
+{
+    const bool isAsking = !m_absenceBar->isHidden();
+    QRect rest = room;
+    if (isAsking) {
+        const int width = room.width() - 2 * absenceBarMargin;
+        const QRect card(room.x() + absenceBarMargin, room.y() + absenceBarMargin, width,
+                         m_absenceBar->heightFor(width));
+        m_absenceBar->lieIn(card);
+        rest.setTop(card.bottom() + 1);
+    }
+    if (auto* dashboard = qobject_cast<TimerDashboardView*>(m_detail)) {
+        dashboard->setShowsToday(!isAsking || rest.height() >= dashboard->wholeHeight());
+    }
+    return rest;
 }
 
 void RootView::scrollDetail()
