@@ -17,15 +17,12 @@ bool isFocus(const SessionRecord& record)
     return record.phaseRawValue == TimerPhase::focus;
 }
 
+using StatisticsCalculator::isCompletedFocus;
+
 bool isCompleted(const SessionRecord& record)
 {
     const auto outcome = record.outcome();
     return outcome && isCompletion(*outcome);
-}
-
-bool isCompletedFocus(const SessionRecord& record)
-{
-    return isFocus(record) && isCompleted(record);
 }
 
 using Sessions = std::span<const SessionRecord>;
@@ -35,12 +32,6 @@ Sessions::iterator firstBefore(Sessions sessions, Instant instant)
 {
     return std::partition_point(sessions.begin(), sessions.end(),
                                 [instant](const SessionRecord& record) { return record.endedAt >= instant; });
-}
-
-Sessions endedWithin(Sessions sessions, const DateInterval& interval)
-{
-    const auto first = firstBefore(sessions, interval.end);
-    return {first, std::max(first, firstBefore(sessions, interval.start))};
 }
 
 /// The completed focus records of one set, added up.
@@ -184,6 +175,17 @@ StatisticsSummary StatisticsCalculator::calculate(std::span<const SessionRecord>
         }
     }
     return summary;
+}
+
+Sessions StatisticsCalculator::endedWithin(Sessions sessions, const DateInterval& interval)
+{
+    const auto first = firstBefore(sessions, interval.end);
+    return {first, std::max(first, firstBefore(sessions, interval.start))};
+}
+
+bool StatisticsCalculator::isCompletedFocus(const SessionRecord& record)
+{
+    return isFocus(record) && isCompleted(record);
 }
 
 PeriodStatistics StatisticsCalculator::calculatePeriod(std::span<const SessionRecord> sessions,
