@@ -17,12 +17,15 @@ bool isFocus(const SessionRecord& record)
     return record.phaseRawValue == TimerPhase::focus;
 }
 
-using StatisticsCalculator::isCompletedFocus;
-
 bool isCompleted(const SessionRecord& record)
 {
     const auto outcome = record.outcome();
     return outcome && isCompletion(*outcome);
+}
+
+bool isCompletedFocusRecord(const SessionRecord& record)
+{
+    return isFocus(record) && isCompleted(record);
 }
 
 using Sessions = std::span<const SessionRecord>;
@@ -69,7 +72,7 @@ std::int64_t currentStreak(Sessions sessions, LocalDay today, const Calendar& ca
             if (record->endedAt >= begin + longestDate) {
                 break;
             }
-            if (isCompletedFocus(*record) && calendar.localDay(record->endedAt) == day) {
+            if (isCompletedFocusRecord(*record) && calendar.localDay(record->endedAt) == day) {
                 return true;
             }
         }
@@ -132,13 +135,13 @@ FocusCounts::FocusCounts(std::span<const SessionRecord> sessions)
 void FocusCounts::add(const SessionRecord& record)
 {
     attempted += isFocus(record) ? 1 : 0;
-    completed += isCompletedFocus(record) ? 1 : 0;
+    completed += isCompletedFocusRecord(record) ? 1 : 0;
 }
 
 void FocusCounts::remove(const SessionRecord& record)
 {
     attempted -= isFocus(record) ? 1 : 0;
-    completed -= isCompletedFocus(record) ? 1 : 0;
+    completed -= isCompletedFocusRecord(record) ? 1 : 0;
 }
 
 StatisticsSummary StatisticsCalculator::calculate(std::span<const SessionRecord> sessions, Instant now,
@@ -157,7 +160,7 @@ StatisticsSummary StatisticsCalculator::calculate(std::span<const SessionRecord>
     const auto first = sessions.begin();
     for (const SessionRecord& record : Sessions{first, firstBefore(sessions, calendar.start(firstDay))}) {
         const auto age = (today - calendar.localDay(record.endedAt)).count();
-        if (isCompletedFocus(record) && age >= 0 && age < summaryDayCount) {
+        if (isCompletedFocusRecord(record) && age >= 0 && age < summaryDayCount) {
             recent.at(static_cast<std::size_t>(age)).add(record);
         }
     }
@@ -185,7 +188,7 @@ Sessions StatisticsCalculator::endedWithin(Sessions sessions, const DateInterval
 
 bool StatisticsCalculator::isCompletedFocus(const SessionRecord& record)
 {
-    return isFocus(record) && isCompleted(record);
+    return isCompletedFocusRecord(record);
 }
 
 PeriodStatistics StatisticsCalculator::calculatePeriod(std::span<const SessionRecord> sessions,

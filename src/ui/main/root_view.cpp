@@ -15,6 +15,7 @@
 #include "ui/style/text.h"
 #include "ui/style/theme.h"
 
+#include <QApplication>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -58,6 +59,9 @@ void RootView::setCornerRadius(double radius)
 
 void RootView::showSection()
 {
+    if (m_detail != nullptr && m_detail->isAncestorOf(QApplication::focusWidget())) {
+        setFocus(Qt::OtherFocusReason); // or it would go to the window's buttons
+    }
     delete m_detail;
     delete std::exchange(m_scroller, nullptr);
     switch (m_selection.section()) {
@@ -65,10 +69,10 @@ void RootView::showSection()
         m_detail = new TimerDashboardView(m_model, this);
         break;
     case AppSection::history:
-        m_detail = new HistoryView(m_model, this);
+        makeHistory();
         break;
     case AppSection::statistics:
-        m_detail = new StatisticsView(m_model, this);
+        makeStatistics();
         break;
     case AppSection::settings:
         m_detail = new AppSettingsView(m_model, this);
@@ -79,6 +83,24 @@ void RootView::showSection()
     }
     layOut();
     m_detail->show();
+}
+
+void RootView::makeStatistics()
+{
+    auto* statistics = new StatisticsView(m_model, this);
+    m_detail = statistics;
+    // Later: the screen goes, and with it the row that was pressed.
+    connect(statistics, &StatisticsView::filterRequested, &m_selection, &SectionSelection::showHistory,
+            Qt::QueuedConnection);
+}
+
+void RootView::makeHistory()
+{
+    auto* history = new HistoryView(m_model, this);
+    m_detail = history;
+    if (const QString filter = m_selection.takeFilter(); !filter.isEmpty()) {
+        history->setFilter(filter);
+    }
 }
 
 void RootView::layOut()

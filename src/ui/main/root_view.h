@@ -33,6 +33,8 @@ protected:
 
 private:
     void showSection();
+    void makeStatistics();
+    void makeHistory();
     void layOut();
     QRect roomBelow(const QRect& room);
     void scrollDetail();

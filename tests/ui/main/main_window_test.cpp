@@ -3,6 +3,7 @@
 #include "ui/controls/bar_buttons.h"
 #include "ui/controls/capsule_button.h"
 #include "ui/controls/empty_state_view.h"
+#include "ui/controls/text_field.h"
 #include "ui/main/absence_bar.h"
 #include "ui/main/main_window.h"
 #include "ui/main/message_dialog.h"
@@ -12,6 +13,7 @@
 #include "ui/main/timer_card.h"
 #include "ui/main/today_strip.h"
 #include "ui/main/top_bar.h"
+#include "ui/screens/statistics/breakdown_row.h"
 #include "ui/timer/timer_control_row.h"
 #include "ui/timer/timer_cycle_indicator.h"
 #include "ui/timer/timer_ring_view.h"
@@ -313,6 +315,27 @@ TEST_F(MainWindowTest, a_choice_of_a_section_is_told_once_and_an_unknown_one_for
     EXPECT_EQ(SectionSelection(m_store).section(), AppSection::statistics);
     defaults.values["com.quillmark.brevlin.mainSection"] = "\"diary\"";
     EXPECT_EQ(SectionSelection(m_store).section(), AppSection::timer);
+}
+
+TEST_F(MainWindowTest, what_the_time_was_for_leads_to_its_records_in_the_history)
+{
+    open();
+    for (const char* intention : {"thesis", "letters"}) {
+        model().setIntention(intention);
+        model().start();
+        scheduler.advance(Seconds{1500});
+        model().skipPendingPhase();
+        model().dismissCompletion();
+    }
+    m_selection->select(AppSection::statistics);
+    QApplication::processEvents();
+    window().findChildren<BreakdownRow*>().back()->click();
+    QApplication::processEvents();
+    EXPECT_EQ(m_selection->section(), AppSection::history);
+    EXPECT_EQ(window().findChild<TextField*>()->text(), QStringLiteral("\"thesis\""));
+    m_selection->select(AppSection::timer);
+    m_selection->select(AppSection::history);
+    EXPECT_EQ(window().findChild<TextField*>()->text(), QString());
 }
 
 /// Back from time away in a focus phase.
