@@ -14,7 +14,7 @@ STOP = "Stop alert"
 SKIP_PLACE = (403, 556)
 START_NEXT_PLACE = (513, 556)
 # Where it asks about time away.
-DO_NOT_COUNT_PLACE = (708, 100)
+DO_NOT_COUNT_PLACE = (708, 94)
 
 LOGGING_SCRIPT = """#!/bin/sh
 printf '%s|%s|%s|%s|%s\\n' "$DUNST_SUMMARY" "$DUNST_BODY" "$DUNST_URGENCY" "$DUNST_DESKTOP_ENTRY" "$DUNST_TIMEOUT" >> {log}

@@ -26,6 +26,8 @@ namespace brevlin {
 namespace {
 
 constexpr int absenceBarMargin = 24;
+constexpr int absenceBarTop = 18;
+constexpr int absenceBarGap = 8; // to where a screen's content is cut off as it scrolls
 
 } // namespace
 
@@ -125,15 +127,16 @@ void RootView::layOut()
 QRect RootView::roomBelow(const QRect& room)
 {
     const bool isAsking = !m_absenceBar->isHidden();
+    auto* dashboard = qobject_cast<TimerDashboardView*>(m_detail);
     QRect rest = room;
     if (isAsking) {
         const int width = room.width() - 2 * absenceBarMargin;
-        const QRect card(room.x() + absenceBarMargin, room.y() + absenceBarMargin, width,
+        const QRect card(room.x() + absenceBarMargin, room.y() + absenceBarTop, width,
                          m_absenceBar->heightFor(width));
         m_absenceBar->lieIn(card);
-        rest.setTop(card.bottom() + 1);
+        rest.setTop(card.bottom() + 1 + (dashboard == nullptr ? absenceBarGap : 0));
     }
-    if (auto* dashboard = qobject_cast<TimerDashboardView*>(m_detail)) {
+    if (dashboard != nullptr) {
         dashboard->setShowsToday(!isAsking || rest.height() >= dashboard->wholeHeight());
     }
     return rest;

@@ -328,6 +328,9 @@ TEST_F(StatisticsViewTest, lists_what_the_time_was_for_and_leads_to_its_records)
     (*std::ranges::find(links, QStringLiteral("Show all"), &LinkButton::text))->click();
     QApplication::processEvents();
     EXPECT_EQ(std::ranges::count(rows(), '\n'), 11);
+    first->setFocus(Qt::TabFocusReason);
+    press(Qt::Key_Tab);
+    EXPECT_NE(qobject_cast<LinkButton*>(QApplication::focusWidget()), nullptr) << "all rows are one stop";
 }
 
 TEST_F(StatisticsViewTest, absurd_records_neither_break_nor_widen_it)

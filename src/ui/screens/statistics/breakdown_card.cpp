@@ -24,7 +24,7 @@ constexpr int headerGap = 16;
 constexpr int partGap = 8;
 constexpr std::size_t fewRows = 8;
 
-constexpr BilingualText titleText{"时间用于", "Where the time went"};
+constexpr BilingualText titleText{"时间去向", "Where the time went"};
 constexpr BilingualText groupingText{"分组方式", "Grouping"};
 constexpr BilingualText byIntentionText{"按内容", "By intention"};
 constexpr BilingualText byLabelText{"按标签", "By label"};
@@ -56,9 +56,6 @@ BreakdownCard::BreakdownCard(QWidget* parent)
     header->setSpacing(headerGap);
     header->addWidget(m_title, 1);
     header->addWidget(m_picker);
-    auto* rows = new QVBoxLayout(m_list);
-    rows->setContentsMargins(0, 0, 0, 0);
-    rows->setSpacing(0);
     auto* footer = new QHBoxLayout;
     footer->setContentsMargins(inset, 0, inset - LinkButton::bleed, 0);
     footer->addWidget(m_note, 1);
@@ -119,9 +116,7 @@ void BreakdownCard::refresh()
 void BreakdownCard::showRows()
 {
     m_shown = shownGroups();
-    while (m_rows.size() < m_shown.size()) {
-        addRow();
-    }
+    addRows(m_shown.size());
     std::vector<BreakdownTexts> texts;
     BreakdownColumns columns;
     for (const std::size_t group : m_shown) {
@@ -139,7 +134,25 @@ void BreakdownCard::showRows()
         }
         row.setVisible(index < m_shown.size());
     }
+    m_list->setFixedHeight(static_cast<int>(m_shown.size()) * BreakdownRow::rowHeight);
+    placeRows();
     keepOneStop();
+}
+
+// Without a layout, which would be asked anew for each of thousands of rows that are shown at once.
+void BreakdownCard::placeRows()
+{
+    for (std::size_t index = 0; index < m_shown.size(); ++index) {
+        m_rows[index]->setGeometry(0, static_cast<int>(index) * BreakdownRow::rowHeight, m_list->width(),
+                                   BreakdownRow::rowHeight);
+    }
+}
+
+void BreakdownCard::resizeEvent(QResizeEvent* event)
+{
+    CardSurface::resizeEvent(event);
+    layout()->activate();
+    placeRows();
 }
 
 // One stop of Tab, where the keyboard was last.
@@ -161,13 +174,26 @@ void BreakdownCard::showNote()
     m_note->setText(qtText((hasLabels ? overlapText : noLabelText).in(m_language)));
 }
 
+void BreakdownCard::addRows(std::size_t wanted)
+{
+    if (m_rows.size() >= wanted) {
+        return;
+    }
+    while (m_rows.size() < wanted) {
+        addRow();
+    }
+    // Made before them. What takes no keyboard has no place in the order.
+    m_rows.back()->setFocusPolicy(Qt::TabFocus);
+    QWidget::setTabOrder(m_rows.back(), m_all);
+    m_rows.back()->setFocusPolicy(Qt::NoFocus);
+}
+
 void BreakdownCard::addRow()
 {
     const std::size_t index = m_rows.size();
     auto* row = new BreakdownRow(m_list);
     row->setFocusPolicy(Qt::NoFocus);
     m_rows.push_back(row);
-    m_list->layout()->addWidget(row);
     connect(row, &QAbstractButton::clicked, this,
             [this, index] { Q_EMIT chosen(m_grouping, qtText(m_breakdown.groups[m_shown[index]].name)); });
     connect(row, &PlainButton::neighborRequested, this,

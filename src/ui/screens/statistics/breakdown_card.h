@@ -36,12 +36,17 @@ Q_SIGNALS:
     /// The row of this name was pressed.
     void chosen(FocusGrouping grouping, const QString& name);
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
     std::vector<std::size_t> shownGroups() const;
     void refresh();
     void showRows();
     void showNote();
+    void addRows(std::size_t wanted);
     void addRow();
+    void placeRows();
     void keepOneStop();
     void moveKeyboard(std::size_t from, int distance);
 
