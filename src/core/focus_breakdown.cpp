@@ -103,6 +103,7 @@ void makeMinutesAddUp(std::vector<FocusGroup>& groups, Seconds whole)
                         [](std::int64_t sum, const FocusGroup& group) { return sum + group.minutes; });
     const std::int64_t lost = static_cast<std::int64_t>(minutes) - known;
     std::vector<FocusGroup*> order;
+    order.reserve(groups.size());
     for (FocusGroup& group : groups) {
         order.push_back(&group);
     }

@@ -57,6 +57,11 @@ AbsenceBar::AbsenceBar(AppModel& model, QWidget* parent)
     connect(m_close, &QAbstractButton::clicked, this, [this] { m_model.absences().putAside(); });
     connect(&model.absences(), &AbsenceQuestions::currentChanged, this, &AbsenceBar::follow);
     connect(&model, &AppModel::preferencesChanged, this, &AbsenceBar::refresh);
+    connect(&model, &AppModel::ticked, this, [this] {
+        if (m_question && m_text->text() != text()) {
+            refresh(); // the user has come to another time zone
+        }
+    });
     follow();
 }
 

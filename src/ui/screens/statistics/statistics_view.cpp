@@ -9,6 +9,7 @@
 #include "ui/screens/statistics/summary_strip.h"
 
 #include <QShortcut>
+#include <QTimer>
 #include <QVBoxLayout>
 
 namespace brevlin {
@@ -157,7 +158,13 @@ void StatisticsView::showPeriod()
     if (m_breakdown != nullptr) {
         m_breakdown->showLongest();
     }
-    showBreakdown();
+    // It lies below what is seen first, which does not wait for it.
+    if (m_isFirstPeriod) {
+        QTimer::singleShot(0, this, &StatisticsView::showBreakdown);
+    } else {
+        showBreakdown();
+    }
+    m_isFirstPeriod = false;
 }
 
 void StatisticsView::showBreakdown()

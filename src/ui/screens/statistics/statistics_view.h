@@ -61,6 +61,7 @@ private:
     PeriodStatistics m_statistics;
     std::int64_t m_currentStreak = 0;
     Instant m_startOfToday;
+    bool m_isFirstPeriod = true;
     bool m_isStale = true;           ///< a record changed while nobody could see it
     QVBoxLayout* m_column = nullptr; // these are owned by this widget
     PeriodBar* m_bar;
