@@ -1,6 +1,7 @@
 // How long the main thread is busy at a stretch while the capsule widens, shows its controls, shrinks and
-// grows into the island: prints the longest stretch in milliseconds. Events that follow each other without a
-// pause belong to one stretch, so that it bounds every frame from above.
+// grows into the island: prints the median and the longest of the stretches that paint, in milliseconds.
+// Events that follow each other without a pause belong to one stretch, so that it bounds every frame from
+// above.
 
 #include "platform/freedesktop/bus/bus_start.h"
 #include "platform/freedesktop/event_loop/qt_task_scheduler.h"
@@ -17,6 +18,8 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <utility>
+#include <vector>
 
 using namespace brevlin;
 
@@ -54,38 +57,54 @@ class MeasuringApplication final : public QApplication
 public:
     using QApplication::QApplication;
 
-    double longest() const { return static_cast<double>(m_longest) / 1e6; }
+    /// Of the stretches that painted, milliseconds, the shortest first.
+    std::vector<double> stretches()
+    {
+        endStretch();
+        std::ranges::sort(m_stretches);
+        return m_stretches;
+    }
     void startMeasuring()
     {
         m_clock.start();
         m_stretchStart = 0;
         m_lastEnd = 0;
         m_measures = true;
+        m_paints = false;
     }
 
     bool notify(QObject* receiver, QEvent* event) override
     {
+        m_paints = m_paints || event->type() == QEvent::Paint;
         if (!m_measures || m_depth > 0) {
             return QApplication::notify(receiver, event);
         }
         constexpr qint64 pause = 500'000; // nanoseconds
         const qint64 start = m_clock.nsecsElapsed();
         if (start - m_lastEnd > pause) {
+            endStretch();
             m_stretchStart = start;
         }
         ++m_depth;
         const bool result = QApplication::notify(receiver, event);
         --m_depth;
         m_lastEnd = m_clock.nsecsElapsed();
-        m_longest = std::max(m_longest, m_lastEnd - m_stretchStart);
         return result;
     }
 
 private:
+    void endStretch()
+    {
+        if (std::exchange(m_paints, false)) {
+            m_stretches.push_back(static_cast<double>(m_lastEnd - m_stretchStart) / 1e6);
+        }
+    }
+
     QElapsedTimer m_clock;
     qint64 m_stretchStart = 0;
     qint64 m_lastEnd = 0;
-    qint64 m_longest = 0;
+    std::vector<double> m_stretches;
+    bool m_paints = false;
     int m_depth = 0;
     bool m_measures = false;
 };
@@ -134,7 +153,8 @@ int main(int argc, char** argv)
             break;
         }
         if (step > 4 * rounds) {
-            std::printf("%.3f\n", application.longest());
+            const std::vector<double> stretches = application.stretches();
+            std::printf("%.3f %.3f\n", stretches.at(stretches.size() / 2), stretches.back());
             QApplication::exit();
         }
     });

@@ -1,5 +1,7 @@
 // first_paint PROGRAM: starts the program and prints the milliseconds until the middle of the screen has
 // another colour than before, which is when its window is mapped and painted there. Ends the program again.
+// first_paint PROGRAM X Y WIDTH HEIGHT: prints, too, how long after that this part of the screen has changed
+// last.
 
 #include <signal.h>
 #include <sys/wait.h>
@@ -12,6 +14,8 @@
 #include <cstdlib>
 #include <memory>
 #include <thread>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -34,13 +38,44 @@ std::uint32_t middleColor(xcb_connection_t* connection, const xcb_screen_t& scre
     return reply ? *reinterpret_cast<const std::uint32_t*>(xcb_get_image_data(reply.get())) & colorBits : 0;
 }
 
+std::vector<std::uint8_t> part(xcb_connection_t* connection, const xcb_screen_t& screen,
+                               const xcb_rectangle_t& place)
+{
+    const auto cookie = xcb_get_image(connection, XCB_IMAGE_FORMAT_Z_PIXMAP, screen.root, place.x, place.y,
+                                      place.width, place.height, ~0U);
+    const std::unique_ptr<xcb_get_image_reply_t, FreeDeleter> reply{
+        xcb_get_image_reply(connection, cookie, nullptr)};
+    if (!reply) {
+        return {};
+    }
+    const std::uint8_t* first = xcb_get_image_data(reply.get());
+    return {first, first + xcb_get_image_data_length(reply.get())};
+}
+
+// Until nothing has changed for a second.
+double lastChange(xcb_connection_t* connection, const xcb_screen_t& screen, const xcb_rectangle_t& place)
+{
+    using Clock = std::chrono::steady_clock;
+    const auto begin = Clock::now();
+    auto changed = begin;
+    auto seen = part(connection, screen, place);
+    while (Clock::now() - changed < std::chrono::seconds(1)) {
+        std::this_thread::sleep_for(interval);
+        if (auto next = part(connection, screen, place); next != seen) {
+            seen = std::move(next);
+            changed = Clock::now();
+        }
+    }
+    return std::chrono::duration<double, std::milli>(changed - begin).count();
+}
+
 } // namespace
 
 int main(int argumentCount, char** arguments)
 {
     xcb_connection_t* connection = xcb_connect(nullptr, nullptr);
-    if (argumentCount != 2 || xcb_connection_has_error(connection) != 0) {
-        std::fputs("first_paint: one argument, the program; and a display\n", stderr);
+    if ((argumentCount != 2 && argumentCount != 6) || xcb_connection_has_error(connection) != 0) {
+        std::fputs("first_paint: the program, and a part of the screen or none; and a display\n", stderr);
         return EXIT_FAILURE;
     }
     const xcb_screen_t& screen = *xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
@@ -59,6 +94,15 @@ int main(int argumentCount, char** arguments)
         isPainted = middleColor(connection, screen) != before;
         waited = std::chrono::steady_clock::now() - begin;
     }
+    double changed = 0;
+    if (isPainted && argumentCount == 6) {
+        const auto number = [arguments](int index) {
+            return std::atoi(arguments[index]);
+        };
+        changed = lastChange(connection, screen,
+                             {static_cast<std::int16_t>(number(2)), static_cast<std::int16_t>(number(3)),
+                              static_cast<std::uint16_t>(number(4)), static_cast<std::uint16_t>(number(5))});
+    }
     kill(process, SIGTERM);
     waitpid(process, nullptr, 0);
     while (isPainted && middleColor(connection, screen) != before) {
@@ -69,6 +113,6 @@ int main(int argumentCount, char** arguments)
         std::fputs("first_paint: nothing was painted\n", stderr);
         return EXIT_FAILURE;
     }
-    std::printf("%.2f\n", std::chrono::duration<double, std::milli>(waited).count());
+    std::printf("%.2f %.2f\n", std::chrono::duration<double, std::milli>(waited).count(), changed);
     return EXIT_SUCCESS;
 }

@@ -1,14 +1,15 @@
-// document_writer FOLDER STEPS FIRST: records phases, removes some, and saves the timer and the preferences,
-// by the program's own storage on the real disk, in virtual time. STEPS 0 never ends. Every step has a
-// number, counted from FIRST, and is told of twice: "about …" before it is asked for, and as done once it is
-// known to be on the disk; journal.py reads that. After the last step a line is awaited from the input, then
-// time passes, and all is tried once more.
+// document_writer FOLDER STEPS FIRST: records phases, removes and corrects some, and saves the timer, the
+// preferences and what is known beside a record, by the program's own storage on the real disk, in virtual
+// time. STEPS 0 never ends. Every step has a number, counted from FIRST, and is told of twice: "about …"
+// before it is asked for, and as done once it is known to be on the disk; journal.py reads that. After the
+// last step a line is awaited from the input, then time passes, and all is tried once more.
 
 #include "platform/freedesktop/files/file_user_defaults.h"
 #include "platform/freedesktop/files/leftovers.h"
 #include "platform/freedesktop/files/posix_durable_file.h"
 #include "storage/active_timer_persistence.h"
 #include "storage/preferences_store.h"
+#include "storage/session_details_store.h"
 #include "storage/session_store.h"
 #include "support/fake_document_thread.h"
 #include "support/fake_task_scheduler.h"
@@ -25,6 +26,7 @@ using namespace brevlin;
 
 namespace {
 
+constexpr std::int64_t correctedBy = 100'000;
 constexpr std::size_t longestHistory = 60; // so that a step of an endless run costs the same for ever
 
 void tell(const std::string& line)
@@ -42,6 +44,7 @@ public:
         : m_defaults(folder + "/config", m_files)
         , m_preferences(disk())
         , m_timer(disk())
+        , m_details(folder + "/data/session-details-v1.json", {m_files, m_thread, m_scheduler, m_clock})
         , m_history({folder + "/data/sessions-v1.json", {}}, {m_files, m_thread, m_scheduler, m_clock})
     {
         // What could only be read later is looked at then, too: it may be damaged.
@@ -64,6 +67,14 @@ public:
         if (number % 3 == 0 || m_history.sessions().size() > longestHistory) {
             removeOldest();
         }
+        if (number % 2 == 1) {
+            correctLatest(number);
+        }
+        SessionDetails details;
+        details.pauses = {{Instant{Seconds{static_cast<double>(number)}}, Instant{Seconds{9e9}}}};
+        tell("about details " + std::to_string(number));
+        m_details.set(m_detailed, details);
+        m_detailsNumber = number;
         TimerSnapshot snapshot;
         snapshot.runState = TimerRunState::paused;
         snapshot.interruptionCount = number;
@@ -83,9 +94,11 @@ public:
     void tryOnceMore()
     {
         m_scheduler.advance(RetryTimer::longestDelay * 2.0);
-        const bool isSaved = m_history.isSaved() && m_timer.isSaved() && m_preferences.isSaved();
+        const bool isSaved =
+            m_history.isSaved() && m_details.isSaved() && m_timer.isSaved() && m_preferences.isSaved();
         tell(isSaved ? "saved by itself" : "left over");
         m_history.retry(HistoryFile::Patience::ended);
+        m_details.retry();
         m_timer.retry();
         m_preferences.retry();
         tellWhatIsSaved();
@@ -94,7 +107,7 @@ public:
 private:
     DocumentDisk disk() { return {m_defaults, m_thread, m_scheduler, m_clock}; }
 
-    void insert(std::int64_t number, Uuid id)
+    static FinishedSession session(std::int64_t number, Uuid id)
     {
         FinishedSession session;
         session.id = id;
@@ -111,9 +124,35 @@ private:
         session.timeZoneIdentifierAtStart = "Asia/Kathmandu";
         session.interruptionCount = number;
         session.intention = "record " + std::to_string(number);
+        return session;
+    }
+
+    void insert(std::int64_t number, Uuid id)
+    {
+        const FinishedSession session = Writer::session(number, id);
         tell("about insert " + session.id.text() + ' ' + std::to_string(number));
         m_history.insert(session);
         if (m_history.isSaved()) {
+            tell("saved history");
+        }
+    }
+
+    // All of the record becomes that of another number, by an edit.
+    void correctLatest(std::int64_t number)
+    {
+        if (!m_history.isLoaded() || m_history.sessions().empty()) {
+            return;
+        }
+        const Uuid id = m_history.sessions().front().id;
+        const std::int64_t corrected = number + correctedBy;
+        tell("about change " + id.text() + ' ' + std::to_string(corrected));
+        m_history.edit({}, {SessionRecord(session(corrected, id))});
+        const auto& left = m_history.sessions();
+        const auto found = std::find_if(left.begin(), left.end(),
+                                        [&id](const SessionRecord& record) { return record.id == id; });
+        if (found == left.end() || found->interruptionCount != corrected) {
+            tell("unchanged " + id.text());
+        } else if (m_history.isSaved()) {
             tell("saved history");
         }
     }
@@ -140,6 +179,9 @@ private:
         if (m_timer.isSaved() && m_timerNumber > 0) {
             tell("saved timer " + std::to_string(m_timerNumber));
         }
+        if (m_details.isSaved() && m_detailsNumber > 0) {
+            tell("saved details " + std::to_string(m_detailsNumber));
+        }
         if (m_preferences.isSaved() && m_preferencesNumber > 0) {
             tell("saved preferences " + std::to_string(m_preferencesNumber));
         }
@@ -155,10 +197,13 @@ private:
     test::FakeDocumentThread m_thread;
     PreferencesStore m_preferences;
     ActiveTimerPersistence m_timer;
+    SessionDetailsStore m_details;
     SessionStore m_history;
+    const Uuid m_detailed = *Uuid::fromText("00000000-0000-4000-8000-000000000001");
     AppPreferences m_choices;
     std::int64_t m_timerNumber = 0;
     std::int64_t m_preferencesNumber = 0;
+    std::int64_t m_detailsNumber = 0;
 };
 
 } // namespace

@@ -13,8 +13,14 @@ PREFERENCES = "Brevlin.preferences.v1"
 CRASH_SIGNALS = {-4, -6, -7, -8, -11}
 
 
+DETAILS = "session-details-v1"
+NUMBERED = (("timer", TIMER), ("preferences", PREFERENCES), ("details", DETAILS))
+
+
 def path_of(folder, document):
-    return folder / "data" / "sessions-v1.json" if document == "history" else folder / "config" / f"{document}.json"
+    if document in ("history", DETAILS):
+        return folder / "data" / ("sessions-v1.json" if document == "history" else f"{DETAILS}.json")
+    return folder / "config" / f"{document}.json"
 
 
 class Journal:
@@ -25,8 +31,10 @@ class Journal:
         self.possible = {}
         self.removing = set()  # of the possible ones
         self.refused = set()  # removals that the disk refused: still there, unless only the last sync failed
-        self.saved = {"timer": 0, "preferences": 0}
-        self.asked = {"timer": 0, "preferences": 0}
+        self.changing = {}  # id: number that the record has or will have
+        self.unchanged = {}  # the same, refused
+        self.saved = {document: 0 for document, _ in NUMBERED}
+        self.asked = dict(self.saved)
         self.last = 0
         self.ended = False
         self.left_over = False  # something that time alone did not bring to the disk
@@ -47,6 +55,11 @@ class Journal:
                 case ["about", "remove", identifier]:
                     self.possible[identifier] = self.certain.pop(identifier, self.possible.get(identifier))
                     self.removing.add(identifier)
+                case ["about", "change", identifier, number]:
+                    self.changing[identifier] = int(number)
+                case ["unchanged", identifier]:
+                    # Unless only the last sync failed; the next save writes what it was.
+                    self.unchanged[identifier] = self.changing.pop(identifier)
                 case ["about", document, number]:
                     self.asked[document] = int(number)
                 case ["refused", identifier]:
@@ -54,7 +67,7 @@ class Journal:
                     self.refused.add(identifier)
                 case ["saved", "history"]:
                     self.settle()
-                case ["saved", ("timer" | "preferences") as document, number]:
+                case ["saved", ("timer" | "preferences" | "details") as document, number]:
                     self.saved[document] = int(number)
                 case ["left", "over"]:
                     self.left_over = True
@@ -72,6 +85,17 @@ class Journal:
                 self.certain[identifier] = number
                 del self.possible[identifier]
         self.removing.clear()
+        for identifier, number in self.changing.items():
+            for numbers in (self.certain, self.possible):
+                if identifier in numbers:
+                    numbers[identifier] = number
+        self.changing.clear()
+        self.unchanged.clear()
+
+    def numbers_of(self, identifier):
+        """What the record may hold; none where that is not known."""
+        return {number for number in (self.certain.get(identifier), self.possible.get(identifier),
+                                      self.changing.get(identifier), self.unchanged.get(identifier)) if number}
 
     def is_all_saved(self):
         return not self.possible.keys() - self.refused and self.saved == self.asked and not self.left_over
@@ -79,10 +103,9 @@ class Journal:
     def adopt(self, folder, unreadable=None):
         """Takes what stands in the folder for certain: the next writer begins with it."""
         found = records(folder, unreadable)
-        everything = {**self.certain, **self.possible}
-        self.certain = {identifier: everything.get(identifier, 0) for identifier in found}
-        self.possible, self.removing, self.refused = {}, set(), set()
-        for document, key in (("timer", TIMER), ("preferences", PREFERENCES)):
+        self.certain = {identifier: int(record["interruptionCount"]) for identifier, record in found.items()}
+        self.possible, self.removing, self.refused, self.changing, self.unchanged = {}, set(), set(), {}, {}
+        for document, key in NUMBERED:
             self.saved[document] = self.asked[document] = number_in(folder, key, unreadable)
 
     def judge(self, folder, unreadable=None):
@@ -100,10 +123,10 @@ class Journal:
         if strange:
             verdict["wrong"] = f"{len(strange)} records that were removed or never made, {sorted(strange)[0]} among them"
         for identifier, record in found.items():
-            number = {**self.certain, **self.possible}.get(identifier)
-            if number and record != record_of(identifier, number):
+            numbers = self.numbers_of(identifier)
+            if numbers and not any(record == record_of(identifier, number) for number in numbers):
                 verdict["torn"] = f"a record with another content: {record}"
-        for document, key in (("timer", TIMER), ("preferences", PREFERENCES)):
+        for document, key in NUMBERED:
             try:
                 number = number_in(folder, key, unreadable)
             except (ValueError, KeyError, TypeError) as error:
@@ -148,6 +171,8 @@ def number_in(folder, key, unreadable=None):
     if text is None:
         return 0
     document = json.loads(text)
+    if key == DETAILS:
+        return int(document["details"][0]["pauses"][0]["start"])
     return int(document["interruptionCount"] if key == TIMER else document["timerSettings"]["focusDuration"])
 
 

@@ -5,6 +5,7 @@
 #include "app/capsule_choreography.h"
 #include "application.h"
 #include "command/import_desk.h"
+#include "picture_sender.h"
 #include "platform/freedesktop/appearance/portal_desktop_settings.h"
 #include "platform/freedesktop/bus/bus_start.h"
 #include "platform/freedesktop/clock/system_clock.h"
@@ -46,6 +47,8 @@
 #include <QApplication>
 #include <QSessionManager>
 #include <QStandardPaths>
+
+#include <malloc.h>
 
 #include <optional>
 #include <utility>
@@ -187,6 +190,7 @@ Composition::Parts::Parts(Application& application, BusStart& buses, const UserF
     })
 {
     m_style->setCompositing([this] { return m_windowSystem.isComposited(); });
+    m_style->setPictureSender(pictureSender(m_windowSystem));
     followAppearance();
     m_loginItem.followProgram();
     m_sessionLock.setChangeHandler([this] {
@@ -211,7 +215,10 @@ Composition::Parts::Parts(Application& application, BusStart& buses, const UserF
         [this](const ApplicationInstance::Command& command, const ApplicationInstance::Answer& answer) {
             follow(command, answer);
         });
-    m_lateStart = m_scheduler.after(quietMoment, [] { QApplication::setWindowIcon(applicationIcon()); });
+    m_lateStart = m_scheduler.after(quietMoment, [] {
+        QApplication::setWindowIcon(applicationIcon());
+        malloc_trim(0); // what the start alone has used
+    });
 }
 
 AppModelParts Composition::Parts::modelParts(const UserFolders& folders)

@@ -124,7 +124,7 @@ void AppModel::alignTicker()
 {
     // A firing is late by what the event loop was busy with, never early, unless the clock was adjusted.
     constexpr double rounding = 1e-5;
-    constexpr double tolerance = 0.998;
+    constexpr double tolerance = 0.9995;
     const double untilFullSecond = std::fmod(m_remainingSeconds.count(), 1.0);
     const bool isAstray = untilFullSecond > rounding && untilFullSecond < tolerance;
     const bool isForMidnight = m_snapshot.runState == TimerRunState::idle && untilNextTick() < tickInterval();

@@ -32,21 +32,27 @@ Calendar::Calendar(TimeZone zone, const std::string& localeIdentifier)
     : m_zone(std::move(zone))
     , m_stretch(m_zone->stretch(std::chrono::seconds::zero()))
     , m_texts(std::make_shared<CalendarTexts>(localeIdentifier))
+{}
+
+const Calendar::Weeks& Calendar::weekRules() const
 {
-    UErrorCode status = U_ZERO_ERROR;
-    const std::unique_ptr<icu::Calendar> conventions{
-        icu::Calendar::createInstance(icu::Locale{localeIdentifier.c_str()}, status)};
-    if (U_SUCCESS(status)) {
-        m_firstWeekday = weekday{static_cast<unsigned>(conventions->getFirstDayOfWeek(status)) - 1};
-        m_minimalDays = conventions->getMinimalDaysInFirstWeek();
+    if (!m_weeks) {
+        m_weeks = Weeks{};
+        UErrorCode status = U_ZERO_ERROR;
+        const std::unique_ptr<icu::Calendar> conventions{
+            icu::Calendar::createInstance(icu::Locale{m_texts->localeIdentifier().c_str()}, status)};
+        if (U_SUCCESS(status)) {
+            m_weeks = {weekday{static_cast<unsigned>(conventions->getFirstDayOfWeek(status)) - 1},
+                       conventions->getMinimalDaysInFirstWeek()};
+        }
     }
+    return *m_weeks;
 }
 
 Calendar Calendar::withWeeks(weekday firstWeekday, int minimalDays) const
 {
     Calendar result = *this;
-    result.m_firstWeekday = firstWeekday;
-    result.m_minimalDays = minimalDays;
+    result.m_weeks = {firstWeekday, minimalDays};
     return result;
 }
 
@@ -99,7 +105,7 @@ DateInterval Calendar::interval(CalendarUnit unit, Instant instant) const
     case CalendarUnit::day:
         break;
     case CalendarUnit::weekOfYear: {
-        const LocalDay first = day - (weekday{day} - m_firstWeekday);
+        const LocalDay first = day - (weekday{day} - firstWeekday());
         return {start(first), start(first + days{7})};
     }
     case CalendarUnit::month: {

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -63,8 +64,8 @@ public:
     /// The instant at which the wall clock shows the hour (0 to 23) of the date, with the rules of adding().
     Instant date(LocalDay day, int hour) const;
 
-    std::chrono::weekday firstWeekday() const { return m_firstWeekday; }
-    int minimalDaysInFirstWeek() const { return m_minimalDays; }
+    std::chrono::weekday firstWeekday() const { return weekRules().first; }
+    int minimalDaysInFirstWeek() const { return weekRules().minimalDays; }
     const TimeZone& timeZone() const { return m_zone; }
 
     /// The instant in the form that the locale gives to the skeleton, for example "yMMMMd"
@@ -74,6 +75,12 @@ public:
     std::string shortTimeText(Instant instant) const;
 
 private:
+    struct Weeks
+    {
+        std::chrono::weekday first;
+        int minimalDays = 1;
+    };
+    const Weeks& weekRules() const;
     std::chrono::local_seconds wallClock(Instant instant) const;
     Seconds offset(Instant instant) const;
     Instant resolve(std::chrono::local_seconds time, Seconds fraction) const;
@@ -81,8 +88,7 @@ private:
     TimeZone m_zone;
     mutable TimeZoneRules::Stretch m_stretch; // where the latest answer was found: the next one is near it
     std::shared_ptr<CalendarTexts> m_texts;   // a cache of formatters
-    std::chrono::weekday m_firstWeekday;
-    int m_minimalDays = 1;
+    mutable std::optional<Weeks> m_weeks;     // the locale's are read when they are first asked for
 };
 
 } // namespace brevlin

@@ -22,6 +22,8 @@ class CalendarTexts final
 public:
     explicit CalendarTexts(std::string localeIdentifier);
 
+    const std::string& localeIdentifier() const { return m_localeIdentifier; }
+
     std::string text(std::string_view skeleton, Instant instant);
     std::string shortTimeText(Instant instant);
 
@@ -34,6 +36,7 @@ private:
     std::unique_ptr<icu::DateTimePatternGenerator> m_patterns;
     std::map<std::string, std::unique_ptr<icu::DateFormat>, std::less<>> m_bySkeleton;
     std::unique_ptr<icu::DateFormat> m_shortTime;
+    bool m_hasPlainTimes;
 };
 
 } // namespace brevlin

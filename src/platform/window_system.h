@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -44,6 +45,18 @@ public:
     /// Tells of presses anywhere but on the window that is shown next, also where taking hold of the pointer
     /// does not. `pressed` is called on the main thread and may end the watch.
     virtual std::unique_ptr<PressWatch> watchPresses(std::function<void()> pressed) = 0;
+    /// Puts pixels where a window is shown. Each is 32 bits, alpha first, premultiplied, and opaque in an
+    /// opaque window. False where the window does not take them as they are.
+    struct Pixels
+    {
+        const std::uint32_t* first; ///< of the upper row, from the left
+        std::size_t stride;         ///< pixels from one row to the next
+        std::int16_t x;             ///< in the window
+        std::int16_t y;
+        std::uint16_t width;
+        std::uint16_t height;
+    };
+    virtual bool putPixels(WindowId window, const Pixels& pixels) = 0;
     /// Asks for the window manager's own menu at a place of the screen; false where there is none.
     virtual bool showWindowMenu(WindowId window, int x, int y) = 0;
     /// Raises the window and gives it the keyboard, as the user's own wish. The token is what the desktop

@@ -2,11 +2,18 @@
 #include "platform/freedesktop/clock/system_time_zone.h"
 
 #include <gtest/gtest.h>
+#include <unicode/datefmt.h>
+#include <unicode/locid.h>
 #include <unicode/timezone.h>
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <limits>
+#include <memory>
+#include <string>
 #include <tuple>
+#include <vector>
 
 namespace brevlin {
 namespace {
@@ -155,6 +162,31 @@ TEST(Calendar, texts_order_their_parts_by_locale)
     }
     EXPECT_EQ(Calendar(timeZoneOf("Asia/Shanghai"), "de_DE").shortTimeText(instant), "14:05");
     EXPECT_EQ(Calendar(timeZoneOf("Asia/Shanghai"), "en_US").shortTimeText(instant), "2:05\u202FPM");
+}
+
+TEST(Calendar, times_are_those_of_the_locale_also_where_they_are_written_without_its_data)
+{
+    int32_t count = 0;
+    const icu::Locale* locales = icu::Locale::getAvailableLocales(count);
+    std::vector<std::string> names{"root"};
+    std::transform(locales, locales + count, std::back_inserter(names),
+                   [](const icu::Locale& locale) { return locale.getName(); });
+    for (const std::string& name : names) {
+        if (name.size() > 5) {
+            continue; // none of those is written so
+        }
+        const std::unique_ptr<icu::DateFormat> format{
+            icu::DateFormat::createTimeInstance(icu::DateFormat::kShort, icu::Locale(name.c_str()))};
+        format->setTimeZone(*icu::TimeZone::getGMT());
+        const Calendar calendar(timeZoneOf("UTC"), name);
+        for (const Instant instant : {utc(2026, 11, 24, 0, 0), utc(2026, 11, 24, 23, 59) + Seconds{59.9},
+                                      utc(1969, 3, 1, 9, 5) + Seconds{30.5}}) {
+            icu::UnicodeString text;
+            std::string expected;
+            format->format(unixTime(instant).count() * 1000.0, text).toUTF8String(expected);
+            EXPECT_EQ(calendar.shortTimeText(instant), expected) << name;
+        }
+    }
 }
 
 } // namespace

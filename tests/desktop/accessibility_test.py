@@ -182,7 +182,8 @@ class Orca(DesktopTest):
         for text in (" ", " ", " ", " page tab"):
             self.press("Tab", text)
 
-    def start_and_end_a_phase(self, start, pause):
+    def start_and_end_a_phase(self, intention, start, pause):
+        self.press("Tab", *self.spoken(intention))
         self.press("Tab", *self.spoken(start))
         begin = len(self.said(0))
         self.press("space", f"'{pause} ")
@@ -210,8 +211,8 @@ class Orca(DesktopTest):
             if element["role"] == "label":
                 wait_for(element["name"], lambda: element["name"] in "".join(self.said(begin)))
         self.press("Tab", f"'{sections[0]} page tab")
-        start = self.tab_through(sections[0])[0]
-        self.start_and_end_a_phase(start, PAUSE[language])
+        intention, start = self.tab_through(sections[0])
+        self.start_and_end_a_phase(intention, start, PAUSE[language])
         for section, roles in zip(sections[1:], ROLES):
             self.press("Right", f"'{section} page tab")
             self.assertLessEqual(roles, {element["role"] for element in self.elements()})

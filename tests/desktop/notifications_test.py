@@ -11,8 +11,8 @@ START_NEXT = "Start next phase"
 STOP = "Stop alert"
 
 # Where the window has the buttons of a phase that waits, in pixels from its corner.
-SKIP_PLACE = (403, 556)
-START_NEXT_PLACE = (513, 556)
+SKIP_PLACE = (403, 578)
+START_NEXT_PLACE = (513, 578)
 # Where it asks about time away.
 DO_NOT_COUNT_PLACE = (708, 94)
 

@@ -14,7 +14,7 @@ SLICE = RATE // 20  # 50 ms
 AUDIBLE = 200  # of 32767
 
 # Where the window has that button of a phase that waits, in pixels from its corner.
-START_BREAK = (513, 556)
+START_BREAK = (513, 578)
 
 
 class Sound(DesktopTest):
@@ -85,7 +85,7 @@ class Sound(DesktopTest):
         self.assertFalse(self.is_silent(), "after five seconds it has stopped by itself")
         _, _, width, height = self.desktop.geometry(window)
         # The middle one of the three buttons below the ring skips the pending phase.
-        self.desktop.click(window, width // 2, height - 96)
+        self.desktop.click(window, width // 2, height - 74)
         wait_for("a prepared focus phase", lambda: self.desktop.timer()["phase"] == "focus")
         acted = len(self.loudness())
         wait_for("silence", self.is_silent, 3)

@@ -14,6 +14,7 @@ public:
     void setSupportChangeHandler(std::function<void()> /*handler*/) override {}
     void setShadowMargins(WindowId /*window*/, const Extents& /*extents*/) override {}
     std::unique_ptr<PressWatch> watchPresses(std::function<void()> /*pressed*/) override { return nullptr; }
+    bool putPixels(WindowId /*window*/, const Pixels& /*pixels*/) override { return false; }
     bool showWindowMenu(WindowId /*window*/, int /*x*/, int /*y*/) override { return false; }
     void activate(WindowId /*window*/, const std::string& /*token*/) override {}
 };

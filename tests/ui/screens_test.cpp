@@ -6,12 +6,14 @@
 #include "ui/controls/brevlin_style.h"
 #include "ui/controls/capsule_button.h"
 #include "ui/controls/segmented_picker.h"
+#include "ui/controls/text_field.h"
 #include "ui/main/main_window.h"
 #include "ui/main/message_dialog.h"
 #include "ui/main/timer_card.h"
 #include "ui/main/timer_dashboard_view.h"
 #include "ui/main/today_strip.h"
 #include "ui/screens/history/history_view.h"
+#include "ui/screens/history/session_dialog.h"
 #include "ui/screens/settings/clear_history_dialog.h"
 #include "ui/screens/statistics/breakdown_card.h"
 #include "ui/style/built_in_fonts.h"
@@ -184,6 +186,9 @@ TEST_F(EveryText, is_whole_and_can_be_read_in_the_main_window)
             selection.select(section);
             const std::string screen = where + " " + std::to_string(static_cast<int>(section));
             show(window, {802, 2400});
+            model().undoOffer().make({UndoOffer::Kind::restoration, 12'345, [] {
+                                      }});
+            settle();
             expectWhole(window, screen);
             expectLegible(window, screen);
             if (section == AppSection::statistics) {
@@ -222,8 +227,17 @@ TEST_F(EveryText, is_whole_and_can_be_read_in_a_dialog)
         ClearHistoryDialog question(model(), nullptr);
         MessageDialog message({Uuid{}, "Timer state reset", "The saved timer could not be read."},
                               model().language(), nullptr);
-        for (QDialog* dialog : std::initializer_list<QDialog*>{&question, &message}) {
+        const auto& records = model().sessions();
+        SessionDialog addition(model(), std::nullopt, nullptr);
+        SessionDialog correction(model(), records.empty() ? std::nullopt : std::optional{records.front().id},
+                                 nullptr);
+        for (QDialog* dialog : std::initializer_list<QDialog*>{&question, &message, &addition, &correction}) {
             dialog->show();
+            if (auto* intention = dialog->findChild<TextField*>()) {
+                intention->setText(QStringLiteral("12")); // there is something to be saved
+                intention->setFocus();                    // and no date with a part that is marked
+                intention->deselect();
+            }
             settle();
             expectWhole(*dialog, where);
             expectLegible(*dialog, where);

@@ -170,6 +170,8 @@ void TopCapsuleView::layOutPage()
     // As high as its line, so that a digit that changes paints nothing of the border anew.
     const int above = (place.height() - m_compactClock->sizeHint().height()) / 2;
     m_compactClock->setGeometry(place.adjusted(clockPadding, above, -clockPadding, -above));
+    m_compactClock->setPaper(liesInside(m_compactClock->geometry()) ? std::optional(m_colors.background)
+                                                                    : std::nullopt);
     if (m_page != nullptr) {
         m_page->setGeometry(place);
     }

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QImage>
 #include <QProxyStyle>
+#include <QWidget>
 
 #include <functional>
 #include <utility>
@@ -24,6 +26,16 @@ public:
     void setCompositing(std::function<bool()> isComposited) { m_isComposited = std::move(isComposited); }
     bool isComposited() const { return m_isComposited && m_isComposited(); }
 
+    /// Sends a picture to a place of a window, in pixels; false where that cannot be done. Without a sender
+    /// it cannot.
+    using PictureSender = std::function<bool(WId window, const QImage& picture, const QPoint& place)>;
+    void setPictureSender(PictureSender sender) { m_pictureSender = std::move(sender); }
+    bool canSendPictures() const { return static_cast<bool>(m_pictureSender); }
+    bool sendPicture(WId window, const QImage& picture, const QPoint& place) const
+    {
+        return m_pictureSender && m_pictureSender(window, picture, place);
+    }
+
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* returnData) const override;
     QRect subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl subControl,
@@ -43,6 +55,7 @@ public:
 private:
     bool m_reducesMotion = false;
     std::function<bool()> m_isComposited;
+    PictureSender m_pictureSender;
 };
 
 } // namespace brevlin

@@ -6,6 +6,7 @@
 #include <QEvent>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QPixmapCache>
 
 #include <array>
 
@@ -15,6 +16,9 @@ namespace {
 
 // The shadow falls one point down and fades over four points around its edge.
 constexpr double shadowOffset = 1;
+constexpr int corner = 40;                  // points, with its shadow
+constexpr int pictureSize = 2 * corner + 2; // points
+constexpr int edge = 8;                     // points; inside it a card is plain between its corners
 // How much of the shadow remains in each of the four one-point bands outside its edge.
 constexpr std::array shadowBands{0.42, 0.23, 0.1, 0.03};
 
@@ -22,18 +26,51 @@ void paintShadow(QPainter& painter, const QRectF& card, const Theme& theme)
 {
     const QRectF shadow = card.translated(0, shadowOffset);
     // Nobody sees it under the card, and to blend it there would be most of the work.
-    constexpr double corner = CardSurface::cornerRadius;
-    const QRectF hidden = card.adjusted(1, corner, -1, -corner);
+    constexpr double radius = CardSurface::cornerRadius;
+    const QRectF hidden = card.adjusted(1, radius, -1, -radius);
     double painted = 0;
     for (std::size_t band = shadowBands.size(); band-- > 0;) {
         const double reach = static_cast<double>(band) + 1;
         // Each wider shape lies under the narrower ones; it adds only what the bands further out lack.
         QPainterPath outline =
-            continuousRoundedRect(shadow.adjusted(-reach, -reach, reach, reach), corner + reach);
+            continuousRoundedRect(shadow.adjusted(-reach, -reach, reach, reach), radius + reach);
         outline.addRect(hidden);
         painter.fillPath(outline, theme.color(ThemeColor::cardShadow, shadowBands[band] - painted));
         painted = shadowBands[band];
     }
+}
+
+void drawCard(QPainter& painter, const QRectF& card, const Theme& theme)
+{
+    constexpr double radius = CardSurface::cornerRadius;
+    paintShadow(painter, card, theme);
+    painter.fillPath(continuousRoundedRect(alignedToPixels(painter, card), radius),
+                     theme.color(ThemeColor::panelBackground));
+    paintHairlineInside(painter, card, radius, theme.color(ThemeColor::cardBorder));
+}
+
+// A small card. Shadow and corners take longer to draw than the rest of a screen, and are the same on every
+// card.
+QPixmap cardPicture(int pixels, const Theme& theme, CardGround ground)
+{
+    const QString key = QStringLiteral("card %1 %2 %3")
+                            .arg(static_cast<int>(theme.scheme()))
+                            .arg(static_cast<int>(ground))
+                            .arg(pixels);
+    QPixmap picture;
+    if (!QPixmapCache::find(key, &picture)) {
+        picture = QPixmap(QSize(pictureSize, pictureSize) * pixels);
+        picture.setDevicePixelRatio(pixels);
+        picture.fill(ground == CardGround::canvas ? theme.color(ThemeColor::canvas)
+                                                  : QColor(Qt::transparent));
+        QPainter painter(&picture);
+        painter.setRenderHint(QPainter::Antialiasing);
+        const QRect whole(0, 0, pictureSize, pictureSize);
+        drawCard(painter, whole.marginsRemoved(CardSurface::shadowMargins), theme);
+        painter.end();
+        QPixmapCache::insert(key, picture);
+    }
+    return picture;
 }
 
 } // namespace
@@ -64,24 +101,50 @@ void CardSurface::paintEvent(QPaintEvent* event)
     const Theme theme = Theme::of(*this);
     QPainter painter(this);
     const QRect card = cardRect();
-    const int corner = static_cast<int>(cornerRadius);
+    constexpr int radius = static_cast<int>(cornerRadius);
     // What moves on a card moves in its middle: a plain fill there, no outline to compute.
-    if (card.adjusted(corner, 1, -corner, -1).contains(event->rect()) ||
-        card.adjusted(1, corner, -1, -corner).contains(event->rect())) {
+    if (card.adjusted(radius, 1, -radius, -1).contains(event->rect()) ||
+        card.adjusted(1, radius, -1, -radius).contains(event->rect())) {
         painter.fillRect(event->rect(), theme.color(ThemeColor::panelBackground));
         return;
     }
-    painter.setRenderHint(QPainter::Antialiasing);
-    paintCardSurface(painter, card, theme);
+    paintCardSurface(painter, rect(), theme, CardGround::canvas);
 }
 
-void paintCardSurface(QPainter& painter, const QRectF& card, const Theme& theme)
+void paintCardSurface(QPainter& painter, const QRect& whole, const Theme& theme, CardGround ground)
 {
-    constexpr double radius = CardSurface::cornerRadius;
-    paintShadow(painter, card, theme);
-    painter.fillPath(continuousRoundedRect(alignedToPixels(painter, card), radius),
-                     theme.color(ThemeColor::panelBackground));
-    paintHairlineInside(painter, card, radius, theme.color(ThemeColor::cardBorder));
+    const double scale = pixelsPerPoint(painter);
+    const auto pixels = static_cast<int>(scale);
+    if (whole.width() < pictureSize || whole.height() < pictureSize || scale != pixels) {
+        painter.setRenderHint(QPainter::Antialiasing);
+        drawCard(painter, whole.marginsRemoved(CardSurface::shadowMargins), theme);
+        return;
+    }
+    const QPixmap picture = cardPicture(pixels, theme, ground);
+    const auto draw = [&](const QRect& target, const QRect& source) {
+        painter.drawPixmap(target, picture, QRect(source.topLeft() * pixels, source.size() * pixels));
+    };
+    const int left = whole.left();
+    const int top = whole.top();
+    const int right = whole.right() + 1 - corner;
+    const int bottom = whole.bottom() + 1 - corner;
+    constexpr int farCorner = pictureSize - corner;
+    draw({left, top, corner, corner}, {0, 0, corner, corner});
+    draw({right, top, corner, corner}, {farCorner, 0, corner, corner});
+    draw({left, bottom, corner, corner}, {0, farCorner, corner, corner});
+    draw({right, bottom, corner, corner}, {farCorner, farCorner, corner, corner});
+    // Between the corners one column or row stands for all.
+    const int width = right - left - corner;
+    const int height = bottom - top - corner;
+    constexpr int farEdge = pictureSize - edge;
+    draw({left + corner, top, width, edge}, {corner, 0, 1, edge});
+    draw({left + corner, whole.bottom() + 1 - edge, width, edge}, {corner, farEdge, 1, edge});
+    draw({left, top + corner, edge, height}, {0, corner, edge, 1});
+    draw({whole.right() + 1 - edge, top + corner, edge, height}, {farEdge, corner, edge, 1});
+    const QColor surface = theme.color(ThemeColor::panelBackground);
+    painter.fillRect(left + corner, top + edge, width, corner - edge, surface);
+    painter.fillRect(left + edge, top + corner, whole.width() - 2 * edge, height, surface);
+    painter.fillRect(left + corner, bottom, width, corner - edge, surface);
 }
 
 } // namespace brevlin

@@ -4,7 +4,7 @@
 #include <QMargins>
 
 class QPainter;
-class QRectF;
+class QRect;
 
 namespace brevlin {
 
@@ -12,7 +12,8 @@ class Theme;
 
 /// A container on a card: rounded, bordered by a hairline, with a faint shadow. Its contents rectangle keeps
 /// `padding` from the card's edge; give it a layout without margins. The widget is larger than the card by
-/// shadowMargins, which layouts do not see: under BrevlinStyle the card itself fills its place.
+/// shadowMargins, which layouts do not see, and lies on the theme's canvas: under BrevlinStyle the card
+/// itself fills its place.
 class CardSurface : public QFrame
 {
     Q_OBJECT
@@ -34,7 +35,9 @@ private:
     int m_padding;
 };
 
-/// A card with its shadow, without contents. The painter antialiases.
-void paintCardSurface(QPainter& painter, const QRectF& card, const Theme& theme);
+/// What lies under a card's shadow and corners.
+enum class CardGround { canvas, unknown };
+/// A card without contents on all of `whole`, of which its shadow takes the margins.
+void paintCardSurface(QPainter& painter, const QRect& whole, const Theme& theme, CardGround ground);
 
 } // namespace brevlin

@@ -31,7 +31,7 @@ MomentField::MomentField(QWidget* parent) : QDateTimeEdit(parent)
     setFont(textFont(TextRole::body));
     setAttribute(Qt::WA_Hover);
     setContextMenuPolicy(Qt::NoContextMenu);
-    lineEdit()->setTextMargins(0, 0, 0, 0);
+    lineEdit()->setTextMargins(padding - 2, 0, 0, 0);
     applyTheme();
 }
 

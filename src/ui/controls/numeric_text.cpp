@@ -1,6 +1,7 @@
 #include "ui/controls/numeric_text.h"
 
 #include "ui/controls/accessibility.h"
+#include "ui/controls/direct_paint.h"
 #include "ui/style/animation.h"
 
 #include <QFontMetricsF>
@@ -116,14 +117,14 @@ void NumericText::setText(const QString& text)
 
 void NumericText::setColor(ThemeColor color)
 {
-    m_color = color;
-    update();
+    if (std::exchange(m_color, color) != color)
+        update();
 }
 
 void NumericText::setInk(const QColor& ink)
 {
-    m_ink = ink;
-    update();
+    if (std::exchange(m_ink, ink) != ink)
+        update();
 }
 
 void NumericText::setTextFont(const QFont& font)
@@ -151,7 +152,18 @@ void NumericText::setMinimumScale(double scale)
 void NumericText::setBackdrop(std::optional<ThemeColor> backdrop)
 {
     m_backdrop = backdrop;
-    setAttribute(Qt::WA_OpaquePaintEvent, backdrop.has_value());
+    updateOpaqueness();
+}
+
+void NumericText::setPaper(const std::optional<QColor>& paper)
+{
+    if (std::exchange(m_paper, paper) != paper)
+        updateOpaqueness();
+}
+
+void NumericText::updateOpaqueness()
+{
+    setAttribute(Qt::WA_OpaquePaintEvent, m_backdrop || m_paper);
     update();
 }
 
@@ -168,10 +180,16 @@ QSize NumericText::minimumSizeHint() const
 
 void NumericText::paintEvent(QPaintEvent* event)
 {
-    const Theme theme = Theme::of(*this);
     QPainter painter(this);
-    if (m_backdrop)
-        painter.fillRect(event->rect(), theme.color(*m_backdrop));
+    paint(painter, event->rect());
+}
+
+void NumericText::paint(QPainter& painter, const QRect& part) const
+{
+    if (m_paper)
+        painter.fillRect(part, *m_paper);
+    else if (m_backdrop)
+        painter.fillRect(part, Theme::of(*this).color(*m_backdrop));
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setFont(m_font);
     const Placement place = placement();
@@ -179,7 +197,7 @@ void NumericText::paintEvent(QPaintEvent* event)
     painter.scale(place.scale, place.scale);
 
     const double progress = m_transition.value();
-    const QRectF exposed = painter.transform().inverted().mapRect(QRectF(event->rect()));
+    const QRectF exposed((part.left() - place.left) / place.scale, 0, part.width() / place.scale, 0);
     paintPieces(painter, exposed, m_steady, 1);
     paintPieces(painter, exposed, m_leaving, 1 - progress);
     paintPieces(painter, exposed, m_arriving, progress);
@@ -242,8 +260,12 @@ void NumericText::paintPieces(QPainter& painter, const QRectF& exposed, const st
 
 void NumericText::updateChanged()
 {
-    if (!m_arriving.empty() || !m_leaving.empty())
-        update(dirtyRect());
+    if (m_arriving.empty() && m_leaving.empty())
+        return;
+    const QRect part = dirtyRect() & rect();
+    const bool isOpaque = testAttribute(Qt::WA_OpaquePaintEvent);
+    if (!isOpaque || !paintDirectly(*this, part, [&](QPainter& painter) { paint(painter, part); }))
+        update(part);
 }
 
 } // namespace brevlin

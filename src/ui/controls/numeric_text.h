@@ -37,6 +37,8 @@ public:
     /// The opaque colour that lies under the whole widget, where that is known: a change then repaints
     /// nothing beneath it.
     void setBackdrop(std::optional<ThemeColor> backdrop);
+    /// The same in place of a colour of the theme; it may be translucent where the window is.
+    void setPaper(const std::optional<QColor>& paper);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
@@ -82,6 +84,8 @@ private:
     QRect dirtyRect() const;
     void paintPieces(QPainter& painter, const QRectF& exposed, const std::vector<Piece>& pieces,
                      double opacity) const;
+    void paint(QPainter& painter, const QRect& part) const;
+    void updateOpaqueness();
     void updateChanged();
 
     QFont m_font;
@@ -93,6 +97,7 @@ private:
     Qt::Alignment m_alignment = Qt::AlignLeft | Qt::AlignVCenter;
     double m_minimumScale = 1;
     std::optional<ThemeColor> m_backdrop;
+    std::optional<QColor> m_paper;
     std::vector<Piece> m_steady;   ///< stands as before
     std::vector<Piece> m_arriving; ///< fades in
     std::vector<Piece> m_leaving;  ///< fades out

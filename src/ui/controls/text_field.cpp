@@ -71,6 +71,16 @@ void TextField::applyTheme()
     }
 }
 
+bool TextField::event(QEvent* event)
+{
+    if (event->type() == QEvent::ShortcutOverride && m_takesEscape &&
+        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+        event->accept();
+        return true;
+    }
+    return QLineEdit::event(event);
+}
+
 void TextField::changeEvent(QEvent* event)
 {
     QLineEdit::changeEvent(event);
@@ -94,7 +104,14 @@ void TextField::leaveEvent(QEvent* event)
 void TextField::focusInEvent(QFocusEvent* event)
 {
     m_keyboardFocus.focusGained(*event);
-    QLineEdit::focusInEvent(event);
+    // Qt would choose all and move the cursor now, and tell of it before it tells of the focus; a screen reader
+    // then takes the field for known and says nothing of it.
+    QFocusEvent quietly(event->type(), Qt::OtherFocusReason);
+    QLineEdit::focusInEvent(&quietly);
+    const bool isByKey = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+    if (isByKey && !text().isEmpty()) {
+        QMetaObject::invokeMethod(this, &QLineEdit::selectAll, Qt::QueuedConnection);
+    }
     update();
 }
 
@@ -115,6 +132,10 @@ void TextField::inputMethodEvent(QInputMethodEvent* event)
 
 void TextField::keyPressEvent(QKeyEvent* event)
 {
+    if (event->key() == Qt::Key_Escape && m_takesEscape && !m_isComposing) {
+        Q_EMIT escapePressed();
+        return;
+    }
     const bool endsComposition = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (m_isComposing && endsComposition) {
         return; // is the input method's

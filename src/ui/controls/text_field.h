@@ -3,7 +3,6 @@
 #include "ui/style/focus_ring.h"
 
 #include <QLineEdit>
-#include <QTimer>
 
 namespace brevlin {
 
@@ -36,10 +35,16 @@ public:
     void setMenuTexts(const MenuTexts& texts) { m_menuTexts = texts; }
     /// Whether an input method is at work on a text that is not there yet.
     bool isComposing() const { return m_isComposing; }
+    /// Whether Escape is the field's before it is the window's.
+    void setTakesEscape(bool takes) { m_takesEscape = takes; }
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
+Q_SIGNALS:
+    void escapePressed();
+
 protected:
+    bool event(QEvent* event) override;
     void changeEvent(QEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void enterEvent(QEnterEvent* event) override;
@@ -57,6 +62,7 @@ private:
     MenuTexts m_menuTexts;
     KeyboardFocus m_keyboardFocus;
     bool m_isComposing = false;
+    bool m_takesEscape = false;
 };
 
 } // namespace brevlin

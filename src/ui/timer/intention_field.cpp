@@ -23,6 +23,8 @@ IntentionField::IntentionField(AppModel& model, QWidget* parent)
     : TextField(Look::quiet, parent), m_model(model)
 {
     setAlignment(Qt::AlignHCenter);
+    setTakesEscape(true);
+    connect(this, &TextField::escapePressed, this, &IntentionField::giveUp);
     m_pause.setSingleShot(true);
     m_pause.setInterval(typingPause);
     connect(&m_pause, &QTimer::timeout, this, &IntentionField::take);
@@ -86,6 +88,18 @@ void IntentionField::finish()
     }
 }
 
+// First what is offered, then what was typed.
+void IntentionField::giveUp()
+{
+    if (!offered().isEmpty()) {
+        m_list->show({});
+        return;
+    }
+    setModified(false);
+    follow();
+    leave();
+}
+
 // The keyboard goes back to what holds it while nobody types.
 void IntentionField::leave()
 {
@@ -132,25 +146,6 @@ void IntentionField::choose(const QString& text)
     take();
 }
 
-bool IntentionField::event(QEvent* event)
-{
-    // Escape is the field's before it is the window's.
-    if (event->type() == QEvent::ShortcutOverride &&
-        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
-        event->accept();
-        return true;
-    }
-    return TextField::event(event);
-}
-
-void IntentionField::focusInEvent(QFocusEvent* event)
-{
-    TextField::focusInEvent(event);
-    if (event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason) {
-        selectAll();
-    }
-}
-
 void IntentionField::mousePressEvent(QMouseEvent* event)
 {
     TextField::mousePressEvent(event);
@@ -189,14 +184,6 @@ void IntentionField::keyPressEvent(QKeyEvent* event)
         }
         if (!offered().isEmpty()) {
             m_list->step(event->key() == Qt::Key_Down ? 1 : -1);
-        }
-    } else if (event->key() == Qt::Key_Escape && !isComposing()) {
-        if (!offered().isEmpty()) {
-            m_list->show({});
-        } else {
-            setModified(false);
-            follow();
-            leave();
         }
     } else {
         TextField::keyPressEvent(event);

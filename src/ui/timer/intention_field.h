@@ -27,8 +27,6 @@ public:
     QStringList offered() const;
 
 protected:
-    bool event(QEvent* event) override;
-    void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
@@ -38,6 +36,7 @@ private:
     void follow();
     void take();
     void finish();
+    void giveUp();
     void leave();
     void offer();
     void choose(const QString& text);

@@ -2,6 +2,7 @@
 
 #include "app/app_model.h"
 #include "app/time_text.h"
+#include "ui/controls/direct_paint.h"
 #include "ui/controls/numeric_text.h"
 #include "ui/controls/spoken_element.h"
 #include "ui/style/animation.h"
@@ -166,8 +167,15 @@ void TimerRingView::updateProgress()
 
 void TimerRingView::repaintArc(double progress)
 {
-    update(arcBounds(m_paintedProgress, progress));
+    const QRect part = arcBounds(m_paintedProgress, progress) & rect();
     m_paintedProgress = progress;
+    const bool isPainted = m_backdrop && paintDirectly(*this, part, [&](QPainter& painter) {
+                               painter.fillRect(part, Theme::of(*this).color(*m_backdrop));
+                               paint(painter, part);
+                           });
+    if (!isPainted) {
+        update(part);
+    }
 }
 
 void TimerRingView::showEvent(QShowEvent* event)
@@ -246,6 +254,11 @@ QRect TimerRingView::arcBounds(double from, double to) const
 void TimerRingView::paintEvent(QPaintEvent* event)
 {
     QPainter painter(this);
+    paint(painter, event->rect());
+}
+
+void TimerRingView::paint(QPainter& painter, const QRect& part) const
+{
     painter.setRenderHint(QPainter::Antialiasing);
     const Theme theme = Theme::of(*this);
     const ThemeColor color = phaseColor(m_phase);
@@ -254,7 +267,7 @@ void TimerRingView::paintEvent(QPaintEvent* event)
     const double inner = (circle().width() - m_metrics.lineWidth) / std::numbers::sqrt2 - 2;
     QRectF inside(0, 0, inner, inner);
     inside.moveCenter(QRectF(rect()).center());
-    if (!inside.contains(event->rect())) {
+    if (!inside.contains(part)) {
         QPen pen(theme.color(color, 0.12), m_metrics.lineWidth);
         pen.setCapStyle(Qt::FlatCap);
         painter.setPen(pen);
@@ -268,10 +281,10 @@ void TimerRingView::paintEvent(QPaintEvent* event)
             painter.drawArc(circle(), 90 * 16, -static_cast<int>(std::round(m_paintedProgress * fullTurn)));
         }
     }
-    if (event->rect().intersects(m_iconRect.toAlignedRect())) {
+    if (part.intersects(m_iconRect.toAlignedRect())) {
         paintPhaseIcon(painter, m_iconRect, m_phase, theme);
     }
-    if (!m_endText.isEmpty() && event->rect().intersects(m_endTextRect.toAlignedRect())) {
+    if (!m_endText.isEmpty() && part.intersects(m_endTextRect.toAlignedRect())) {
         painter.setFont(endTextFont(m_metrics.diameter));
         painter.setPen(theme.color(ThemeColor::secondaryLabel));
         const double lineHeight = m_endTextRect.height() / static_cast<double>(m_endLines.size());

@@ -59,6 +59,7 @@ private:
     QStringList endLines(double heightAbove) const;
     void layOut();
     void repaintArc(double progress);
+    void paint(QPainter& painter, const QRect& part) const;
     QRectF circle() const;
     bool liesInsideRing(const QRectF& place) const;
     QRect arcBounds(double from, double to) const;

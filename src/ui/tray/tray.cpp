@@ -13,6 +13,7 @@
 #include <QScreen>
 
 #include <cmath>
+#include <utility>
 
 namespace brevlin {
 
@@ -48,6 +49,7 @@ Tray::Tray(AppModel& model, SectionSelection& selection, StatusItem& item, Windo
     connect(&model, &AppModel::snapshotChanged, this, &Tray::refresh);
     connect(&model, &AppModel::remainingSecondsChanged, this, &Tray::refresh);
     connect(&model, &AppModel::preferencesChanged, this, &Tray::refresh);
+    paintPictures();
     refresh();
 }
 
@@ -58,13 +60,22 @@ Tray::~Tray()
 
 void Tray::refresh()
 {
+    m_item.setTexts(trayTexts(m_model));
+    m_item.setMenu(trayRows(m_model));
+    // They take a millisecond to paint, for which all else that a phase's end brings about does not wait.
+    if (m_shownPicture != pictureContent(m_model) && !std::exchange(m_paintsLater, true)) {
+        QMetaObject::invokeMethod(this, &Tray::paintPictures, Qt::QueuedConnection);
+    }
+}
+
+void Tray::paintPictures()
+{
+    m_paintsLater = false;
     const TrayPictureContent picture = pictureContent(m_model);
     if (m_shownPicture != picture) {
         m_shownPicture = picture;
         m_item.setPictures(trayPictures(picture));
     }
-    m_item.setTexts(trayTexts(m_model));
-    m_item.setMenu(trayRows(m_model));
 }
 
 // The point on the screen that a host means. Some have none to give, and some give points where others give

@@ -32,6 +32,7 @@ Q_SIGNALS:
 
 private:
     void refresh();
+    void paintPictures();
     QPoint clickedAnchor(int x, int y) const;
     QPoint rowAnchor() const;
     void togglePanel(const QPoint& anchor);
@@ -44,6 +45,7 @@ private:
     WindowSystem& m_windowSystem;
     const FloatingWindowSystem& m_panels;
     std::optional<TrayPictureContent> m_shownPicture;
+    bool m_paintsLater = false;
     std::unique_ptr<TrayPanel> m_panel; // made when it is first opened
 };
 

@@ -72,6 +72,31 @@ TEST_F(NumericTextTest, a_change_shows_one_picture_between_the_old_and_the_new)
     EXPECT_EQ(steps, 1);
 }
 
+TEST_F(NumericTextTest, a_change_on_known_paper_is_sent_as_it_would_be_painted)
+{
+    QWidget window;
+    NumericText clock(systemFont(24), &window);
+    clock.setPaper(QColor(Qt::yellow));
+    clock.setText(QStringLiteral("25:00"));
+    clock.setGeometry(QRect(QPoint(30, 10), clock.sizeHint()));
+    window.resize(200, 60);
+    window.show();
+    QApplication::processEvents();
+    QImage sent;
+    QPoint place;
+    style().setPictureSender([&](WId /*window*/, const QImage& picture, const QPoint& to) {
+        sent = picture.copy();
+        place = to;
+        return true;
+    });
+    clock.setText(QStringLiteral("25:01"));
+    style().setPictureSender({});
+    ASSERT_FALSE(sent.isNull());
+    EXPECT_LT(sent.width(), clock.width());
+    const QImage painted = window.grab().toImage().copy(QRect(place, sent.size()));
+    EXPECT_EQ(sent.convertToFormat(painted.format()), painted);
+}
+
 TEST_F(NumericTextTest, nothing_moves_where_motion_is_reduced)
 {
     text.setText(QStringLiteral("24:59"));

@@ -1,7 +1,14 @@
 #include "app/model_fixture.h"
 #include "platform/freedesktop/clock/system_time_zone.h"
 #include "storage/session_archive.h"
+#include "ui/controls/empty_state_view.h"
+#include "ui/controls/form.h"
+#include "ui/controls/moment_field.h"
+#include "ui/controls/switch_control.h"
+#include "ui/controls/text_field.h"
 #include "ui/screens/history/history_list.h"
+#include "ui/screens/history/history_view.h"
+#include "ui/screens/history/session_dialog.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -73,17 +80,17 @@ TEST(HistoryDays, a_row_says_what_is_known_also_of_strings_of_a_later_release)
                                          StoredRawValue<SessionOutcome>{"dreamt"});
     EXPECT_EQ(shownPhase(strange), TimerPhase::shortBreak);
     EXPECT_EQ(shownOutcome(strange), SessionOutcome::skipped);
-    const auto english = historyRowTexts(record(at(2, 15, 5), 1500), shanghai, AppLanguage::english);
+    const auto english = historyRowTexts(record(at(2, 15, 5), 1500), {}, shanghai, AppLanguage::english);
     EXPECT_EQ(english.timeRange, "2:40\u202fPM ～ 3:05\u202fPM");
     EXPECT_EQ(spokenHistoryRow(english, AppLanguage::english),
               "Focus, 2:40\u202fPM to 3:05\u202fPM, 25 min, Completed");
     const auto chinese =
-        historyRowTexts(record(at(2, 15, 5), 1500), Calendar{timeZoneOf("Asia/Shanghai"), "zh-Hans"},
+        historyRowTexts(record(at(2, 15, 5), 1500), {}, Calendar{timeZoneOf("Asia/Shanghai"), "zh-Hans"},
                         AppLanguage::simplifiedChinese);
     EXPECT_EQ(chinese.timeRange, "14:40 ～ 15:05");
     EXPECT_EQ(spokenHistoryRow(chinese, AppLanguage::simplifiedChinese),
               "专注，14:40 至 15:05，25 分钟，已完成");
-    EXPECT_LT(historyRowTexts(strange, shanghai, AppLanguage::english).duration.size(), 60U);
+    EXPECT_LT(historyRowTexts(strange, {}, shanghai, AppLanguage::english).duration.size(), 60U);
 }
 
 class HistoryListTest : public test::ModelTest
@@ -176,6 +183,178 @@ TEST_F(HistoryListTest, a_screen_reader_finds_every_row)
     press(Qt::Key_End);
     EXPECT_FALSE(row->state().offscreen);
     EXPECT_EQ(accessible->focusChild(), row);
+}
+
+TEST_F(HistoryListTest, several_rows_are_chosen_and_deleted_together_and_come_back)
+{
+    HistoryList& list = open(10);
+    const std::vector<SessionRecord> before = model().sessions();
+    press(Qt::Key_Down);
+    press(Qt::Key_Down);
+    QTest::keyClick(&list, Qt::Key_Down, Qt::ShiftModifier);
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, Qt::ControlModifier, list.rowRect(5).center());
+    press(Qt::Key_Delete);
+    EXPECT_EQ(list.rowCount(), 7U);
+    EXPECT_EQ(model().sessions()[1].id, before[3].id);
+    EXPECT_EQ(model().undoOffer().current()->count, 3U);
+    model().undo();
+    EXPECT_EQ(model().sessions(), before);
+    QTest::keyClick(&list, Qt::Key_A, Qt::ControlModifier);
+    press(Qt::Key_Delete);
+    EXPECT_EQ(list.rowCount(), 0U);
+}
+
+TEST_F(HistoryListTest, a_row_tells_what_it_was_for_and_what_waits_for_an_answer)
+{
+    HistoryList& list = open(1);
+    SessionRecord corrected = model().sessions()[0];
+    corrected.intention = "Write #thesis";
+    corrected.endedAt -= Seconds{60};
+    model().historyEditor().change(corrected);
+    EXPECT_TRUE(list.spokenText(0).endsWith(QStringLiteral("Completed, Write #thesis, Corrected")));
+}
+
+TEST(HistoryFilter, words_labels_dates_and_whole_intentions_are_found)
+{
+    SessionRecord thesis = record(at(2, 23, 59), 1500);
+    thesis.intention = "Write chapter 2026-05 #Thesis-2";
+    SessionRecord chinese = record(at(3, 0), 1500);
+    chinese.intention = "写论文 #毕业";
+    for (const auto& [text, findsThesis, findsChinese] : {std::tuple{"", true, true},
+                                                          {"  ", true, true},
+                                                          {"CHAPTER write", true, false},
+                                                          {"chapter nothing", false, false},
+                                                          {"#thesis", true, false},
+                                                          {"#hesis", false, false},
+                                                          {"＃毕业", false, true},
+                                                          {"论", false, true},
+                                                          {"2026-03-02", true, false},
+                                                          {"2026/3/3", false, true},
+                                                          {"2026年3月3日", false, true},
+                                                          {"2026-03", true, true},
+                                                          {"2026-03 #毕业", false, true},
+                                                          {"2026-3-32", false, false},
+                                                          {"\"写论文 #毕业\"", false, true},
+                                                          {"“写论文”", false, false}}) {
+        const HistoryFilter filter{text};
+        EXPECT_EQ(filter.matches(thesis, shanghai), findsThesis) << text;
+        EXPECT_EQ(filter.matches(chinese, shanghai), findsChinese) << text;
+    }
+    const HistoryDays days({chinese, thesis}, shanghai, HistoryFilter{"chapter"});
+    ASSERT_EQ(days.days().size(), 1U);
+    EXPECT_EQ(days.recordIndex(0), 1U);
+}
+
+class HistoryViewTest : public HistoryListTest
+{
+protected:
+    void openView()
+    {
+        open(3);
+        m_view = std::make_unique<HistoryView>(model());
+        m_view->resize(800, 500);
+        m_view->show();
+        QApplication::processEvents();
+    }
+    SessionDialog& dialog() { return *m_view->window()->findChild<SessionDialog*>(); }
+    template <typename Control>
+    Control& control(const char* name)
+    {
+        for (Control* each : dialog().findChildren<Control*>()) {
+            if (each->accessibleName() == QLatin1String(name)) {
+                return *each;
+            }
+        }
+        ADD_FAILURE() << name;
+        return *dialog().findChild<Control*>();
+    }
+    bool says(const char* text)
+    {
+        const auto labels = dialog().findChildren<FormLabel*>();
+        return std::any_of(labels.begin(), labels.end(), [text](const FormLabel* label) {
+            return label->isVisible() && label->text().contains(QLatin1String(text));
+        });
+    }
+
+    std::unique_ptr<HistoryView> m_view;
+};
+
+TEST_F(HistoryViewTest, a_record_is_corrected_by_the_keyboard_alone)
+{
+    openView();
+    auto* list = m_view->findChild<HistoryList*>();
+    list->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(list, Qt::Key_Return);
+    auto& end = control<MomentField>("End");
+    const QDateTime before = end.dateTime();
+    const SessionRecord record = model().sessions()[0];
+    QTest::keyClicks(&control<TextField>("Intention"), QStringLiteral("thesis"));
+    end.setDateTime(before.addSecs(-3600));
+    EXPECT_TRUE(says("It ends before it starts."));
+    end.setDateTime(before.addSecs(7200));
+    EXPECT_TRUE(says("It ends in the future."));
+    QTest::keyClick(&end, Qt::Key_Return);
+    EXPECT_EQ(model().sessions()[0], record) << "what cannot be is not saved";
+    end.setDateTime(before.addSecs(-240));
+    EXPECT_TRUE(says("20 min"));
+    QTest::keyClick(&end, Qt::Key_Return);
+    EXPECT_EQ(model().sessions()[0].intention.view(), "thesis");
+    EXPECT_NEAR((model().sessions()[0].endedAt - record.endedAt).count(), -240, 60);
+    EXPECT_EQ(model().sessions()[0].actualStartAt, record.actualStartAt) << "to the fraction of a second";
+    model().undo();
+    EXPECT_EQ(model().sessions()[0], record);
+}
+
+TEST_F(HistoryViewTest, a_forgotten_record_is_added_although_it_overlaps_another)
+{
+    openView();
+    QTest::keyClick(m_view->findChild<HistoryList*>(), Qt::Key_Insert);
+    control<MomentField>("Start").setDateTime(control<MomentField>("Start").dateTime().addSecs(-3600));
+    EXPECT_TRUE(says("Overlaps with Focus"));
+    QTest::keyClick(&control<MomentField>("Start"), Qt::Key_Return);
+    EXPECT_EQ(model().sessions().size(), 4U);
+    EXPECT_EQ(model().sessions()[0].timeZoneIdentifierAtStart.view(), "Europe/Berlin");
+}
+
+TEST_F(HistoryViewTest, an_intention_is_renamed_everywhere_in_one_step)
+{
+    openView();
+    for (const std::size_t row : {0U, 1U}) {
+        SessionRecord named = model().sessions()[row];
+        named.intention = "thesis";
+        model().historyEditor().change(named);
+    }
+    auto* list = m_view->findChild<HistoryList*>();
+    list->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(list, Qt::Key_Return);
+    control<TextField>("Intention").setText(QStringLiteral("#thesis"));
+    EXPECT_TRUE(says("Change it in all 2 records"));
+    dialog().findChild<SwitchControl*>()->click();
+    QTest::keyClick(&control<TextField>("Intention"), Qt::Key_Return);
+    EXPECT_EQ(model().sessions()[1].intention.view(), "#thesis");
+    model().undo();
+    EXPECT_EQ(model().sessions()[0].intention.view(), "thesis");
+    EXPECT_EQ(model().sessions()[1].intention.view(), "thesis");
+}
+
+TEST_F(HistoryViewTest, a_search_shows_what_it_finds_and_goes_with_escape)
+{
+    openView();
+    SessionRecord named = model().sessions()[1];
+    named.intention = "thesis";
+    model().historyEditor().change(named);
+    auto* list = m_view->findChild<HistoryList*>();
+    auto* search = m_view->findChild<TextField*>();
+    search->setFocus();
+    QTest::keyClicks(search, QStringLiteral("the"));
+    EXPECT_EQ(list->rowCount(), 1U);
+    QTest::keyClicks(search, QStringLiteral("x"));
+    EXPECT_TRUE(m_view->findChild<EmptyStateView*>()->isVisible());
+    QTest::keyClick(search, Qt::Key_Escape);
+    EXPECT_EQ(list->rowCount(), 3U);
+    EXPECT_TRUE(list->hasFocus());
+    m_view->setFilter(QStringLiteral("\"thesis\""));
+    EXPECT_EQ(list->rowCount(), 1U);
 }
 
 } // namespace

@@ -5,6 +5,8 @@
 #include "ui/tray/tray.h"
 #include "ui/tray/tray_panel_origin.h"
 
+#include <QApplication>
+
 #include <climits>
 
 namespace brevlin {
@@ -81,6 +83,7 @@ TEST_F(TrayTest, the_picture_changes_with_the_minute_and_the_state_only)
     const StatusPictures idle = item.pictures;
     EXPECT_EQ(idle.plain, idle.withClock);
     model().start();
+    QApplication::processEvents();
     EXPECT_EQ(item.pictures.plain, idle.plain);
     EXPECT_NE(item.pictures.withClock, idle.withClock);
     for (const StatusPicture& picture : item.pictures.withClock) {
@@ -88,12 +91,16 @@ TEST_F(TrayTest, the_picture_changes_with_the_minute_and_the_state_only)
     }
     const int before = item.pictureChanges;
     scheduler.advance(Seconds{59.5}); // from 25 to 24 when the first minute is over, not before
+    QApplication::processEvents();
     EXPECT_EQ(item.pictureChanges, before);
     scheduler.advance(Seconds{1});
+    QApplication::processEvents();
     EXPECT_EQ(item.pictureChanges, before + 1);
     model().pause();
+    QApplication::processEvents();
     EXPECT_EQ(item.pictureChanges, before + 2);
     model().switchToNextPhase();
+    QApplication::processEvents();
     EXPECT_NE(item.pictures.plain, idle.plain) << "a break";
 }
 

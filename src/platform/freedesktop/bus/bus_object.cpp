@@ -55,11 +55,7 @@ QDBusMessage refusal(const QDBusMessage& call, const QHash<QString, QString>& si
 
 BusObject::BusObject(MessageBus& bus, const QString& path, const QString& interface,
                      const QString& description)
-    : m_bus(bus)
-    , m_path(path)
-    , m_interface(interface)
-    , m_description(description)
-    , m_signatures(methodSignatures(description))
+    : m_bus(bus), m_path(path), m_interface(interface), m_description(description)
 {
     bus.whenOpen(this, [this] { m_bus.connection().registerVirtualObject(m_path, this); });
 }
@@ -89,6 +85,9 @@ bool BusObject::handleMessage(const QDBusMessage& message, const QDBusConnection
 
 QDBusMessage BusObject::reply(const QDBusMessage& message)
 {
+    if (m_signatures.isEmpty()) {
+        m_signatures = methodSignatures(m_description);
+    }
     const QDBusMessage refused = refusal(message, m_signatures);
     return refused.type() == QDBusMessage::ErrorMessage
                ? refused

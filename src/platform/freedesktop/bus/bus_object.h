@@ -40,7 +40,7 @@ private:
     QString m_path;
     QString m_interface;
     QString m_description;
-    QHash<QString, QString> m_signatures; // of the methods' arguments
+    QHash<QString, QString> m_signatures; // of the methods' arguments; read with the first call
 };
 
 } // namespace brevlin

@@ -4,8 +4,8 @@
 
 namespace brevlin {
 
-/// Runs tasks on the event loop of the thread that schedules them, precise to the millisecond and never
-/// early.
+/// Runs tasks on the event loop of the thread that schedules them, never early: once to the millisecond,
+/// again and again as exactly as the system wakes the thread.
 class QtTaskScheduler final : public TaskScheduler
 {
 public:

@@ -22,6 +22,7 @@ DesktopStatusItem::DesktopStatusItem(MessageBus& bus, TaskScheduler& scheduler)
 
 void DesktopStatusItem::followHost()
 {
+    m_item.setIsCollected(m_host.isCollecting());
     m_item.setShowsLabel(m_host.showsLabels());
     const bool isX11 = QGuiApplication::platformName() == QLatin1String("xcb");
     if (m_host.isAbsent() && isX11 && !m_xembed) {

@@ -100,10 +100,11 @@ void StatusNotifierHost::requestName()
 
 void StatusNotifierHost::ownerChanged(const QString& owner)
 {
+    const bool wasCollecting = isCollecting();
     m_owner = owner;
     m_nextAttempt.reset();
     m_nextLook.reset();
-    if (std::exchange(m_showsLabels, false)) {
+    if (std::exchange(m_showsLabels, false) || wasCollecting != isCollecting()) {
         Q_EMIT changed();
     }
     if (owner.isEmpty()) {

@@ -20,6 +20,8 @@ public:
 
     /// Nobody shows such items, as far as the bus has answered.
     bool isAbsent() const { return m_isAbsent; }
+    /// Whether somebody collects such items, who reads all of one that comes, and then listens.
+    bool isCollecting() const { return !m_owner.isEmpty(); }
     /// Whether the label is shown beside the picture, which then needs no clock of its own. Nothing in the
     /// protocol says so, and many hosts take the label from its signal without ever asking. Those are known
     /// by the names that the collector of the items also has on the bus; of any other it is believed once the

@@ -3,9 +3,9 @@
 #include "platform/freedesktop/tray/status_bus_types.h"
 
 #include <QDBusObjectPath>
-#include <QRegularExpression>
 #include <QStandardPaths>
 
+#include <algorithm>
 #include <utility>
 
 namespace brevlin {
@@ -75,8 +75,10 @@ StatusNotifierItem::StatusNotifierItem(MessageBus& bus) : BusObject(bus, path, i
 void StatusNotifierItem::setPictures(const StatusPictures& pictures)
 {
     if (std::exchange(m_pictures, pictures) != pictures) {
-        m_titleIsOld = true;
-        emitSignal("NewIcon");
+        tell("NewIcon");
+        if (std::exchange(m_toldTitle, m_texts.title) != m_texts.title) {
+            tell("NewTitle");
+        }
     }
 }
 
@@ -86,26 +88,31 @@ void StatusNotifierItem::setTexts(const StatusTexts& texts)
     if (old == texts) {
         return;
     }
-    if (std::exchange(m_titleIsOld, false)) {
-        emitSignal("NewTitle");
-    }
     if (!m_showsLabel) {
-        emitSignal("NewToolTip");
+        tell("NewToolTip");
     }
-    emitLabel();
+    tellLabel();
 }
 
 void StatusNotifierItem::setShowsLabel(bool showsLabel)
 {
     if (std::exchange(m_showsLabel, showsLabel) != showsLabel) {
-        emitSignal("NewIcon");
-        emitLabel();
+        tell("NewIcon");
+        tellLabel();
     }
 }
 
-void StatusNotifierItem::emitLabel()
+// Two signals a second that nobody hears would wake this program's thread for the bus, and the bus.
+void StatusNotifierItem::tell(const char* signal, const QVariantList& arguments) const
 {
-    emitSignal("XAyatanaNewLabel", {label(), labelGuide()});
+    if (m_isCollected) {
+        emitSignal(signal, arguments);
+    }
+}
+
+void StatusNotifierItem::tellLabel() const
+{
+    tell("XAyatanaNewLabel", {label(), labelGuide()});
 }
 
 QString StatusNotifierItem::label() const
@@ -116,8 +123,10 @@ QString StatusNotifierItem::label() const
 // The widest that the label gets, so that its neighbours stand still.
 QString StatusNotifierItem::labelGuide() const
 {
-    static const QRegularExpression digit(QStringLiteral("[0-9]"));
-    return label().replace(digit, QStringLiteral("0"));
+    QString guide = label();
+    std::ranges::replace_if(
+        guide, [](QChar character) { return character.isDigit(); }, QLatin1Char('0'));
+    return guide;
 }
 
 QVariantMap StatusNotifierItem::properties() const

@@ -24,6 +24,8 @@ public:
     void setPictures(const StatusPictures& pictures);
     void setTexts(const StatusTexts& texts);
     void setShowsLabel(bool showsLabel);
+    /// Whether anybody listens; at first nobody does.
+    void setIsCollected(bool isCollected) { m_isCollected = isCollected; }
 
 Q_SIGNALS:
     void activated(int x, int y);
@@ -39,12 +41,14 @@ protected:
 private:
     QString label() const;
     QString labelGuide() const;
-    void emitLabel();
+    void tell(const char* signal, const QVariantList& arguments = {}) const;
+    void tellLabel() const;
 
     StatusPictures m_pictures;
     StatusTexts m_texts;
     bool m_showsLabel = false;
-    bool m_titleIsOld = false; // the host's, which is renewed together with the picture
+    bool m_isCollected = false;
+    std::string m_toldTitle; // the host's, which is renewed together with the picture
 };
 
 } // namespace brevlin

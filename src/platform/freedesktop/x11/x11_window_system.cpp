@@ -72,6 +72,11 @@ std::unique_ptr<PressWatch> X11WindowSystem::watchPresses(std::function<void()> 
     return std::make_unique<X11PressWatch>(m_x11, std::move(pressed));
 }
 
+bool X11WindowSystem::putPixels(WindowId window, const Pixels& pixels)
+{
+    return m_pixels.put(static_cast<xcb_window_t>(window), pixels);
+}
+
 bool X11WindowSystem::showWindowMenu(WindowId window, int x, int y)
 {
     if (!m_x11.isConnected() || !m_x11.managerSupports(m_x11.atom("_GTK_SHOW_WINDOW_MENU"))) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/freedesktop/x11/x11_connection.h"
+#include "platform/freedesktop/x11/x11_pixels.h"
 #include "platform/window_system.h"
 
 #include <QAbstractNativeEventFilter>
@@ -27,6 +28,7 @@ public:
     bool isComposited() const override;
     void setShadowMargins(WindowId window, const Extents& extents) override;
     std::unique_ptr<PressWatch> watchPresses(std::function<void()> pressed) override;
+    bool putPixels(WindowId window, const Pixels& pixels) override;
     bool showWindowMenu(WindowId window, int x, int y) override;
     void activate(WindowId window, const std::string& token) override;
 
@@ -34,6 +36,7 @@ private:
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
 
     X11Connection m_x11;
+    X11Pixels m_pixels{m_x11};
     std::function<void()> m_supportChangeHandler;
 };
 

@@ -9,16 +9,13 @@
 
 #include <QFontMetricsF>
 #include <QPainter>
-#include <qdrawutil.h>
 
 #include <algorithm>
-#include <utility>
 
 namespace brevlin {
 
 namespace {
 
-constexpr int cardPictureSize = 82; // both corners with their shadows, and two points between them
 constexpr double padding = 16;
 constexpr double badgeSize = 32;
 constexpr double iconSize = 26;
@@ -70,38 +67,14 @@ HistoryPainter::HistoryPainter()
     , m_intention(textFont(TextRole::caption))
 {}
 
-// Shadow and corners take longer to draw than all the rows of a screen, and are the same on every card.
-const QPixmap& HistoryPainter::cardPicture(double scale, const Theme& theme)
-{
-    if (!m_card || m_card->theme != theme || m_card->scale != scale) {
-        QPixmap pixmap((QSizeF(cardPictureSize, cardPictureSize) * scale).toSize());
-        pixmap.setDevicePixelRatio(scale);
-        pixmap.fill(Qt::transparent);
-        QPainter painter(&pixmap);
-        painter.setRenderHint(QPainter::Antialiasing);
-        const QRect whole(0, 0, cardPictureSize, cardPictureSize);
-        paintCardSurface(painter, whole.marginsRemoved(CardSurface::shadowMargins), theme);
-        m_card = CardPicture{std::move(pixmap), theme, scale};
-    }
-    return m_card->pixmap;
-}
-
 void HistoryPainter::paintCard(QPainter& painter, const QRect& card, const QRect& visible, const Theme& theme)
 {
     // A card of a thousand rows is cut to what can be seen of it, with its ends beyond the edges.
-    constexpr int beyond = cardPictureSize;
+    constexpr int beyond = 82;
     QRect part = card.marginsAdded(CardSurface::shadowMargins);
     part.setTop(std::max(part.top(), visible.top() - beyond));
     part.setBottom(std::min(part.bottom(), visible.bottom() + beyond));
-    const QPixmap& picture = cardPicture(pixelsPerPoint(painter), theme);
-    const int border = (cardPictureSize - 2) / 2;
-    const auto scaled = [&](int points) {
-        return static_cast<int>(points * picture.devicePixelRatio());
-    };
-    const QMargins target(border, border, border, border);
-    const QMargins source(scaled(border), scaled(border), scaled(border), scaled(border));
-    qDrawBorderPixmap(&painter, part, target, picture, QRect(QPoint(), picture.size()), source,
-                      QTileRules(Qt::StretchTile));
+    paintCardSurface(painter, part, theme, CardGround::unknown);
 }
 
 void HistoryPainter::paintHeader(QPainter& painter, const QRect& header, const QString& date,

@@ -5,11 +5,8 @@
 #include "ui/style/theme.h"
 
 #include <QFont>
-#include <QPixmap>
 #include <QRect>
 #include <QString>
-
-#include <optional>
 
 class QPainter;
 
@@ -31,25 +28,16 @@ public:
     HistoryPainter();
 
     /// The card without its contents; `visible` is the part that matters.
-    void paintCard(QPainter& painter, const QRect& card, const QRect& visible, const Theme& theme);
+    static void paintCard(QPainter& painter, const QRect& card, const QRect& visible, const Theme& theme);
     void paintHeader(QPainter& painter, const QRect& header, const QString& date, const QString& summary,
                      const Theme& theme) const;
     void paintRow(QPainter& painter, const QRect& row, const SessionRecord& record,
                   const HistoryRowTexts& texts, const HistoryRowState& state, const Theme& theme) const;
 
 private:
-    struct CardPicture
-    {
-        QPixmap pixmap; // of a small card, to be stretched in its middle
-        Theme theme;
-        double scale;
-    };
-
     void paintTitle(QPainter& painter, const QRectF& room, const HistoryRowTexts& texts,
                     SessionOutcome outcome, const Theme& theme) const;
-    const QPixmap& cardPicture(double scale, const Theme& theme);
 
-    std::optional<CardPicture> m_card;
     QFont m_date;
     QFont m_summary;
     QFont m_phase;

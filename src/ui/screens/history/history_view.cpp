@@ -51,10 +51,8 @@ HistoryView::HistoryView(AppModel& model, QWidget* parent)
         m_search->setFocus(Qt::ShortcutFocusReason);
         m_search->selectAll();
     });
-    // Takes back the search before it is the window's.
-    auto* escape = new QShortcut(Qt::Key_Escape, m_search);
-    escape->setContext(Qt::WidgetShortcut);
-    connect(escape, &QShortcut::activated, this, [this] {
+    m_search->setTakesEscape(true);
+    connect(m_search, &TextField::escapePressed, this, [this] {
         m_search->clear();
         m_list->setFocus(Qt::OtherFocusReason);
     });

@@ -15,6 +15,7 @@
 
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 
 #include <algorithm>
 #include <chrono>
@@ -109,7 +110,6 @@ SessionDialog::SessionDialog(AppModel& model, const std::optional<Uuid>& record,
     connect(m_start, &QDateTimeEdit::dateTimeChanged, this, &SessionDialog::refresh);
     connect(m_end, &QDateTimeEdit::dateTimeChanged, this, &SessionDialog::refresh);
     connect(m_intention, &QLineEdit::textChanged, this, &SessionDialog::refresh);
-    connect(m_intention, &QLineEdit::returnPressed, m_save, &QAbstractButton::click);
     connect(m_cancel, &QAbstractButton::clicked, this, &QDialog::reject);
     connect(m_save, &QAbstractButton::clicked, this, &SessionDialog::save);
     connect(&model, &AppModel::preferencesChanged, this, &SessionDialog::translate);
@@ -306,6 +306,17 @@ void SessionDialog::refresh()
     }
     m_save->setEnabled(!problemOf(now, m_model.now()) && (!m_record || !(now == m_before)));
     fit();
+}
+
+// From a field Return saves.
+void SessionDialog::keyPressEvent(QKeyEvent* event)
+{
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (isReturn && qobject_cast<PlainButton*>(focusWidget()) == nullptr) {
+        m_save->click();
+    } else {
+        AlertDialog::keyPressEvent(event);
+    }
 }
 
 void SessionDialog::save()

@@ -27,6 +27,9 @@ public:
     /// For a new record, one that ended just now, where no identifier is given.
     SessionDialog(AppModel& model, const std::optional<Uuid>& record, QWidget* parent);
 
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
 private:
     void layOut();
     FormLabel* addRow(QGridLayout& grid, const BilingualText& title, QWidget* control);
