@@ -21,7 +21,7 @@ constexpr BilingualText autoStartFocusText{"完成休息后自动开始专注", 
 constexpr BilingualText absencesText{"离开后询问", "Ask about time away"};
 constexpr BilingualText absencesNoteText{
     "专注期间电脑睡眠或锁屏达到 3 分钟时，回来后询问这段时间是否计入。",
-    "After 3 minutes of sleep or a locked screen in a focus phase, asks whether that time counts."};
+    "After 3 minutes of sleep or a locked screen in a focus phase, asks if they count."};
 constexpr BilingualText decreaseText{"减少", "Decrease"};
 constexpr BilingualText increaseText{"增加", "Increase"};
 
