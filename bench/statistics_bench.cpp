@@ -1,5 +1,6 @@
 // What the figures of a long history cost.
 
+#include "core/focus_breakdown.h"
 #include "core/intention_index.h"
 #include "core/statistics_calculator.h"
 #include "platform/freedesktop/clock/system_time_zone.h"
@@ -52,6 +53,19 @@ std::vector<SessionRecord> withDaysOff(std::vector<SessionRecord> records)
     return records;
 }
 
+/// In every second one of many texts, each of which the records share as those of a file do.
+std::vector<SessionRecord> withIntentions(std::vector<SessionRecord> records)
+{
+    std::vector<SharedText> texts;
+    for (int index = 0; index < 400; ++index) {
+        texts.emplace_back("Chapter " + std::to_string(index) + " #book #part" + std::to_string(index % 30));
+    }
+    for (std::size_t index = 0; index < records.size(); ++index) {
+        records[index].intention = index % 4 < 2 ? texts[index % texts.size()] : SharedText();
+    }
+    return records;
+}
+
 } // namespace
 
 int main()
@@ -61,6 +75,8 @@ int main()
     const Calendar calendar(timeZoneOf("Europe/Berlin"), "de_DE");
     const Instant anchor = now - Seconds{400.0 * 86'400.0}; // the year before, which is complete
 
+    const std::vector<SessionRecord> intended = withIntentions(records);
+    const DateInterval wholeYear = calendar.interval(CalendarUnit::year, anchor);
     const std::vector<SessionRecord> restful = withDaysOff(history(116'667));
     const FocusCounts restfulCounts(restful);
     const FocusCounts counts(records);
@@ -69,6 +85,8 @@ int main()
     std::vector<double> restfulSummary;
     std::vector<double> longSummary;
     std::vector<double> year;
+    std::vector<double> byIntention;
+    std::vector<double> byLabel;
     std::int64_t checksum = 0; // keeps the work from being left out
     for (int turn = 0; turn < turns; ++turn) {
         longSummary.push_back(seconds([&] {
@@ -88,6 +106,12 @@ int main()
                 StatisticsCalculator::calculatePeriod(records, StatisticsGranularity::year, anchor, calendar)
                     .completedPomodoros;
         }));
+        const auto breakDown = [&](std::vector<double>& times, FocusGrouping grouping) {
+            times.push_back(seconds(
+                [&] { checksum += focusBreakdown(intended, wholeYear, grouping).groups.front().phases; }));
+        };
+        breakDown(byIntention, FocusGrouping::intention);
+        breakDown(byLabel, FocusGrouping::label);
     }
     // As if no phase had ever been for the same thing twice.
     std::vector<SessionRecord> named = records;
@@ -111,6 +135,8 @@ int main()
     printTime("calculate, 100,000, never a day off", summary, 0.4e-3);
     printTime("calculate, 1,000,000, never a day off", longSummary, 4e-3);
     printTime("calculatePeriod of a year, 100,000 records", year, 0.05e-3);
+    printTime("focusBreakdown of a year by intention, 100,000 records", byIntention, 2e-3);
+    printTime("focusBreakdown of a year by label, 100,000 records", byLabel, 2e-3);
     printTime("two suggestions, 100,000 different intentions", suggestions, 10e-3);
     return EXIT_SUCCESS;
 }

@@ -1,5 +1,6 @@
 #include "composition.h"
 
+#include "app/absence_announcer.h"
 #include "app/app_model.h"
 #include "app/capsule_choreography.h"
 #include "application.h"
@@ -98,6 +99,8 @@ private:
     DocumentDisk disk() { return {m_defaults, m_documents, m_scheduler, m_clock}; }
     AppModelParts modelParts(const UserFolders& folders);
     ImportDesk::Parts importParts();
+    UserNotificationCenter& absenceCenter();
+    std::string activationToken() const;
     void connectQuitting(const Application& application);
     void followAppearance();
     void applyAppearance();
@@ -133,7 +136,9 @@ private:
     std::optional<ColorScheme> m_shownScheme;
     std::optional<bool> m_wasDark; // what the store has, or will have
     MainWindowStore m_windowStore;
+    std::unique_ptr<DesktopNotificationCenter> m_absenceCenter; // made for the first question
     AppModel m_model;
+    AbsenceAnnouncer m_absenceAnnouncer;
     ImportDesk m_importDesk;
     CapsuleChoreography m_capsule;
     SectionSelection m_selection;
@@ -168,6 +173,7 @@ Composition::Parts::Parts(Application& application, BusStart& buses, const UserF
     , m_desktopScheme(Theme::of(QApplication::palette()).scheme())
     , m_windowStore(disk())
     , m_model(modelParts(folders))
+    , m_absenceAnnouncer(m_model, [this]() -> UserNotificationCenter& { return absenceCenter(); })
     , m_importDesk(importParts())
     , m_capsule(m_capsuleController, m_scheduler, m_model)
     , m_selection(m_windowStore)
@@ -202,7 +208,7 @@ Composition::Parts::Parts(Application& application, BusStart& buses, const UserF
     QObject::connect(&m_window, &MainWindow::settingsRequested, &m_settingsWindow,
                      [this] { m_settingsWindow.present(); });
     QObject::connect(&m_model, &AppModel::mainWindowActivationRequested, &m_window,
-                     [this] { showWindow(m_notificationCenter.activationToken()); });
+                     [this] { showWindow(activationToken()); });
     QObject::connect(&instance, &ApplicationInstance::requested, &m_window,
                      [this](const InstanceRequest& request) { follow(request); });
     instance.setCommandHandler(
@@ -234,6 +240,23 @@ AppModelParts Composition::Parts::modelParts(const UserFolders& folders)
             std::make_unique<LaunchAtLoginService>(m_loginItem),
             timeLocale(),
             &m_capsuleController};
+}
+
+// Beside the announcements of the timer, so that neither takes the other's place on the screen.
+UserNotificationCenter& Composition::Parts::absenceCenter()
+{
+    if (!m_absenceCenter) {
+        m_absenceCenter = std::make_unique<DesktopNotificationCenter>(
+            std::make_unique<DBusNotificationServer>(m_sessionBus), m_clock, m_scheduler);
+    }
+    return *m_absenceCenter;
+}
+
+// Of the notification that has just been chosen.
+std::string Composition::Parts::activationToken() const
+{
+    const std::string& token = m_notificationCenter.activationToken();
+    return token.empty() && m_absenceCenter ? m_absenceCenter->activationToken() : token;
 }
 
 ImportDesk::Parts Composition::Parts::importParts()
@@ -349,7 +372,7 @@ void Composition::Parts::showWindow(const std::string& activationToken)
     }
 }
 
-// Beside the announcements of the timer, so that neither takes the other's place on the screen.
+// On a centre of its own, too.
 void Composition::Parts::notify(const std::string& title, const std::string& text)
 {
     if (!m_messageCenter) {

@@ -23,7 +23,7 @@ bool isCompleted(const SessionRecord& record)
     return outcome && isCompletion(*outcome);
 }
 
-bool isCompletedFocus(const SessionRecord& record)
+bool isCompletedFocusRecord(const SessionRecord& record)
 {
     return isFocus(record) && isCompleted(record);
 }
@@ -35,12 +35,6 @@ Sessions::iterator firstBefore(Sessions sessions, Instant instant)
 {
     return std::partition_point(sessions.begin(), sessions.end(),
                                 [instant](const SessionRecord& record) { return record.endedAt >= instant; });
-}
-
-Sessions endedWithin(Sessions sessions, const DateInterval& interval)
-{
-    const auto first = firstBefore(sessions, interval.end);
-    return {first, std::max(first, firstBefore(sessions, interval.start))};
 }
 
 /// The completed focus records of one set, added up.
@@ -78,7 +72,7 @@ std::int64_t currentStreak(Sessions sessions, LocalDay today, const Calendar& ca
             if (record->endedAt >= begin + longestDate) {
                 break;
             }
-            if (isCompletedFocus(*record) && calendar.localDay(record->endedAt) == day) {
+            if (isCompletedFocusRecord(*record) && calendar.localDay(record->endedAt) == day) {
                 return true;
             }
         }
@@ -141,13 +135,13 @@ FocusCounts::FocusCounts(std::span<const SessionRecord> sessions)
 void FocusCounts::add(const SessionRecord& record)
 {
     attempted += isFocus(record) ? 1 : 0;
-    completed += isCompletedFocus(record) ? 1 : 0;
+    completed += isCompletedFocusRecord(record) ? 1 : 0;
 }
 
 void FocusCounts::remove(const SessionRecord& record)
 {
     attempted -= isFocus(record) ? 1 : 0;
-    completed -= isCompletedFocus(record) ? 1 : 0;
+    completed -= isCompletedFocusRecord(record) ? 1 : 0;
 }
 
 StatisticsSummary StatisticsCalculator::calculate(std::span<const SessionRecord> sessions, Instant now,
@@ -166,7 +160,7 @@ StatisticsSummary StatisticsCalculator::calculate(std::span<const SessionRecord>
     const auto first = sessions.begin();
     for (const SessionRecord& record : Sessions{first, firstBefore(sessions, calendar.start(firstDay))}) {
         const auto age = (today - calendar.localDay(record.endedAt)).count();
-        if (isCompletedFocus(record) && age >= 0 && age < summaryDayCount) {
+        if (isCompletedFocusRecord(record) && age >= 0 && age < summaryDayCount) {
             recent.at(static_cast<std::size_t>(age)).add(record);
         }
     }
@@ -184,6 +178,17 @@ StatisticsSummary StatisticsCalculator::calculate(std::span<const SessionRecord>
         }
     }
     return summary;
+}
+
+Sessions StatisticsCalculator::endedWithin(Sessions sessions, const DateInterval& interval)
+{
+    const auto first = firstBefore(sessions, interval.end);
+    return {first, std::max(first, firstBefore(sessions, interval.start))};
+}
+
+bool StatisticsCalculator::isCompletedFocus(const SessionRecord& record)
+{
+    return isCompletedFocusRecord(record);
 }
 
 PeriodStatistics StatisticsCalculator::calculatePeriod(std::span<const SessionRecord> sessions,

@@ -114,6 +114,12 @@ StatisticsSummary calculate(std::span<const SessionRecord> sessions, const Focus
 PeriodStatistics calculatePeriod(std::span<const SessionRecord> sessions, StatisticsGranularity granularity,
                                  Instant anchor, const Calendar& calendar);
 
+/// The records of the period.
+std::span<const SessionRecord> endedWithin(std::span<const SessionRecord> sessions,
+                                           const DateInterval& interval);
+/// Whether the record counts in the focus time.
+bool isCompletedFocus(const SessionRecord& record);
+
 } // namespace StatisticsCalculator
 
 } // namespace brevlin

@@ -1,3 +1,5 @@
+#include "app/absence_announcer.h"
+#include "app/absence_text.h"
 #include "app/model_fixture.h"
 #include "support/record_differences.h"
 
@@ -367,6 +369,40 @@ TEST_F(HistoryTest, two_absences_are_two_questions_one_after_the_other)
     EXPECT_FALSE(isAsking());
     scheduler.advance(Seconds{1500});
     EXPECT_EQ(latest().pauseDuration, Seconds{240});
+}
+
+TEST_F(HistoryTest, a_notification_asks_once_about_what_the_window_asks_and_goes_with_the_answer)
+{
+    test::FakeNotificationCenter questions;
+    launchAndStart();
+    m_session = model().snapshot().sessionID;
+    const AbsenceAnnouncer announcer(model(), [&]() -> UserNotificationCenter& { return questions; });
+    const auto goAndComeBack = [this] {
+        model().setSessionLocked(true);
+        scheduler.advance(Seconds{240});
+        model().setSessionLocked(false);
+    };
+    goAndComeBack();
+    scheduler.advance(Seconds{60});
+    goAndComeBack();
+    ASSERT_EQ(questions.pending.size(), 1U) << "the second waits for the answer to the first";
+    EXPECT_EQ(questions.pending[0].title, "You were away from 08:13 to 08:17.");
+    questions.respond(defaultNotificationActionIdentifier, questions.pending[0].userInfo);
+    EXPECT_EQ(details().absences[0].decision, undecided);
+    questions.respond(questions.categories[0].actions[1].identifier, questions.pending[0].userInfo);
+    EXPECT_EQ(details().absences[0].decision, doNotCount);
+    ASSERT_EQ(questions.pending.size(), 1U);
+    EXPECT_EQ(questions.pending[0].userInfo.at("absence"), "1");
+    model().absences().putAside();
+    EXPECT_TRUE(questions.pending.empty());
+    EXPECT_EQ(center.pending.size(), 1U) << "the end of the phase is announced beside it";
+    const auto mark = [&](std::size_t index, AppLanguage language) {
+        return AbsenceText::mark(details().absences[index], model().calendar(), language);
+    };
+    EXPECT_EQ(mark(0, AppLanguage::english), "Away 08:13 – 08:17, not counted");
+    EXPECT_EQ(mark(1, AppLanguage::simplifiedChinese), "08:18 – 08:22 离开，尚未回答");
+    model().decideAbsence(*m_session, 1, endAtStart);
+    EXPECT_EQ(mark(1, AppLanguage::english), "Left at 08:18, ended then");
 }
 
 TEST_F(HistoryTest, an_answer_while_the_phase_runs_moves_its_end_or_ends_it)

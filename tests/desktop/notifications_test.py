@@ -1,9 +1,11 @@
 """What a person sees of a phase's end while the window is closed, with a real notification server."""
 
+import json
 import shlex
 import signal
+import uuid
 
-from harness import REFERENCE_DATE, DesktopTest, holds_for, main, now, wait_for
+from harness import REFERENCE_DATE, DesktopTest, holds_for, main, now, read_json, wait_for
 
 START_NEXT = "Start next phase"
 STOP = "Stop alert"
@@ -11,6 +13,8 @@ STOP = "Stop alert"
 # Where the window has the buttons of a phase that waits, in pixels from its corner.
 SKIP_PLACE = (403, 578)
 START_NEXT_PLACE = (513, 578)
+# Where it asks about time away.
+DO_NOT_COUNT_PLACE = (708, 94)
 
 LOGGING_SCRIPT = """#!/bin/sh
 printf '%s|%s|%s|%s|%s\\n' "$DUNST_SUMMARY" "$DUNST_BODY" "$DUNST_URGENCY" "$DUNST_DESKTOP_ENTRY" "$DUNST_TIMEOUT" >> {log}
@@ -170,10 +174,58 @@ class Notifications(DesktopTest):
         self.server.choose(START_NEXT)
         self.desktop.wait_for_state("running", 2)
 
-    def test_sleep_across_the_end_gives_one_announcement_also_when_the_waking_is_never_told(self):
+    def start_logind(self):
         self.desktop.start_bus("DBUS_SYSTEM_BUS_ADDRESS")
-        logind = self.desktop.start_mock("--system", "--template", "logind", variable="DBUS_SYSTEM_BUS_ADDRESS",
-                                         name="org.freedesktop.login1", path="/org/freedesktop/login1")
+        return self.desktop.start_mock("--system", "--template", "logind", variable="DBUS_SYSTEM_BUS_ADDRESS",
+                                       name="org.freedesktop.login1", path="/org/freedesktop/login1")
+
+    def details(self):
+        return read_json(self.desktop.data / "session-details-v1.json")["details"]
+
+    def sleep_through_five_minutes(self):
+        """Of a focus phase. The sleep of the test goes on where a stored one has just ended, so that nobody waits."""
+        logind = self.start_logind()
+        self.server.start()
+        phase, self.left = str(uuid.uuid4()).upper(), now() - 300
+        self.desktop.store_timer({"phase": "focus", "runState": "running", "plannedDuration": 1500, "sessionID": phase,
+                                  "startedAt": now() - 600, "expectedEndAt": now() + 900, "accumulatedPauseSeconds": 0,
+                                  "interruptionCount": 0, "completedFocusCount": 0})
+        self.desktop.data.mkdir(mode=0o700, parents=True)
+        (self.desktop.data / "session-details-v1.json").write_text(json.dumps({"details": [
+            {"absences": [{"decision": "undecided", "end": now() + 5, "start": self.left}], "asRecorded": None,
+             "beforeAbsences": None, "id": phase, "pauses": []}], "version": 1}))
+        self.start(focus=1500)
+        for is_asleep in (True, True, False, False):  # as elogind tells it
+            logind.EmitSignal("org.freedesktop.login1.Manager", "PrepareForSleep", "b", [is_asleep])
+        self.wait_for_banner()
+
+    def test_time_away_is_asked_about_once_and_the_answer_of_the_notification_counts(self):
+        self.sleep_through_five_minutes()
+        (title, body, *_), = self.server.shown()
+        self.assertRegex(title, r"^You were away from \d\d:\d\d to \d\d:\d\d\.$")
+        self.assertEqual(body, "Does this time count as focus?")
+        end = f"End at {title.split()[4]}"
+        self.assertCountEqual([label for label in self.server.buttons() if label], ["Keep", "Do not count", end])
+        holds_for("the question", lambda: self.server.count() == 1, 1)
+        self.server.choose(end)
+        record, = self.desktop.wait_for_records(1)
+        self.assertEqual((record["outcomeRawValue"], record["endedAt"]), ("endedEarly", self.left))
+        self.wait_for_empty_screen()
+        self.assertEqual(len(self.server.shown()), 1)
+
+    def test_a_kill_during_the_question_changes_nothing_and_the_window_asks_on(self):
+        self.sleep_through_five_minutes()
+        before = self.details(), self.desktop.timer()
+        self.desktop.stop(self.process, signal.SIGKILL)
+        _, window = self.start_and_wait()
+        self.assertEqual((self.details(), self.desktop.timer()), before)
+        self.desktop.click(window, *DO_NOT_COUNT_PLACE)
+        wait_for("a later end", lambda: self.desktop.timer()["expectedEndAt"] - before[1]["expectedEndAt"] > 299)
+        wait_for("the answer", lambda: self.details()[0]["absences"][0]["decision"] == "doNotCount")
+        self.assertEqual(len(self.server.shown()), 1, "it is asked by a notification once")
+
+    def test_sleep_across_the_end_gives_one_announcement_also_when_the_waking_is_never_told(self):
+        logind = self.start_logind()
         self.server.start()
         self.start(focus=3)
         running = self.desktop.start_phase()

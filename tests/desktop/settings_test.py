@@ -14,15 +14,15 @@ OTHERS = {
                       "alertIntensity": "strong"},
     "showTopCapsuleWhileRunning": False, "playCompletionSound": False, "topTimerAppearance": "light",
     "appLanguage": "english"}
-# From one control to the next by Tab, and the keys that change it. Two are passed by: the button of the notification row,
-# which is there because there is no server, and the language, which is changed last.
-KEYS = (("4", "2", "Return"), ("Up",), ("Down",), ("Up",), ("space",), ("space",), ("Right",), ("space",), (), (),
+# From one control to the next by Tab, and the keys that change it. Three are passed by: the question about time away, the
+# button of the notification row, which is there because there is no server, and the language, which is changed last.
+KEYS = (("4", "2", "Return"), ("Up",), ("Down",), ("Up",), ("space",), ("space",), (), ("Right",), ("space",), (), (),
         ("Left",), ("space",))
 
 # Places in the window of its own, in pixels from its corner, while it is not scrolled.
 PLUS, MINUS = (484, 72), (445, 72)
 SWITCHES = {"autoStartBreaks": (480, 255), "autoStartFocus": (480, 301)}
-GENTLE, STRONG = (290, 399), (456, 399)
+GENTLE, STRONG = (290, 462), (456, 462)
 
 
 class Settings(DesktopTest):
@@ -49,11 +49,11 @@ class Settings(DesktopTest):
         desktop.set_preferences(1500, 300, 900, sound=True)
         process, _ = self.start_and_wait()
         self.open_window("设置")
-        for keys in KEYS[:8]:
+        for keys in KEYS[:9]:
             desktop.press("Tab", *keys)
         wait_for("no sound", lambda: not self.stored()["playCompletionSound"])
         self.assertTrue(self.stored()["showTopCapsuleWhileRunning"], "the sound's switch is the sound's")
-        for keys in KEYS[8:]:
+        for keys in KEYS[9:]:
             desktop.press("Tab", *keys)
         wait_for("the changed capsule", lambda: not self.stored()["showTopCapsuleWhileRunning"])
         desktop.press("shift+Tab", "shift+Tab", "Right")

@@ -5,6 +5,7 @@
 #include "ui/capsule/top_capsule_view.h"
 #include "ui/controls/brevlin_style.h"
 #include "ui/controls/capsule_button.h"
+#include "ui/controls/segmented_picker.h"
 #include "ui/controls/text_field.h"
 #include "ui/main/main_window.h"
 #include "ui/main/message_dialog.h"
@@ -14,6 +15,7 @@
 #include "ui/screens/history/history_view.h"
 #include "ui/screens/history/session_dialog.h"
 #include "ui/screens/settings/clear_history_dialog.h"
+#include "ui/screens/statistics/breakdown_card.h"
 #include "ui/style/built_in_fonts.h"
 #include "ui/style/contrast.h"
 #include "ui/style/theme.h"
@@ -139,12 +141,21 @@ protected:
                 scheduler.advance(Seconds{60});
                 model().endCurrentPhase(); // so that there is a history
                 model().skipPendingPhase();
+                model().setIntention("Write #thesis #2026");
+                model().advance();
+                scheduler.advance(Seconds{2000});
                 model().skipPendingPhase();
+                model().dismissCompletion();
                 const std::string where =
                     std::string(rawValue(language)) + (scheme == ColorScheme::dark ? " dark " : " light ");
                 look(where + "idle");
                 model().start();
                 look(where + "running");
+                events.observer.willSleep();
+                clock.jump(Seconds{300});
+                events.observer.didWake();
+                look(where + "back");
+                model().absences().putAside();
                 model().pause();
                 look(where + "paused");
                 model().resume();
@@ -180,6 +191,11 @@ TEST_F(EveryText, is_whole_and_can_be_read_in_the_main_window)
             settle();
             expectWhole(window, screen);
             expectLegible(window, screen);
+            if (section == AppSection::statistics) {
+                window.findChild<BreakdownCard*>()->findChildren<Segment*>().back()->click(); // by label
+                settle();
+                expectWhole(window, screen + " by label");
+            }
         }
     });
 }

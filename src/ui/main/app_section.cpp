@@ -33,4 +33,10 @@ void SectionSelection::select(AppSection section)
     Q_EMIT sectionChanged();
 }
 
+void SectionSelection::showHistory(const QString& filter)
+{
+    m_filter = filter;
+    select(AppSection::history);
+}
+
 } // namespace brevlin

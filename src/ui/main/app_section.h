@@ -4,9 +4,11 @@
 #include "core/raw_value.h"
 
 #include <QObject>
+#include <QString>
 
 #include <array>
 #include <string_view>
+#include <utility>
 
 namespace brevlin {
 
@@ -40,6 +42,10 @@ public:
 
     AppSection section() const { return m_section; }
     void select(AppSection section);
+    /// The history, of which only what this text finds.
+    void showHistory(const QString& filter);
+    /// What the history is to be filtered by; once.
+    QString takeFilter() { return std::exchange(m_filter, {}); }
 
 Q_SIGNALS:
     void sectionChanged();
@@ -47,6 +53,7 @@ Q_SIGNALS:
 private:
     MainWindowStore& m_store;
     AppSection m_section = AppSection::timer;
+    QString m_filter;
 };
 
 } // namespace brevlin

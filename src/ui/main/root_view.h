@@ -6,13 +6,15 @@
 
 namespace brevlin {
 
+class AbsenceBar;
 class AppModel;
 class ScrollView;
 class TopBar;
 class UndoBar;
 
-/// The content of the main window: the top bar above the screen of the selected section. Each selection makes
-/// its screen afresh. On a desktop that is too small for a screen, that is scrolled.
+/// The content of the main window: the top bar above the screen of the selected section, and between them a
+/// question that waits for its answer. Each selection makes its screen afresh. On a desktop that is too small
+/// for a screen, that is scrolled.
 class RootView final : public QWidget
 {
     Q_OBJECT
@@ -31,12 +33,16 @@ protected:
 
 private:
     void showSection();
+    void makeStatistics();
+    void makeHistory();
     void layOut();
+    QRect roomBelow(const QRect& room);
     void scrollDetail();
 
     AppModel& m_model;
     SectionSelection& m_selection;
-    TopBar* m_topBar; // owned by this widget, as are the next two
+    TopBar* m_topBar; // owned by this widget, as are the next three
+    AbsenceBar* m_absenceBar;
     UndoBar* m_undoBar;
     QWidget* m_detail = nullptr;
     ScrollView* m_scroller = nullptr; // owns the detail; none while that has had room enough

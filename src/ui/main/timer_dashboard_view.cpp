@@ -20,12 +20,12 @@ constexpr BilingualText timerText{"计时", "Timer"};
 
 } // namespace
 
-TimerDashboardView::TimerDashboardView(AppModel& model, QWidget* parent) : QWidget(parent)
+TimerDashboardView::TimerDashboardView(AppModel& model, QWidget* parent)
+    : QWidget(parent), m_today(new CardSurface(0, this))
 {
-    auto* strip = new CardSurface(0, this);
-    auto* stripLayout = new QVBoxLayout(strip);
+    auto* stripLayout = new QVBoxLayout(m_today);
     stripLayout->setContentsMargins(0, 0, 0, 0);
-    stripLayout->addWidget(new TodayStrip(model, strip));
+    stripLayout->addWidget(new TodayStrip(model, m_today));
 
     // The timer keeps its own padding, which gives way in a low window.
     auto* timer = new CardSurface(0, this);
@@ -37,14 +37,27 @@ TimerDashboardView::TimerDashboardView(AppModel& model, QWidget* parent) : QWidg
         makeSpokenGroup(*card, QAccessible::Grouping,
                         [&model, text] { return qtText(text.in(model.language())); });
     };
-    name(strip, todayText);
+    name(m_today, todayText);
     name(timer, timerText);
 
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(screenPadding, screenPadding, screenPadding, screenPadding);
     column->setSpacing(cardSpacing);
-    column->addWidget(strip);
+    column->addWidget(m_today);
     column->addWidget(timer, 1);
+}
+
+int TimerDashboardView::wholeHeight()
+{
+    if (!m_today->isHidden()) {
+        m_wholeHeight = layout()->totalMinimumSize().height();
+    }
+    return m_wholeHeight;
+}
+
+void TimerDashboardView::setShowsToday(bool shows)
+{
+    m_today->setVisible(shows);
 }
 
 } // namespace brevlin

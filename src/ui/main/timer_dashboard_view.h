@@ -5,6 +5,7 @@
 namespace brevlin {
 
 class AppModel;
+class CardSurface;
 
 /// The Focus section: today's figures above the timer.
 class TimerDashboardView final : public QWidget
@@ -13,6 +14,15 @@ class TimerDashboardView final : public QWidget
 
 public:
     explicit TimerDashboardView(AppModel& model, QWidget* parent = nullptr);
+
+    /// Today's figures may give way to something else.
+    void setShowsToday(bool shows);
+    /// The least height with them.
+    int wholeHeight();
+
+private:
+    CardSurface* m_today; // owned by this widget
+    int m_wholeHeight = 0;
 };
 
 } // namespace brevlin

@@ -3,13 +3,17 @@
 #include "ui/controls/bar_buttons.h"
 #include "ui/controls/capsule_button.h"
 #include "ui/controls/empty_state_view.h"
+#include "ui/controls/text_field.h"
+#include "ui/main/absence_bar.h"
 #include "ui/main/main_window.h"
 #include "ui/main/message_dialog.h"
 #include "ui/main/message_presenter.h"
 #include "ui/main/metric_view.h"
 #include "ui/main/quit_sequence.h"
 #include "ui/main/timer_card.h"
+#include "ui/main/today_strip.h"
 #include "ui/main/top_bar.h"
+#include "ui/screens/statistics/breakdown_row.h"
 #include "ui/timer/timer_control_row.h"
 #include "ui/timer/timer_cycle_indicator.h"
 #include "ui/timer/timer_ring_view.h"
@@ -311,6 +315,106 @@ TEST_F(MainWindowTest, a_choice_of_a_section_is_told_once_and_an_unknown_one_for
     EXPECT_EQ(SectionSelection(m_store).section(), AppSection::statistics);
     defaults.values["com.quillmark.brevlin.mainSection"] = "\"diary\"";
     EXPECT_EQ(SectionSelection(m_store).section(), AppSection::timer);
+}
+
+TEST_F(MainWindowTest, what_the_time_was_for_leads_to_its_records_in_the_history)
+{
+    open();
+    for (const char* intention : {"thesis", "letters"}) {
+        model().setIntention(intention);
+        model().start();
+        scheduler.advance(Seconds{1500});
+        model().skipPendingPhase();
+        model().dismissCompletion();
+    }
+    m_selection->select(AppSection::statistics);
+    QApplication::processEvents();
+    window().findChildren<BreakdownRow*>().back()->click();
+    QApplication::processEvents();
+    EXPECT_EQ(m_selection->section(), AppSection::history);
+    EXPECT_EQ(window().findChild<TextField*>()->text(), QStringLiteral("\"thesis\""));
+    m_selection->select(AppSection::timer);
+    m_selection->select(AppSection::history);
+    EXPECT_EQ(window().findChild<TextField*>()->text(), QString());
+}
+
+/// Back from time away in a focus phase.
+class AbsenceTest : public MainWindowTest
+{
+protected:
+    void goAway()
+    {
+        events.observer.willSleep();
+        clock.jump(Seconds{300});
+        events.observer.didWake();
+        QApplication::processEvents();
+    }
+    AbsenceBar& bar() { return *window().findChild<AbsenceBar*>(); }
+    /// Each answer, and putting aside as the last.
+    QList<QAbstractButton*> answers() { return bar().findChildren<QAbstractButton*>(); }
+    std::string said()
+    {
+        return QAccessible::queryAccessibleInterface(&bar())->text(QAccessible::Name).toStdString();
+    }
+    AbsenceDecision decision(std::size_t index)
+    {
+        return model().historyEditor().detailsOf(*model().snapshot().sessionID).absences.at(index).decision;
+    }
+};
+
+TEST_F(AbsenceTest, is_asked_about_above_the_screen_until_it_is_answered)
+{
+    open();
+    model().start();
+    scheduler.advance(Seconds{300});
+    EXPECT_TRUE(bar().isHidden());
+    goAway();
+    scheduler.advance(Seconds{60});
+    goAway();
+    EXPECT_EQ(said(), "You were away from 08:18 to 08:23.");
+    ASSERT_EQ(answers().size(), 4);
+    EXPECT_EQ(answers()[2]->text(), QStringLiteral("End at 08:18"));
+    model().setAppLanguage(AppLanguage::simplifiedChinese);
+    EXPECT_EQ(answers()[2]->text(), QStringLiteral("在 08:18 结束"));
+    for (const AppSection section : allCases<AppSection>()) {
+        m_selection->select(section);
+        QApplication::processEvents();
+        const auto screens = bar().parentWidget()->findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
+        EXPECT_GT(screens.back()->y(), bar().geometry().top() + bar().cardRect().bottom())
+            << "nothing is hidden";
+    }
+    for (QWidget* next = window().findChild<TopBar*>(); next != answers()[1];
+         next = QApplication::focusWidget()) {
+        ASSERT_NE(next, answers()[3]);
+        press(Qt::Key_Tab);
+    }
+    press(Qt::Key_Space);
+    EXPECT_EQ(decision(0), AbsenceDecision::doNotCount);
+    EXPECT_EQ(said(), "你在 08:24 到 08:29 之间离开了。");
+    answers()[1]->click();
+    EXPECT_EQ(decision(1), AbsenceDecision::undecided) << "the second press of a double click";
+    answers()[3]->click();
+    EXPECT_TRUE(bar().isHidden());
+    EXPECT_EQ(decision(1), AbsenceDecision::undecided);
+    EXPECT_EQ(QApplication::focusWidget(), bar().parentWidget()) << "where Space is the timer's";
+}
+
+TEST_F(AbsenceTest, takes_the_place_of_todays_figures_where_there_is_not_room_for_both)
+{
+    open();
+    model().start();
+    auto* today = window().findChild<TodayStrip*>();
+    for (const int height : {570, 900}) {
+        window().resize(802, height + 2);
+        goAway();
+        EXPECT_EQ(today->isVisible(), height == 900);
+        EXPECT_TRUE(
+            window().rect().contains(QRect(window().findChild<TimerCard*>()->mapTo(&window(), QPoint()),
+                                           window().findChild<TimerCard*>()->size())));
+        model().absences().putAside();
+        QApplication::processEvents();
+        EXPECT_TRUE(today->isVisible());
+    }
 }
 
 } // namespace

@@ -120,7 +120,11 @@ TEST_F(SettingsViewTest, the_rows_of_the_services_follow_them)
     launch.click();
     EXPECT_TRUE(launch.isChecked()) << "the change was refused";
     loginItem.failure.clear();
+    auto& asks = get<SwitchControl>("Ask about time away");
+    asks.click();
+    EXPECT_FALSE(model().addedPreferences().asksAboutAbsences);
     get<CapsuleButton>("Restore defaults").click();
+    EXPECT_TRUE(asks.isChecked());
     EXPECT_EQ(loginItem.current, LoginItem::Status::enabled);
 }
 

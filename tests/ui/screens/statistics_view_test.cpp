@@ -1,8 +1,10 @@
 #include "app/model_fixture.h"
 #include "platform/freedesktop/clock/system_time_zone.h"
+#include "ui/controls/link_button.h"
 #include "ui/controls/segmented_picker.h"
 #include "ui/screens/statistics/activity_chart.h"
 #include "ui/screens/statistics/activity_texts.h"
+#include "ui/screens/statistics/breakdown_row.h"
 #include "ui/screens/statistics/statistics_texts.h"
 #include "ui/screens/statistics/statistics_view.h"
 #include "ui/screens/statistics/summary_strip.h"
@@ -263,6 +265,72 @@ TEST_F(StatisticsViewTest, pointing_at_a_bar_tells_of_it_at_once)
         EXPECT_EQ(chart().pointedAt(), index);
         EXPECT_EQ(QToolTip::text(), chart().elementToolTip(index));
     }
+}
+
+TEST_F(StatisticsViewTest, lists_what_the_time_was_for_and_leads_to_its_records)
+{
+    const auto focus = [this](const char* intention) {
+        model().setIntention(intention);
+        model().start();
+        scheduler.advance(Seconds{1500});
+        model().skipPendingPhase();
+        model().dismissCompletion();
+    };
+    open();
+    scheduler.advance(Seconds{1500});
+    model().skipPendingPhase();
+    model().dismissCompletion();
+    const auto rows = [this] {
+        QStringList said;
+        for (auto* row : view->findChildren<BreakdownRow*>()) {
+            if (!row->isHidden() && row->parentWidget()->parentWidget()->isVisible()) {
+                said << QAccessible::queryAccessibleInterface(row)->text(QAccessible::Name);
+            }
+        }
+        return said.join(QLatin1Char('\n')).toStdString();
+    };
+    EXPECT_EQ(rows(), "") << "nobody has said what it was for";
+    focus("R&D #lab #Thesis");
+    focus("R&D #lab #Thesis");
+    focus("#thesis");
+    QApplication::processEvents();
+    EXPECT_EQ(rows(), "R&D #lab #Thesis, 50 min, 50%, 2 Pomodoros\n#thesis, 25 min, 25%, 1 Pomodoro\n"
+                      "No intention, 25 min, 25%, 1 Pomodoro");
+    QStringList filters;
+    QObject::connect(view.get(), &StatisticsView::filterRequested,
+                     [&](const QString& text) { filters << text; });
+    auto* first = view->findChild<BreakdownRow*>();
+    first->setFocus(Qt::TabFocusReason);
+    press(Qt::Key_Space);
+    press(Qt::Key_Down);
+    press(Qt::Key_Down);
+    press(Qt::Key_Space);
+    const auto segments = view->findChildren<Segment*>();
+    (*std::ranges::find(segments, QStringLiteral("By label"), &Segment::text))->click();
+    QApplication::processEvents();
+    EXPECT_EQ(rows(), "#thesis, 1 hr 15 min, 75%, 3 Pomodoros\n#lab, 50 min, 50%, 2 Pomodoros\n"
+                      "No label, 25 min, 25%, 1 Pomodoro");
+    press(Qt::Key_Up);
+    press(Qt::Key_Space);
+    EXPECT_EQ(filters, (QStringList{QStringLiteral("\"R&D #lab #Thesis\""), QStringLiteral("\"#thesis\""),
+                                    QStringLiteral("#thesis")}));
+    press(Qt::Key_1);
+    view->movePeriod(-1);
+    EXPECT_EQ(rows(), "");
+    view->showToday();
+    for (int index = 0; index < 9; ++index) {
+        focus(("#" + std::to_string(index)).c_str());
+    }
+    QApplication::processEvents();
+    EXPECT_EQ(std::ranges::count(rows(), '\n'), 7) << "the longest ones and those without";
+    EXPECT_NE(rows().find("No label"), std::string::npos);
+    const auto links = view->findChildren<LinkButton*>();
+    (*std::ranges::find(links, QStringLiteral("Show all"), &LinkButton::text))->click();
+    QApplication::processEvents();
+    EXPECT_EQ(std::ranges::count(rows(), '\n'), 11);
+    first->setFocus(Qt::TabFocusReason);
+    press(Qt::Key_Tab);
+    EXPECT_NE(qobject_cast<LinkButton*>(QApplication::focusWidget()), nullptr) << "all rows are one stop";
 }
 
 TEST_F(StatisticsViewTest, absurd_records_neither_break_nor_widen_it)

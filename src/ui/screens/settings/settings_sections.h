@@ -40,6 +40,9 @@ private:
     FormRow* m_autoStartFocusRow;
     SwitchControl* m_autoStartBreaks;
     SwitchControl* m_autoStartFocus;
+    FormRow* m_absencesRow;
+    SwitchControl* m_absences;
+    FormNote* m_absencesNote;
 };
 
 class AlertSection final : public FormSection

@@ -18,6 +18,10 @@ constexpr int longestInterval = 12;
 constexpr BilingualText headingText{"计时", "Timer"};
 constexpr BilingualText autoStartBreaksText{"完成专注后自动开始休息", "Automatically start breaks"};
 constexpr BilingualText autoStartFocusText{"完成休息后自动开始专注", "Automatically start focus"};
+constexpr BilingualText absencesText{"离开后询问", "Ask about time away"};
+constexpr BilingualText absencesNoteText{
+    "专注期间电脑睡眠或锁屏达到 3 分钟时，回来后询问这段时间是否计入。",
+    "After 3 minutes of sleep or a locked screen in a focus phase, asks if they count."};
 constexpr BilingualText decreaseText{"减少", "Decrease"};
 constexpr BilingualText increaseText{"增加", "Increase"};
 
@@ -68,6 +72,11 @@ TimerSection::TimerSection(AppModel& model, QWidget* parent) : FormSection(paren
     };
     addSwitch(m_autoStartBreaksRow, m_autoStartBreaks, &TimerSettings::autoStartBreaks);
     addSwitch(m_autoStartFocusRow, m_autoStartFocus, &TimerSettings::autoStartFocus);
+    m_absencesRow = addRow();
+    m_absences = new SwitchControl;
+    m_absencesRow->addControl(m_absences, SwitchControl::bleed);
+    m_absencesNote = m_absencesRow->addNote();
+    connect(m_absences, &QAbstractButton::clicked, &model, &AppModel::setAsksAboutAbsences);
     connect(&model, &AppModel::preferencesChanged, this, &TimerSection::refresh);
     refresh();
 }
@@ -94,6 +103,8 @@ void TimerSection::refresh()
     };
     show(m_autoStartBreaksRow, m_autoStartBreaks, autoStartBreaksText, settings.autoStartBreaks);
     show(m_autoStartFocusRow, m_autoStartFocus, autoStartFocusText, settings.autoStartFocus);
+    show(m_absencesRow, m_absences, absencesText, m_model.addedPreferences().asksAboutAbsences);
+    m_absencesNote->setText(qtText(absencesNoteText.in(language)));
 }
 
 } // namespace brevlin

@@ -5,7 +5,7 @@
 #include "ui/controls/numeric_text.h"
 #include "ui/controls/segmented_picker.h"
 #include "ui/controls/spoken_element.h"
-#include "ui/screens/statistics/chevron_button.h"
+#include "ui/controls/symbol_button.h"
 #include "ui/screens/statistics/granularity_row.h"
 #include "ui/style/text.h"
 #include "ui/style/typography.h"
@@ -25,7 +25,7 @@ constexpr int pickerWidth = 218;
 
 constexpr auto& granularities = RawValues<StatisticsGranularity>::cases;
 
-void setName(ChevronButton& button, const BilingualText& prefix, const QString& granularity,
+void setName(SymbolButton& button, const BilingualText& prefix, const QString& granularity,
              AppLanguage language)
 {
     const QString name = qtText(prefix.in(language)) + granularity;
@@ -37,10 +37,10 @@ void setName(ChevronButton& button, const BilingualText& prefix, const QString& 
 
 PeriodBar::PeriodBar(QWidget* parent)
     : QWidget(parent)
-    , m_previous(new ChevronButton(Symbol::chevronLeft, this))
+    , m_previous(new SymbolButton(Symbol::chevronLeft, this))
     , m_title(new NumericText(textFont(TextRole::headline, QFont::DemiBold), this))
     , m_detail(new FormLabel(textFont(TextRole::caption), ThemeColor::secondaryLabel, this))
-    , m_next(new ChevronButton(Symbol::chevronRight, this))
+    , m_next(new SymbolButton(Symbol::chevronRight, this))
     , m_today(new LinkButton(this))
     , m_picker(new SegmentedPicker(static_cast<int>(granularities.size()), this))
 {

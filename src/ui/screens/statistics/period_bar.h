@@ -8,7 +8,7 @@
 
 namespace brevlin {
 
-class ChevronButton;
+class SymbolButton;
 class FormLabel;
 class LinkButton;
 class NumericText;
@@ -33,10 +33,10 @@ Q_SIGNALS:
     void granularityChosen(StatisticsGranularity granularity);
 
 private:
-    ChevronButton* m_previous; // these are owned by this widget
+    SymbolButton* m_previous; // these are owned by this widget
     NumericText* m_title;
     FormLabel* m_detail;
-    ChevronButton* m_next;
+    SymbolButton* m_next;
     LinkButton* m_today;
     SegmentedPicker* m_picker;
 };

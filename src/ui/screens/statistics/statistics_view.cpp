@@ -3,11 +3,13 @@
 #include "app/app_model.h"
 #include "ui/controls/scroll_view.h"
 #include "ui/screens/statistics/activity_card.h"
+#include "ui/screens/statistics/breakdown_card.h"
 #include "ui/screens/statistics/period_bar.h"
 #include "ui/screens/statistics/statistics_texts.h"
 #include "ui/screens/statistics/summary_strip.h"
 
 #include <QShortcut>
+#include <QTimer>
 #include <QVBoxLayout>
 
 namespace brevlin {
@@ -48,14 +50,14 @@ StatisticsView::StatisticsView(AppModel& model, QWidget* parent)
 void StatisticsView::layOut()
 {
     auto* content = new QWidget;
-    auto* column = new QVBoxLayout(content);
-    column->setContentsMargins(sidePadding, topPadding, sidePadding - SlimScrollBar::thickness,
-                               bottomPadding);
-    column->setSpacing(rowGap);
-    column->addWidget(m_bar);
-    column->addWidget(m_strip);
-    column->addWidget(m_card);
-    column->addStretch(1);
+    m_column = new QVBoxLayout(content);
+    m_column->setContentsMargins(sidePadding, topPadding, sidePadding - SlimScrollBar::thickness,
+                                 bottomPadding);
+    m_column->setSpacing(rowGap);
+    m_column->addWidget(m_bar);
+    m_column->addWidget(m_strip);
+    m_column->addWidget(m_card);
+    m_column->addStretch(1);
 
     auto* scroll = new ScrollView(this);
     scroll->setWidget(content);
@@ -153,6 +155,45 @@ void StatisticsView::showPeriod()
     m_card->setVisible(!m_model.isHistoryAwaited());
     m_strip->show(m_statistics, m_language);
     m_card->show({m_statistics, m_calendar, m_language, m_startOfToday}, m_currentStreak);
+    if (m_breakdown != nullptr) {
+        m_breakdown->showLongest();
+    }
+    // It lies below what is seen first, which does not wait for it.
+    if (m_isFirstPeriod) {
+        QTimer::singleShot(0, this, &StatisticsView::showBreakdown);
+    } else {
+        showBreakdown();
+    }
+    m_isFirstPeriod = false;
+}
+
+void StatisticsView::showBreakdown()
+{
+    const FocusGrouping grouping =
+        m_breakdown != nullptr ? m_breakdown->grouping() : FocusGrouping::intention;
+    const FocusBreakdown breakdown = focusBreakdown(m_model.sessions(), m_statistics.interval, grouping);
+    const bool isShown = breakdown.isNamed && !m_model.isHistoryAwaited();
+    if (isShown && m_breakdown == nullptr) {
+        makeBreakdown();
+    }
+    if (m_breakdown != nullptr) {
+        m_breakdown->setVisible(isShown);
+    }
+    if (isShown) {
+        m_breakdown->show(breakdown, m_language);
+    }
+}
+
+void StatisticsView::makeBreakdown()
+{
+    m_breakdown = new BreakdownCard(this);
+    m_column->insertWidget(m_column->indexOf(m_card) + 1, m_breakdown);
+    connect(m_breakdown, &BreakdownCard::groupingChosen, this, &StatisticsView::showBreakdown);
+    connect(m_breakdown, &BreakdownCard::chosen, this, [this](FocusGrouping grouping, const QString& name) {
+        // In the words of the history's search.
+        Q_EMIT filterRequested(grouping == FocusGrouping::label ? QLatin1Char('#') + name
+                                                                : QLatin1Char('"') + name + QLatin1Char('"'));
+    });
 }
 
 } // namespace brevlin

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/calendar.h"
+#include "core/focus_breakdown.h"
 #include "core/language.h"
 #include "core/statistics_calculator.h"
 
@@ -9,10 +10,13 @@
 #include <cstdint>
 #include <string>
 
+class QVBoxLayout;
+
 namespace brevlin {
 
 class ActivityCard;
 class AppModel;
+class BreakdownCard;
 class PeriodBar;
 class SummaryStrip;
 
@@ -32,6 +36,10 @@ public:
     void showToday();
     void setGranularity(StatisticsGranularity granularity);
 
+Q_SIGNALS:
+    /// The user wants to see the phases that the history finds by this text.
+    void filterRequested(const QString& text);
+
 protected:
     void showEvent(QShowEvent* event) override;
 
@@ -42,6 +50,8 @@ private:
     void refreshWhereStale();
     void computeStreak();
     void showPeriod();
+    void showBreakdown();
+    void makeBreakdown();
 
     AppModel& m_model;
     StatisticsGranularity m_granularity = StatisticsGranularity::week;
@@ -51,10 +61,13 @@ private:
     PeriodStatistics m_statistics;
     std::int64_t m_currentStreak = 0;
     Instant m_startOfToday;
-    bool m_isStale = true; ///< a record changed while nobody could see it
-    PeriodBar* m_bar;      // these are owned by this widget
+    bool m_isFirstPeriod = true;
+    bool m_isStale = true;           ///< a record changed while nobody could see it
+    QVBoxLayout* m_column = nullptr; // these are owned by this widget
+    PeriodBar* m_bar;
     SummaryStrip* m_strip;
     ActivityCard* m_card;
+    BreakdownCard* m_breakdown = nullptr; ///< made for the first period that has an intention
 };
 
 } // namespace brevlin

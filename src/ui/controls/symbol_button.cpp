@@ -1,4 +1,4 @@
-#include "ui/screens/statistics/chevron_button.h"
+#include "ui/controls/symbol_button.h"
 
 #include "ui/style/shapes.h"
 #include "ui/style/theme.h"
@@ -7,9 +7,9 @@
 
 namespace brevlin {
 
-ChevronButton::ChevronButton(Symbol symbol, QWidget* parent) : PlainButton(parent), m_symbol(symbol) {}
+SymbolButton::SymbolButton(Symbol symbol, QWidget* parent) : PlainButton(parent), m_symbol(symbol) {}
 
-void ChevronButton::paintEvent(QPaintEvent* /*event*/)
+void SymbolButton::paintEvent(QPaintEvent* /*event*/)
 {
     constexpr double radius = 7;
     constexpr double symbolSize = 16;

@@ -6,12 +6,12 @@
 namespace brevlin {
 
 /// A symbol alone in a square of 28 points, all of which can be pressed. Its text is its accessible name.
-class ChevronButton final : public PlainButton
+class SymbolButton final : public PlainButton
 {
     Q_OBJECT
 
 public:
-    explicit ChevronButton(Symbol symbol, QWidget* parent = nullptr);
+    explicit SymbolButton(Symbol symbol, QWidget* parent = nullptr);
 
     QSize sizeHint() const override { return {28, 28}; }
     QSize minimumSizeHint() const override { return sizeHint(); }
