@@ -212,6 +212,7 @@ AppModelParts Composition::Parts::modelParts(const UserFolders& folders)
 {
     removeLeftovers(folders.data);
     removeLeftovers(folders.preferences);
+    removeLeftovers(folders.backups);
     const HistoryDisk historyDisk{m_files, m_documents, m_scheduler, m_clock};
     return {m_clock,
             m_scheduler,
@@ -222,6 +223,10 @@ AppModelParts Composition::Parts::modelParts(const UserFolders& folders)
             std::make_unique<SessionStore>(defaultHistoryLocation(folders.applicationSupport), historyDisk),
             std::make_unique<SessionDetailsStore>(defaultSessionDetailsPath(folders.applicationSupport),
                                                   historyDisk),
+            std::make_unique<HistoryBackups>(
+                BackupPaths{defaultHistoryLocation(folders.applicationSupport).path,
+                            defaultSessionDetailsPath(folders.applicationSupport), folders.backups},
+                historyDisk),
             std::make_unique<NotificationService>(m_notificationCenter),
             std::make_unique<AlertSoundService>(m_soundPlayer, m_scheduler),
             std::make_unique<LaunchAtLoginService>(m_loginItem),

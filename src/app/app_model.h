@@ -16,6 +16,7 @@
 #include "services/alert_sound_service.h"
 #include "storage/active_timer_persistence.h"
 #include "storage/added_preferences.h"
+#include "storage/history_backups.h"
 #include "storage/preferences_store.h"
 #include "storage/session_details_store.h"
 #include "storage/session_store.h"
@@ -48,6 +49,7 @@ struct AppModelParts
     std::unique_ptr<AddedPreferencesStore> addedPreferencesStore;
     std::unique_ptr<SessionStore> sessionStore;
     std::unique_ptr<SessionDetailsStore> sessionDetailsStore;
+    std::unique_ptr<HistoryBackups> historyBackups;
     std::unique_ptr<NotificationService> notificationService;
     std::unique_ptr<AlertSoundService> soundService;
     std::unique_ptr<LaunchAtLoginService> launchAtLoginService;
@@ -102,6 +104,7 @@ public:
     LaunchAtLogin& launchAtLogin() { return m_launchAtLogin; }
     PhaseAnnouncer& announcer() { return m_announcer; }
     HistoryEditor& historyEditor() { return m_historyEditor; }
+    HistoryBackups& historyBackups() { return *m_parts.historyBackups; }
     UndoOffer& undoOffer() { return m_undoOffer; }
     AbsenceQuestions& absences() { return m_absences; }
     CapsuleMover* capsuleMover() const { return m_parts.capsuleMover; }
