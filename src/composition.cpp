@@ -7,6 +7,7 @@
 #include "platform/freedesktop/appearance/portal_desktop_settings.h"
 #include "platform/freedesktop/bus/bus_start.h"
 #include "platform/freedesktop/clock/system_clock.h"
+#include "platform/freedesktop/clock/system_time_zone.h"
 #include "platform/freedesktop/clock/time_locale.h"
 #include "platform/freedesktop/event_loop/document_worker.h"
 #include "platform/freedesktop/event_loop/qt_task_scheduler.h"
@@ -94,6 +95,7 @@ public:
 private:
     DocumentDisk disk() { return {m_defaults, m_documents, m_scheduler, m_clock}; }
     AppModelParts modelParts(const UserFolders& folders);
+    DocumentThread& transferThread();
     ImportDesk::Parts importParts();
     void connectQuitting(const Application& application);
     void followAppearance();
@@ -112,6 +114,7 @@ private:
     FileUserDefaults m_defaults;
     SystemClock m_clock;
     QtTaskScheduler m_scheduler;
+    std::unique_ptr<DocumentWorker> m_transfers; // made for the first file that the user chooses
     DocumentWorker m_documents;
     DesktopSystemEvents m_systemEvents;
     PortalDesktopSettings m_desktopSettings;
@@ -230,8 +233,17 @@ AppModelParts Composition::Parts::modelParts(const UserFolders& folders)
             std::make_unique<NotificationService>(m_notificationCenter),
             std::make_unique<AlertSoundService>(m_soundPlayer, m_scheduler),
             std::make_unique<LaunchAtLoginService>(m_loginItem),
+            TransferParts{m_files, [this]() -> DocumentThread& { return transferThread(); }, timeZoneOf},
             timeLocale(),
             &m_capsuleController};
+}
+
+DocumentThread& Composition::Parts::transferThread()
+{
+    if (!m_transfers) {
+        m_transfers = std::make_unique<DocumentWorker>();
+    }
+    return *m_transfers;
 }
 
 ImportDesk::Parts Composition::Parts::importParts()

@@ -49,6 +49,10 @@ protected:
                 std::make_unique<NotificationService>(center),
                 std::make_unique<AlertSoundService>(player, scheduler),
                 std::make_unique<LaunchAtLoginService>(loginItem),
+                {files, [this]() -> DocumentThread& { return thread; },
+                 [](const std::string&) {
+                     return TimeZone{};
+                 }},
                 "de_DE"};
     }
 
