@@ -81,9 +81,12 @@ std::shared_ptr<HistoryTransfer::Reading> HistoryTransfer::planImport(const std:
         return !reading->isCancelled && !*isEnding;
     };
     m_parts.thread().post([path, options = std::move(options), history = m_records.sessions(),
-                           &files = m_parts.files, isEnding = m_isEnding,
+                           &files = m_parts.files, isEnding = m_isEnding, reading,
                            done = std::move(done)]() -> DocumentThread::Completion {
-        auto plan = std::make_shared<Plan>(planImportFile(files, path, history, options));
+        auto plan =
+            std::make_shared<Plan>(reading->isCancelled || *isEnding
+                                       ? Plan{Unexpected{ImportError{ImportError::Reason::cancelled, {}}}}
+                                       : planImportFile(files, path, history, options));
         return [plan, done, isEnding] {
             if (!*isEnding) {
                 done(std::move(*plan));

@@ -43,8 +43,6 @@ struct TransferError
 {
     BilingualText sentence;
     std::string description; ///< in the system's words; may be empty
-
-    bool operator==(const TransferError&) const = default;
 };
 
 /// Takes the history out to files of other programs and theirs in, beside the main thread. A file is written
