@@ -1,5 +1,7 @@
-"""Kills the whole program, on a display of its own, while phases of a second follow each other."""
+"""Kills the whole program, on a display of its own, while phases of a second follow each other. Each of its lives makes
+the day's backup anew."""
 
+import json
 import os
 import sys
 import time
@@ -24,6 +26,18 @@ class Watch:
         self.records = set()
         self.runs = set()  # phases that were seen to run
         self.current = None
+        self.backups = desktop.home / ".local/state/Brevlin/backups/default"
+        self.copied = 0  # lives that left a backup
+
+    def backed_up(self):
+        """The ids in the backup of the day. Raises ValueError where it is not whole."""
+        return {record["id"] for path in self.backups.glob("sessions-*.json")
+                for record in json.loads(path.read_bytes())["sessions"]}
+
+    def forget_backups(self):
+        for path in self.backups.glob("*.json"):
+            self.copied += 1
+            path.unlink()
 
     def look(self):
         """The ids in the history. Raises ValueError where a document is not whole."""
@@ -40,12 +54,15 @@ class Watch:
 
     def judge(self):
         try:
+            copied = self.backed_up()
             found = self.look()
         except (ValueError, KeyError) as error:
             return {"torn": str(error)}
         lost = self.records - found
         if lost:
             return {"lost": f"{len(lost)} of {len(self.records)} records"}
+        if not copied <= found:
+            return {"wrong": "a backup holds what the history never held"}
         unrecorded = self.runs - found - {self.current, None}
         if unrecorded:
             return {"lost": f"{len(unrecorded)} phases that ran and are in no record"}
@@ -73,12 +90,15 @@ def program_kills(budget):
                 break  # what follows would tell of the same loss again
         if row.is_clean() and row.count > 20 and len(watch.records) < row.count / 5:
             row.add({"wrong": f"only {len(watch.records)} records: hardly a phase ever ended, so nothing was proved"}, "")
+        if row.is_clean() and row.count > 20 and watch.copied < row.count / 5:
+            row.add({"wrong": f"only {watch.copied} backups"}, "")
     finally:
         desktop.close()
     return [row]
 
 
 def kill_once(desktop, watch, chance):
+    watch.forget_backups()
     process = desktop.start_program()
     death = time.monotonic() + chance.uniform(START, LONGEST_LIFE)
     press = time.monotonic() + chance.uniform(START, LONGEST_LIFE)

@@ -9,6 +9,7 @@
 #include "platform/freedesktop/appearance/portal_desktop_settings.h"
 #include "platform/freedesktop/bus/bus_start.h"
 #include "platform/freedesktop/clock/system_clock.h"
+#include "platform/freedesktop/clock/system_time_zone.h"
 #include "platform/freedesktop/clock/time_locale.h"
 #include "platform/freedesktop/event_loop/document_worker.h"
 #include "platform/freedesktop/event_loop/qt_task_scheduler.h"
@@ -98,6 +99,7 @@ public:
 private:
     DocumentDisk disk() { return {m_defaults, m_documents, m_scheduler, m_clock}; }
     AppModelParts modelParts(const UserFolders& folders);
+    DocumentThread& transferThread();
     ImportDesk::Parts importParts();
     UserNotificationCenter& absenceCenter();
     std::string activationToken() const;
@@ -118,6 +120,7 @@ private:
     FileUserDefaults m_defaults;
     SystemClock m_clock;
     QtTaskScheduler m_scheduler;
+    std::unique_ptr<DocumentWorker> m_transfers; // made for the first file that the user chooses
     DocumentWorker m_documents;
     DesktopSystemEvents m_systemEvents;
     PortalDesktopSettings m_desktopSettings;
@@ -225,6 +228,7 @@ AppModelParts Composition::Parts::modelParts(const UserFolders& folders)
 {
     removeLeftovers(folders.data);
     removeLeftovers(folders.preferences);
+    removeLeftovers(folders.backups);
     const HistoryDisk historyDisk{m_files, m_documents, m_scheduler, m_clock};
     return {m_clock,
             m_scheduler,
@@ -235,9 +239,14 @@ AppModelParts Composition::Parts::modelParts(const UserFolders& folders)
             std::make_unique<SessionStore>(defaultHistoryLocation(folders.applicationSupport), historyDisk),
             std::make_unique<SessionDetailsStore>(defaultSessionDetailsPath(folders.applicationSupport),
                                                   historyDisk),
+            std::make_unique<HistoryBackups>(
+                BackupPaths{defaultHistoryLocation(folders.applicationSupport).path,
+                            defaultSessionDetailsPath(folders.applicationSupport), folders.backups},
+                historyDisk),
             std::make_unique<NotificationService>(m_notificationCenter),
             std::make_unique<AlertSoundService>(m_soundPlayer, m_scheduler),
             std::make_unique<LaunchAtLoginService>(m_loginItem),
+            TransferParts{m_files, [this]() -> DocumentThread& { return transferThread(); }, timeZoneOf},
             timeLocale(),
             &m_capsuleController};
 }
@@ -257,6 +266,14 @@ std::string Composition::Parts::activationToken() const
 {
     const std::string& token = m_notificationCenter.activationToken();
     return token.empty() && m_absenceCenter ? m_absenceCenter->activationToken() : token;
+}
+
+DocumentThread& Composition::Parts::transferThread()
+{
+    if (!m_transfers) {
+        m_transfers = std::make_unique<DocumentWorker>();
+    }
+    return *m_transfers;
 }
 
 ImportDesk::Parts Composition::Parts::importParts()

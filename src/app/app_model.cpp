@@ -30,6 +30,8 @@ AppModel::AppModel(AppModelParts parts, QObject* parent)
     , m_announcer(std::move(m_parts.notificationService), m_parts.clock, m_messages)
     , m_undoOffer(m_parts.scheduler)
     , m_historyEditor(*m_parts.sessionStore, *m_parts.sessionDetailsStore, m_undoOffer)
+    , m_historyTransfer(std::move(m_parts.transferParts), m_parts.clock, *m_parts.sessionStore,
+                        *m_parts.sessionDetailsStore, m_historyEditor)
     , m_absences(*m_parts.sessionDetailsStore, m_parts.clock,
                  [this](const Uuid& id) { return sessionOf(id); })
     , m_calendar(m_parts.clock.timeZone(), m_parts.userLocale)

@@ -3,6 +3,7 @@
 #include "app/absence_questions.h"
 #include "app/app_messages.h"
 #include "app/history_editor.h"
+#include "app/history_transfer.h"
 #include "app/launch_at_login.h"
 #include "app/phase_announcer.h"
 #include "app/undo_offer.h"
@@ -16,6 +17,7 @@
 #include "services/alert_sound_service.h"
 #include "storage/active_timer_persistence.h"
 #include "storage/added_preferences.h"
+#include "storage/history_backups.h"
 #include "storage/preferences_store.h"
 #include "storage/session_details_store.h"
 #include "storage/session_store.h"
@@ -48,9 +50,11 @@ struct AppModelParts
     std::unique_ptr<AddedPreferencesStore> addedPreferencesStore;
     std::unique_ptr<SessionStore> sessionStore;
     std::unique_ptr<SessionDetailsStore> sessionDetailsStore;
+    std::unique_ptr<HistoryBackups> historyBackups;
     std::unique_ptr<NotificationService> notificationService;
     std::unique_ptr<AlertSoundService> soundService;
     std::unique_ptr<LaunchAtLoginService> launchAtLoginService;
+    TransferParts transferParts;
     std::string userLocale;               ///< of the desktop, for the time of day; an ICU locale identifier
     CapsuleMover* capsuleMover = nullptr; ///< none where no capsule can be placed
 };
@@ -102,6 +106,8 @@ public:
     LaunchAtLogin& launchAtLogin() { return m_launchAtLogin; }
     PhaseAnnouncer& announcer() { return m_announcer; }
     HistoryEditor& historyEditor() { return m_historyEditor; }
+    HistoryBackups& historyBackups() { return *m_parts.historyBackups; }
+    HistoryTransfer& historyTransfer() { return m_historyTransfer; }
     UndoOffer& undoOffer() { return m_undoOffer; }
     AbsenceQuestions& absences() { return m_absences; }
     CapsuleMover* capsuleMover() const { return m_parts.capsuleMover; }
@@ -250,6 +256,7 @@ private:
     PhaseAnnouncer m_announcer;
     UndoOffer m_undoOffer;
     HistoryEditor m_historyEditor;
+    HistoryTransfer m_historyTransfer;
     AbsenceQuestions m_absences;
     AppPreferences m_preferences;
     AddedPreferences m_addedPreferences;

@@ -21,7 +21,13 @@ void AppModel::connectHistory()
          [this](std::uint64_t number) { m_historyEditor.editTakenBack(number); },
          [this] {
              m_historyEditor.forget();
+             m_parts.historyBackups->clear();
+         },
+         [this] {
+             m_parts.historyBackups->recordWasWritten(m_calendar.localDay(now()));
          }});
+    m_parts.historyBackups->setFailureHandler(
+        [this](const DocumentError& error) { raise(StorageMessages::backups(error, language())); });
     m_parts.sessionDetailsStore->setObserver(
         {[this] { historyMayBeKnown(); },
          [this](const DocumentError& error) {

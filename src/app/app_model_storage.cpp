@@ -127,6 +127,7 @@ void AppModel::retryWrites(HistoryFile::Patience patience)
 {
     m_parts.sessionStore->retry(patience);
     m_parts.sessionDetailsStore->retry();
+    m_parts.historyBackups->retry();
     m_parts.addedPreferencesStore->retry();
     m_parts.activeTimerPersistence->retry();
     m_parts.preferencesStore->retry();

@@ -22,6 +22,8 @@ constexpr BilingualText detailsAreKept{
     "文件会原样保留：下次保存前将改名为“session-details-v1.unreadable-（UTC 时间）.json”。",
     "The file is kept as it is: before the next save it is renamed to "
     "“session-details-v1.unreadable-(UTC time).json”."};
+constexpr BilingualText backupsNotRemoved{"备份删除失败", "Failed to remove backups"};
+constexpr BilingualText areRemovedLater{"稍后会自动重试删除。", "Removing them is tried again."};
 constexpr BilingualText recordNotSaved{"记录保存失败", "Failed to save record"};
 constexpr BilingualText recordNotDeleted{"无法删除记录", "Unable to delete record"};
 constexpr BilingualText historyNotChanged{"无法更改记录", "Unable to change records"};
@@ -96,6 +98,12 @@ StorageMessage StorageMessages::details(const DocumentError& error, bool isRead,
                                                         : isWrittenAgain;
     return message(isUnread ? detailsUnread : detailsNotSaved,
                    sentences(error.description, promise.in(language), language), language);
+}
+
+StorageMessage StorageMessages::backups(const DocumentError& error, AppLanguage language)
+{
+    return message(backupsNotRemoved, sentences(error.description, areRemovedLater.in(language), language),
+                   language);
 }
 
 StorageMessage StorageMessages::history(const SessionStoreError& error, const SessionStore& store,

@@ -28,6 +28,8 @@ StorageMessage timerNotSaved(const DocumentError& error, bool isTriedAgain, AppL
 /// Of what is known beside the records. It is tried again, unless the content does not decode: it is then
 /// kept under another name.
 StorageMessage details(const DocumentError& error, bool isRead, AppLanguage language);
+/// The copies of a history that was cleared could not be removed. It is tried again.
+StorageMessage backups(const DocumentError& error, AppLanguage language);
 StorageMessage history(const SessionStoreError& error, const SessionStore& store, AppLanguage language);
 
 } // namespace StorageMessages

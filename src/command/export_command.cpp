@@ -12,7 +12,7 @@ namespace brevlin {
 
 namespace {
 
-ExitStatus exportToOutput(const std::function<Expected<void, ExportError>(const PieceSink&)>& produce,
+ExitStatus exportToOutput(const std::function<Expected<std::size_t, ExportError>(const PieceSink&)>& produce,
                           const CommandContext& context)
 {
     int code = 0;
@@ -33,7 +33,7 @@ ExitStatus exportToOutput(const std::function<Expected<void, ExportError>(const 
 }
 
 ExitStatus exportToFile(const std::string& output,
-                        const std::function<Expected<void, ExportError>(const PieceSink&)>& produce,
+                        const std::function<Expected<std::size_t, ExportError>(const PieceSink&)>& produce,
                         const CommandContext& context)
 {
     std::error_code ignored;

@@ -1,7 +1,6 @@
 #include "command/history_reading.h"
 
 #include "storage/history_file.h"
-#include "storage/session_archive.h"
 #include "storage/session_archive_scanner.h"
 #include "storage/session_details_document.h"
 #include "storage/session_details_file.h"
@@ -10,21 +9,6 @@
 #include <utility>
 
 namespace brevlin {
-
-namespace {
-
-Expected<std::vector<SessionRecord>, DocumentError> decode(const std::string& text)
-{
-    SessionArchiveScanner scanner(text.size());
-    if (scanner.take(text)) {
-        if (auto records = scanner.finish()) {
-            return *std::move(records);
-        }
-    }
-    return decodeSessionArchive(text);
-}
-
-} // namespace
 
 Expected<ReadHistory, DocumentError> readHistory(const std::string& dataFolder, const DurableFile& files)
 {
@@ -40,7 +24,7 @@ Expected<ReadHistory, DocumentError> readHistory(const std::string& dataFolder, 
         return Unexpected{documentError(content.error())};
     }
     if (*content) {
-        auto records = decode((*content)->bytes);
+        auto records = readSessionArchive((*content)->bytes);
         if (!records) {
             return Unexpected{records.error()};
         }

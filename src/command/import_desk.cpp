@@ -2,9 +2,6 @@
 
 #include "exchange/import_file.h"
 
-#include <algorithm>
-#include <iterator>
-#include <set>
 #include <utility>
 
 namespace brevlin {
@@ -43,11 +40,7 @@ void ImportDesk::adopt(const std::shared_ptr<Parts>& parts, ImportPlan plan, std
 {
     // Another import may have come in between, and brought the same.
     if (const auto records = parts->records(); records && records->size() != comparedCount) {
-        std::set<Uuid> ids;
-        std::transform(records->begin(), records->end(), std::inserter(ids, ids.end()),
-                       [](const SessionRecord& record) { return record.id; });
-        plan.knownCount += std::erase_if(
-            plan.records, [&ids](const SessionRecord& record) { return ids.contains(record.id); });
+        dropKnown(plan, *records);
     }
     const ImportReport report(plan);
     if (plan.records.empty()) {

@@ -49,11 +49,13 @@ public:
 
     void begin(std::string& text) override { text += m_opening; }
 
+    bool takes(const SessionRecord& record) const override
+    {
+        return record.phaseRawValue == TimerPhase::focus;
+    }
+
     bool add(const SessionRecord& record, const SessionDetails& details, std::string& text) override
     {
-        if (record.phaseRawValue != TimerPhase::focus) {
-            return true;
-        }
         const std::int64_t start = nearestUnixSecond(record.actualStartAt);
         const std::int64_t end = nearestUnixSecond(record.endedAt);
         const std::string summary = withoutControls(

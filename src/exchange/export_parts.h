@@ -43,6 +43,8 @@ public:
     virtual ~RecordExporter() = default;
 
     virtual void begin(std::string& text) = 0;
+    /// Whether the form has a place for such a record.
+    virtual bool takes(const SessionRecord& /*record*/) const { return true; }
     /// False for a record that the form cannot express; description() then says why.
     virtual bool add(const SessionRecord& record, const SessionDetails& details, std::string& text) = 0;
     /// What remains; false as add(), or because the buffer is wanted no more.

@@ -40,9 +40,9 @@ Expected<std::unique_ptr<RecordExporter>, ExportError> makeExporter(const Export
 
 } // namespace
 
-Expected<void, ExportError> exportHistory(std::span<const SessionRecord> records,
-                                          const SessionDetailsById& details, const ExportOptions& options,
-                                          const PieceSink& sink)
+Expected<std::size_t, ExportError> exportHistory(std::span<const SessionRecord> records,
+                                                 const SessionDetailsById& details,
+                                                 const ExportOptions& options, const PieceSink& sink)
 {
     auto exporter = makeExporter(options);
     if (!exporter) {
@@ -55,20 +55,23 @@ Expected<void, ExportError> exportHistory(std::span<const SessionRecord> records
                                       description}};
     };
     const SessionDetails none;
+    std::size_t count = 0;
     PieceBuffer buffer(sink);
     (*exporter)->begin(buffer.text());
     for (std::size_t left = records.size(); left > 0; --left) {
         const SessionRecord& record = records[left - 1];
-        if (!isChosen(record, options.selection, options.calendar)) {
+        if (!isChosen(record, options.selection, options.calendar) || !(*exporter)->takes(record)) {
             continue;
         }
+        ++count;
         const auto known = details.find(record.id);
         if (!(*exporter)->add(record, known != details.end() ? known->second : none, buffer.text()) ||
             !buffer.handOn()) {
             return refused();
         }
     }
-    return (*exporter)->end(buffer) && buffer.finish() ? Expected<void, ExportError>{} : refused();
+    return (*exporter)->end(buffer) && buffer.finish() ? Expected<std::size_t, ExportError>{count}
+                                                       : refused();
 }
 
 BilingualText sentence(ExportError::Reason reason)

@@ -10,6 +10,7 @@
 #include "platform/durable_file.h"
 
 #include <array>
+#include <cstddef>
 #include <optional>
 #include <span>
 #include <string>
@@ -70,9 +71,11 @@ struct ExportError
 /// csv: all records; RFC 4180, UTF-8. json: the same fields, and what else is stored, so that nothing is
 /// lost. ics: an event for each focus phase. timewarrior: the completed focus phases without their pauses, as
 /// much as the statistics count; none overlaps another.
-Expected<void, ExportError> exportHistory(std::span<const SessionRecord> records,
-                                          const SessionDetailsById& details, const ExportOptions& options,
-                                          const PieceSink& sink);
+///
+/// Gives how many records went out.
+Expected<std::size_t, ExportError> exportHistory(std::span<const SessionRecord> records,
+                                                 const SessionDetailsById& details,
+                                                 const ExportOptions& options, const PieceSink& sink);
 
 /// In one sentence without the system's words.
 BilingualText sentence(ExportError::Reason reason);

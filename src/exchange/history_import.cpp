@@ -4,6 +4,7 @@
 #include "exchange/import_builder.h"
 #include "exchange/json_fields.h"
 
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -91,6 +92,19 @@ BilingualText sentence(ImportError::Reason reason)
         {"无法写入历史记录，没有导入任何内容。", "The history cannot be written; nothing was imported."},
     }};
     return texts.at(static_cast<std::size_t>(reason));
+}
+
+void dropKnown(ImportPlan& plan, std::span<const SessionRecord> history)
+{
+    std::vector<Uuid> ids;
+    ids.reserve(history.size());
+    for (const SessionRecord& record : history) {
+        ids.push_back(record.id);
+    }
+    std::sort(ids.begin(), ids.end());
+    plan.knownCount += std::erase_if(plan.records, [&ids](const SessionRecord& record) {
+        return std::binary_search(ids.begin(), ids.end(), record.id);
+    });
 }
 
 } // namespace brevlin

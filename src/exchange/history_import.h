@@ -126,4 +126,7 @@ struct RawValues<ImportError::Reason>
 Expected<ImportPlan, ImportError> planImport(std::string_view text, std::span<const SessionRecord> history,
                                              const ImportOptions& options);
 
+/// Makes what the history has got since the comparison known rows of the plan.
+void dropKnown(ImportPlan& plan, std::span<const SessionRecord> history);
+
 } // namespace brevlin

@@ -47,11 +47,10 @@ class TimewarriorExporter final : public RecordExporter
 public:
     void begin(std::string& text) override { text += '['; }
 
+    bool takes(const SessionRecord& record) const override { return isCounted(record); }
+
     bool add(const SessionRecord& record, const SessionDetails& details, std::string& /*text*/) override
     {
-        if (!isCounted(record)) {
-            return true;
-        }
         // Pauses of older records are known by their length alone: then the end has to give way.
         Seconds left = std::max(record.effectiveDuration, Seconds::zero());
         Instant at = record.actualStartAt;

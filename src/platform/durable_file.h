@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace brevlin {
 
@@ -88,6 +89,8 @@ public:
     virtual Expected<void, FileError> rename(const std::string& from, const std::string& to) = 0;
     /// Removes the file; no error when there is none.
     virtual Expected<void, FileError> remove(const std::string& path) = 0;
+    /// Of all that stands in the folder, in no order; none where there is no such folder.
+    virtual Expected<std::vector<std::string>, FileError> names(const std::string& folder) const = 0;
     /// Whether anything exists at the path (a broken link does not).
     virtual bool exists(const std::string& path) const = 0;
 };

@@ -261,10 +261,11 @@ bool scanRecord(Values& scanner, SessionRecord& record, std::index_sequence<inde
 
 } // namespace
 
-SessionArchiveScanner::SessionArchiveScanner(std::size_t fileSize) : m_values(std::make_unique<Values>())
+SessionArchiveScanner::SessionArchiveScanner(std::size_t fileSize, Keep keep)
+    : m_values(std::make_unique<Values>()), m_keep(keep)
 {
     constexpr std::size_t shortRecord = 256; // characters; a history of shorter ones just grows
-    m_records.reserve(fileSize / shortRecord + spareSessionRecords);
+    m_records.reserve((keep == Keep::records ? fileSize / shortRecord : 0) + spareSessionRecords);
 }
 
 SessionArchiveScanner::~SessionArchiveScanner() = default;
@@ -276,6 +277,9 @@ bool SessionArchiveScanner::take(std::string_view piece)
     while (scanOn()) {
     }
     m_text.erase(0, static_cast<std::size_t>(m_values->at() - m_text.c_str()));
+    if (m_keep == Keep::count) {
+        forgetRecords();
+    }
     // More than a record of ours has, unless it tells a novel.
     constexpr std::size_t longestRest = std::size_t{1} << 16;
     return m_text.size() < longestRest;
@@ -313,9 +317,61 @@ std::optional<std::vector<SessionRecord>> SessionArchiveScanner::finish()
 {
     static_assert(sessionArchiveVersion == 1);
     const bool isWhole = m_next == Next::separator && m_text == R"(],"version":1})";
-    return isWhole && std::is_sorted(m_records.begin(), m_records.end(), endedLater)
+    return isWhole && m_isSorted && std::is_sorted(m_records.begin(), m_records.end(), endedLater)
                ? std::optional{std::move(m_records)}
                : std::nullopt;
+}
+
+// All but the last one, which the next has to follow.
+void SessionArchiveScanner::forgetRecords()
+{
+    if (m_records.size() > 1) {
+        m_isSorted = m_isSorted && std::is_sorted(m_records.begin(), m_records.end(), endedLater);
+        m_forgotten += m_records.size() - 1;
+        m_records.erase(m_records.begin(), m_records.end() - 1);
+    }
+}
+
+std::optional<std::size_t> SessionArchiveScanner::finishCount()
+{
+    const auto last = finish();
+    return last ? std::optional{m_forgotten + last->size()} : std::nullopt;
+}
+
+Expected<std::vector<SessionRecord>, DocumentError> readSessionArchive(const std::string& document)
+{
+    SessionArchiveScanner scanner(document.size());
+    if (scanner.take(document)) {
+        if (auto records = scanner.finish()) {
+            return *std::move(records);
+        }
+    }
+    return decodeSessionArchive(document);
+}
+
+Expected<std::optional<std::size_t>, DocumentError> countSessionArchive(const DurableFile& files,
+                                                                        const std::string& path)
+{
+    SessionArchiveScanner scanner(0, SessionArchiveScanner::Keep::count);
+    bool isOurs = true;
+    const auto stamp = files.readPieces(path, [&](std::string_view piece) {
+        isOurs = scanner.take(piece);
+        return isOurs;
+    });
+    if (!stamp || !*stamp) {
+        return stamp ? Expected<std::optional<std::size_t>, DocumentError>{std::nullopt}
+                     : Unexpected{documentError(stamp.error())};
+    }
+    if (const auto count = isOurs ? scanner.finishCount() : std::nullopt) {
+        return count;
+    }
+    const auto text = files.read(path);
+    if (!text) {
+        return Unexpected{documentError(text.error())};
+    }
+    const auto records = decodeSessionArchive(text->value_or(std::string()));
+    return records ? Expected<std::optional<std::size_t>, DocumentError>{records->size()}
+                   : Unexpected{records.error()};
 }
 
 } // namespace brevlin

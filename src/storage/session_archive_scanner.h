@@ -1,6 +1,9 @@
 #pragma once
 
+#include "core/expected.h"
 #include "core/session_record.h"
+#include "platform/durable_file.h"
+#include "storage/document_error.h"
 
 #include <array>
 #include <cstddef>
@@ -39,8 +42,10 @@ private:
 class SessionArchiveScanner final
 {
 public:
+    enum class Keep { records, count };
+
     /// With room for a file of this size.
-    explicit SessionArchiveScanner(std::size_t fileSize);
+    explicit SessionArchiveScanner(std::size_t fileSize, Keep keep = Keep::records);
     ~SessionArchiveScanner();
     SessionArchiveScanner(const SessionArchiveScanner&) = delete;
     SessionArchiveScanner& operator=(const SessionArchiveScanner&) = delete;
@@ -49,17 +54,30 @@ public:
     bool take(std::string_view piece);
     /// The records, latest end first, after the last piece; nothing for a text of another form, valid or not.
     std::optional<std::vector<SessionRecord>> finish();
+    /// How many there were, likewise, where only that is kept.
+    std::optional<std::size_t> finishCount();
 
 private:
     class Values;
     enum class Next { opening, record, separator };
 
     bool scanOn();
+    void forgetRecords();
 
     std::unique_ptr<Values> m_values;
     std::string m_text; // what was not understood yet
     std::vector<SessionRecord> m_records;
     Next m_next = Next::opening;
+    Keep m_keep;
+    std::size_t m_forgotten = 0; // records
+    bool m_isSorted = true;      // those and the next one
 };
+
+/// The records of a history file of any form that decodes; see decodeSessionArchive().
+Expected<std::vector<SessionRecord>, DocumentError> readSessionArchive(const std::string& document);
+/// How many records the history file at the path has; nothing where there is none. Holds no more than a piece
+/// of a file in our form.
+Expected<std::optional<std::size_t>, DocumentError> countSessionArchive(const DurableFile& files,
+                                                                        const std::string& path);
 
 } // namespace brevlin

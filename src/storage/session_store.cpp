@@ -219,7 +219,11 @@ void SessionStore::finishRetry(std::uint64_t number, HistoryOutcome outcome)
 // The changes up to this one are on the disk, or are still to be written.
 void SessionStore::settle(std::uint64_t number, HistoryOutcome& outcome)
 {
+    bool isNewWritten = false;
     if (outcome.result == Result::saved) {
+        isNewWritten = std::any_of(m_unsaved.begin(), m_unsaved.end(), [number](const Unsaved& unsaved) {
+            return unsaved.number <= number && unsaved.operation == Operation::insert;
+        });
         std::erase_if(m_unsaved, [number](const Unsaved& unsaved) { return unsaved.number <= number; });
         m_lastError.reset();
         m_attemptsInTheWay = 0;
@@ -230,6 +234,9 @@ void SessionStore::settle(std::uint64_t number, HistoryOutcome& outcome)
     if (!outcome.takenOver.empty()) {
         placeAll(std::move(outcome.takenOver));
         recordsChanged();
+    }
+    if (isNewWritten && m_observer.recordsWritten) {
+        m_observer.recordsWritten();
     }
 }
 

@@ -46,6 +46,8 @@ public:
         std::function<void(std::uint64_t)> editTakenBack = {};
         /// The history was cleared, on the disk too.
         std::function<void()> wasCleared = {};
+        /// New records have come to the disk.
+        std::function<void()> recordsWritten = {};
     };
 
     /// Reads the history unless told otherwise.

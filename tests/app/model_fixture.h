@@ -43,9 +43,16 @@ protected:
                 std::make_unique<SessionStore>(HistoryLocation{"/data/sessions-v1.json", std::nullopt},
                                                historyDisk()),
                 std::make_unique<SessionDetailsStore>("/data/session-details-v1.json", historyDisk()),
+                std::make_unique<HistoryBackups>(
+                    BackupPaths{"/data/sessions-v1.json", "/data/session-details-v1.json", "/backups"},
+                    historyDisk()),
                 std::make_unique<NotificationService>(center),
                 std::make_unique<AlertSoundService>(player, scheduler),
                 std::make_unique<LaunchAtLoginService>(loginItem),
+                {files, [this]() -> DocumentThread& { return thread; },
+                 [](const std::string&) {
+                     return TimeZone{};
+                 }},
                 "de_DE"};
     }
 

@@ -13,7 +13,7 @@ namespace {
 
 TEST(XdgFolders, follow_the_environment_where_it_names_absolute_paths)
 {
-    const XdgFolders fromHome{"/home/a/.local/share", "/home/a/.config"};
+    const XdgFolders fromHome{"/home/a/.local/share", "/home/a/.config", "/home/a/.local/state"};
     const struct
     {
         XdgEnvironment environment;
@@ -21,14 +21,12 @@ TEST(XdgFolders, follow_the_environment_where_it_names_absolute_paths)
     } cases[] = {
         {{"/home/a", {}, {}}, fromHome},
         {{"/home/a", "", "relative/config"}, fromHome},
-        {{"/home/a", "/data/", "/config"}, {"/data", "/config"}},
-        {{{}, "/data", {}, "/var/tmp"}, {"/data", "/var/tmp"}},
-        {{"not/absolute", {}, {}}, {"/tmp", "/tmp"}},
+        {{"/home/a", "/data/", "/config", "/state/"}, {"/data", "/config", "/state"}},
+        {{{}, "/data", {}, {}, "/var/tmp"}, {"/data", "/var/tmp", "/var/tmp"}},
+        {{"not/absolute", {}, {}}, {"/tmp", "/tmp", "/tmp"}},
     };
     for (const auto& [environment, expected] : cases) {
-        const XdgFolders folders = xdgFolders(environment);
-        EXPECT_EQ(folders.data, expected.data);
-        EXPECT_EQ(folders.config, expected.config);
+        EXPECT_EQ(xdgFolders(environment), expected) << expected.data;
     }
 }
 

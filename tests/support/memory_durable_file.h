@@ -13,6 +13,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace brevlin::test {
 
@@ -133,6 +134,20 @@ public:
         files.erase(path);
         unreadable.erase(path);
         return {};
+    }
+
+    Expected<std::vector<std::string>, FileError> names(const std::string& folder) const override
+    {
+        if (const auto error = failures.next("open", folder)) {
+            return Unexpected{*error};
+        }
+        std::vector<std::string> result;
+        for (const auto& [path, bytes] : files) {
+            if (path.starts_with(folder + "/")) {
+                result.push_back(path.substr(folder.size() + 1));
+            }
+        }
+        return result;
     }
 
     bool exists(const std::string& path) const override

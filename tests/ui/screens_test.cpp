@@ -5,6 +5,7 @@
 #include "ui/capsule/top_capsule_view.h"
 #include "ui/controls/brevlin_style.h"
 #include "ui/controls/capsule_button.h"
+#include "ui/controls/choice_button.h"
 #include "ui/controls/segmented_picker.h"
 #include "ui/controls/text_field.h"
 #include "ui/main/main_window.h"
@@ -15,6 +16,9 @@
 #include "ui/screens/history/history_view.h"
 #include "ui/screens/history/session_dialog.h"
 #include "ui/screens/settings/clear_history_dialog.h"
+#include "ui/screens/settings/export_dialog.h"
+#include "ui/screens/settings/import_dialog.h"
+#include "ui/screens/settings/restore_dialog.h"
 #include "ui/screens/statistics/breakdown_card.h"
 #include "ui/style/built_in_fonts.h"
 #include "ui/style/contrast.h"
@@ -29,6 +33,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QImage>
+#include <QLabel>
 
 #include <algorithm>
 #include <map>
@@ -90,19 +95,30 @@ protected:
 
     void expectWhole(QWidget& widget, const std::string& where)
     {
+        // What has dots without being meant to was cut off.
+        const QChar dots(0x2026);
+        qsizetype meant = 0;
+        for (const auto* button : widget.findChildren<QAbstractButton*>())
+            meant += button->isVisible() ? button->text().count(dots) : 0;
+        for (const auto* label : widget.findChildren<QLabel*>())
+            meant += label->isVisible() ? label->text().count(dots) : 0;
         for (const int pixelRatio : {1, 2}) {
             const auto texts = test::drawnTexts(widget, pixelRatio);
             EXPECT_FALSE(texts.empty()) << where;
+            qsizetype drawnDots = 0;
+            for (const test::DrawnText& drawn : texts)
+                drawnDots += drawn.text.count(dots);
+            EXPECT_LE(drawnDots, meant) << where;
             for (const test::DrawnText& drawn : texts) {
                 EXPECT_TRUE(BuiltInFonts::cover(drawn.text)) << drawn.text.toStdString();
                 constexpr double rounding = 1; // of a glyph's box, to whole pixels
                 const bool isWhole =
                     drawn.visible.adjusted(-rounding, -rounding, rounding, rounding).contains(drawn.ink);
-                EXPECT_TRUE(isWhole && !drawn.text.contains(QChar(0x2026)))
-                    << where << ", " << pixelRatio << "x: " << drawn.text.toStdString() << " "
-                    << drawn.ink.left() << "," << drawn.ink.top() << " " << drawn.ink.right() << ","
-                    << drawn.ink.bottom() << " in " << drawn.visible.left() << "," << drawn.visible.top()
-                    << " " << drawn.visible.right() << "," << drawn.visible.bottom();
+                EXPECT_TRUE(isWhole) << where << ", " << pixelRatio << "x: " << drawn.text.toStdString()
+                                     << " " << drawn.ink.left() << "," << drawn.ink.top() << " "
+                                     << drawn.ink.right() << "," << drawn.ink.bottom() << " in "
+                                     << drawn.visible.left() << "," << drawn.visible.top() << " "
+                                     << drawn.visible.right() << "," << drawn.visible.bottom();
             }
         }
     }
@@ -242,6 +258,54 @@ TEST_F(EveryText, is_whole_and_can_be_read_in_a_dialog)
             expectWhole(*dialog, where);
             expectLegible(*dialog, where);
         }
+    });
+}
+
+TEST_F(EveryText, is_whole_and_can_be_read_where_the_history_goes_out_and_comes_in)
+{
+    inEveryState([this](const std::string& where) {
+        if (where.find("idle") == std::string::npos)
+            return;
+        const auto look = [&](QDialog& dialog, const char* which) {
+            dialog.show();
+            settle();
+            expectWhole(dialog, where + which);
+            expectLegible(dialog, where + which);
+        };
+        for (const int format : {0, 2}) {
+            ExportDialog out(model(), nullptr);
+            const auto choices = out.findChildren<ChoiceButton*>();
+            choices.at(0)->setCurrentIndex(format);
+            choices.at(1)->setCurrentIndex(3);
+            Q_EMIT choices.at(1)->chosen(3);
+            look(out, " export");
+            out.exportTo(QStringLiteral("/out"));
+            look(out, " exported");
+            files.failures.failFrom(1);
+            ExportDialog refused(model(), nullptr);
+            refused.show();
+            refused.exportTo(QStringLiteral("/out"));
+            files.failures.failNothing();
+            look(refused, " export that fails");
+        }
+        std::string& file = files.files["/in.csv"];
+        file = "id,phase,outcome,start,end\n,focus,completed,2020-01-31T09:00:00Z,2020-01-31T09:25:00Z\n";
+        for (const ImportProblem problem : allCases<ImportProblem>())
+            file += std::string(problem == ImportProblem::endsBeforeStart
+                                    ? ",focus,completed,2020-01-31T09:00:00Z,2020"
+                                    : "") +
+                    "x,y\n";
+        for (const char* name : {"/in.csv", "/none.csv", "/out"}) {
+            ImportDialog in(model(), QString::fromLatin1(name), nullptr);
+            look(in, name);
+        }
+        files.files["/backups/sessions-2020-02-29.json"] = "{";
+        model().historyBackups().recordWasWritten(model().calendar().localDay(model().now()));
+        RestoreDialog back(model(), nullptr);
+        look(back, " restore");
+        model().historyBackups().clear();
+        RestoreDialog none(model(), nullptr);
+        look(none, " restore from nothing");
     });
 }
 

@@ -75,6 +75,8 @@ void AlertDialog::setContent(QWidget* content)
 {
     constexpr int behindDetail = 2;
     m_column->insertWidget(behindDetail, content);
+    m_contents.push_back(content);
+    content->show(); // a layout would show it later, when the height is reckoned
 }
 
 CapsuleButton* AlertDialog::addButton(CapsuleStyle style)
@@ -87,6 +89,11 @@ CapsuleButton* AlertDialog::addButton(CapsuleStyle style)
 
 void AlertDialog::fit()
 {
+    for (const QWidget* content : m_contents) {
+        if (content->layout() != nullptr) {
+            content->layout()->activate(); // parts of it may have come or gone just now
+        }
+    }
     const QMargins margins = contentsMargins();
     setFixedWidth(m_contentWidth + margins.left() + margins.right());
     setFixedHeight(m_column->totalHeightForWidth(width()));
@@ -103,9 +110,11 @@ bool AlertDialog::event(QEvent* event)
         QWidget* button = focusWidget();
         QMetaObject::invokeMethod(
             button,
-            [button] {
-                button->clearFocus();
-                button->setFocus(Qt::TabFocusReason);
+            [this, button] {
+                if (focusWidget() == button) { // else the user was faster
+                    button->clearFocus();
+                    button->setFocus(Qt::TabFocusReason);
+                }
             },
             Qt::QueuedConnection);
     }

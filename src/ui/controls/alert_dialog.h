@@ -5,6 +5,8 @@
 #include <QDialog>
 #include <QString>
 
+#include <vector>
+
 class QHBoxLayout;
 class QLabel;
 class QVBoxLayout;
@@ -44,6 +46,7 @@ private:
     QLabel* m_title;
     QLabel* m_detail;
     QHBoxLayout* m_buttons;
+    std::vector<QWidget*> m_contents;
     int m_contentWidth;
     bool m_hasShadow = false;
 };

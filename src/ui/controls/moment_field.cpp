@@ -21,13 +21,14 @@ constexpr double fieldRadius = 7;
 
 } // namespace
 
-MomentField::MomentField(QWidget* parent) : QDateTimeEdit(parent)
+MomentField::MomentField(QWidget* parent, Precision precision) : QDateTimeEdit(parent)
 {
     setFrame(false);
     setButtonSymbols(NoButtons);
     setLocale(QLocale::c());
     setTimeSpec(Qt::UTC); // whose days have all their hours
-    setDisplayFormat(QStringLiteral("yyyy-MM-dd HH:mm"));
+    setDisplayFormat(precision == Precision::day ? QStringLiteral("yyyy-MM-dd")
+                                                 : QStringLiteral("yyyy-MM-dd HH:mm"));
     setFont(textFont(TextRole::body));
     setAttribute(Qt::WA_Hover);
     setContextMenuPolicy(Qt::NoContextMenu);
@@ -37,7 +38,8 @@ MomentField::MomentField(QWidget* parent) : QDateTimeEdit(parent)
 
 QSize MomentField::sizeHint() const
 {
-    const double text = QFontMetricsF(font()).horizontalAdvance(QStringLiteral("0000-00-00 00:00"));
+    const double text = QFontMetricsF(font()).horizontalAdvance(
+        QStringLiteral("0000-00-00 00:00").left(displayFormat().size()));
     return {static_cast<int>(std::ceil(text)) + 2 * padding, fieldHeight};
 }
 

@@ -6,13 +6,16 @@
 
 namespace brevlin {
 
-/// A date and a time of day on the wall, to the minute: typed, or changed by the arrow keys. Knows no zone.
+/// A date and, unless the day is enough, a time of day on the wall to the minute: typed, or changed by the
+/// arrow keys. Knows no zone.
 class MomentField final : public QDateTimeEdit
 {
     Q_OBJECT
 
 public:
-    explicit MomentField(QWidget* parent = nullptr);
+    enum class Precision { day, minute };
+
+    explicit MomentField(QWidget* parent = nullptr, Precision precision = Precision::minute);
 
     QSize sizeHint() const override;
 

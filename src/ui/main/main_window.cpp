@@ -7,17 +7,22 @@
 #include "ui/main/top_bar.h"
 #include "ui/main/window_frame.h"
 #include "ui/main/window_placement.h"
+#include "ui/screens/settings/import_dialog.h"
 #include "ui/style/text.h"
 
 #include <QAction>
 #include <QCloseEvent>
+#include <QDropEvent>
 #include <QGuiApplication>
 #include <QMenu>
+#include <QMimeData>
 #include <QPainter>
 #include <QScreen>
 #include <QShortcut>
+#include <QUrl>
 #include <QWindow>
 
+#include <optional>
 #include <utility>
 
 namespace brevlin {
@@ -35,6 +40,14 @@ constexpr BilingualText restoreText{"还原", "Restore"};
 constexpr BilingualText fullScreenText{"全屏", "Full Screen"};
 constexpr BilingualText closeText{"关闭窗口", "Close Window"};
 constexpr BilingualText quitText{"退出 Brevlin", "Quit Brevlin"};
+
+// One file of this computer; nothing else can be imported.
+std::optional<QString> droppedFile(const QMimeData& data)
+{
+    const QList<QUrl> urls = data.urls();
+    return urls.size() == 1 && urls.front().isLocalFile() ? std::optional{urls.front().toLocalFile()}
+                                                          : std::nullopt;
+}
 
 } // namespace
 
@@ -54,6 +67,7 @@ MainWindow::MainWindow(AppModel& model, SectionSelection& selection, MainWindowS
     setWindowRole(QStringLiteral("dashboard"));
     setAttribute(Qt::WA_TranslucentBackground);
     setMouseTracking(true);
+    setAcceptDrops(true);
     connect(m_frame, &WindowFrame::marginsChanged, this, [this] {
         updateLeastSize();
         m_rootView->setGeometry(rect().marginsRemoved(m_frame->margins()));
@@ -116,6 +130,25 @@ void MainWindow::present(const std::string& activationToken)
     const QWidget* alert = findChild<MessageDialog*>();
     const QWidget* front = alert != nullptr ? alert : this;
     m_windowSystem.activate(front->winId(), activationToken);
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (droppedFile(*event->mimeData()) && !m_model.isHistoryAwaited()) {
+        event->setDropAction(Qt::CopyAction); // whatever the file manager would like best
+        event->accept();
+    }
+}
+
+void MainWindow::dropEvent(QDropEvent* event)
+{
+    const auto file = droppedFile(*event->mimeData());
+    if (file && findChild<ImportDialog*>() == nullptr) {
+        event->setDropAction(Qt::CopyAction);
+        event->accept();
+        auto* dialog = new ImportDialog(m_model, *file, this);
+        dialog->show();
+    }
 }
 
 void MainWindow::toggleMaximized()

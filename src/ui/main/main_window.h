@@ -17,7 +17,7 @@ class WindowFrame;
 class WindowSystem;
 
 /// The main window. It draws its own title bar and border; closing it hides it and the timer lives on.
-/// Remembers its size and place.
+/// Remembers its size and place. A file that is dropped on it is one to import.
 class MainWindow final : public QWidget
 {
     Q_OBJECT
@@ -41,6 +41,8 @@ Q_SIGNALS:
 protected:
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
     bool focusNextPrevChild(bool isNext) override;
     void moveEvent(QMoveEvent* event) override;
     void paintEvent(QPaintEvent* event) override;

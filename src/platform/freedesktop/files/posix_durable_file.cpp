@@ -3,6 +3,7 @@
 #include "platform/freedesktop/files/file_descriptor.h"
 #include "platform/freedesktop/files/leftovers.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <limits.h>
 #include <sys/stat.h>
@@ -13,6 +14,7 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstdio>
+#include <memory>
 #include <utility>
 
 namespace brevlin {
@@ -458,6 +460,27 @@ Expected<void, FileError> PosixDurableFile::remove(const std::string& path)
         return errno == ENOENT ? Expected<void, FileError>{} : Unexpected{lastFileError("unlink", *target)};
     }
     return syncFolder(folderOf(*target));
+}
+
+Expected<std::vector<std::string>, FileError> PosixDurableFile::names(const std::string& folder) const
+{
+    const std::unique_ptr<DIR, int (*)(DIR*)> stream(::opendir(folder.c_str()), ::closedir);
+    if (!stream) {
+        return errno == ENOENT ? Expected<std::vector<std::string>, FileError>{std::vector<std::string>{}}
+                               : Unexpected{lastFileError("opendir", folder)};
+    }
+    std::vector<std::string> result;
+    for (;;) {
+        errno = 0;
+        const dirent* entry = ::readdir(stream.get());
+        if (entry == nullptr) {
+            return errno == 0 ? Expected<std::vector<std::string>, FileError>{std::move(result)}
+                              : Unexpected{lastFileError("readdir", folder)};
+        }
+        if (const std::string_view name = entry->d_name; name != "." && name != "..") {
+            result.emplace_back(name);
+        }
+    }
 }
 
 bool PosixDurableFile::exists(const std::string& path) const

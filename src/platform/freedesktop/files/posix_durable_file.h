@@ -31,6 +31,7 @@ public:
     Expected<void, FileError> rename(const std::string& from, const std::string& to) override;
     /// Removes what a symbolic link points at and leaves the link.
     Expected<void, FileError> remove(const std::string& path) override;
+    Expected<std::vector<std::string>, FileError> names(const std::string& folder) const override;
     bool exists(const std::string& path) const override;
 };
 

@@ -36,7 +36,8 @@ std::string baseFolder(const XdgEnvironment& environment, const std::optional<st
 XdgFolders xdgFolders(const XdgEnvironment& environment)
 {
     return {baseFolder(environment, environment.dataHome, "/.local/share"),
-            baseFolder(environment, environment.configHome, "/.config")};
+            baseFolder(environment, environment.configHome, "/.config"),
+            baseFolder(environment, environment.stateHome, "/.local/state")};
 }
 
 } // namespace brevlin

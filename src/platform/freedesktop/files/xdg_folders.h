@@ -11,6 +11,7 @@ struct XdgEnvironment
     std::optional<std::string> home;       ///< HOME
     std::optional<std::string> dataHome;   ///< XDG_DATA_HOME
     std::optional<std::string> configHome; ///< XDG_CONFIG_HOME
+    std::optional<std::string> stateHome;  ///< XDG_STATE_HOME
     std::string temporaryFolder = "/tmp";
 };
 
@@ -19,6 +20,7 @@ struct XdgFolders
 {
     std::string data;
     std::string config;
+    std::string state;
 
     bool operator==(const XdgFolders&) const = default;
 };

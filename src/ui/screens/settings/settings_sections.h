@@ -13,10 +13,12 @@ namespace brevlin {
 class AppModel;
 class CapsuleButton;
 class ClearHistoryDialog;
+class ExportDialog;
 class LaunchAtLogin;
 class LinkButton;
 class NumberStepper;
 class PhaseAnnouncer;
+class RestoreDialog;
 class SegmentedPicker;
 class SwitchControl;
 
@@ -130,15 +132,25 @@ public:
 
 private:
     void refresh();
-    void confirmClearHistory();
+    void addTransferRow();
+    void chooseImport();
+    /// In front of the window, unless it is there already.
+    template <typename Dialog>
+    void open(QPointer<Dialog>& dialog);
 
     AppModel& m_model;
     FormRow* m_storageRow;
     FormLabel* m_storage;
     FormRow* m_recordsRow;
     FormLabel* m_records;
+    CapsuleButton* m_export;
+    CapsuleButton* m_import;
+    CapsuleButton* m_restore;
+    FormNote* m_note;
     CapsuleButton* m_clear;
     QPointer<ClearHistoryDialog> m_confirmation;
+    QPointer<ExportDialog> m_exportDialog;
+    QPointer<RestoreDialog> m_restoreDialog;
 };
 
 } // namespace brevlin

@@ -66,4 +66,18 @@ QString recordsToBeDeleted(std::size_t count, AppLanguage language)
                       : QStringLiteral("%1 records will be deleted.").arg(count);
 }
 
+QString recordCount(std::size_t count, AppLanguage language)
+{
+    const QString number = QString::number(count);
+    return language == AppLanguage::simplifiedChinese ? number + QStringLiteral(" 条记录")
+           : count == 1                               ? number + QStringLiteral(" record")
+                                                      : number + QStringLiteral(" records");
+}
+
+QString transferErrorText(const TransferError& error, AppLanguage language)
+{
+    const QString sentence = qtText(error.sentence.in(language));
+    return error.description.empty() ? sentence : sentence + u'\n' + qtText(error.description);
+}
+
 } // namespace brevlin

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/history_transfer.h"
 #include "core/language.h"
 #include "core/timer_vocabulary.h"
 #include "platform/user_notification_center.h"
@@ -38,5 +39,10 @@ std::string_view nativeName(AppLanguage language);
 
 /// "12 records will be deleted."
 QString recordsToBeDeleted(std::size_t count, AppLanguage language);
+
+/// "12 records".
+QString recordCount(std::size_t count, AppLanguage language);
+/// Our sentence, and the system's words behind it where there are any.
+QString transferErrorText(const TransferError& error, AppLanguage language);
 
 } // namespace brevlin
