@@ -66,8 +66,8 @@ class Settings(DesktopTest):
         self.start_in_settings()
         self.wait_for_stored(OTHERS)
         self.open_window("Settings")
-        # To the last controls from the other end: clearing the history is disabled, so the defaults come first.
-        desktop.press("shift+Tab", "space")
+        # To the last controls from the other end: backups, import and then the defaults, as there is nothing to clear.
+        desktop.press("shift+Tab", "shift+Tab", "shift+Tab", "space")
         self.wait_for_stored(DEFAULTS)
         desktop.wait_for_window("设置")
         desktop.press("ctrl+w")

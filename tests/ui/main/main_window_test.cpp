@@ -13,6 +13,7 @@
 #include "ui/main/timer_card.h"
 #include "ui/main/today_strip.h"
 #include "ui/main/top_bar.h"
+#include "ui/screens/settings/import_dialog.h"
 #include "ui/screens/statistics/breakdown_row.h"
 #include "ui/timer/timer_control_row.h"
 #include "ui/timer/timer_cycle_indicator.h"
@@ -21,8 +22,11 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QDialog>
+#include <QDropEvent>
+#include <QMimeData>
 #include <QScrollArea>
 #include <QTest>
+#include <QUrl>
 
 #include <algorithm>
 
@@ -221,6 +225,27 @@ TEST_F(MainWindowTest, messages_are_shown_one_after_the_other_and_told_of_while_
     EXPECT_EQ(m_notified.size(), 2U);
 }
 
+TEST_F(MainWindowTest, a_file_that_is_dropped_on_it_is_one_to_import)
+{
+    MainWindow& target = open();
+    const QUrl one = QUrl::fromLocalFile(QStringLiteral("/in.csv"));
+    for (const auto& [urls, dialogs] :
+         {std::pair(QList<QUrl>{QUrl(QStringLiteral("http://a/b.csv"))}, 0),
+          std::pair(QList<QUrl>{one, one}, 0), std::pair(QList<QUrl>{one}, 1)}) {
+        QMimeData data;
+        data.setUrls(urls);
+        const auto send = [&](auto event) {
+            event.setAccepted(false);
+            QApplication::sendEvent(&target, &event);
+            EXPECT_EQ(event.isAccepted(), dialogs == 1);
+        };
+        send(QDragEnterEvent({20, 200}, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton,
+                             Qt::NoModifier));
+        send(QDropEvent({20, 200}, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier));
+        EXPECT_EQ(target.findChildren<ImportDialog*>().size(), dialogs);
+    }
+}
+
 TEST_F(MainWindowTest, quitting_waits_for_the_disk_and_then_says_what_it_did_not_take)
 {
     open();
@@ -251,7 +276,7 @@ TEST_F(MainWindowTest, quitting_waits_for_the_disk_and_then_says_what_it_did_not
     EXPECT_EQ(ends, 2) << "whoever copies is given time";
     scheduler.advance(Seconds{1});
     EXPECT_EQ(ends, 3) << "and then the copy is kept beside ours";
-    EXPECT_EQ(files.files.size(), 2U);
+    EXPECT_EQ(files.files.size(), 3U) << "with the day's backup";
 
     quit.reset();
     defaults.failures.failFrom(1);

@@ -235,11 +235,18 @@ TEST(HistoryFilter, words_labels_dates_and_whole_intentions_are_found)
                                                           {"2026-03 #毕业", false, true},
                                                           {"2026-3-32", false, false},
                                                           {"\"写论文 #毕业\"", false, true},
+                                                          {"#\"thesis-2\"", true, false},
+                                                          {"#\"thesis\"", false, false},
+                                                          {"#\"\"", false, false},
+                                                          {"\"\"", false, false},
                                                           {"“写论文”", false, false}}) {
         const HistoryFilter filter{text};
         EXPECT_EQ(filter.matches(thesis, shanghai), findsThesis) << text;
         EXPECT_EQ(filter.matches(chinese, shanghai), findsChinese) << text;
     }
+    const SessionRecord nothing = record(at(4, 1), 60);
+    EXPECT_TRUE(HistoryFilter{"\"\""}.matches(nothing, shanghai));
+    EXPECT_TRUE(HistoryFilter{"#\"\""}.matches(nothing, shanghai));
     const HistoryDays days({chinese, thesis}, shanghai, HistoryFilter{"chapter"});
     ASSERT_EQ(days.days().size(), 1U);
     EXPECT_EQ(days.recordIndex(0), 1U);

@@ -19,10 +19,19 @@ bool containsLabel(std::string_view intention, const std::string& wanted)
                        [&wanted](const std::string& label) { return foldedCase(label).starts_with(wanted); });
 }
 
+bool hasLabel(std::string_view intention, const std::string& wanted)
+{
+    const auto all = labels(intention);
+    return wanted.empty() ? all.empty()
+                          : std::any_of(all.begin(), all.end(), [&wanted](const std::string& label) {
+                                return foldedCase(label) == wanted;
+                            });
+}
+
 std::optional<std::string_view> quoted(std::string_view text)
 {
     for (std::size_t mark = 0; mark < openingMarks.size(); ++mark) {
-        if (text.size() > openingMarks[mark].size() + closingMarks[mark].size() &&
+        if (text.size() >= openingMarks[mark].size() + closingMarks[mark].size() &&
             text.starts_with(openingMarks[mark]) && text.ends_with(closingMarks[mark])) {
             text.remove_prefix(openingMarks[mark].size());
             text.remove_suffix(closingMarks[mark].size());
@@ -56,6 +65,8 @@ void HistoryFilter::add(std::string_view word)
     constexpr std::string_view fullWidthSign = "＃";
     if (const auto date = dateOf(word)) {
         m_dates.push_back(*date);
+    } else if (const auto label = word.starts_with('#') ? quoted(word.substr(1)) : std::nullopt) {
+        m_label = foldedCase(*label);
     } else if (word.size() > 1 && word.front() == '#') {
         m_labels.push_back(foldedCase(word.substr(1)));
     } else if (word.size() > fullWidthSign.size() && word.starts_with(fullWidthSign)) {
@@ -102,6 +113,9 @@ bool HistoryFilter::matches(const SessionRecord& record, const Calendar& calenda
 {
     const std::string_view intention = record.intention.view();
     if (m_exact && intention != *m_exact) {
+        return false;
+    }
+    if (m_label && !hasLabel(intention, *m_label)) {
         return false;
     }
     if (!m_words.empty()) {

@@ -12,15 +12,16 @@
 namespace brevlin {
 
 /// What the user looks for in the history. Words of the text all have to be met: one of an intention, in any
-/// letter case; `#label` by a label that begins so; "an intention" in quotation marks by exactly that one; a
-/// date (2026-01-31, 2026-1, 2026/1/31, 2026年1月31日) by the day, month or year on which the phase ended.
+/// letter case; `#label` by a label that begins so, `#"label"` by that label alone; "an intention" in
+/// quotation marks by exactly that one. Nothing between the marks stands for no intention and for no label. A
+/// date (2026-01-31, 2026-1, 2026/1/31, 2026年1月31日) by the day or month on which the phase ended.
 class HistoryFilter final
 {
 public:
     HistoryFilter() = default;
     explicit HistoryFilter(std::string_view text);
 
-    bool isEmpty() const { return m_words.empty() && m_labels.empty() && !m_exact && m_dates.empty(); }
+    bool isEmpty() const { return m_words.empty() && m_labels.empty() && !m_exact && !m_label && m_dates.empty(); }
     bool matches(const SessionRecord& record, const Calendar& calendar) const;
 
 private:
@@ -37,6 +38,7 @@ private:
     std::vector<std::string> m_words; // folded, as are the labels
     std::vector<std::string> m_labels;
     std::optional<std::string> m_exact;
+    std::optional<std::string> m_label; // folded; empty for none
     std::vector<Date> m_dates;
 };
 

@@ -28,7 +28,7 @@ constexpr BilingualText storageValueText{"仅本机", "On this computer"};
 constexpr BilingualText recordsText{"记录数量", "Records"};
 constexpr BilingualText exportText{"导出…", "Export…"};
 constexpr BilingualText importText{"导入…", "Import…"};
-constexpr BilingualText restoreBackupText{"恢复…", "Restore…"};
+constexpr BilingualText restoreBackupText{"恢复备份…", "Restore…"};
 constexpr BilingualText backupNoteText{
     "每天自动备份一次；也可以把文件拖到主窗口导入。",
     "A backup is made each day. A file can also be dropped on the main window."};

@@ -2,6 +2,7 @@
 
 #include "ui/style/text.h"
 
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QStandardPaths>
@@ -27,6 +28,9 @@ constexpr BilingualText allText{"所有文件", "All files"};
 QString& lastFolder()
 {
     static QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    if (!QFileInfo(folder).isDir()) { // Qt would take its name for the file's
+        folder = QDir::homePath();
+    }
     return folder;
 }
 

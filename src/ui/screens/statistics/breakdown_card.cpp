@@ -126,9 +126,7 @@ void BreakdownCard::showRows()
     for (std::size_t index = 0; index < m_rows.size(); ++index) {
         BreakdownRow& row = *m_rows[index];
         if (index < m_shown.size()) {
-            const FocusGroup& group = m_breakdown.groups[m_shown[index]];
-            row.show(texts[index], columns, group.share);
-            row.setEnabled(!group.name.empty());
+            row.show(texts[index], columns, m_breakdown.groups[m_shown[index]].share);
         } else if (row.hasFocus()) {
             m_picker->setFocus(Qt::OtherFocusReason);
         }

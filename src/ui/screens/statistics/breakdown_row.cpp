@@ -67,7 +67,7 @@ BreakdownTexts breakdownTexts(const FocusGroup& group, FocusGrouping grouping, A
                            : group.phases == 1                        ? QStringLiteral("%1 Pomodoro")
                                                                       : QStringLiteral("%1 Pomodoros");
     return {nameOf(group, grouping, language), focusDurationText(group.minutes, language),
-            percentText(group.share), phases.arg(group.phases)};
+            percentText(group.share), phases.arg(group.phases), group.name.empty()};
 }
 
 void BreakdownColumns::fit(const BreakdownTexts& texts)
@@ -129,7 +129,7 @@ void BreakdownRow::paintEvent(QPaintEvent* /*event*/)
     }
     QRectF place(bleed, textTop, nameWidth(), textHeight);
     painter.setFont(nameFont());
-    painter.setPen(theme.color(isEnabled() ? ThemeColor::label : ThemeColor::secondaryLabel));
+    painter.setPen(theme.color(m_texts.isUnnamed ? ThemeColor::secondaryLabel : ThemeColor::label));
     drawTextOnBaseline(painter, place, Qt::AlignLeft, m_shownName);
     const auto drawColumn = [&](double width, const QFont& font, ThemeColor color, const QString& text) {
         place = QRectF(place.right() + columnGap, textTop, width, textHeight);
@@ -146,8 +146,8 @@ void BreakdownRow::paintEvent(QPaintEvent* /*event*/)
     if (m_share > 0) {
         QRectF bar = track;
         bar.setWidth(std::max(track.width() * m_share, barHeight));
-        painter.fillPath(capsulePath(bar), isEnabled() ? theme.color(ThemeColor::focus, 0.6)
-                                                       : theme.color(ThemeColor::label, 0.2));
+        painter.fillPath(capsulePath(bar), m_texts.isUnnamed ? theme.color(ThemeColor::label, 0.2)
+                                                             : theme.color(ThemeColor::focus, 0.6));
     }
     if (showsFocusRing()) {
         paintFocusRing(painter, rect(), cornerRadius, theme);

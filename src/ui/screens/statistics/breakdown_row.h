@@ -15,6 +15,7 @@ struct BreakdownTexts
     QString duration;
     QString share;
     QString phases;
+    bool isUnnamed = false; ///< what nobody has named
 
     /// All of it in one sentence.
     QString spoken() const;
@@ -34,7 +35,7 @@ struct BreakdownColumns
 };
 
 /// One thing that focus time went to: its figures above a quiet bar for its share. Pressed, it leads to its
-/// phases; the row of the phases without a name does not.
+/// phases.
 class BreakdownRow final : public PlainButton
 {
     Q_OBJECT

@@ -191,8 +191,8 @@ void StatisticsView::makeBreakdown()
     connect(m_breakdown, &BreakdownCard::groupingChosen, this, &StatisticsView::showBreakdown);
     connect(m_breakdown, &BreakdownCard::chosen, this, [this](FocusGrouping grouping, const QString& name) {
         // In the words of the history's search.
-        Q_EMIT filterRequested(grouping == FocusGrouping::label ? QLatin1Char('#') + name
-                                                                : QLatin1Char('"') + name + QLatin1Char('"'));
+        const QString quoted = QLatin1Char('"') + name + QLatin1Char('"');
+        Q_EMIT filterRequested(grouping == FocusGrouping::label ? QLatin1Char('#') + quoted : quoted);
     });
 }
 
