@@ -39,7 +39,7 @@ constexpr std::array gaps{
     Gap{11, padding, false},                                // above the cycle
     Gap{16, itemSpacing + leastSpacer + itemSpacing, true}, // to the ring
     Gap{13, itemSpacing, false},                            // to what the phase is for
-    Gap{7, 15, false},                                  // to the controls
+    Gap{7, 15, false},                                      // to the controls
     Gap{12, leastSpacer + padding, true},                   // below them
 };
 
