@@ -104,8 +104,8 @@ void TextField::leaveEvent(QEvent* event)
 void TextField::focusInEvent(QFocusEvent* event)
 {
     m_keyboardFocus.focusGained(*event);
-    // Qt would choose all and move the cursor now, and tell of it before it tells of the focus; a screen reader
-    // then takes the field for known and says nothing of it.
+    // Qt would choose all and move the cursor now, and tell of it before it tells of the focus; a screen
+    // reader then takes the field for known and says nothing of it.
     QFocusEvent quietly(event->type(), Qt::OtherFocusReason);
     QLineEdit::focusInEvent(&quietly);
     const bool isByKey = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;

@@ -21,7 +21,10 @@ public:
     HistoryFilter() = default;
     explicit HistoryFilter(std::string_view text);
 
-    bool isEmpty() const { return m_words.empty() && m_labels.empty() && !m_exact && !m_label && m_dates.empty(); }
+    bool isEmpty() const
+    {
+        return m_words.empty() && m_labels.empty() && !m_exact && !m_label && m_dates.empty();
+    }
     bool matches(const SessionRecord& record, const Calendar& calendar) const;
 
 private:
