@@ -48,9 +48,16 @@ public:
             std::make_unique<ActiveTimerPersistence>(disk), std::make_unique<AddedPreferencesStore>(disk),
             std::make_unique<SessionStore>(HistoryLocation{path, std::nullopt}, historyDisk),
             std::make_unique<SessionDetailsStore>("/data/session-details-v1.json", historyDisk),
+            std::make_unique<HistoryBackups>(BackupPaths{path, "/data/session-details-v1.json", "/backups"},
+                                             historyDisk),
             std::make_unique<NotificationService>(m_center),
             std::make_unique<AlertSoundService>(m_player, m_scheduler),
-            std::make_unique<LaunchAtLoginService>(m_loginItem), "de_DE"});
+            std::make_unique<LaunchAtLoginService>(m_loginItem),
+            TransferParts{m_files, [this]() -> DocumentThread& { return m_documents; },
+                          [](const std::string&) {
+                              return TimeZone{};
+                          }},
+            "de_DE"});
     }
 
     AppModel& model() { return *m_model; }

@@ -60,9 +60,16 @@ public:
             std::make_unique<ActiveTimerPersistence>(disk()), std::make_unique<AddedPreferencesStore>(disk()),
             std::make_unique<SessionStore>(HistoryLocation{m_path, std::nullopt}, historyDisk),
             std::make_unique<SessionDetailsStore>(m_path + ".details", historyDisk),
+            std::make_unique<HistoryBackups>(BackupPaths{m_path, m_path + ".details", m_path + ".backups"},
+                                             historyDisk),
             std::make_unique<NotificationService>(m_center),
             std::make_unique<AlertSoundService>(m_player, m_scheduler),
-            std::make_unique<LaunchAtLoginService>(m_loginItem), "de_DE"});
+            std::make_unique<LaunchAtLoginService>(m_loginItem),
+            TransferParts{m_files, [this]() -> DocumentThread& { return m_thread; },
+                          [](const std::string&) {
+                              return TimeZone{};
+                          }},
+            "de_DE"});
         // A phase that was seen to run and does not any more has ended: not counted by the history itself.
         QObject::connect(m_model.get(), &AppModel::snapshotChanged, m_model.get(), [this] {
             const std::optional<Uuid> running = m_model->snapshot().sessionID;
