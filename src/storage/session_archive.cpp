@@ -130,17 +130,7 @@ Expected<std::vector<SessionRecord>, DocumentError> decodeSessionArchive(const s
         return Unexpected{json.error()};
     }
     JsonObjectReader reader(json->root());
-    std::int64_t version = 0;
-    reader.required("version", version);
-    if (version > sessionArchiveVersion) {
-        reader.refuse(DocumentError{"The file has the newer format version " + std::to_string(version)});
-    }
-    simdjson::dom::array array;
-    if (const auto value = reader.find("sessions"); !value) {
-        reader.refuse("sessions", "is missing");
-    } else if (value->get(array) != simdjson::SUCCESS) {
-        reader.refuse("sessions", "has an unexpected value");
-    }
+    const simdjson::dom::array array = reader.versionedArray("sessions", sessionArchiveVersion);
     if (reader.error()) {
         return Unexpected{*reader.error()};
     }

@@ -148,17 +148,7 @@ Expected<SessionDetailsById, DocumentError> decodeSessionDetails(const std::stri
         return Unexpected{json.error()};
     }
     JsonObjectReader reader(json->root());
-    std::int64_t version = 0;
-    reader.required("version", version);
-    if (version > sessionDetailsVersion) {
-        reader.refuse(DocumentError{"The file has the newer format version " + std::to_string(version)});
-    }
-    simdjson::dom::array array;
-    if (const auto value = reader.find("details"); !value) {
-        reader.refuse("details", "is missing");
-    } else if (value->get(array) != simdjson::SUCCESS) {
-        reader.refuse("details", "has an unexpected value");
-    }
+    const simdjson::dom::array array = reader.versionedArray("details", sessionDetailsVersion);
     if (reader.error()) {
         return Unexpected{*reader.error()};
     }

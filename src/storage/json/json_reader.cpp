@@ -69,4 +69,20 @@ void JsonObjectReader::refuse(DocumentError error)
     }
 }
 
+simdjson::dom::array JsonObjectReader::versionedArray(std::string_view key, std::int64_t latestVersion)
+{
+    std::int64_t version = 0;
+    required("version", version);
+    if (version > latestVersion) {
+        refuse(DocumentError{"The file has the newer format version " + std::to_string(version)});
+    }
+    simdjson::dom::array array;
+    if (const auto value = find(key); !value) {
+        refuse(key, "is missing");
+    } else if (value->get(array) != simdjson::SUCCESS) {
+        refuse(key, "has an unexpected value");
+    }
+    return array;
+}
+
 } // namespace brevlin

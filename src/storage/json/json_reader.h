@@ -130,6 +130,9 @@ public:
     }
     /// The value of a key that may be missing or null.
     std::optional<JsonValue> find(std::string_view key) const;
+    /// The array under the key of a document that tells its version. A version later than the latest known
+    /// is refused, and so is a document without the array.
+    simdjson::dom::array versionedArray(std::string_view key, std::int64_t latestVersion);
     void refuse(std::string_view key, std::string_view problem);
     void refuse(DocumentError error);
 
