@@ -67,6 +67,15 @@ def history(language="en"):
     return {"sessions": records, "version": 1}
 
 
+def long_history(language):
+    """A year of days as make_history makes them, every second focus phase for something."""
+    document = make_history(2600, 420, time.time(), 11, "UTC")
+    focus = [record for record in document["sessions"] if record["phaseRawValue"] == "focus"]
+    for index, record in enumerate(focus):
+        record["intention"] = INTENTIONS[language][index % 5]
+    return document
+
+
 def write(path, document):
     path.parent.mkdir(parents=True, exist_ok=True)
     path.write_text(json.dumps(document))
@@ -109,7 +118,7 @@ def running_program(program, display, folder, state, language, scheme, section="
     write(settings / "Brevlin.preferences.v1.json", {"appLanguage": "english" if language == "en" else "zh-Hans"})
     write(settings / "Brevlin.activeTimerSnapshot.v1.json", snapshot(state))
     (settings / "com.quillmark.brevlin.mainSection.json").write_text(f'"{section}"')
-    records = make_history(2600, 420, time.time(), 11, "UTC") if section in ("history", "statistics") else history(language)
+    records = long_history(language) if section in ("history", "statistics") else history(language)
     write(home / ".local/share/Brevlin/sessions-v1.json", records)
     environment = {**os.environ, "DISPLAY": display, "HOME": str(home), "XDG_RUNTIME_DIR": str(folder),
                    "LC_ALL": "C.UTF-8", "TZ": "UTC"}
