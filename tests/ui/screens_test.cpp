@@ -58,10 +58,14 @@ class ScreenTest : public test::ModelTest
 {
 protected:
     /// Controls that change ask their window for another size, which follows in the next round.
+    // A text that wraps changes its height once its width is known, and so does what lies around it.
     static void settle()
     {
-        QApplication::processEvents();
-        QApplication::processEvents();
+        constexpr int passes = 6;
+        for (int pass = 0; pass < passes; ++pass) {
+            QApplication::processEvents();
+            QApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+        }
     }
     static void show(QWidget& widget, const QSize& size)
     {
