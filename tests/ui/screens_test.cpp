@@ -256,6 +256,7 @@ TEST_F(EveryText, is_whole_and_can_be_read_in_a_dialog)
             if (auto* intention = dialog->findChild<TextField*>()) {
                 intention->setText(QStringLiteral("12")); // there is something to be saved
                 intention->setFocus();                    // and no date with a part that is marked
+                settle();                                 // all of it is marked then
                 intention->deselect();
             }
             settle();
