@@ -42,7 +42,11 @@ IntentionField::IntentionField(AppModel& model, QWidget* parent)
     follow();
 }
 
-IntentionField::~IntentionField() = default;
+// The list is the window's child, and would otherwise stay there with every screen that is made afresh.
+IntentionField::~IntentionField()
+{
+    delete m_list;
+}
 
 void IntentionField::translate()
 {

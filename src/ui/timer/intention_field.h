@@ -43,7 +43,7 @@ private:
 
     AppModel& m_model;
     std::unique_ptr<IntentionIndex> m_index; // of the history as it is; none until it is asked
-    SuggestionList* m_list = nullptr;        // owned by the window, gone with it
+    SuggestionList* m_list = nullptr;        // a child of the window, which may go first
     QTimer m_pause;                          // since the last key
     bool m_isTaking = false;
 };

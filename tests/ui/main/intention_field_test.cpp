@@ -3,6 +3,7 @@
 #include "support/plain_desktop.h"
 #include "ui/main/main_window.h"
 #include "ui/timer/intention_field.h"
+#include "ui/timer/suggestion_list.h"
 
 #include <QApplication>
 #include <QInputMethodEvent>
@@ -101,6 +102,15 @@ TEST_F(IntentionFieldTest, a_marked_suggestion_is_taken_before_anything_starts)
     EXPECT_EQ(model().intention(), "Read papers");
     press(Qt::Key_Escape);
     EXPECT_FALSE(m_field->hasFocus());
+}
+
+TEST_F(IntentionFieldTest, what_is_offered_goes_with_the_field)
+{
+    m_field->setFocus();
+    type("pa");
+    ASSERT_EQ(m_window->findChildren<SuggestionList*>().size(), 1);
+    m_selection->select(AppSection::history);
+    EXPECT_TRUE(m_window->findChildren<SuggestionList*>().isEmpty());
 }
 
 TEST_F(IntentionFieldTest, an_input_method_has_return_for_itself)
