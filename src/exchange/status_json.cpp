@@ -39,6 +39,20 @@ std::int64_t wholeSeconds(Seconds length)
     return static_cast<std::int64_t>(std::ceil(std::clamp(length.count(), 0.0, limit)));
 }
 
+// With exactly three digits of a second, which all readers take.
+std::string toMilliseconds(Instant instant, const TimeZoneRules& zone)
+{
+    constexpr double perSecond = 1000.0;
+    constexpr std::size_t offsetWidth = 6; // +01:00
+    const double milliseconds = std::floor(instant.time_since_epoch().count() * perSecond);
+    const double seconds = std::floor(milliseconds / perSecond);
+    std::string fraction = std::to_string(static_cast<int>(milliseconds - seconds * perSecond));
+    fraction.insert(0, 3 - fraction.size(), '0');
+    std::string text;
+    appendInstant(text, Instant{Seconds{seconds}}, zone);
+    return text.insert(text.size() - offsetWidth, "." + fraction);
+}
+
 bool readInstant(JsonValue value, std::optional<Instant>& result)
 {
     std::string_view text;
@@ -58,7 +72,7 @@ Expected<std::string, DocumentError> statusJson(const TimerStatus& status, const
     writer.field(key::state, status.state);
     writer.field(key::remaining, wholeSeconds(status.remaining));
     if (status.endsAt) {
-        writeTime(writer, key::endsAt, *status.endsAt, zone);
+        writer.field(key::endsAt, std::string_view{toMilliseconds(*status.endsAt, zone)});
     } else {
         writer.key(key::endsAt);
         writer.null();
@@ -83,6 +97,19 @@ Expected<std::string, DocumentError> statusJson(const TimerStatus& status, const
     }
     writer.endObject();
     return std::move(writer).finish();
+}
+
+std::string withRemaining(std::string json, Seconds remaining)
+{
+    // No text of the user's stands before the first of that name.
+    const std::string name = '"' + std::string(key::remaining) + "\":";
+    const std::size_t found = json.find(name);
+    if (found != std::string::npos) {
+        const std::size_t begin = found + name.size();
+        const std::size_t end = json.find_first_not_of("0123456789", begin);
+        json.replace(begin, end - begin, std::to_string(wholeSeconds(remaining)));
+    }
+    return json;
 }
 
 std::string absentStatusJson()

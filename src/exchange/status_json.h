@@ -14,6 +14,8 @@ namespace brevlin {
 /// does not know. The record, if there is one, is what has just ended. Fails for what JSON cannot express.
 Expected<std::string, DocumentError> statusJson(const TimerStatus& status, const TimeZoneRules& zone,
                                                 const SessionRecord* ended = nullptr);
+/// The same line with another remaining time.
+std::string withRemaining(std::string json, Seconds remaining);
 /// The same for a timer that nobody runs: what is not known is null.
 std::string absentStatusJson();
 

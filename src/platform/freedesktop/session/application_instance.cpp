@@ -177,7 +177,7 @@ QByteArray ApplicationInstance::answerOfSocket(const InstanceRequest& request) c
 
 std::string ApplicationInstance::socketPath() const
 {
-    return instanceSocketPath(*m_runtimeFolder, m_lock.folders());
+    return programSocketPath(*m_runtimeFolder, m_lock.folders());
 }
 
 } // namespace brevlin
