@@ -83,12 +83,13 @@ QDBusMessage BusInterface::reply(const QDBusMessage& message)
     return message.createReply(std::get<QVariantList>(answered));
 }
 
+QDBusMessage BusInterface::propertyRefusal(const QDBusMessage& message)
+{
+    return refusal(message, propertySignatures);
+}
+
 QDBusMessage BusInterface::propertyReply(const QDBusMessage& message)
 {
-    const QDBusMessage refused = refusal(message, propertySignatures);
-    if (refused.type() == QDBusMessage::ErrorMessage) {
-        return refused;
-    }
     if (message.member() == QLatin1String("GetAll")) {
         return message.createReply(properties());
     }

@@ -41,6 +41,8 @@ public:
     /// What answers a call of one of the methods, and one of the bus's own interface of properties.
     QDBusMessage reply(const QDBusMessage& message);
     QDBusMessage propertyReply(const QDBusMessage& message);
+    /// The error for what is no call of the bus's interface of properties; else an invalid message.
+    static QDBusMessage propertyRefusal(const QDBusMessage& message);
 
 protected:
     virtual QVariantMap properties() const { return {}; }

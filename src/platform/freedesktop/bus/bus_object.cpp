@@ -54,31 +54,28 @@ bool BusObject::handleMessage(const QDBusMessage& message, const QDBusConnection
 
 QDBusMessage BusObject::answered(const QDBusMessage& message) const
 {
-    if (message.interface() == propertiesInterface) {
-        const QString name = message.arguments().value(0).toString();
-        BusInterface* const interface = interfaceNamed(name);
-        return interface != nullptr ? interface->propertyReply(message)
-                                    : message.createErrorReply(QDBusError::UnknownInterface, name);
-    }
-    if (message.interface().isEmpty()) {
-        QDBusMessage reply;
-        for (BusInterface* const interface : m_interfaces) {
-            reply = interface->reply(message);
-            if (reply.errorName() != QDBusError::errorString(QDBusError::UnknownMethod)) {
-                break;
-            }
+    const bool isAboutProperties = message.interface() == propertiesInterface;
+    if (isAboutProperties) {
+        const QDBusMessage refused = BusInterface::propertyRefusal(message);
+        if (refused.type() == QDBusMessage::ErrorMessage) {
+            return refused;
         }
-        return reply;
     }
-    BusInterface* const interface = interfaceNamed(message.interface());
-    return interface != nullptr ? interface->reply(message) : QDBusMessage();
-}
-
-BusInterface* BusObject::interfaceNamed(const QString& name) const
-{
-    const auto found = std::find_if(m_interfaces.begin(), m_interfaces.end(),
-                                    [&](const BusInterface* each) { return each->interfaceName() == name; });
-    return found == m_interfaces.end() ? nullptr : *found;
+    const QString name = isAboutProperties ? message.arguments().value(0).toString() : message.interface();
+    QDBusMessage reply =
+        isAboutProperties ? message.createErrorReply(QDBusError::UnknownInterface, name) : QDBusMessage();
+    for (BusInterface* const interface : m_interfaces) {
+        if (!name.isEmpty() && name != interface->interfaceName()) {
+            continue;
+        }
+        reply = isAboutProperties ? interface->propertyReply(message) : interface->reply(message);
+        const QString error = reply.errorName();
+        if (error != QDBusError::errorString(QDBusError::UnknownMethod) &&
+            error != QDBusError::errorString(QDBusError::UnknownProperty)) {
+            break;
+        }
+    }
+    return reply;
 }
 
 void BusObject::emitSignal(const QString& interface, const QString& name, const QVariantList& arguments) const

@@ -31,8 +31,8 @@ public:
     void emitSignal(const QString& interface, const QString& name, const QVariantList& arguments) const;
 
 private:
-    BusInterface* interfaceNamed(const QString& name) const;
-    /// Of the interface, or of whichever has the method where the caller names none; nothing for another one.
+    /// Of the interface, or of the first that has the method or the property where the caller names none, as
+    /// https://dbus.freedesktop.org/doc/dbus-specification.html allows; nothing for an interface not here.
     QDBusMessage answered(const QDBusMessage& message) const;
 
     MessageBus& m_bus;
