@@ -119,7 +119,9 @@ ControlAnswer answerOf(DBusMessage* reply)
 
 bool isAboutNobody(DBusMessage* reply)
 {
-    return dbus_message_is_error(reply, DBUS_ERROR_SERVICE_UNKNOWN) == TRUE ||
+    // The bus says so of a program that ended before it answered.
+    return dbus_message_is_error(reply, DBUS_ERROR_NO_REPLY) == TRUE ||
+           dbus_message_is_error(reply, DBUS_ERROR_SERVICE_UNKNOWN) == TRUE ||
            dbus_message_is_error(reply, DBUS_ERROR_NAME_HAS_NO_OWNER) == TRUE;
 }
 
@@ -191,9 +193,8 @@ BusLink::Message BusLink::reply(DBusMessage* question, std::chrono::milliseconds
     dbus_pending_call_block(pending);
     Message reply{dbus_pending_call_steal_reply(pending)};
     dbus_pending_call_unref(pending);
-    const bool isMadeUp = reply && (dbus_message_is_error(reply.get(), DBUS_ERROR_NO_REPLY) == TRUE ||
-                                    dbus_message_is_error(reply.get(), DBUS_ERROR_DISCONNECTED) == TRUE);
-    return isMadeUp ? nullptr : std::move(reply);
+    // What libdbus makes up for want of a reply has no sender.
+    return reply && dbus_message_get_sender(reply.get()) != nullptr ? std::move(reply) : nullptr;
 }
 
 std::optional<ControlAnswer> BusLink::ask(const ControlRequest& request)

@@ -17,8 +17,8 @@ namespace brevlin {
 
 namespace {
 
-/// The line that the program sends; less than one where it is gone, or takes too long.
-std::string readLine(int descriptor, std::chrono::milliseconds patience)
+/// The line that the program sends; less than one where it takes too long, and nothing where it is gone.
+std::optional<std::string> readLine(int descriptor, std::chrono::milliseconds patience)
 {
     std::string line;
     std::array<char, 4096> buffer{};
@@ -29,7 +29,7 @@ std::string readLine(int descriptor, std::chrono::milliseconds patience)
         }
         const ssize_t size = ::read(descriptor, buffer.data(), buffer.size());
         if (size <= 0) {
-            break;
+            return std::nullopt;
         }
         line.append(buffer.data(), static_cast<std::size_t>(size));
     }
@@ -44,9 +44,10 @@ std::optional<ControlAnswer> SocketLink::ask(const ControlRequest& request)
     if (!socket.isOpen()) {
         return std::nullopt;
     }
-    const std::string line = readLine(socket.get(), linkPatience);
+    const std::optional<std::string> line = readLine(socket.get(), linkPatience);
     // Who is about to end is as good as gone.
-    return line.starts_with(socketAnswer::ending) ? std::nullopt : std::optional{controlAnswer(line)};
+    return line && !line->starts_with(socketAnswer::ending) ? std::optional{controlAnswer(*line)}
+                                                            : std::nullopt;
 }
 
 bool SocketLink::await(std::uint64_t revision)
@@ -58,7 +59,7 @@ bool SocketLink::await(std::uint64_t revision)
 std::optional<ControlAnswer> SocketLink::awaited()
 {
     const FileDescriptor socket = std::exchange(m_awaited, FileDescriptor());
-    const ControlAnswer answer = controlAnswer(readLine(socket.get(), linkPatience));
+    const ControlAnswer answer = controlAnswer(readLine(socket.get(), linkPatience).value_or(std::string()));
     return answer.kind == ControlAnswer::Kind::status ? std::optional{answer} : std::nullopt;
 }
 
