@@ -53,6 +53,10 @@ protected:
                  [](const std::string&) {
                      return TimeZone{};
                  }},
+                {hookPrograms,
+                 [this]() -> DocumentThread& {
+                     return hookThread;
+                 }},
                 "de_DE"};
     }
 
@@ -89,6 +93,8 @@ protected:
     FakeNotificationCenter center;
     FakeSoundPlayer player;
     FakeLoginItem loginItem;
+    std::shared_ptr<FakeHookPrograms> hookPrograms = std::make_shared<FakeHookPrograms>();
+    FakeDocumentThread hookThread;
     std::unique_ptr<AppModel> modelOrNone;
 };
 
