@@ -176,12 +176,16 @@ private:
 
     bool hasEnded()
     {
-        if (::waitpid(m_process, &m_status, WNOHANG) != m_process) {
+        siginfo_t ended{};
+        // Not waited for yet, so that the number of its group is nobody else's.
+        if (::waitid(P_PID, static_cast<id_t>(m_process), &ended, WEXITED | WNOHANG | WNOWAIT) != 0 ||
+            ended.si_pid == 0) {
             return false;
         }
         if (m_isTooLong) {
             ::kill(-m_process, SIGKILL); // whoever of its group did not heed the request
         }
+        ::waitpid(m_process, &m_status, 0);
         m_process = -1;
         return true;
     }
