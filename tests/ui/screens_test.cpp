@@ -313,7 +313,8 @@ TEST_F(EveryText, is_whole_and_can_be_read_where_the_history_goes_out_and_comes_
         model().historyBackups().clear();
         RestoreDialog none(model(), nullptr);
         look(none, " restore from nothing");
-        look(*std::make_unique<HooksDialog>(model(), nullptr), " no hooks");
+        HooksDialog unused(model(), nullptr);
+        look(unused, " no hooks");
         for (const auto kind :
              {HookResult::Kind::done, HookResult::Kind::failed, HookResult::Kind::tookTooLong,
               HookResult::Kind::unsafe, HookResult::Kind::notStarted})

@@ -12,11 +12,11 @@ namespace {
 
 std::string_view eventText(HookEvent event, AppLanguage language)
 {
-    static constexpr std::array<BilingualText, 5> texts{{{"阶段开始", "phase started"},
-                                                         {"阶段暂停", "phase paused"},
-                                                         {"阶段继续", "phase resumed"},
-                                                         {"阶段结束", "phase ended"},
-                                                         {"阶段跳过", "phase skipped"}}};
+    static constexpr std::array<BilingualText, 5> texts{{{"阶段开始", "started"},
+                                                         {"阶段暂停", "paused"},
+                                                         {"阶段继续", "resumed"},
+                                                         {"阶段结束", "ended"},
+                                                         {"阶段跳过", "skipped"}}};
     return texts.at(static_cast<std::size_t>(event)).in(language);
 }
 
