@@ -7,6 +7,7 @@
 #include "command/import_desk.h"
 #include "picture_sender.h"
 #include "platform/freedesktop/appearance/portal_desktop_settings.h"
+#include "platform/freedesktop/bus/bus_greeting.h"
 #include "platform/freedesktop/bus/bus_start.h"
 #include "platform/freedesktop/clock/system_clock.h"
 #include "platform/freedesktop/clock/system_time_zone.h"
@@ -26,6 +27,7 @@
 #include "platform/freedesktop/session/application_instance.h"
 #include "platform/freedesktop/session/bus_session_lock.h"
 #include "platform/freedesktop/session/desktop_system_events.h"
+#include "platform/freedesktop/shortcuts/desktop_global_shortcuts.h"
 #include "platform/freedesktop/sound/process_sound_player.h"
 #include "platform/freedesktop/tray/desktop_status_item.h"
 #include "platform/freedesktop/x11/x11_floating_window_system.h"
@@ -128,6 +130,7 @@ private:
     ProcessSoundPlayer m_soundPlayer;
     AutostartLoginItem m_loginItem;
     DesktopStatusItem m_statusItem;
+    DesktopGlobalShortcuts m_globalShortcuts;
     CapsulePositionStore m_capsulePositionStore;
     X11FloatingWindowSystem m_floatingWindows;
     BusSessionLock m_sessionLock;
@@ -168,6 +171,7 @@ Composition::Parts::Parts(Application& application, BusStart& buses, const UserF
     , m_loginItem(folders.autostart, QCoreApplication::applicationFilePath().toStdString(), m_files,
                   m_documents)
     , m_statusItem(m_sessionBus, m_scheduler)
+    , m_globalShortcuts(sessionBusAddress(), m_scheduler)
     , m_capsulePositionStore(disk())
     , m_floatingWindows(m_scheduler)
     , m_sessionLock(m_sessionBus, buses.system(), m_scheduler)
@@ -210,8 +214,9 @@ Composition::Parts::Parts(Application& application, BusStart& buses, const UserF
                      &CapsuleChoreography::toggleCompletionSize);
     QObject::connect(&m_window, &MainWindow::settingsRequested, &m_settingsWindow,
                      [this] { m_settingsWindow.present(); });
-    QObject::connect(&m_model, &AppModel::mainWindowActivationRequested, &m_window,
-                     [this] { showWindow(activationToken()); });
+    QObject::connect(
+        &m_model, &AppModel::mainWindowActivationRequested, &m_window,
+        [this](const std::string& token) { showWindow(token.empty() ? activationToken() : token); });
     QObject::connect(&instance, &ApplicationInstance::requested, &m_window,
                      [this](const InstanceRequest& request) { follow(request); });
     instance.setCommandHandler(
@@ -248,7 +253,8 @@ AppModelParts Composition::Parts::modelParts(const UserFolders& folders)
             std::make_unique<LaunchAtLoginService>(m_loginItem),
             TransferParts{m_files, [this]() -> DocumentThread& { return transferThread(); }, timeZoneOf},
             timeLocale(),
-            &m_capsuleController};
+            &m_capsuleController,
+            &m_globalShortcuts};
 }
 
 // Beside the announcements of the timer, so that neither takes the other's place on the screen.

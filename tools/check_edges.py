@@ -23,6 +23,8 @@ EDGES = {
     "platform/freedesktop/instance": (["core", "platform", "platform/freedesktop/event_loop"], ["Core"]),
     "platform/freedesktop/session": (["core", "platform", "platform/freedesktop/bus",
                                       "platform/freedesktop/event_loop", "platform/freedesktop/instance"], ["Core", "Gui", "DBus"]),
+    "platform/freedesktop/shortcuts": (["core", "platform", "platform/freedesktop/bus", "platform/freedesktop/x11"],
+                                       ["Core", "Gui", "DBus"]),
     "platform/freedesktop/notifications": (["core", "platform"], []),
     "platform/freedesktop/notifications/server": (["core", "platform", "platform/freedesktop/bus",
                                                    "platform/freedesktop/notifications"], ["Core", "DBus"]),

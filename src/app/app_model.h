@@ -6,6 +6,7 @@
 #include "app/history_transfer.h"
 #include "app/launch_at_login.h"
 #include "app/phase_announcer.h"
+#include "app/shortcuts.h"
 #include "app/undo_offer.h"
 #include "core/calendar.h"
 #include "core/session_record.h"
@@ -57,6 +58,7 @@ struct AppModelParts
     TransferParts transferParts;
     std::string userLocale;               ///< of the desktop, for the time of day; an ICU locale identifier
     CapsuleMover* capsuleMover = nullptr; ///< none where no capsule can be placed
+    GlobalShortcuts* globalShortcuts = nullptr; ///< none where no key can be heard
 };
 
 /// What the user does to the timer.
@@ -110,6 +112,7 @@ public:
     HistoryTransfer& historyTransfer() { return m_historyTransfer; }
     UndoOffer& undoOffer() { return m_undoOffer; }
     AbsenceQuestions& absences() { return m_absences; }
+    Shortcuts& shortcuts() { return m_shortcuts; }
     CapsuleMover* capsuleMover() const { return m_parts.capsuleMover; }
 
     // Display values, from the published state
@@ -157,6 +160,8 @@ public:
     void setAppLanguage(AppLanguage language);
     void setTopTimerAppearance(TopTimerAppearance appearance);
     void setAsksAboutAbsences(bool asks);
+    /// Nothing takes the action's key away.
+    void setShortcut(ShortcutAction action, const std::optional<KeyCombination>& key);
     void restoreDefaultPreferences();
 
     // History commands; the editor has the others
@@ -168,7 +173,10 @@ public:
     /// Takes back what is offered to be taken back, else the latest step of the history.
     void undo();
 
-    void activateMainWindow();
+    /// The token is what the desktop gave to the user's action; empty where there is none.
+    void activateMainWindow(const std::string& token = {});
+    /// What the user wants who presses the action's key, wherever he is.
+    void perform(ShortcutAction action, const std::string& token = {});
     /// Nobody sees the windows while the session is locked.
     void setSessionLocked(bool locked);
 
@@ -200,7 +208,7 @@ Q_SIGNALS:
     void alertSoundPlayingChanged();
     /// A second has passed, or the clock was set.
     void ticked();
-    void mainWindowActivationRequested();
+    void mainWindowActivationRequested(const std::string& token);
 
 private:
     using AskForPermission = PhaseAnnouncer::AskForPermission;
@@ -229,6 +237,7 @@ private:
     void publish(const TimerSnapshot& snapshot);
     void publishRemainingSeconds();
     void adopt(const AppPreferences& preferences);
+    void changeAddedPreferences(const std::function<void(AddedPreferences&)>& change);
     void adoptAdded(const AddedPreferences& preferences);
     void connectHistory();
     void historyMayBeKnown();
@@ -254,6 +263,7 @@ private:
     AppMessages m_messages;
     LaunchAtLogin m_launchAtLogin;
     PhaseAnnouncer m_announcer;
+    Shortcuts m_shortcuts;
     UndoOffer m_undoOffer;
     HistoryEditor m_historyEditor;
     HistoryTransfer m_historyTransfer;

@@ -149,13 +149,39 @@ void AppModel::setTopTimerAppearance(TopTimerAppearance appearance)
 void AppModel::restoreDefaultPreferences()
 {
     changePreferences([](AppPreferences& preferences) { preferences = {}; });
-    setAsksAboutAbsences(AddedPreferences{}.asksAboutAbsences);
+    changeAddedPreferences([](AddedPreferences& preferences) { preferences = {}; });
     Q_EMIT defaultPreferencesRestored();
 }
 
-void AppModel::activateMainWindow()
+void AppModel::activateMainWindow(const std::string& token)
 {
-    Q_EMIT mainWindowActivationRequested();
+    Q_EMIT mainWindowActivationRequested(token);
+}
+
+void AppModel::perform(ShortcutAction action, const std::string& token)
+{
+    const TimerRunState state = m_snapshot.runState;
+    switch (action) {
+    case ShortcutAction::toggle:
+        performPrimaryAction();
+        break;
+    case ShortcutAction::skip:
+        if (state == TimerRunState::ringing) {
+            skipPendingPhase();
+        } else if (state != TimerRunState::idle) {
+            switchToNextPhase();
+        }
+        break;
+    case ShortcutAction::addTime:
+        addFiveMinutes();
+        break;
+    case ShortcutAction::show:
+        activateMainWindow(token);
+        break;
+    case ShortcutAction::silence:
+        stopAlertSound();
+        break;
+    }
 }
 
 void AppModel::changePreferences(const std::function<void(AppPreferences&)>& change)
@@ -180,6 +206,7 @@ void AppModel::adopt(const AppPreferences& preferences)
     if (before.appLanguage != preferences.appLanguage) {
         m_messages.setLanguage(preferences.appLanguage);
         m_announcer.setLanguage(preferences.appLanguage);
+        m_shortcuts.follow(m_addedPreferences, preferences.appLanguage);
     }
     if (before.playCompletionSound && !preferences.playCompletionSound) {
         m_parts.soundService->stop();

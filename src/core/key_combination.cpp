@@ -20,7 +20,8 @@ constexpr std::array names{
     "F1"sv, "F2"sv, "F3"sv, "F4"sv, "F5"sv, "F6"sv, "F7"sv, "F8"sv, "F9"sv, "F10"sv, "F11"sv, "F12"sv,
     "F13"sv, "F14"sv, "F15"sv, "F16"sv, "F17"sv, "F18"sv, "F19"sv, "F20"sv, "F21"sv, "F22"sv, "F23"sv,
     "F24"sv, "Print"sv, "Pause"sv, "ScrollLock"sv, "Menu"sv, "MediaPlay"sv, "MediaPause"sv, "MediaStop"sv,
-    "MediaNext"sv, "MediaPrevious"sv, "Launch1"sv, "Launch2"sv, "Calculator"sv, "Mail"sv, "Tools"sv};
+    "MediaNext"sv, "MediaPrevious"sv, "Launch1"sv, "Launch2"sv, "Launch3"sv, "Launch4"sv, "Launch5"sv,
+    "Launch6"sv, "Launch7"sv, "Launch8"sv, "Launch9"sv, "Calculator"sv, "Mail"sv, "Tools"sv};
 constexpr std::string_view firstThatNeedsNoModifier = "F1";
 
 constexpr char32_t space = U' ';
