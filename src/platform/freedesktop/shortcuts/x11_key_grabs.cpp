@@ -14,6 +14,8 @@ namespace {
 
 using Trouble = GlobalShortcuts::Trouble;
 
+// A key that stays down repeats as if it was let go and pressed at once, sooner than any finger could.
+constexpr std::uint32_t longestRepetitionGap = 3; // milliseconds
 // A change of the layout is told several times over.
 constexpr Seconds untilLayoutSettles{0.1};
 
@@ -69,6 +71,7 @@ void X11KeyGrabs::hold(const ShortcutKeys& keys)
         m_map.reset(); // what happens to it is heard only while keys are held
         m_nextLook.reset();
         m_pressed = 0;
+        m_isDown = false;
     }
     for (const ShortcutAction action : allCases<ShortcutAction>()) {
         if (isHolding && keys[action]) {
@@ -155,13 +158,18 @@ bool X11KeyGrabs::take(const xcb_generic_event_t& event)
     const auto grab = std::ranges::find_if(
         m_grabs, [&](const Grab& each) { return each.keycode == key.detail && each.modifiers == held; });
     if (type == XCB_KEY_RELEASE) {
-        return std::exchange(m_pressed, m_pressed == key.detail ? 0 : m_pressed) == key.detail;
+        const bool isOurs = m_pressed == key.detail;
+        m_releasedAt = isOurs ? key.time : m_releasedAt;
+        m_isDown = m_isDown && !isOurs;
+        return isOurs;
     }
     if (grab == m_grabs.end()) {
         return false;
     }
-    // A key that stays down repeats: Qt has asked for repetitions without a release between them.
-    if (std::exchange(m_pressed, key.detail) != key.detail) {
+    const bool isSame = std::exchange(m_pressed, key.detail) == key.detail;
+    const bool isRepeated = isSame && (m_isDown || key.time - m_releasedAt <= longestRepetitionGap);
+    m_isDown = true;
+    if (!isRepeated) {
         m_observer.activated(grab->action, "brevlin_TIME" + std::to_string(key.time));
     }
     return true;

@@ -62,7 +62,9 @@ private:
     ShortcutKeys m_keys;
     ForEachShortcut<GlobalShortcuts::Trouble> m_troubles;
     std::vector<Grab> m_grabs;
-    std::uint8_t m_pressed = 0; // keycode of the one that is down
+    std::uint8_t m_pressed = 0;     // keycode of the latest; 0 for none
+    std::uint32_t m_releasedAt = 0; // milliseconds of the server's
+    bool m_isDown = false;
     TaskHandle m_nextLook;
 };
 

@@ -90,7 +90,7 @@ ShortcutsSection::Row ShortcutsSection::makeRow(ShortcutAction /*action*/)
          std::initializer_list<QWidget*>{made.value, made.copy, made.recorder, made.clear}) {
         line->addWidget(control);
     }
-    made.row->addControl(controls);
+    made.row->addControl(controls, LinkButton::bleed);
     made.trouble = made.row->addNote(ThemeColor::orange, Symbol::exclamationmarkTriangleFill);
     return made;
 }
@@ -204,6 +204,10 @@ void ShortcutsSection::refreshRow(ShortcutAction action)
     row.copy->setText(copy);
     row.copy->setAccessibleName(copy + qtText(separatorText.in(language)) + value);
     row.copy->updateGeometry();
+
+    // A text alone ends where the others seem to.
+    row.value->parentWidget()->layout()->setContentsMargins(
+        0, 0, offer == Offer::dialog ? LinkButton::bleed : 0, 0);
 
     const QString trouble = troubleOf(action);
     row.trouble->setText(trouble);
