@@ -211,6 +211,18 @@ TEST_F(EveryText, is_whole_and_can_be_read_in_the_main_window)
             settle();
             expectWhole(window, screen);
             expectLegible(window, screen);
+            if (section == AppSection::settings) {
+                shortcuts.troubles[ShortcutAction::skip] = GlobalShortcuts::Trouble::taken;
+                shortcuts.hasFailed = true;
+                for (const auto offer : {GlobalShortcuts::Offer::commands, GlobalShortcuts::Offer::dialog,
+                                         GlobalShortcuts::Offer::keys}) {
+                    shortcuts.offered = offer;
+                    shortcuts.observer.changed();
+                    settle();
+                    expectWhole(window, screen + " shortcuts " + std::to_string(static_cast<int>(offer)));
+                    expectLegible(window, screen + " shortcuts");
+                }
+            }
             if (section == AppSection::statistics) {
                 window.findChild<BreakdownCard*>()->findChildren<Segment*>().back()->click(); // by label
                 settle();

@@ -110,10 +110,8 @@ void ShortcutsSection::connectRow(ShortcutAction action)
         const bool isLetter = reason == KeyRecorder::Refusal::needsModifier;
         refuse(action, qtText((isLetter ? needsModifierText : unknownKeyText).in(m_model.language())));
     });
-    connect(row.recorder, &KeyRecorder::recordingChanged, this, [this, action](bool isRecording) {
-        if (isRecording) {
-            m_rows[action].refusal.clear();
-        }
+    connect(row.recorder, &KeyRecorder::recordingChanged, this, [this, action] {
+        m_rows[action].refusal.clear();
         refreshRow(action);
     });
     connect(row.clear, &QAbstractButton::clicked, this, [this, action, clear] {
