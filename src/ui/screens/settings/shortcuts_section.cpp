@@ -30,7 +30,7 @@ constexpr BilingualText setUpText{"设置…", "Set up…"};
 constexpr BilingualText changeText{"更改…", "Change…"};
 constexpr BilingualText separatorText{"：", ": "};
 constexpr BilingualText keysNoteText{
-    "在任何程序中都有效。录制时，Esc 取消，退格键清除；字母和数字要与 Ctrl、Alt 或 Super 同按。",
+    "对所有程序有效。录制时 Esc 取消，退格键清除；字母和数字须配合 Ctrl、Alt 或 Super。",
     "They work in every program. While recording, Escape cancels and Backspace clears; letters and digits "
     "need Ctrl, Alt or Super."};
 constexpr BilingualText commandsNoteText{
