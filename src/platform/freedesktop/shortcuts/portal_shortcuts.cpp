@@ -218,10 +218,23 @@ void PortalShortcuts::responded(const QDBusMessage& message)
              response ? std::get<1>(*response) : QVariantMap());
 }
 
+BusShortcuts PortalShortcuts::shortcuts() const
+{
+    BusShortcuts shortcuts;
+    for (const ShortcutAction action : allCases<ShortcutAction>()) {
+        const QString id = QString::fromStdString(std::string(rawValue(action)));
+        shortcuts.append({id, {{QStringLiteral("description"), QString::fromStdString(m_titles[action])}}});
+    }
+    return shortcuts;
+}
+
+// Plasma 5 learns of the keys here alone; its dialog changes those that it has. Others overlook the option.
 void PortalShortcuts::openSession()
 {
     m_isBusy = true;
-    request("CreateSession", {}, {{QStringLiteral("session_handle_token"), sessionToken}},
+    request("CreateSession", {},
+            {{QStringLiteral("session_handle_token"), sessionToken},
+             {QStringLiteral("shortcuts"), QVariant::fromValue(shortcuts())}},
             [this](Response response, const QVariantMap& results) {
                 m_isBusy = false;
                 // A string where the other calls want a path.
@@ -249,14 +262,9 @@ void PortalShortcuts::list()
 
 void PortalShortcuts::bind()
 {
-    BusShortcuts shortcuts;
-    for (const ShortcutAction action : allCases<ShortcutAction>()) {
-        const QString id = QString::fromStdString(std::string(rawValue(action)));
-        shortcuts.append({id, {{QStringLiteral("description"), QString::fromStdString(m_titles[action])}}});
-    }
     m_isBusy = true;
     request("BindShortcuts",
-            {QVariant::fromValue(QDBusObjectPath(m_session)), QVariant::fromValue(shortcuts), m_window}, {},
+            {QVariant::fromValue(QDBusObjectPath(m_session)), QVariant::fromValue(shortcuts()), m_window}, {},
             [this](Response response, const QVariantMap& results) {
                 m_isBusy = false;
                 m_hasBound = true;
@@ -340,16 +348,16 @@ void PortalShortcuts::openDialog(std::uint64_t window, const GlobalShortcuts::Ti
 
 void PortalShortcuts::take(const QVariantMap& results)
 {
-    if (const auto shortcuts = busValue<BusShortcuts>(results.value(QStringLiteral("shortcuts")))) {
-        take(*shortcuts);
+    if (const auto listed = busValue<BusShortcuts>(results.value(QStringLiteral("shortcuts")))) {
+        take(*listed);
     }
 }
 
-void PortalShortcuts::take(const BusShortcuts& shortcuts)
+void PortalShortcuts::take(const BusShortcuts& listed)
 {
     m_triggers = {};
-    m_hasListed = !shortcuts.isEmpty();
-    for (const BusShortcut& shortcut : shortcuts) {
+    m_hasListed = !listed.isEmpty();
+    for (const BusShortcut& shortcut : listed) {
         if (const auto action = fromRawValue<ShortcutAction>(shortcut.id.toStdString())) {
             const QVariant words = shortcut.values.value(QStringLiteral("trigger_description"));
             m_triggers[*action] = busValue<QString>(words).value_or(QString()).toStdString();

@@ -71,6 +71,7 @@ private:
     void forgetSession();
     /// `arguments` without the options, which are the last.
     void request(const char* method, const QVariantList& arguments, QVariantMap options, Answered answered);
+    BusShortcuts shortcuts() const;
     void openSession();
     void closeSession(const std::function<void()>& closed);
     void list();
@@ -78,7 +79,7 @@ private:
     void configure();
     void endDialog(Response response);
     void take(const QVariantMap& results);
-    void take(const BusShortcuts& shortcuts);
+    void take(const BusShortcuts& listed);
 
     const std::string m_address;
     GlobalShortcuts::Observer m_observer;
