@@ -1,4 +1,5 @@
 #include "app/app_model.h"
+#include "app/timer_control.h"
 
 #include <algorithm>
 #include <utility>
@@ -160,27 +161,10 @@ void AppModel::activateMainWindow(const std::string& token)
 
 void AppModel::perform(ShortcutAction action, const std::string& token)
 {
-    const TimerRunState state = m_snapshot.runState;
-    switch (action) {
-    case ShortcutAction::toggle:
-        performPrimaryAction();
-        break;
-    case ShortcutAction::skip:
-        if (state == TimerRunState::ringing) {
-            skipPendingPhase();
-        } else if (state != TimerRunState::idle) {
-            switchToNextPhase();
-        }
-        break;
-    case ShortcutAction::addTime:
-        addFiveMinutes();
-        break;
-    case ShortcutAction::show:
+    if (const auto verb = verbOf(action)) {
+        [[maybe_unused]] const auto done = TimerControl::carryOut(*this, *verb); // or nothing is to be done
+    } else {
         activateMainWindow(token);
-        break;
-    case ShortcutAction::silence:
-        stopAlertSound();
-        break;
     }
 }
 

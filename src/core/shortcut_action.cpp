@@ -4,30 +4,41 @@ namespace brevlin {
 
 namespace {
 
-struct Words
+struct Meaning
 {
     BilingualText title;
-    std::string_view command;
+    std::optional<TimerVerb> verb;
 };
 
-constexpr std::array<Words, RawValues<ShortcutAction>::cases.size()> words{{
-    {{"开始或暂停", "Start or pause"}, "brevlin toggle"},
-    {{"跳到下一阶段", "Skip to the next phase"}, "brevlin skip"},
-    {{"延长 5 分钟", "Add 5 minutes"}, "brevlin extend"},
-    {{"显示窗口", "Show the window"}, "brevlin show"},
-    {{"停止提醒声音", "Stop alert sound"}, "brevlin silence"},
+constexpr std::array<Meaning, RawValues<ShortcutAction>::cases.size()> meanings{{
+    {{"开始或暂停", "Start or pause"}, TimerVerb::toggle},
+    {{"跳到下一阶段", "Skip to the next phase"}, TimerVerb::skip},
+    {{"延长 5 分钟", "Add 5 minutes"}, TimerVerb::extend},
+    {{"显示窗口", "Show the window"}, std::nullopt},
+    {{"停止提醒声音", "Stop alert sound"}, TimerVerb::silence},
 }};
+
+const Meaning& meaningOf(ShortcutAction action)
+{
+    return meanings.at(static_cast<std::size_t>(action));
+}
 
 } // namespace
 
 std::string_view title(ShortcutAction action, AppLanguage language)
 {
-    return words.at(static_cast<std::size_t>(action)).title.in(language);
+    return meaningOf(action).title.in(language);
 }
 
-std::string_view command(ShortcutAction action)
+std::optional<TimerVerb> verbOf(ShortcutAction action)
 {
-    return words.at(static_cast<std::size_t>(action)).command;
+    return meaningOf(action).verb;
+}
+
+std::string command(ShortcutAction action)
+{
+    const auto verb = verbOf(action);
+    return "brevlin " + std::string(verb ? rawValue(*verb) : rawValue(action));
 }
 
 } // namespace brevlin

@@ -2,8 +2,12 @@
 
 #include "core/language.h"
 #include "core/raw_value.h"
+#include "core/timer_verb.h"
 
 #include <array>
+#include <cstddef>
+#include <optional>
+#include <string>
 #include <string_view>
 
 namespace brevlin {
@@ -12,8 +16,10 @@ namespace brevlin {
 enum class ShortcutAction { toggle, skip, addTime, show, silence };
 
 std::string_view title(ShortcutAction action, AppLanguage language);
+/// What it does to the timer; nothing for the one that does not touch it.
+std::optional<TimerVerb> verbOf(ShortcutAction action);
 /// What a desktop that gives programs no keys is told to run instead.
-std::string_view command(ShortcutAction action);
+std::string command(ShortcutAction action);
 
 /// The names by which desktops remember the user's keys.
 template <>
