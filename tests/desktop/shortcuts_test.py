@@ -65,8 +65,10 @@ class Shortcuts(DesktopTest):
         self.open_at(TO_THE_FIRST_KEY)
         desktop.press("space", "q", "ctrl+alt+q")  # a letter alone is none
         self.wait_for_stored("toggle", "Ctrl+Alt+Q")
-        desktop.press("Tab", "Tab", "space", "Escape", "space", "ctrl+alt+shift+1")
+        # The key that is held already is another row's, and does nothing while somebody records.
+        desktop.press("Tab", "Tab", "space", "Escape", "space", "ctrl+alt+q", "space", "ctrl+alt+shift+1")
         self.wait_for_stored("skip", "Ctrl+Alt+Shift+1")
+        self.assertEqual(desktop.timer()["runState"], "idle")
         self.close_settings()
         desktop.cover()
         desktop.press("ctrl+alt+q")

@@ -6,6 +6,7 @@
 #include "ui/style/theme.h"
 #include "ui/style/typography.h"
 
+#include <QApplication>
 #include <QFontMetricsF>
 #include <QKeyEvent>
 #include <QPainter>
@@ -91,8 +92,10 @@ void KeyRecorder::setRecording(bool isRecording)
     if (isRecording) {
         setFocus(Qt::OtherFocusReason);
         grabKeyboard();
+        qApp->installEventFilter(this);
         announce(*this, m_texts.prompt);
     } else {
+        qApp->removeEventFilter(this);
         releaseKeyboard();
     }
     Q_EMIT recordingChanged(isRecording);
@@ -121,6 +124,15 @@ bool KeyRecorder::event(QEvent* event)
         break;
     }
     return PlainButton::event(event);
+}
+
+// Whoever presses something else has changed his mind.
+bool KeyRecorder::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::MouseButtonPress && watched->isWidgetType() && watched != this) {
+        setRecording(false);
+    }
+    return PlainButton::eventFilter(watched, event);
 }
 
 void KeyRecorder::take(const QKeyEvent& event)
