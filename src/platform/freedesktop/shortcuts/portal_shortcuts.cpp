@@ -183,13 +183,13 @@ void PortalShortcuts::forgetSession()
 
 // The response may come before the answer to the call, so its path is chosen here.
 void PortalShortcuts::request(const char* method, const QVariantList& arguments, QVariantMap options,
-                              Answered answered)
+                              const Answered& answered)
 {
     const QString token = QStringLiteral("brevlin%1").arg(++m_requestCount);
     const QString sender = m_bus->connection().baseService().mid(1).replace(u'.', u'_');
     const QString responsePath = path + QStringLiteral("/request/") + sender + u'/' + token;
     options.insert(QStringLiteral("handle_token"), token);
-    m_requests.insert(responsePath, std::move(answered));
+    m_requests.insert(responsePath, answered);
     QDBusMessage message = portalCall(interface, QString::fromLatin1(method));
     message.setArguments(arguments + QVariantList{options});
     m_bus->call(

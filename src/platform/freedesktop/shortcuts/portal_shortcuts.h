@@ -70,7 +70,8 @@ private:
     void portalVanished();
     void forgetSession();
     /// `arguments` without the options, which are the last.
-    void request(const char* method, const QVariantList& arguments, QVariantMap options, Answered answered);
+    void request(const char* method, const QVariantList& arguments, QVariantMap options,
+                 const Answered& answered);
     BusShortcuts shortcuts() const;
     void openSession();
     void closeSession(const std::function<void()>& closed);
