@@ -4,6 +4,7 @@
 #include "app/app_messages.h"
 #include "app/history_editor.h"
 #include "app/history_transfer.h"
+#include "app/hook_caller.h"
 #include "app/launch_at_login.h"
 #include "app/phase_announcer.h"
 #include "app/shortcuts.h"
@@ -56,6 +57,7 @@ struct AppModelParts
     std::unique_ptr<AlertSoundService> soundService;
     std::unique_ptr<LaunchAtLoginService> launchAtLoginService;
     TransferParts transferParts;
+    HookParts hookParts;
     std::string userLocale;               ///< of the desktop, for the time of day; an ICU locale identifier
     CapsuleMover* capsuleMover = nullptr; ///< none where no capsule can be placed
     GlobalShortcuts* globalShortcuts = nullptr; ///< none where no key can be heard
@@ -113,6 +115,7 @@ public:
     UndoOffer& undoOffer() { return m_undoOffer; }
     AbsenceQuestions& absences() { return m_absences; }
     Shortcuts& shortcuts() { return m_shortcuts; }
+    HookCaller& hooks() { return *m_hooks; }
     CapsuleMover* capsuleMover() const { return m_parts.capsuleMover; }
 
     // Display values, from the published state
@@ -268,6 +271,7 @@ private:
     HistoryEditor m_historyEditor;
     HistoryTransfer m_historyTransfer;
     AbsenceQuestions m_absences;
+    std::unique_ptr<HookCaller> m_hooks; // made once the timer is restored, then never absent
     AppPreferences m_preferences;
     AddedPreferences m_addedPreferences;
     std::string m_preparedIntention;
