@@ -13,7 +13,7 @@ PORTAL_PATH = "/org/freedesktop/portal/desktop"
 ORANGE = (168, 84, 0)  # of what asks for attention, in the light scheme
 
 # Back from the first control by shift+Tab, while no key is set and there is no history.
-TO_THE_FIRST_KEY, TO_THE_DIALOG = 8, 4
+TO_THE_FIRST_KEY, TO_THE_DIALOG = 9, 5
 
 
 HOLD_CTRL_ALT_K = """
