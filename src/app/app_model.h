@@ -7,6 +7,7 @@
 #include "app/hook_caller.h"
 #include "app/launch_at_login.h"
 #include "app/phase_announcer.h"
+#include "app/shortcuts.h"
 #include "app/undo_offer.h"
 #include "core/calendar.h"
 #include "core/session_record.h"
@@ -59,6 +60,7 @@ struct AppModelParts
     HookParts hookParts;
     std::string userLocale;               ///< of the desktop, for the time of day; an ICU locale identifier
     CapsuleMover* capsuleMover = nullptr; ///< none where no capsule can be placed
+    GlobalShortcuts* globalShortcuts = nullptr; ///< none where no key can be heard
 };
 
 /// What the user does to the timer.
@@ -112,6 +114,7 @@ public:
     HistoryTransfer& historyTransfer() { return m_historyTransfer; }
     UndoOffer& undoOffer() { return m_undoOffer; }
     AbsenceQuestions& absences() { return m_absences; }
+    Shortcuts& shortcuts() { return m_shortcuts; }
     HookCaller& hooks() { return *m_hooks; }
     CapsuleMover* capsuleMover() const { return m_parts.capsuleMover; }
 
@@ -160,6 +163,8 @@ public:
     void setAppLanguage(AppLanguage language);
     void setTopTimerAppearance(TopTimerAppearance appearance);
     void setAsksAboutAbsences(bool asks);
+    /// Nothing takes the action's key away.
+    void setShortcut(ShortcutAction action, const std::optional<KeyCombination>& key);
     void restoreDefaultPreferences();
 
     // History commands; the editor has the others
@@ -171,7 +176,10 @@ public:
     /// Takes back what is offered to be taken back, else the latest step of the history.
     void undo();
 
-    void activateMainWindow();
+    /// The token is what the desktop gave to the user's action; empty where there is none.
+    void activateMainWindow(const std::string& token = {});
+    /// What the user wants who presses the action's key, wherever he is.
+    void perform(ShortcutAction action, const std::string& token = {});
     /// Nobody sees the windows while the session is locked.
     void setSessionLocked(bool locked);
 
@@ -203,7 +211,7 @@ Q_SIGNALS:
     void alertSoundPlayingChanged();
     /// A second has passed, or the clock was set.
     void ticked();
-    void mainWindowActivationRequested();
+    void mainWindowActivationRequested(const std::string& token);
 
 private:
     using AskForPermission = PhaseAnnouncer::AskForPermission;
@@ -232,6 +240,7 @@ private:
     void publish(const TimerSnapshot& snapshot);
     void publishRemainingSeconds();
     void adopt(const AppPreferences& preferences);
+    void changeAddedPreferences(const std::function<void(AddedPreferences&)>& change);
     void adoptAdded(const AddedPreferences& preferences);
     void connectHistory();
     void historyMayBeKnown();
@@ -257,6 +266,7 @@ private:
     AppMessages m_messages;
     LaunchAtLogin m_launchAtLogin;
     PhaseAnnouncer m_announcer;
+    Shortcuts m_shortcuts;
     UndoOffer m_undoOffer;
     HistoryEditor m_historyEditor;
     HistoryTransfer m_historyTransfer;

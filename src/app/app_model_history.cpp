@@ -272,8 +272,18 @@ void AppModel::setIntention(const std::string& intention)
 
 void AppModel::setAsksAboutAbsences(bool asks)
 {
+    changeAddedPreferences([asks](AddedPreferences& preferences) { preferences.asksAboutAbsences = asks; });
+}
+
+void AppModel::setShortcut(ShortcutAction action, const std::optional<KeyCombination>& key)
+{
+    changeAddedPreferences([&](AddedPreferences& preferences) { preferences.shortcutKeys[action] = key; });
+}
+
+void AppModel::changeAddedPreferences(const std::function<void(AddedPreferences&)>& change)
+{
     AddedPreferences preferences = m_addedPreferences;
-    preferences.asksAboutAbsences = asks;
+    change(preferences);
     if (preferences != m_addedPreferences) {
         // What cannot be expressed holds for this run.
         [[maybe_unused]] const auto saved = m_parts.addedPreferencesStore->save(preferences);
@@ -285,6 +295,7 @@ void AppModel::adoptAdded(const AddedPreferences& preferences)
 {
     if (std::exchange(m_addedPreferences, preferences) != preferences) {
         m_absences.setEnabled(preferences.asksAboutAbsences);
+        m_shortcuts.follow(preferences, language());
         Q_EMIT preferencesChanged();
     }
 }

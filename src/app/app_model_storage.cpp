@@ -13,6 +13,7 @@ void AppModel::restore()
     }
     m_addedPreferences = m_parts.addedPreferencesStore->load();
     m_absences.setEnabled(m_addedPreferences.asksAboutAbsences);
+    m_shortcuts.follow(m_addedPreferences, language());
     m_messages.setLanguage(language());
     std::optional<TimerSnapshot> restored = restoreTimer();
     connectStores();

@@ -3,6 +3,7 @@
 #include "app/app_model.h"
 #include "support/fake_desktop.h"
 #include "support/fake_disk.h"
+#include "support/fake_shortcuts.h"
 
 #include <gtest/gtest.h>
 
@@ -57,7 +58,9 @@ protected:
                  [this]() -> DocumentThread& {
                      return hookThread;
                  }},
-                "de_DE"};
+                "de_DE",
+                nullptr,
+                &shortcuts};
     }
 
     /// Starts the program (again): everything that was in memory is gone, what was stored is not.
@@ -93,6 +96,7 @@ protected:
     FakeNotificationCenter center;
     FakeSoundPlayer player;
     FakeLoginItem loginItem;
+    FakeGlobalShortcuts shortcuts;
     std::shared_ptr<FakeHookPrograms> hookPrograms = std::make_shared<FakeHookPrograms>();
     FakeDocumentThread hookThread;
     std::unique_ptr<AppModel> modelOrNone;

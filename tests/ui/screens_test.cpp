@@ -75,6 +75,10 @@ protected:
         widget.resize(size);
         widget.show();
         settle();
+        if (widget.size() != size) { // a main window is cut to the work area once, a while after it came
+            widget.resize(size);
+            settle();
+        }
     }
     /// Wide, with every text; or the island.
     void show(TopCapsuleView& view, CapsuleContent content, bool isIsland)
@@ -207,12 +211,23 @@ TEST_F(EveryText, is_whole_and_can_be_read_in_the_main_window)
                 continue;
             selection.select(section);
             const std::string screen = where + " " + std::to_string(static_cast<int>(section));
-            show(window, {802, 2400});
             model().undoOffer().make({UndoOffer::Kind::restoration, 12'345, [] {
                                       }});
-            settle();
+            show(window, {802, 2400});
             expectWhole(window, screen);
             expectLegible(window, screen);
+            if (section == AppSection::settings) {
+                shortcuts.troubles[ShortcutAction::skip] = GlobalShortcuts::Trouble::taken;
+                shortcuts.hasFailed = true;
+                for (const auto offer : {GlobalShortcuts::Offer::commands, GlobalShortcuts::Offer::dialog,
+                                         GlobalShortcuts::Offer::keys}) {
+                    shortcuts.offered = offer;
+                    shortcuts.observer.changed();
+                    show(window, {802, 2400});
+                    expectWhole(window, screen + " shortcuts " + std::to_string(static_cast<int>(offer)));
+                    expectLegible(window, screen + " shortcuts");
+                }
+            }
             if (section == AppSection::statistics) {
                 window.findChild<BreakdownCard*>()->findChildren<Segment*>().back()->click(); // by label
                 settle();
