@@ -4,6 +4,7 @@
 #include "storage/json/json_writer.h"
 #include "storage/stored_field.h"
 
+#include <string_view>
 #include <tuple>
 #include <utility>
 
@@ -13,7 +14,28 @@ namespace {
 
 constexpr std::tuple fields{
     StoredField{"asksAboutAbsences", &AddedPreferences::asksAboutAbsences},
+    StoredField{"silencesNotifications", &AddedPreferences::silencesNotifications},
 };
+
+bool isKnown(std::string_view key)
+{
+    bool isKnown = false;
+    forEachField(fields, [&](const auto& field) { isKnown = isKnown || field.name == key; });
+    return isKnown;
+}
+
+std::string unknownFields(JsonValue root)
+{
+    std::string result;
+    for (const auto& [key, value] : simdjson::dom::object(root)) {
+        JsonWriter name;
+        name.value(key);
+        if (const auto quoted = std::move(name).finish(); quoted && !isKnown(key)) {
+            result += ',' + *quoted + ':' + simdjson::minify(value);
+        }
+    }
+    return result;
+}
 
 } // namespace
 
@@ -23,7 +45,11 @@ Expected<std::string, DocumentError> encode(const AddedPreferences& preferences)
     writer.beginObject();
     forEachField(fields, [&](const auto& field) { writer.field(field.name, field.of(preferences)); });
     writer.endObject();
-    return std::move(writer).finish();
+    auto document = std::move(writer).finish();
+    if (document) {
+        document->insert(document->size() - 1, preferences.unknownFields);
+    }
+    return document;
 }
 
 Expected<AddedPreferences, DocumentError> decodeAddedPreferences(const std::string& document)
@@ -35,6 +61,9 @@ Expected<AddedPreferences, DocumentError> decodeAddedPreferences(const std::stri
     AddedPreferences preferences;
     JsonObjectReader reader(json->root());
     forEachField(fields, [&](const auto& field) { reader.optional(field.name, field.of(preferences)); });
+    if (!reader.error()) {
+        preferences.unknownFields = unknownFields(json->root());
+    }
     return reader.finish(preferences);
 }
 

@@ -16,12 +16,16 @@ namespace brevlin {
 struct AddedPreferences
 {
     bool asksAboutAbsences = true;
+    bool silencesNotifications = false; ///< of the whole desktop, while a focus phase runs
+    /// What a later release has added to the document: ",\"key\":value", again and again.
+    std::string unknownFields;
 
     bool operator==(const AddedPreferences&) const = default;
 };
 
 Expected<std::string, DocumentError> encode(const AddedPreferences& preferences);
 /// A key may be missing or null, then its default applies; any invalid value makes the document unreadable.
+/// Keys that are not known here are kept.
 Expected<AddedPreferences, DocumentError> decodeAddedPreferences(const std::string& document);
 
 /// Keeps them in the user defaults.
