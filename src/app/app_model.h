@@ -2,6 +2,7 @@
 
 #include "app/absence_questions.h"
 #include "app/app_messages.h"
+#include "app/focus_quiet.h"
 #include "app/history_editor.h"
 #include "app/history_transfer.h"
 #include "app/launch_at_login.h"
@@ -57,6 +58,7 @@ struct AppModelParts
     TransferParts transferParts;
     std::string userLocale;               ///< of the desktop, for the time of day; an ICU locale identifier
     CapsuleMover* capsuleMover = nullptr; ///< none where no capsule can be placed
+    QuietParts quietParts = {};           ///< none where no desktop can be silenced
 };
 
 /// What the user does to the timer.
@@ -110,6 +112,7 @@ public:
     HistoryTransfer& historyTransfer() { return m_historyTransfer; }
     UndoOffer& undoOffer() { return m_undoOffer; }
     AbsenceQuestions& absences() { return m_absences; }
+    FocusQuiet& focusQuiet() { return m_focusQuiet; }
     CapsuleMover* capsuleMover() const { return m_parts.capsuleMover; }
 
     // Display values, from the published state
@@ -157,6 +160,7 @@ public:
     void setAppLanguage(AppLanguage language);
     void setTopTimerAppearance(TopTimerAppearance appearance);
     void setAsksAboutAbsences(bool asks);
+    void setSilencesNotifications(bool silences);
     void restoreDefaultPreferences();
 
     // History commands; the editor has the others
@@ -229,7 +233,9 @@ private:
     void publish(const TimerSnapshot& snapshot);
     void publishRemainingSeconds();
     void adopt(const AppPreferences& preferences);
+    void changeAdded(const std::function<void(AddedPreferences&)>& change);
     void adoptAdded(const AddedPreferences& preferences);
+    void followAdded();
     void connectHistory();
     void historyMayBeKnown();
     /// Once the details have been read: those of a phase are changed, not replaced.
@@ -258,6 +264,7 @@ private:
     HistoryEditor m_historyEditor;
     HistoryTransfer m_historyTransfer;
     AbsenceQuestions m_absences;
+    FocusQuiet m_focusQuiet;
     AppPreferences m_preferences;
     AddedPreferences m_addedPreferences;
     std::string m_preparedIntention;

@@ -149,7 +149,11 @@ void AppModel::setTopTimerAppearance(TopTimerAppearance appearance)
 void AppModel::restoreDefaultPreferences()
 {
     changePreferences([](AppPreferences& preferences) { preferences = {}; });
-    setAsksAboutAbsences(AddedPreferences{}.asksAboutAbsences);
+    changeAdded([](AddedPreferences& preferences) {
+        const AddedPreferences defaults;
+        preferences.asksAboutAbsences = defaults.asksAboutAbsences;
+        preferences.silencesNotifications = defaults.silencesNotifications;
+    });
     Q_EMIT defaultPreferencesRestored();
 }
 

@@ -272,8 +272,18 @@ void AppModel::setIntention(const std::string& intention)
 
 void AppModel::setAsksAboutAbsences(bool asks)
 {
+    changeAdded([asks](AddedPreferences& preferences) { preferences.asksAboutAbsences = asks; });
+}
+
+void AppModel::setSilencesNotifications(bool silences)
+{
+    changeAdded([silences](AddedPreferences& preferences) { preferences.silencesNotifications = silences; });
+}
+
+void AppModel::changeAdded(const std::function<void(AddedPreferences&)>& change)
+{
     AddedPreferences preferences = m_addedPreferences;
-    preferences.asksAboutAbsences = asks;
+    change(preferences);
     if (preferences != m_addedPreferences) {
         // What cannot be expressed holds for this run.
         [[maybe_unused]] const auto saved = m_parts.addedPreferencesStore->save(preferences);
@@ -284,9 +294,15 @@ void AppModel::setAsksAboutAbsences(bool asks)
 void AppModel::adoptAdded(const AddedPreferences& preferences)
 {
     if (std::exchange(m_addedPreferences, preferences) != preferences) {
-        m_absences.setEnabled(preferences.asksAboutAbsences);
+        followAdded();
         Q_EMIT preferencesChanged();
     }
+}
+
+void AppModel::followAdded()
+{
+    m_absences.setEnabled(m_addedPreferences.asksAboutAbsences);
+    m_focusQuiet.setEnabled(m_addedPreferences.silencesNotifications);
 }
 
 void AppModel::undo()
