@@ -53,7 +53,7 @@ public:
     virtual ~NotificationSilencer() = default;
 
     virtual void setObserver(Observer observer) = 0;
-    /// Follows the desktop from now on; costs nothing before. Only the first call has an effect.
+    /// Follows the desktop from now on; costs nothing before. Asks again where the desktop did not tell.
     virtual void look() = 0;
     virtual Support support() const = 0;
     /// Nothing unless support() is full.

@@ -1,5 +1,4 @@
 #include "app/model_fixture.h"
-#include "support/fake_notification_silencer.h"
 
 #include <gtest/gtest.h>
 
@@ -27,11 +26,7 @@ protected:
     {
         silencer.present = found;
         kill();
-        AppModelParts parts = makeParts();
-        parts.quietParts = {&silencer, std::make_unique<SilenceNoteStore>(disk())};
-        modelOrNone = std::make_unique<AppModel>(std::move(parts));
-        scheduler.runPending();
-        return model();
+        return launch();
     }
     /// The first start of all, with a focus phase.
     AppModel& openAndFocus(const NotificationSilencer::Switch& found)
@@ -60,7 +55,6 @@ protected:
         model().focusQuiet().announce([this] { shown.push_back(state()); });
     }
 
-    test::FakeNotificationSilencer silencer;
     std::vector<State> shown; ///< what stood at each announcement
 };
 

@@ -3,6 +3,7 @@
 #include "app/app_model.h"
 #include "support/fake_desktop.h"
 #include "support/fake_disk.h"
+#include "support/fake_notification_silencer.h"
 
 #include <gtest/gtest.h>
 
@@ -53,7 +54,9 @@ protected:
                  [](const std::string&) {
                      return TimeZone{};
                  }},
-                "de_DE"};
+                "de_DE",
+                nullptr,
+                {&silencer, std::make_unique<SilenceNoteStore>(disk())}};
     }
 
     /// Starts the program (again): everything that was in memory is gone, what was stored is not.
@@ -89,6 +92,7 @@ protected:
     FakeNotificationCenter center;
     FakeSoundPlayer player;
     FakeLoginItem loginItem;
+    FakeNotificationSilencer silencer;
     std::unique_ptr<AppModel> modelOrNone;
 };
 

@@ -150,5 +150,35 @@ class QuietXfce(Quiet):
         self.wait_for_silence(False)
 
 
+class QuietSettings(Quiet):
+    KEY = ("org.gnome.desktop.notifications", "show-banners")
+
+    def setUp(self):
+        super().setUp()
+        self.desktop.run_in_background(["/usr/libexec/dconf-service"])
+        shell = self.desktop.start_mock(SERVER, "/org/freedesktop/Notifications", SERVER, name=SERVER,
+                                        path="/org/freedesktop/Notifications")
+        shell.AddMethod(SERVER, "GetCapabilities", "", "as", 'ret = ["body"]')
+        shell.AddMethod(SERVER, "GetServerInformation", "", "ssss", 'ret = ("gnome-shell", "GNOME", "43", "1.2")')
+
+    def is_silent(self):
+        return self.desktop.ask("gsettings", "get", *self.KEY).strip() == "false"
+
+    def test_silence_is_kept_in_the_settings_of_the_desktop_and_is_the_users_where_the_user_turns_it(self):
+        self.start()
+        self.desktop.start_phase()
+        self.wait_for_silence()
+        self.kill_and_start_again(pause)
+        self.wait_for_silence(False)
+        self.desktop.press("space")
+        self.wait_for_silence()
+        self.desktop.ask("gsettings", "set", "org.gnome.desktop.interface", "enable-animations", "false")
+        holds_for("silence", self.is_silent, 0.5)
+        self.desktop.ask("gsettings", "reset", *self.KEY)
+        wait_for("no note", lambda: not self.note())
+        self.desktop.stop(self.process)
+        self.assertFalse(self.is_silent())
+
+
 if __name__ == "__main__":
     main()

@@ -10,6 +10,7 @@
 
 #include <chrono>
 #include <limits>
+#include <tuple>
 #include <utility>
 
 namespace brevlin {
@@ -260,12 +261,14 @@ bool XfceSwitch::turnOffNow(Seconds longest)
 
 void XfceSwitch::propertyChanged(const QDBusMessage& message)
 {
-    const QVariantList arguments = message.arguments();
-    if (arguments.size() < 2 || arguments[0] != xfceChannel || arguments[1] != xfceProperty) {
-        return;
+    if (const auto change = busArguments<QString, QString, QDBusVariant>(message)) {
+        const auto& [channel, property, value] = *change;
+        if (channel == xfceChannel && property == xfceProperty) {
+            tell(busValue<bool>(value.variant()).value_or(false));
+        }
+    } else if (busArguments<QString, QString>(message) == std::tuple{xfceChannel, xfceProperty}) {
+        tell(false);
     }
-    const auto change = busArguments<QString, QString, QDBusVariant>(message);
-    tell(change && busValue<bool>(std::get<2>(*change).variant()).value_or(false));
 }
 
 } // namespace brevlin

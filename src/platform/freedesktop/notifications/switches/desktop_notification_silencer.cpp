@@ -30,6 +30,9 @@ void DesktopNotificationSilencer::setObserver(Observer observer)
 void DesktopNotificationSilencer::look()
 {
     if (std::exchange(m_looks, true)) {
+        if (m_support == Support::unknown && !m_isAsking) {
+            askServer();
+        }
         return;
     }
     if (!m_bus.isOpen()) {
@@ -47,8 +50,14 @@ void DesktopNotificationSilencer::watchServer()
                                             QDBusServiceWatcher::WatchForOwnerChange, this);
     connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString& /*name*/, const QString& /*oldOwner*/, const QString& newOwner) {
-                ++m_question;
-                settle(newOwner.isEmpty() ? Support::none : Support::unknown, std::nullopt);
+                ++m_question; // which was for the other one
+                m_isAsking = false;
+                // Some servers end while they have nothing to do, and the bus starts them for the next
+                // notification: a switch that outlives them is theirs all the while.
+                const bool isKept = newOwner.isEmpty() && m_current && m_current->lasts == Lasts::always;
+                if (!isKept) {
+                    settle(Support::unknown, std::nullopt);
+                }
                 if (!newOwner.isEmpty()) {
                     askServer();
                 }
@@ -59,6 +68,7 @@ void DesktopNotificationSilencer::askServer()
 {
     const QDBusMessage message =
         QDBusMessage::createMethodCall(service, path, service, QStringLiteral("GetServerInformation"));
+    m_isAsking = true;
     m_bus.call(
         message, this,
         [this, question = ++m_question](const QDBusMessage& answer) {
@@ -75,6 +85,7 @@ void DesktopNotificationSilencer::serverIs(const QString& name)
 {
     const auto found = switchOfServer(name.toStdString());
     if (!found) {
+        m_isAsking = false;
         settle(Support::none, std::nullopt);
         return;
     }
@@ -82,7 +93,11 @@ void DesktopNotificationSilencer::serverIs(const QString& name)
     chosen->follow();
     // An older desktop may lack it.
     chosen->read([this, found, question = m_question](State state) {
-        if (question == m_question && state != State::unknown) {
+        if (question != m_question) {
+            return;
+        }
+        m_isAsking = false;
+        if (state != State::unknown) {
             state == State::absent ? settle(Support::none, std::nullopt) : settle(Support::full, found);
         }
     });

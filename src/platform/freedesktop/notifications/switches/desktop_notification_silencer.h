@@ -43,6 +43,7 @@ private:
     MessageBus& m_bus;
     Observer m_observer;
     bool m_looks = false;
+    bool m_isAsking = false;
     Support m_support = Support::unknown;
     std::optional<Switch> m_current;
     std::uint64_t m_question = 0; // about the server that runs now
