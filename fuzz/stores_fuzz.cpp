@@ -96,7 +96,9 @@ void checkAddedPreferences(const std::string& document)
 std::optional<SilenceNote> storedNote(SilenceNoteStore& store)
 {
     std::optional<SilenceNote> result;
-    store.setObserver({[&](const std::optional<SilenceNote>& note) { result = note; }, [] {}});
+    store.setObserver({[&](const std::optional<SilenceNote>& note) { result = note; },
+                       [] {
+                       }});
     store.read();
     return result;
 }

@@ -27,11 +27,10 @@ void AppModel::restore()
     m_absences.follow(m_snapshot);
     m_focusQuiet.follow(m_snapshot);
     historyMayBeKnown();
-    m_startUpTask = m_parts.scheduler.after(
-        Seconds::zero(), [this, wasRunning] {
-            refreshSystemStateAndReconcile(wasRunning);
-            m_focusQuiet.start(); // what has ended by now is not silenced for a moment
-        });
+    m_startUpTask = m_parts.scheduler.after(Seconds::zero(), [this, wasRunning] {
+        refreshSystemStateAndReconcile(wasRunning);
+        m_focusQuiet.start(); // what has ended by now is not silenced for a moment
+    });
 }
 
 std::optional<TimerSnapshot> AppModel::restoreTimer()

@@ -16,9 +16,14 @@ FocusQuiet::FocusQuiet(QuietParts parts, TaskScheduler& scheduler)
     : m_parts(std::move(parts)), m_scheduler(scheduler)
 {
     if (m_parts.silencer != nullptr) {
-        m_parts.silencer->setObserver({[this] { switchChanged(); }, [this] { wasTurned(); }});
+        m_parts.silencer->setObserver({[this] { switchChanged(); },
+                                       [this] {
+                                           wasTurned();
+                                       }});
         m_parts.note->setObserver({[this](const std::optional<SilenceNote>& note) { noteWasRead(note); },
-                                   [this] { noteIsSaved(); }});
+                                   [this] {
+                                       noteIsSaved();
+                                   }});
     }
 }
 
@@ -60,8 +65,7 @@ void FocusQuiet::follow(const TimerSnapshot& snapshot)
     if (std::exchange(m_session, snapshot.sessionID) != snapshot.sessionID) {
         m_isLeftToUser = false;
     }
-    m_isFocusRunning =
-        snapshot.phase == TimerPhase::focus && snapshot.runState == TimerRunState::running;
+    m_isFocusRunning = snapshot.phase == TimerPhase::focus && snapshot.runState == TimerRunState::running;
     settle();
 }
 
@@ -189,14 +193,14 @@ void FocusQuiet::beginSilence()
 {
     const Switch found = *m_parts.silencer->current();
     m_parts.silencer->readState(found.name, whileBusy([this, found](State state) {
-        if (m_parts.silencer->current() != found) {
-            settle();
-        } else if (state == State::silent) {
-            m_isLeftToUser = true; // it was the user's before
-        } else if (state == State::heard && isWanted()) {
-            noteThenTurn(found);
-        }
-    }));
+                                    if (m_parts.silencer->current() != found) {
+                                        settle();
+                                    } else if (state == State::silent) {
+                                        m_isLeftToUser = true; // it was the user's before
+                                    } else if (state == State::heard && isWanted()) {
+                                        noteThenTurn(found);
+                                    }
+                                }));
 }
 
 void FocusQuiet::noteThenTurn(const Switch& found)
@@ -226,10 +230,11 @@ void FocusQuiet::noteIsSaved()
 void FocusQuiet::turn()
 {
     m_parts.silencer->silence(m_silenced->name, whileBusy([this](bool isDone) {
-        // One that refuses may have turned all the same. One that has died is another one.
-        m_isLeftToUser = m_isLeftToUser || (!isDone && m_isVerified);
-        settle();
-    }));
+                                  // One that refuses may have turned all the same. One that has died is
+                                  // another one.
+                                  m_isLeftToUser = m_isLeftToUser || (!isDone && m_isVerified);
+                                  settle();
+                              }));
 }
 
 // After another start, of the program or of the notification server.
@@ -237,18 +242,18 @@ void FocusQuiet::verify()
 {
     m_silenced = m_parts.silencer->current();
     m_parts.silencer->readState(m_silenced->name, whileBusy([this](State state) {
-        if (state == State::unknown) {
-            return;
-        }
-        m_isVerified = true;
-        if (state != State::heard || isToBeGivenBack()) {
-            settle();
-        } else if (m_silenced->lasts == Lasts::always) {
-            leaveToUser();
-        } else {
-            turn(); // it was lost with the server
-        }
-    }));
+                                    if (state == State::unknown) {
+                                        return;
+                                    }
+                                    m_isVerified = true;
+                                    if (state != State::heard || isToBeGivenBack()) {
+                                        settle();
+                                    } else if (m_silenced->lasts == Lasts::always) {
+                                        leaveToUser();
+                                    } else {
+                                        turn(); // it was lost with the server
+                                    }
+                                }));
 }
 
 void FocusQuiet::giveBack()
@@ -258,26 +263,26 @@ void FocusQuiet::giveBack()
         return;
     }
     m_parts.silencer->readState(m_silenced->name, whileBusy([this](State state) {
-        if (state == State::heard || state == State::absent) {
-            forget();
-            settle();
-        } else if (state == State::silent && isToBeGivenBack()) {
-            turnBack();
-        } else if (state == State::silent) {
-            settle();
-        }
-        // What could not be told is asked again with the next change.
-    }));
+                                    if (state == State::heard || state == State::absent) {
+                                        forget();
+                                        settle();
+                                    } else if (state == State::silent && isToBeGivenBack()) {
+                                        turnBack();
+                                    } else if (state == State::silent) {
+                                        settle();
+                                    }
+                                    // What could not be told is asked again with the next change.
+                                }));
 }
 
 void FocusQuiet::turnBack()
 {
     m_parts.silencer->giveBack(m_silenced->name, whileBusy([this](bool isDone) {
-        if (isDone) {
-            forget();
-            settle();
-        }
-    }));
+                                   if (isDone) {
+                                       forget();
+                                       settle();
+                                   }
+                               }));
 }
 
 void FocusQuiet::leaveToUser()

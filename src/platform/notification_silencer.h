@@ -63,8 +63,8 @@ public:
     virtual void readState(const std::string& name, Answer answer) = 0;
     virtual void silence(const std::string& name, Completion completion) = 0;
     virtual void giveBack(const std::string& name, Completion completion) = 0;
-    /// For the end of the program, which allows no later step: waits, no longer than this, and says whether it
-    /// is done.
+    /// For the end of the program, which allows no later step: waits, no longer than this, and says whether
+    /// it is done.
     virtual bool giveBackNow(const std::string& name, Seconds longest) = 0;
 };
 

@@ -19,7 +19,10 @@ const std::string noteKey{SilenceNoteStore::key};
 class FocusQuietTest : public test::ModelTest
 {
 protected:
-    FocusQuietTest() { silencer.states = {{"dunst", State::heard}, {"xfce", State::heard}, {"plasma", State::heard}}; }
+    FocusQuietTest()
+    {
+        silencer.states = {{"dunst", State::heard}, {"xfce", State::heard}, {"plasma", State::heard}};
+    }
 
     /// Starts the program (again) on this desktop with the preference as it is stored, or on.
     AppModel& open(const NotificationSilencer::Switch& found)
@@ -67,14 +70,38 @@ TEST_F(FocusQuietTest, focus_is_silent_and_whatever_ends_it_gives_back)
         State after = State::heard;
     };
     const std::vector<Case> cases{
-        {"a pause", [&] { model().pause(); }},
-        {"the end", [&] { scheduler.advance(model().remainingSeconds()); }},
-        {"ending early", [&] { model().endCurrentPhase(); }},
-        {"a break", [&] { model().switchToNextPhase(); }},
-        {"the preference", [&] { model().setSilencesNotifications(false); }},
-        {"the defaults", [&] { model().restoreDefaultPreferences(); }},
-        {"the end of the program", [&] { model().focusQuiet().end(); }},
-        {"a sudden end", [&] { model().focusQuiet().giveBackNow(); }},
+        {"a pause",
+         [&] {
+             model().pause();
+         }},
+        {"the end",
+         [&] {
+             scheduler.advance(model().remainingSeconds());
+         }},
+        {"ending early",
+         [&] {
+             model().endCurrentPhase();
+         }},
+        {"a break",
+         [&] {
+             model().switchToNextPhase();
+         }},
+        {"the preference",
+         [&] {
+             model().setSilencesNotifications(false);
+         }},
+        {"the defaults",
+         [&] {
+             model().restoreDefaultPreferences();
+         }},
+        {"the end of the program",
+         [&] {
+             model().focusQuiet().end();
+         }},
+        {"a sudden end",
+         [&] {
+             model().focusQuiet().giveBackNow();
+         }},
         {"five minutes more", [&] { model().addFiveMinutes(); }, State::silent},
     };
     for (const auto& found : {dunst, xfce, plasma}) {

@@ -212,9 +212,7 @@ TEST_F(NotificationCenterTest, what_is_shown_anew_waits_at_the_gate_unless_it_is
 {
     std::function<void()> first;
     std::function<void()> latest;
-    center->setGate([&](std::function<void()> show) {
-        first = std::exchange(latest, std::move(show));
-    });
+    center->setGate([&](std::function<void()> show) { first = std::exchange(latest, std::move(show)); });
     add("A");
     scheduler.advance(Seconds{10.0});
     add("B");

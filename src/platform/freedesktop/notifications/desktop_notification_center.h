@@ -47,8 +47,8 @@ public:
     /// nobody's way.
     void setBannerPlaceHandler(std::function<void(const std::optional<BannerPlace>&)> handler);
 
-    /// Who shows what is to be shown anew, by calling what it is given, at once or later, but not after the end
-    /// of this object. What is outdated by then is not shown.
+    /// Who shows what is to be shown anew, by calling what it is given, at once or later, but not after the
+    /// end of this object. What is outdated by then is not shown.
     void setGate(std::function<void(std::function<void()> show)> gate);
     /// Silence that the program itself keeps is no do-not-disturb of the user's.
     void setOwnSilence(bool isKept) { m_server->setOwnSilence(isKept); }

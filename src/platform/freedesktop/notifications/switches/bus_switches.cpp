@@ -82,7 +82,8 @@ bool isDone(const QDBusMessage& answer)
 bool callNow(const MessageBus& bus, const QDBusMessage& message, Seconds longest)
 {
     const auto limit = std::chrono::duration_cast<std::chrono::milliseconds>(longest);
-    return bus.isOpen() && isDone(bus.connection().call(message, QDBus::Block, static_cast<int>(limit.count())));
+    return bus.isOpen() &&
+           isDone(bus.connection().call(message, QDBus::Block, static_cast<int>(limit.count())));
 }
 
 // Of a PropertiesChanged of the interface.

@@ -46,8 +46,8 @@ void DesktopNotificationSilencer::look()
 
 void DesktopNotificationSilencer::watchServer()
 {
-    auto* watcher = new QDBusServiceWatcher(service, m_bus.connection(),
-                                            QDBusServiceWatcher::WatchForOwnerChange, this);
+    auto* watcher =
+        new QDBusServiceWatcher(service, m_bus.connection(), QDBusServiceWatcher::WatchForOwnerChange, this);
     connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString& /*name*/, const QString& /*oldOwner*/, const QString& newOwner) {
                 ++m_question; // which was for the other one

@@ -33,24 +33,27 @@ constexpr std::array known{
     Known{"Xfce Notify Daemon", "xfce", Lasts::always, made<XfceSwitch>},
     Known{"gnome-shell", "gnome", Lasts::always,
           [](MessageBus& bus) {
-              return makeSettingsSwitch(bus, {"org.gnome.desktop.notifications", "/org/gnome/desktop/notifications/", "show-banners", true});
+              return makeSettingsSwitch(bus, {"org.gnome.desktop.notifications",
+                                              "/org/gnome/desktop/notifications/", "show-banners", true});
           }},
     Known{"cinnamon", "cinnamon", Lasts::always,
           [](MessageBus& bus) {
-              return makeSettingsSwitch(
-                  bus, {"org.cinnamon.desktop.notifications", "/org/cinnamon/desktop/notifications/", "display-notifications", true});
+              return makeSettingsSwitch(bus, {"org.cinnamon.desktop.notifications",
+                                              "/org/cinnamon/desktop/notifications/", "display-notifications",
+                                              true});
           }},
     // MATE's, older ones of which lack the key, as GNOME's former one of the same name lacks the schema.
     Known{"Notification Daemon", "mate", Lasts::always,
           [](MessageBus& bus) {
-              return makeSettingsSwitch(bus, {"org.mate.NotificationDaemon", "/org/mate/notification-daemon/", "do-not-disturb", false});
+              return makeSettingsSwitch(bus, {"org.mate.NotificationDaemon", "/org/mate/notification-daemon/",
+                                              "do-not-disturb", false});
           }},
 };
 
 const Known* find(std::string_view Known::*field, std::string_view text)
 {
-    const auto* found = std::find_if(known.begin(), known.end(),
-                                     [&](const Known& each) { return each.*field == text; });
+    const auto* found =
+        std::find_if(known.begin(), known.end(), [&](const Known& each) { return each.*field == text; });
     return found == known.end() ? nullptr : found;
 }
 
@@ -67,8 +70,9 @@ void DoNotDisturbSwitch::tell(bool isOn)
 std::optional<NotificationSilencer::Switch> switchOfServer(std::string_view serverName)
 {
     const Known* found = find(&Known::serverName, serverName);
-    return found != nullptr ? std::optional{NotificationSilencer::Switch{std::string(found->name), found->lasts}}
-                            : std::nullopt;
+    return found != nullptr
+               ? std::optional{NotificationSilencer::Switch{std::string(found->name), found->lasts}}
+               : std::nullopt;
 }
 
 std::unique_ptr<DoNotDisturbSwitch> makeSwitch(std::string_view name, MessageBus& bus)

@@ -39,15 +39,16 @@ void SettingsSwitch::follow()
     if (!std::exchange(m_follows, true)) {
         m_bus.whenOpen(this, [this] {
             m_bus.connection().connect({}, QStringLiteral("/ca/desrt/dconf/Writer/user"),
-                                       QStringLiteral("ca.desrt.dconf.Writer"), QStringLiteral("Notify"), this,
-                                       SLOT(settingsChanged(QDBusMessage)));
+                                       QStringLiteral("ca.desrt.dconf.Writer"), QStringLiteral("Notify"),
+                                       this, SLOT(settingsChanged(QDBusMessage)));
         });
     }
 }
 
 void SettingsSwitch::read(Answer answer)
 {
-    const QStringList arguments{QStringLiteral("get"), QLatin1String(m_key.schema), QLatin1String(m_key.name)};
+    const QStringList arguments{QStringLiteral("get"), QLatin1String(m_key.schema),
+                                QLatin1String(m_key.name)};
     ask({arguments, [this, answer = std::move(answer)](int exitCode, const QByteArray& output) {
              if (exitCode != 0) {
                  answer(State::absent);
