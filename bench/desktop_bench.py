@@ -20,7 +20,9 @@ from make_history import make_history  # noqa: E402
 
 BUILT = pathlib.Path(sys.argv[1])
 EMPTY_WINDOW = BUILT / "brevlin_empty_window"
+EMPTY_CORE = BUILT / "brevlin_empty_core"
 STARTS = 21
+VERBS = 101
 MEMORY_TURNS = 5
 SETTLING = 3.0  # seconds until what the start left to do is done
 OBSERVED = 20.0  # seconds
@@ -271,7 +273,34 @@ def measure_lateness():
               f"record in place: median {statistics.median(kept):.1f} ms, worst {max(kept):.1f} ms")
 
 
+def took(desktop, *command):
+    """How long the command runs, in milliseconds."""
+    begin = time.monotonic()
+    subprocess.run(command, env=desktop.environment, check=True, stdout=subprocess.DEVNULL, timeout=60)
+    return (time.monotonic() - begin) * 1000
+
+
+def measure_verbs():
+    with new_desktop() as desktop:
+        background = [[], []]
+        for _ in range(STARTS):
+            background[1].append(first_paint(desktop, EMPTY_WINDOW))
+            background[0].append(took(desktop, PROGRAM, "toggle"))
+            took(desktop, PROGRAM, "quit")
+            wait_for("the end", lambda: subprocess.run([PROGRAM, "status"], env=desktop.environment, check=False,
+                                                       capture_output=True).returncode == 3)
+        print_ratio("start without the window, till a verb is done", *background, 2, "ms")
+        took(desktop, PROGRAM, "toggle")
+        ours, theirs = [], []
+        for _ in range(VERBS):
+            theirs.append(took(desktop, EMPTY_CORE))
+            ours.append(took(desktop, PROGRAM, "status", "--json"))
+        print_ratio("round trip of a verb / empty Qt Core program", ours, theirs, 3, "ms")
+        took(desktop, PROGRAM, "quit")
+
+
 measure_start()
+measure_verbs()
 measure_instructions()
 measure_start_on_other_buses()
 measure_start_with_a_history()

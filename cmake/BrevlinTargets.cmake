@@ -47,6 +47,20 @@ function(brevlin_library name)
     set_target_properties(${target} PROPERTIES VERIFY_INTERFACE_HEADER_SETS ON)
 endfunction()
 
+# brevlin_program(verb SOURCES … LINKS …) makes brevlin-verb, one of the programs behind "brevlin". They lie beside it in
+# the folder of the build; installed, where programs lie that nobody starts by hand.
+function(brevlin_program name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+    string(REPLACE - _ target brevlin_${name}_program)
+    add_executable(${target} ${ARG_SOURCES})
+    target_link_libraries(${target} PRIVATE brevlin_options ${ARG_LINKS})
+    # What the libraries could need, and this program does not, is not loaded.
+    target_link_options(${target} PRIVATE LINKER:--as-needed)
+    set_target_properties(${target} PROPERTIES OUTPUT_NAME brevlin-${name} RUNTIME_OUTPUT_DIRECTORY
+                                                                           ${PROJECT_BINARY_DIR}/src)
+    install(TARGETS ${target} DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/brevlin)
+endfunction()
+
 # brevlin_test(core SOURCES … LINKS Brevlin::Core) makes one test program whose tests CTest runs one by one.
 function(brevlin_test name)
     cmake_parse_arguments(ARG "QT" "" "SOURCES;LINKS" ${ARGN})

@@ -39,6 +39,11 @@ METHODS = [(path, interface, member, right) for path, interface, members in (
     ("/StatusNotifierItem/Menu", PROPERTIES, {"Get": "ss", "GetAll": "s", "Set": "ssv"}),
     ("/com/quillmark/Brevlin", "org.freedesktop.Application", {"Activate": "a{sv}", "Open": "asa{sv}",
                                                                "ActivateAction": "sava{sv}"}),
+    # Without the call that ends the program.
+    ("/com/quillmark/Brevlin", "com.quillmark.Brevlin.Timer1", {
+        "Start": "a{sv}", "Pause": "", "Resume": "", "Toggle": "", "Skip": "", "Stop": "", "Extend": "", "Silence": "",
+        "SetIntention": "s", "Show": "sa{sv}", "Status": ""}),
+    ("/com/quillmark/Brevlin", PROPERTIES, {"Get": "ss", "GetAll": "s", "Set": "ssv"}),
 ) for member, right in members.items()]
 SIGNALS = [("session", "/org/freedesktop/Notifications", NOTIFICATIONS, member, right) for member, right in (
     ("ActionInvoked", "us"), ("ActivationToken", "us"), ("NotificationClosed", "uu"))]

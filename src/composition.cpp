@@ -18,6 +18,7 @@
 #include "platform/freedesktop/files/file_user_defaults.h"
 #include "platform/freedesktop/files/leftovers.h"
 #include "platform/freedesktop/files/posix_durable_file.h"
+#include "platform/freedesktop/files/program_files.h"
 #include "platform/freedesktop/files/user_folders.h"
 #include "platform/freedesktop/instance/instance_socket.h"
 #include "platform/freedesktop/login/autostart_login_item.h"
@@ -27,10 +28,14 @@
 #include "platform/freedesktop/session/application_instance.h"
 #include "platform/freedesktop/session/bus_session_lock.h"
 #include "platform/freedesktop/session/desktop_system_events.h"
+#include "platform/freedesktop/socket/control_answer.h"
 #include "platform/freedesktop/sound/process_sound_player.h"
 #include "platform/freedesktop/tray/desktop_status_item.h"
 #include "platform/freedesktop/x11/x11_floating_window_system.h"
 #include "platform/freedesktop/x11/x11_window_system.h"
+#include "remote/remote_control.h"
+#include "remote/remote_desk.h"
+#include "remote/timer_interface.h"
 #include "storage/capsule_position.h"
 #include "storage/main_window_store.h"
 #include "storage/silence_note.h"
@@ -87,7 +92,7 @@ class Composition::Parts final
 {
 public:
     Parts(Application& application, BusStart& buses, const UserFolders& folders,
-          ApplicationInstance& instance);
+          ApplicationInstance& instance, FirstShow firstShow);
     ~Parts()
     {
         m_instance.setCommandHandler({});
@@ -106,10 +111,11 @@ private:
     ImportDesk::Parts importParts();
     std::unique_ptr<DesktopNotificationCenter> makeCenter();
     void letAnnouncementsThrough(DesktopNotificationCenter& center);
+    RemoteControl::Actions remoteActions();
     UserNotificationCenter& absenceCenter();
     std::string activationToken() const;
     void connectQuitting(const Application& application);
-    void followAppearance();
+    void followAppearance(FirstShow firstShow);
     void applyAppearance();
     void showColors(ColorScheme scheme);
     void showFirst();
@@ -149,6 +155,9 @@ private:
     AppModel m_model;
     AbsenceAnnouncer m_absenceAnnouncer;
     ImportDesk m_importDesk;
+    RemoteControl m_remoteControl;
+    RemoteDesk m_remoteDesk;
+    TimerInterface m_timerInterface;
     CapsuleChoreography m_capsule;
     SectionSelection m_selection;
     MainWindow m_window;
@@ -163,7 +172,7 @@ private:
 };
 
 Composition::Parts::Parts(Application& application, BusStart& buses, const UserFolders& folders,
-                          ApplicationInstance& instance)
+                          ApplicationInstance& instance, FirstShow firstShow)
     : m_instance(instance)
     , m_sessionBus(buses.session())
     , m_defaults(folders.preferences, m_files)
@@ -172,8 +181,7 @@ Composition::Parts::Parts(Application& application, BusStart& buses, const UserF
     , m_notificationCenter(std::make_unique<DBusNotificationServer>(m_sessionBus), m_clock, m_scheduler)
     , m_notificationSilencer(m_sessionBus)
     , m_soundPlayer(m_scheduler, sharedDataFolders(), "freedesktop")
-    , m_loginItem(folders.autostart, QCoreApplication::applicationFilePath().toStdString(), m_files,
-                  m_documents)
+    , m_loginItem(folders.autostart, programFile("brevlin"), m_files, m_documents)
     , m_statusItem(m_sessionBus, m_scheduler)
     , m_capsulePositionStore(disk())
     , m_floatingWindows(m_scheduler)
@@ -185,6 +193,9 @@ Composition::Parts::Parts(Application& application, BusStart& buses, const UserF
     , m_model(modelParts(folders))
     , m_absenceAnnouncer(m_model, [this]() -> UserNotificationCenter& { return absenceCenter(); })
     , m_importDesk(importParts())
+    , m_remoteControl(m_model, m_scheduler, remoteActions())
+    , m_remoteDesk(m_remoteControl)
+    , m_timerInterface(m_remoteControl)
     , m_capsule(m_capsuleController, m_scheduler, m_model)
     , m_selection(m_windowStore)
     , m_window((QApplication::setStyle(m_style), m_model), m_selection, m_windowStore, m_windowSystem,
@@ -201,7 +212,7 @@ Composition::Parts::Parts(Application& application, BusStart& buses, const UserF
 {
     m_style->setCompositing([this] { return m_windowSystem.isComposited(); });
     m_style->setPictureSender(pictureSender(m_windowSystem));
-    followAppearance();
+    followAppearance(firstShow);
     m_loginItem.followProgram();
     m_sessionLock.setChangeHandler([this] {
         m_capsuleController.followLock();
@@ -224,6 +235,7 @@ Composition::Parts::Parts(Application& application, BusStart& buses, const UserF
                      [this] { showWindow(activationToken()); });
     QObject::connect(&instance, &ApplicationInstance::requested, &m_window,
                      [this](const InstanceRequest& request) { follow(request); });
+    instance.serve(m_timerInterface);
     instance.setCommandHandler(
         [this](const ApplicationInstance::Command& command, const ApplicationInstance::Answer& answer) {
             follow(command, answer);
@@ -314,6 +326,24 @@ ImportDesk::Parts Composition::Parts::importParts()
     return {m_files, m_documents, m_clock, records, adopt, holds};
 }
 
+RemoteControl::Actions Composition::Parts::remoteActions()
+{
+    const auto show = [this](const std::string& section, const std::string& token) {
+        if (section == "settings") {
+            m_settingsWindow.present(token);
+            return;
+        }
+        // The focus screen bears the timer's name within.
+        if (const auto known = fromRawValue<AppSection>(section == "focus" ? "timer" : section)) {
+            m_selection.select(*known);
+        }
+        showWindow(token);
+    };
+    return {show, [this] {
+                m_quitSequence.begin(QuitSequence::Origin::user);
+            }};
+}
+
 void Composition::Parts::connectQuitting(const Application& application)
 {
     const auto quit = [this] {
@@ -339,11 +369,16 @@ void Composition::Parts::connectQuitting(const Application& application)
     QObject::connect(&m_quitSequence, &QuitSequence::finished, &application, [] { QApplication::exit(); });
 }
 
-void Composition::Parts::followAppearance()
+void Composition::Parts::followAppearance(FirstShow firstShow)
 {
     m_wasDark = m_windowStore.wasDark();
     const auto last = m_wasDark.value_or(false) ? ColorScheme::dark : ColorScheme::light;
     showColors(m_wasDark ? last : m_desktopScheme);
+    if (firstShow == FirstShow::whenAsked) {
+        m_messagePresenter.start();
+        m_desktopSettings.setChangeHandler([this] { applyAppearance(); });
+        return;
+    }
     m_firstShow =
         m_scheduler.after(m_wasDark ? Seconds::zero() : longestWaitForAppearance, [this] { showFirst(); });
     m_desktopSettings.setChangeHandler([this] {
@@ -381,9 +416,16 @@ void Composition::Parts::showFirst()
     m_messagePresenter.start();
 }
 
-// The sections of the window are the actions.
+// The sections of the window are the actions, and the verbs of the timer, for which no window opens.
 void Composition::Parts::follow(const InstanceRequest& request)
 {
+    if (request.action == QLatin1String(InstanceRequest::background)) {
+        return;
+    }
+    if (const auto verb = fromRawValue<TimerVerb>(request.action.toStdString())) {
+        m_remoteControl.carryOut(*verb);
+        return;
+    }
     if (const auto section = fromRawValue<AppSection>(request.action.toStdString())) {
         m_selection.select(*section);
     }
@@ -393,6 +435,10 @@ void Composition::Parts::follow(const InstanceRequest& request)
 void Composition::Parts::follow(const ApplicationInstance::Command& command,
                                 const ApplicationInstance::Answer& answer)
 {
+    if (command.name == QLatin1String(controlCommandName)) {
+        m_remoteDesk.carryOut(command.arguments, answer);
+        return;
+    }
     const auto import =
         command.name == QLatin1String(importCommandName) ? importCommand(command.arguments) : std::nullopt;
     if (!import) {
@@ -433,8 +479,8 @@ void Composition::Parts::notify(const std::string& title, const std::string& tex
 }
 
 Composition::Composition(Application& application, BusStart& buses, const UserFolders& folders,
-                         ApplicationInstance& instance)
-    : m_parts(std::make_unique<Parts>(application, buses, folders, instance))
+                         ApplicationInstance& instance, FirstShow firstShow)
+    : m_parts(std::make_unique<Parts>(application, buses, folders, instance, firstShow))
 {}
 
 Composition::~Composition() = default;

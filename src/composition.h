@@ -9,13 +9,16 @@ class ApplicationInstance;
 class BusStart;
 struct UserFolders;
 
+/// When the main window opens.
+enum class FirstShow { atOnce, whenAsked };
+
 /// Makes every real part of the program, hands them to the model and shows the main window. Lives from start
 /// to quit.
 class Composition final
 {
 public:
     Composition(Application& application, BusStart& buses, const UserFolders& folders,
-                ApplicationInstance& instance);
+                ApplicationInstance& instance, FirstShow firstShow);
     ~Composition();
     Composition(const Composition&) = delete;
     Composition& operator=(const Composition&) = delete;

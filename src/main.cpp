@@ -1,7 +1,7 @@
 #include "application.h"
-#include "command/run_command.h"
 #include "composition.h"
 #include "platform/freedesktop/bus/bus_start.h"
+#include "platform/freedesktop/files/program_files.h"
 #include "platform/freedesktop/files/user_folders.h"
 #include "platform/freedesktop/session/application_instance.h"
 #include "platform/freedesktop/x11/x11_connection.h"
@@ -9,22 +9,42 @@
 #include "ui/controls/accessibility.h"
 #include "ui/style/typography.h"
 
+#include <sys/prctl.h>
+
+#include <algorithm>
 #include <csignal>
+#include <string_view>
 
 using namespace brevlin;
+
+namespace {
+
+/// Whether it is there. Qt does not get to see it.
+bool takeOption(int& argc, char** argv, std::string_view option)
+{
+    char** const end = argv + argc;
+    char** const found = std::find_if(argv, end, [option](const char* each) { return each == option; });
+    if (found == end) {
+        return false;
+    }
+    std::rotate(found, found + 1, end);
+    argv[--argc] = nullptr;
+    return true;
+}
+
+} // namespace
 
 int main(int argc, char** argv)
 {
     // A limit on the size of files is to be an error that the user is told of, not the end of the program.
     std::signal(SIGXFSZ, SIG_IGN);
-    if (const auto status = runCommand(argc, argv)) {
-        return *status;
-    }
-
+    // Under the name that people know it by.
+    prctl(PR_SET_NAME, "brevlin");
     // The capsule needs what only X11 offers; on Wayland the program goes through XWayland.
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM") && qEnvironmentVariableIsSet("DISPLAY")) {
         qputenv("QT_QPA_PLATFORM", "xcb");
     }
+    const bool isInBackground = takeOption(argc, argv, backgroundOption);
     const QString token = launchToken();
     BusStart buses;
     buses.applicationIsToBeMade();
@@ -39,7 +59,8 @@ int main(int argc, char** argv)
 
     const UserFolders folders = userFolders();
     ApplicationInstance instance(buses.session(), {folders.data, folders.preferences}, folders.runtime);
-    switch (instance.claim({{}, token})) {
+    switch (instance.claim(
+        {isInBackground ? QString::fromLatin1(InstanceRequest::background) : QString(), token})) {
     case ApplicationInstance::Claim::first:
         break;
     case ApplicationInstance::Claim::activated:
@@ -58,6 +79,7 @@ int main(int argc, char** argv)
 
     installFonts();
     installAccessibility();
-    const Composition composition(application, buses, folders, instance);
+    const Composition composition(application, buses, folders, instance,
+                                  isInBackground ? FirstShow::whenAsked : FirstShow::atOnce);
     return QApplication::exec();
 }

@@ -1,5 +1,5 @@
 #include "app/app_model.h"
-#include "app/time_text.h"
+#include "core/time_text.h"
 
 #include <algorithm>
 

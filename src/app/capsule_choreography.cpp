@@ -1,7 +1,7 @@
 #include "app/capsule_choreography.h"
 
 #include "app/app_model.h"
-#include "app/time_text.h"
+#include "core/time_text.h"
 
 #include <utility>
 

@@ -109,7 +109,7 @@ ExitStatus runImport(const ImportCommand& given, const CommandContext& context)
         // The socket first: the lock may be gone where folders were made anew below the running program.
         const QByteArray answer =
             context.folders.runtime
-                ? askInstance(instanceSocketPath(*context.folders.runtime, lock.folders()),
+                ? askInstance(programSocketPath(*context.folders.runtime, lock.folders()),
                               {{}, QLatin1String(importCommandName), importArguments(command)}, patience)
                 : QByteArray();
         if (const auto status = importThere(command, answer, context)) {

@@ -1,5 +1,6 @@
 #include "exchange/export_parts.h"
 #include "exchange/json_fields.h"
+#include "exchange/record_json.h"
 #include "storage/json/json_writer.h"
 
 #include <utility>
@@ -19,8 +20,8 @@ public:
     {
         JsonWriter writer;
         writer.beginObject();
-        writeRecord(writer, record);
-        writeDetails(writer, details, m_zones.zone(record.timeZoneIdentifierAtStart.view()));
+        writeRecordFields(writer, record, zoneOf(record));
+        writeDetails(writer, details, zoneOf(record));
         writeEarlier(writer, jsonField::asRecorded, details.asRecorded);
         writeEarlier(writer, jsonField::beforeAbsences, details.beforeAbsences);
         writer.endObject();
@@ -42,31 +43,9 @@ public:
     std::string description() const override { return m_description; }
 
 private:
-    void writeTime(JsonWriter& writer, const char* key, Instant instant, const TimeZoneRules& zone)
+    const TimeZoneRules& zoneOf(const SessionRecord& record)
     {
-        m_time.clear();
-        appendInstant(m_time, instant, zone);
-        writer.field(key, std::string_view{m_time});
-    }
-
-    void writeRecord(JsonWriter& writer, const SessionRecord& record)
-    {
-        const TimeZoneRules& zone = m_zones.zone(record.timeZoneIdentifierAtStart.view());
-        writer.field(jsonField::id, record.id);
-        writer.field(jsonField::phase, record.phaseRawValue.text());
-        writer.field(jsonField::outcome, record.outcomeRawValue.text());
-        writeTime(writer, jsonField::start, record.actualStartAt, zone);
-        writeTime(writer, jsonField::end, record.endedAt, zone);
-        writer.field(jsonField::effectiveSeconds, record.effectiveDuration);
-        writer.field(jsonField::plannedSeconds, record.plannedDuration);
-        writer.field(jsonField::pausedSeconds, record.pauseDuration);
-        writer.field(jsonField::interruptions, record.interruptionCount);
-        writer.field(jsonField::intention, record.intention.view());
-        writer.field(jsonField::timeZone, record.timeZoneIdentifierAtStart.view());
-        writeTime(writer, jsonField::plannedStart, record.plannedStartAt, zone);
-        writeTime(writer, jsonField::scheduledEnd, record.scheduledEndAt, zone);
-        writer.field(jsonField::cycle, record.cycleIndex);
-        writer.field(jsonField::completedAway, record.completedWhileAway);
+        return m_zones.zone(record.timeZoneIdentifierAtStart.view());
     }
 
     void writeEarlier(JsonWriter& writer, const char* key, const std::optional<SessionRecord>& record)
@@ -74,12 +53,12 @@ private:
         if (record) {
             writer.key(key);
             writer.beginObject();
-            writeRecord(writer, *record);
+            writeRecordFields(writer, *record, zoneOf(*record));
             writer.endObject();
         }
     }
 
-    void writeDetails(JsonWriter& writer, const SessionDetails& details, const TimeZoneRules& zone)
+    static void writeDetails(JsonWriter& writer, const SessionDetails& details, const TimeZoneRules& zone)
     {
         writer.key(jsonField::pauses);
         writer.beginArray();
@@ -106,7 +85,6 @@ private:
 
     ZoneBook m_zones;
     bool m_isFirst = true;
-    std::string m_time;
     std::string m_description;
 };
 

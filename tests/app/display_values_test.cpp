@@ -1,5 +1,5 @@
 #include "app/model_fixture.h"
-#include "app/time_text.h"
+#include "core/time_text.h"
 
 #include <cmath>
 #include <tuple>

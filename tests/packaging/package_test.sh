@@ -20,7 +20,9 @@ dpkg_here() { dpkg --root="$root" --force-not-root,depends,script-chrootless --l
 dpkg_here --install "$package"
 
 identifier=com.quillmark.Brevlin
-for file in bin/brevlin libexec/brevlin/brevlin-play-sound "share/applications/$identifier.desktop" "share/dbus-1/services/$identifier.service" \
+for file in bin/brevlin libexec/brevlin/brevlin-{window,verb,exchange,play-sound} share/man/man1/brevlin.1.gz \
+    share/bash-completion/completions/brevlin share/zsh/vendor-completions/_brevlin share/fish/vendor_completions.d/brevlin.fish \
+    "share/dbus-1/interfaces/$identifier.Timer1.xml" "share/applications/$identifier.desktop" "share/dbus-1/services/$identifier.service" \
     "share/metainfo/$identifier.metainfo.xml" share/sounds/brevlin/stereo/Glass.wav \
     share/sounds/brevlin/stereo/Ping.wav "share/icons/hicolor/scalable/apps/$identifier.svg" \
     "share/icons/hicolor/16x16/apps/$identifier.png" "share/icons/hicolor/256x256/apps/$identifier.png"; do
@@ -28,7 +30,7 @@ for file in bin/brevlin libexec/brevlin/brevlin-play-sound "share/applications/$
 done
 desktop-file-validate "$root/usr/share/applications/$identifier.desktop"
 appstreamcli validate --no-net "$root/usr/share/metainfo/$identifier.metainfo.xml"
-grep -qx 'Exec=/usr/bin/brevlin' "$root/usr/share/dbus-1/services/$identifier.service" ||
+grep -qx 'Exec=/usr/bin/brevlin --background' "$root/usr/share/dbus-1/services/$identifier.service" ||
     { echo "The bus would start another program:"; cat "$root/usr/share/dbus-1/services/$identifier.service"; exit 1; }
 
 dpkg-deb --field "$package" Depends | grep -q libical3 || { echo "The library that is opened by name is not told"; exit 1; }

@@ -38,9 +38,18 @@ char* putEscaped(char* at, char character)
 
 } // namespace
 
+void JsonWriter::null()
+{
+    word("null");
+}
+
 void JsonWriter::value(bool value)
 {
-    const std::string_view text = value ? "true" : "false";
+    word(value ? "true" : "false");
+}
+
+void JsonWriter::word(std::string_view text)
+{
     finishAt(std::copy(text.begin(), text.end(), roomForValue(text.size())));
 }
 

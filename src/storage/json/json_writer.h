@@ -45,6 +45,7 @@ public:
         m_lastKey = name;
     }
 
+    void null();
     void value(bool value);
     void value(std::int64_t value);
     /// The shortest digits that read back as the same number; an integral number has no fraction and no
@@ -95,6 +96,7 @@ private:
         }
         return at;
     }
+    void word(std::string_view text);
     void open(char bracket);
     void close(char bracket);
     void refuse(std::string_view problem);

@@ -1,6 +1,6 @@
 #include "ui/capsule/top_capsule_view.h"
 
-#include "app/time_text.h"
+#include "core/time_text.h"
 #include "ui/capsule/capsule_border.h"
 #include "ui/capsule/capsule_pages.h"
 #include "ui/controls/numeric_text.h"

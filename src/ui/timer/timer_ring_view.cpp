@@ -1,7 +1,7 @@
 #include "ui/timer/timer_ring_view.h"
 
 #include "app/app_model.h"
-#include "app/time_text.h"
+#include "core/time_text.h"
 #include "ui/controls/direct_paint.h"
 #include "ui/controls/numeric_text.h"
 #include "ui/controls/spoken_element.h"

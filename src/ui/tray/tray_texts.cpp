@@ -1,8 +1,8 @@
 #include "ui/tray/tray_texts.h"
 
 #include "app/app_model.h"
-#include "app/time_text.h"
 #include "app/timer_words.h"
+#include "core/time_text.h"
 #include "ui/main/app_section.h"
 
 namespace brevlin {

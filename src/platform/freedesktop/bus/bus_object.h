@@ -1,46 +1,43 @@
 #pragma once
 
+#include "platform/freedesktop/bus/bus_interface.h"
 #include "platform/freedesktop/bus/message_bus.h"
 
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
-#include <QHash>
-#include <QVariantMap>
+
+#include <vector>
 
 namespace brevlin {
 
-/// An object on the session bus with one interface. Its description is what it holds callers to: a call whose
-/// arguments have other types is refused before it arrives. Unlike Qt's adaptors it learns who asks for which
-/// property. Nothing happens until the bus is open.
-class BusObject : public QDBusVirtualObject
+/// An object on the session bus with the interfaces that are added to it. Nothing happens until the bus is
+/// open; calls arrive with the event loop, so that whoever adds an interface before it misses none.
+class BusObject final : public QDBusVirtualObject
 {
     Q_OBJECT
 
 public:
-    /// `description` is the interface in the bus's introspection format.
-    BusObject(MessageBus& bus, const QString& path, const QString& interface, const QString& description);
+    static const QString propertiesInterface;
+
+    BusObject(MessageBus& bus, QString path, QObject* parent = nullptr);
     ~BusObject() override;
+
+    /// The interface leaves by itself when it ends.
+    void add(BusInterface& interface);
+    void remove(const BusInterface& interface);
 
     QString introspect(const QString& path) const override;
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
-
-protected:
-    virtual QVariantMap properties() const { return {}; }
-    /// One property was asked for by its name.
-    virtual void propertyAsked(const QString& /*name*/) {}
-    /// The values that answer a call of a method of the description, which has the types that stand there.
-    virtual QVariantList answer(const QString& method, const QVariantList& arguments) = 0;
-    void emitSignal(const char* name, const QVariantList& arguments = {}) const;
+    void emitSignal(const QString& interface, const QString& name, const QVariantList& arguments) const;
 
 private:
-    QDBusMessage reply(const QDBusMessage& message);
-    QDBusMessage propertyReply(const QDBusMessage& message);
+    /// Of the interface, or of the first that has the method or the property where the caller names none, as
+    /// https://dbus.freedesktop.org/doc/dbus-specification.html allows; nothing for an interface not here.
+    QDBusMessage answered(const QDBusMessage& message) const;
 
     MessageBus& m_bus;
     QString m_path;
-    QString m_interface;
-    QString m_description;
-    QHash<QString, QString> m_signatures; // of the methods' arguments; read with the first call
+    std::vector<BusInterface*> m_interfaces;
 };
 
 } // namespace brevlin

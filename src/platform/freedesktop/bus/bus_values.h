@@ -26,7 +26,7 @@ std::optional<Value> busValue(const QVariant& value)
                                                             : std::nullopt;
 }
 
-namespace detail {
+namespace busDetail {
 
 template <typename... Values, std::size_t... places>
 std::optional<std::tuple<Values...>> busArguments(const QVariantList& arguments,
@@ -38,7 +38,7 @@ std::optional<std::tuple<Values...>> busArguments(const QVariantList& arguments,
     return std::tuple<Values...>{qdbus_cast<Values>(arguments.at(places))...};
 }
 
-} // namespace detail
+} // namespace busDetail
 
 /// The arguments of a signal or of an answer where they are exactly these; nothing for an error.
 template <typename... Values>
@@ -48,7 +48,7 @@ std::optional<std::tuple<Values...>> busArguments(const QDBusMessage& message)
     if (message.type() == QDBusMessage::ErrorMessage || arguments.size() != sizeof...(Values)) {
         return std::nullopt;
     }
-    return detail::busArguments<Values...>(arguments, std::index_sequence_for<Values...>{});
+    return busDetail::busArguments<Values...>(arguments, std::index_sequence_for<Values...>{});
 }
 
 /// The one argument of a signal or of an answer where it is exactly this type.

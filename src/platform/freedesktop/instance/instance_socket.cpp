@@ -2,36 +2,24 @@
 
 #include "platform/freedesktop/event_loop/local_stream.h"
 
-#include <QCryptographicHash>
+#include <vector>
 
 namespace brevlin {
 
 namespace {
 
-// Between the token, the action and the arguments. In these it is written in hexadecimal, as line breaks are.
 constexpr char separator = '\t';
 
 } // namespace
 
-std::string instanceSocketPath(const std::string& runtimeFolder, const std::vector<std::string>& folders)
-{
-    QCryptographicHash hash(QCryptographicHash::Sha256);
-    for (const std::string& folder : folders) {
-        hash.addData(QByteArray::fromStdString(folder + '\n'));
-    }
-    return runtimeFolder + "/brevlin-" + hash.result().toHex().left(16).toStdString();
-}
-
 QByteArray socketLine(const SocketRequest& request)
 {
-    QByteArray line = request.token.toUtf8();
-    if (!request.action.isEmpty()) {
-        line += separator + request.action.toUtf8();
-    }
+    std::vector<std::string> arguments;
     for (const QString& argument : request.arguments) {
-        line += separator + argument.toUtf8().toPercentEncoding();
+        arguments.push_back(argument.toStdString());
     }
-    return line + '\n';
+    return QByteArray::fromStdString(
+        socketLine(request.token.toStdString(), request.action.toStdString(), arguments));
 }
 
 std::optional<SocketRequest> socketRequest(const QByteArray& line)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/freedesktop/socket/socket_line.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
@@ -7,7 +9,6 @@
 #include <chrono>
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace brevlin {
 
@@ -18,12 +19,6 @@ namespace brevlin {
 inline constexpr int instanceAttempts = 20;
 inline constexpr unsigned long instanceAttemptInterval = 100; // milliseconds
 
-namespace socketAnswer {
-inline constexpr const char* done = "ok";
-inline constexpr const char* ending = "ending";   ///< which takes as long as the disk does
-inline constexpr const char* refused = "refused"; ///< a command that the program does not know
-} // namespace socketAnswer
-
 /// With arguments it is a command, else it asks for the window.
 struct SocketRequest
 {
@@ -31,9 +26,6 @@ struct SocketRequest
     QString action;
     QStringList arguments;
 };
-
-/// By the folders, so that programs of one user with different homes do not meet.
-std::string instanceSocketPath(const std::string& runtimeFolder, const std::vector<std::string>& folders);
 
 QByteArray socketLine(const SocketRequest& request);
 /// Nothing for what is no whole line.

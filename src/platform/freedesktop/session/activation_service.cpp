@@ -25,12 +25,10 @@ const QString description = QStringLiteral(R"xml(
 
 const QString ActivationService::interface = QStringLiteral("org.freedesktop.Application");
 
-ActivationService::ActivationService(MessageBus& bus, const QString& path)
-    : BusObject(bus, path, interface, description)
-{}
+ActivationService::ActivationService() : BusInterface(interface, description) {}
 
 // There are no documents to open: whoever asks for one wants to see the program.
-QVariantList ActivationService::answer(const QString& method, const QVariantList& arguments)
+BusAnswer ActivationService::answer(const QString& method, const QVariantList& arguments)
 {
     const auto platformData = qdbus_cast<QVariantMap>(arguments.constLast());
     const auto text = [&platformData](const char* key) {

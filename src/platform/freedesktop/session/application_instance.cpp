@@ -1,5 +1,6 @@
 #include "platform/freedesktop/session/application_instance.h"
 
+#include "platform/freedesktop/bus/bus_object.h"
 #include "platform/freedesktop/bus/message_bus.h"
 #include "platform/freedesktop/event_loop/local_stream.h"
 #include "platform/freedesktop/instance/instance_socket.h"
@@ -55,7 +56,7 @@ ApplicationInstance::Claim ApplicationInstance::claim(const InstanceRequest& req
             return Claim::activated;
         }
         if (lock == FolderLock::Result::taken) {
-            m_bus.whenOpen(this, [this] { serveBus(); });
+            serveBus();
             serveSocket();
             return Claim::first;
         }
@@ -67,25 +68,36 @@ ApplicationInstance::Claim ApplicationInstance::claim(const InstanceRequest& req
 
 void ApplicationInstance::retire()
 {
-    if (m_service) {
+    if (m_object && m_bus.isOpen()) {
         // Not by Qt's own interface, which waits for the bus.
         QDBusMessage release = QDBusMessage::createMethodCall(
             QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
             QStringLiteral("org.freedesktop.DBus"), QStringLiteral("ReleaseName"));
         release << busName;
         m_bus.connection().send(release);
-        m_service.reset();
     }
+    m_object.reset();
     m_isRetired = true;
+}
+
+void ApplicationInstance::serve(BusInterface& interface)
+{
+    if (m_object) {
+        m_object->add(interface);
+    }
 }
 
 void ApplicationInstance::serveBus()
 {
-    // The object first: whoever sees the name may call at once.
-    m_service = std::make_unique<ActivationService>(m_bus, objectPath);
+    m_service = std::make_unique<ActivationService>();
     connect(m_service.get(), &ActivationService::requested, this, &ApplicationInstance::requested);
-    m_bus.connection().interface()->registerService(busName, QDBusConnectionInterface::DontQueueService,
-                                                    QDBusConnectionInterface::DontAllowReplacement);
+    // The object first: whoever sees the name may call at once.
+    m_object = std::make_unique<BusObject>(m_bus, objectPath);
+    m_object->add(*m_service);
+    m_bus.whenOpen(m_object.get(), [this] {
+        m_bus.connection().interface()->registerService(busName, QDBusConnectionInterface::DontQueueService,
+                                                        QDBusConnectionInterface::DontAllowReplacement);
+    });
 }
 
 bool ApplicationInstance::askThroughBus(const InstanceRequest& request) const
@@ -165,7 +177,7 @@ QByteArray ApplicationInstance::answerOfSocket(const InstanceRequest& request) c
 
 std::string ApplicationInstance::socketPath() const
 {
-    return instanceSocketPath(*m_runtimeFolder, m_lock.folders());
+    return programSocketPath(*m_runtimeFolder, m_lock.folders());
 }
 
 } // namespace brevlin

@@ -18,6 +18,8 @@
 namespace brevlin {
 
 class ActivationService;
+class BusInterface;
+class BusObject;
 class LocalListener;
 class LocalStream;
 class MessageBus;
@@ -47,6 +49,9 @@ public:
     /// Where another process owns the files, the request goes to it. Where this one comes to own them, it is
     /// the caller's to follow.
     Claim claim(const InstanceRequest& request);
+    /// Serves the interface on the object that carries the application's name, as long as this process has
+    /// it. To be called after claim() and before the event loop runs.
+    void serve(BusInterface& interface);
     /// The program is about to end: a start from now on waits until it is gone.
     void retire();
     /// In the system's words.
@@ -83,6 +88,7 @@ private:
     std::optional<std::string> m_runtimeFolder;
     bool m_isRetired = false;
     std::function<void(const Command&, const Answer&)> m_commandHandler;
+    std::unique_ptr<BusObject> m_object;
     std::unique_ptr<ActivationService> m_service;
     std::unique_ptr<LocalListener> m_listener;
 };

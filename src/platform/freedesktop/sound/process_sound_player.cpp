@@ -24,15 +24,10 @@ constexpr Seconds watchdogDelay{10.0};
 // In milliseconds; the kernel ends a killed process at once.
 constexpr int longestEnding = 100;
 
-/// The program that plays, beside this one where it was built and where it was installed.
+/// The program that plays; it lies beside this one.
 QString playingProgram()
 {
-    const QString name = QStringLiteral("/brevlin-play-sound");
-    const QString folder = QCoreApplication::applicationDirPath();
-    const QString built = folder + name;
-    return QFile::exists(built)
-               ? built
-               : folder + QLatin1Char('/') + QStringLiteral(BREVLIN_INSTALLED_PROCESS) + name;
+    return QCoreApplication::applicationDirPath() + QStringLiteral("/brevlin-play-sound");
 }
 
 class ProcessSound final : public Sound

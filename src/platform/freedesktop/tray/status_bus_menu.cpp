@@ -83,8 +83,9 @@ bool haveSameShape(const std::vector<StatusMenuRow>& first, const std::vector<St
 } // namespace
 
 StatusBusMenu::StatusBusMenu(MessageBus& bus, const QString& path)
-    : BusObject(bus, path, interface, description)
+    : BusInterface(interface, description), m_object(bus, path)
 {
+    m_object.add(*this);
     registerStatusBusTypes();
 }
 
@@ -224,7 +225,7 @@ bool StatusBusMenu::takeEvent(int id, const QString& type)
     return true;
 }
 
-QVariantList StatusBusMenu::answer(const QString& method, const QVariantList& arguments)
+BusAnswer StatusBusMenu::answer(const QString& method, const QVariantList& arguments)
 {
     const auto number = [&arguments](qsizetype index) {
         return arguments.at(index).toInt();
@@ -237,7 +238,8 @@ QVariantList StatusBusMenu::answer(const QString& method, const QVariantList& ar
     }
     if (method == QLatin1String("GetProperty")) {
         const QVariant value = rowProperties(number(0)).value(arguments.at(1).toString());
-        return {QVariant::fromValue(QDBusVariant(value.isValid() ? value : QString(QLatin1String(""))))};
+        return QVariantList{
+            QVariant::fromValue(QDBusVariant(value.isValid() ? value : QString(QLatin1String(""))))};
     }
     if (method == QLatin1String("Event")) {
         takeEvent(number(0), arguments.at(1).toString());
@@ -251,16 +253,16 @@ QVariantList StatusBusMenu::answer(const QString& method, const QVariantList& ar
                 unknown.append(event.id);
             }
         }
-        return {QVariant::fromValue(unknown)};
+        return QVariantList{QVariant::fromValue(unknown)};
     }
     // The changed rows are on their way: nobody needs to read the whole menu anew.
     if (method == QLatin1String("AboutToShow")) {
         prepareToShow();
-        return {false};
+        return QVariantList{false};
     }
     prepareToShow(); // AboutToShowGroup
     const QVariant none = QVariant::fromValue(QList<int>{});
-    return {none, none};
+    return QVariantList{none, none};
 }
 
 } // namespace brevlin

@@ -11,7 +11,7 @@ namespace brevlin {
 /// The item's menu as hosts draw it themselves: com.canonical.dbusmenu
 /// (https://github.com/AyatanaIndicators/libdbusmenu/blob/main/libdbusmenu-glib/dbus-menu.xml). What changes
 /// every second is announced only while the menu is open, and when it is about to open.
-class StatusBusMenu final : public BusObject
+class StatusBusMenu final : public BusInterface
 {
     Q_OBJECT
 
@@ -25,7 +25,7 @@ Q_SIGNALS:
 
 protected:
     QVariantMap properties() const override;
-    QVariantList answer(const QString& method, const QVariantList& arguments) override;
+    BusAnswer answer(const QString& method, const QVariantList& arguments) override;
 
 private:
     const StatusMenuRow* row(int id) const;
@@ -37,6 +37,7 @@ private:
     void announce(const std::vector<StatusMenuRow>& old);
     void announceRows(const QList<int>& ids);
 
+    BusObject m_object;
     std::vector<StatusMenuRow> m_rows; // the first has the id 1; 0 is the menu itself
     uint m_revision = 1;
     int m_followedUpdates = 0; // how many changes of a second are still announced

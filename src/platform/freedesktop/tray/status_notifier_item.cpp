@@ -67,8 +67,10 @@ QString installedName(const std::string& themeName)
 const QString StatusNotifierItem::path = QStringLiteral("/StatusNotifierItem");
 const QString StatusNotifierItem::menuPath = QStringLiteral("/StatusNotifierItem/Menu");
 
-StatusNotifierItem::StatusNotifierItem(MessageBus& bus) : BusObject(bus, path, interface, description)
+StatusNotifierItem::StatusNotifierItem(MessageBus& bus)
+    : BusInterface(interface, description), m_object(bus, path)
 {
+    m_object.add(*this);
     registerStatusBusTypes();
 }
 
@@ -161,7 +163,7 @@ void StatusNotifierItem::propertyAsked(const QString& name)
     }
 }
 
-QVariantList StatusNotifierItem::answer(const QString& method, const QVariantList& arguments)
+BusAnswer StatusNotifierItem::answer(const QString& method, const QVariantList& arguments)
 {
     if (method != QLatin1String("Scroll")) {
         const int x = arguments.at(0).toInt();

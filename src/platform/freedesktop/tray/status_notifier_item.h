@@ -11,7 +11,7 @@ namespace brevlin {
 /// label that Ayatana's hosts show beside the picture. Where the label is known to be shown, the picture is
 /// without the clock. A second costs a signal of the label and, where that is not known, one of the tool tip;
 /// hosts read no more for two than for one.
-class StatusNotifierItem final : public BusObject
+class StatusNotifierItem final : public BusInterface
 {
     Q_OBJECT
 
@@ -36,7 +36,7 @@ Q_SIGNALS:
 protected:
     QVariantMap properties() const override;
     void propertyAsked(const QString& name) override;
-    QVariantList answer(const QString& method, const QVariantList& arguments) override;
+    BusAnswer answer(const QString& method, const QVariantList& arguments) override;
 
 private:
     QString label() const;
@@ -44,6 +44,7 @@ private:
     void tell(const char* signal, const QVariantList& arguments = {}) const;
     void tellLabel() const;
 
+    BusObject m_object;
     StatusPictures m_pictures;
     StatusTexts m_texts;
     bool m_showsLabel = false;

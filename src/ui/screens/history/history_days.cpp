@@ -1,6 +1,6 @@
 #include "ui/screens/history/history_days.h"
 
-#include "app/time_text.h"
+#include "core/time_text.h"
 
 #include <algorithm>
 #include <numeric>

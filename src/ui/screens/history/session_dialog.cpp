@@ -1,8 +1,8 @@
 #include "ui/screens/history/session_dialog.h"
 
 #include "app/app_model.h"
-#include "app/time_text.h"
 #include "core/intention.h"
+#include "core/time_text.h"
 #include "ui/controls/choice_button.h"
 #include "ui/controls/form.h"
 #include "ui/controls/moment_field.h"

@@ -1,4 +1,4 @@
-#include "app/time_text.h"
+#include "core/time_text.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,0 +1,6 @@
+#include "command/run_command.h"
+
+int main(int argc, char** argv)
+{
+    return brevlin::runCommand(argc, argv);
+}
