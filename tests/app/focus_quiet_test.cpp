@@ -303,7 +303,12 @@ TEST_F(FocusQuietTest, nothing_is_turned_before_the_note_is_on_the_disk)
 
 TEST_F(FocusQuietTest, another_server_has_its_own_switch_and_never_two_are_turned)
 {
-    openAndFocus(dunst);
+    silencer.present.reset();
+    kill();
+    launch().setSilencesNotifications(true);
+    model().start();
+    silencer.serverIs(dunst);
+    EXPECT_EQ(state(), State::silent) << "one that comes late";
     silencer.states["dunst"] = State::absent;
     silencer.serverIs(std::nullopt);
     silencer.states["dunst"] = State::heard;
@@ -349,6 +354,19 @@ TEST_F(FocusQuietTest, a_change_of_mind_while_the_desktop_answers_holds)
     model().endCurrentPhase();
     model().dismissCompletion();
     EXPECT_TRUE(hasNote()) << "it could not be given back";
+
+    openAndFocus(dunst);
+    EXPECT_TRUE(model().focusQuiet().isAtRest()) << "it refuses to be turned";
+    EXPECT_FALSE(hasNote());
+    silencer.refuses = false;
+    openAndFocus(dunst).pause();
+    silencer.log.clear();
+    thread.runsAtOnce = false;
+    model().resume();
+    model().focusQuiet().giveBackNow();
+    thread.runAll();
+    EXPECT_EQ(silencer.log, std::vector<std::string>{}) << "the note was not yet written";
+    EXPECT_FALSE(hasNote());
 }
 
 } // namespace

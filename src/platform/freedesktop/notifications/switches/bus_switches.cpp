@@ -191,9 +191,9 @@ void PlasmaInhibition::turn(bool isOn, Completion completion)
         forEver);
 }
 
-// The end of the connection gives it back.
 bool PlasmaInhibition::turnOffNow(Seconds /*longest*/)
 {
+    turn(false, [](bool /*isDone*/) {}); // the end of the connection gives it back as well
     return true;
 }
 

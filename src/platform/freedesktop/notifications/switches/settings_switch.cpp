@@ -80,6 +80,10 @@ void SettingsSwitch::turn(bool isOn, Completion completion)
 bool SettingsSwitch::turnOffNow(Seconds longest)
 {
     const auto limit = std::chrono::duration_cast<std::chrono::milliseconds>(longest);
+    if (m_process != nullptr) { // nothing that was asked before may come after this
+        m_questions.resize(1);
+        m_process->waitForFinished(static_cast<int>(limit.count()));
+    }
     QProcess process;
     process.start(program, setting(false));
     const bool isFinished = process.waitForFinished(static_cast<int>(limit.count()));
