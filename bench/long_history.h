@@ -57,6 +57,10 @@ public:
                           [](const std::string&) {
                               return TimeZone{};
                           }},
+            HookParts{std::make_shared<test::FakeHookPrograms>(),
+                      [this]() -> DocumentThread& {
+                          return m_documents;
+                      }},
             "de_DE"});
     }
 

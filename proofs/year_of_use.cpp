@@ -69,6 +69,10 @@ public:
                           [](const std::string&) {
                               return TimeZone{};
                           }},
+            HookParts{std::make_shared<test::FakeHookPrograms>(),
+                      [this]() -> DocumentThread& {
+                          return m_thread;
+                      }},
             "de_DE"});
         // A phase that was seen to run and does not any more has ended: not counted by the history itself.
         QObject::connect(m_model.get(), &AppModel::snapshotChanged, m_model.get(), [this] {

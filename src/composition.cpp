@@ -20,6 +20,7 @@
 #include "platform/freedesktop/files/posix_durable_file.h"
 #include "platform/freedesktop/files/program_files.h"
 #include "platform/freedesktop/files/user_folders.h"
+#include "platform/freedesktop/hooks/folder_hook_programs.h"
 #include "platform/freedesktop/instance/instance_socket.h"
 #include "platform/freedesktop/login/autostart_login_item.h"
 #include "platform/freedesktop/notifications/desktop_notification_center.h"
@@ -108,6 +109,7 @@ private:
     DocumentDisk disk() { return {m_defaults, m_documents, m_scheduler, m_clock}; }
     AppModelParts modelParts(const UserFolders& folders);
     DocumentThread& transferThread();
+    DocumentThread& hookThread();
     ImportDesk::Parts importParts();
     std::unique_ptr<DesktopNotificationCenter> makeCenter();
     void letAnnouncementsThrough(DesktopNotificationCenter& center);
@@ -132,6 +134,7 @@ private:
     SystemClock m_clock;
     QtTaskScheduler m_scheduler;
     std::unique_ptr<DocumentWorker> m_transfers; // made for the first file that the user chooses
+    std::unique_ptr<DocumentWorker> m_hooks;     // made for the first transition of the timer
     DocumentWorker m_documents;
     DesktopSystemEvents m_systemEvents;
     PortalDesktopSettings m_desktopSettings;
@@ -269,6 +272,10 @@ AppModelParts Composition::Parts::modelParts(const UserFolders& folders)
             std::make_unique<AlertSoundService>(m_soundPlayer, m_scheduler),
             std::make_unique<LaunchAtLoginService>(m_loginItem),
             TransferParts{m_files, [this]() -> DocumentThread& { return transferThread(); }, timeZoneOf},
+            HookParts{std::make_shared<FolderHookPrograms>(folders.preferences + "/hooks"),
+                      [this]() -> DocumentThread& {
+                          return hookThread();
+                      }},
             timeLocale(),
             &m_capsuleController,
             {&m_notificationSilencer, std::make_unique<SilenceNoteStore>(disk())}};
@@ -310,6 +317,14 @@ DocumentThread& Composition::Parts::transferThread()
         m_transfers = std::make_unique<DocumentWorker>();
     }
     return *m_transfers;
+}
+
+DocumentThread& Composition::Parts::hookThread()
+{
+    if (!m_hooks) {
+        m_hooks = std::make_unique<DocumentWorker>();
+    }
+    return *m_hooks;
 }
 
 ImportDesk::Parts Composition::Parts::importParts()

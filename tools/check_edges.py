@@ -32,6 +32,7 @@ EDGES = {
     "platform/freedesktop/notifications/server": (["core", "platform", "platform/freedesktop/bus",
                                                    "platform/freedesktop/notifications",
                                                    "platform/freedesktop/notifications/switches"], ["Core", "DBus"]),
+    "platform/freedesktop/hooks": (["core", "platform", "platform/freedesktop/files"], []),
     "platform/freedesktop/login": (["core", "platform"], ["Core", "Gui"]),
     "platform/freedesktop/sound": (["core", "platform"], ["Core", "Gui"]),
     "platform/freedesktop/sound/process": ([], ["Core", "Multimedia"]),

@@ -38,6 +38,7 @@ AppModel::AppModel(AppModelParts parts, QObject* parent)
     , m_calendar(m_parts.clock.timeZone(), m_parts.userLocale)
 {
     restore();
+    m_hooks = std::make_unique<HookCaller>(*this, std::move(m_parts.hookParts));
     connectParts();
     startTicker();
     observeSystemEvents();

@@ -5,6 +5,7 @@
 #include "app/focus_quiet.h"
 #include "app/history_editor.h"
 #include "app/history_transfer.h"
+#include "app/hook_caller.h"
 #include "app/launch_at_login.h"
 #include "app/phase_announcer.h"
 #include "app/undo_offer.h"
@@ -56,6 +57,7 @@ struct AppModelParts
     std::unique_ptr<AlertSoundService> soundService;
     std::unique_ptr<LaunchAtLoginService> launchAtLoginService;
     TransferParts transferParts;
+    HookParts hookParts;
     std::string userLocale;               ///< of the desktop, for the time of day; an ICU locale identifier
     CapsuleMover* capsuleMover = nullptr; ///< none where no capsule can be placed
     QuietParts quietParts = {};           ///< none where no desktop can be silenced
@@ -113,6 +115,7 @@ public:
     UndoOffer& undoOffer() { return m_undoOffer; }
     AbsenceQuestions& absences() { return m_absences; }
     FocusQuiet& focusQuiet() { return m_focusQuiet; }
+    HookCaller& hooks() { return *m_hooks; }
     CapsuleMover* capsuleMover() const { return m_parts.capsuleMover; }
 
     // Display values, from the published state
@@ -265,6 +268,7 @@ private:
     HistoryTransfer m_historyTransfer;
     AbsenceQuestions m_absences;
     FocusQuiet m_focusQuiet;
+    std::unique_ptr<HookCaller> m_hooks; // made once the timer is restored, then never absent
     AppPreferences m_preferences;
     AddedPreferences m_addedPreferences;
     std::string m_preparedIntention;

@@ -54,6 +54,10 @@ protected:
                  [](const std::string&) {
                      return TimeZone{};
                  }},
+                {hookPrograms,
+                 [this]() -> DocumentThread& {
+                     return hookThread;
+                 }},
                 "de_DE",
                 nullptr,
                 {&silencer, std::make_unique<SilenceNoteStore>(disk())}};
@@ -93,6 +97,8 @@ protected:
     FakeSoundPlayer player;
     FakeLoginItem loginItem;
     FakeNotificationSilencer silencer;
+    std::shared_ptr<FakeHookPrograms> hookPrograms = std::make_shared<FakeHookPrograms>();
+    FakeDocumentThread hookThread;
     std::unique_ptr<AppModel> modelOrNone;
 };
 

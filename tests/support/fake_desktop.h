@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/hook_programs.h"
 #include "platform/login_item.h"
 #include "platform/sound_player.h"
 #include "platform/system_events.h"
@@ -162,6 +163,24 @@ private:
         current = next;
         return {};
     }
+};
+
+class FakeHookPrograms final : public HookPrograms
+{
+public:
+    std::vector<HookCall> calls;
+    std::vector<HookResult> results; ///< of each call
+
+    const std::string& folder() const override { return m_folder; }
+    std::vector<HookResult> run(const HookCall& call) override
+    {
+        calls.push_back(call);
+        return results;
+    }
+    void hurry() override {}
+
+private:
+    std::string m_folder = "/hooks";
 };
 
 class FakeSystemEvents final : public SystemEvents

@@ -27,6 +27,7 @@ AppSettingsView::AppSettingsView(AppModel& model, QWidget* parent) : QWidget(par
     column->addWidget(new TimerSection(model, form));
     column->addWidget(new AlertSection(model, model.announcer(), form));
     column->addWidget(new AppearanceSection(model, model.launchAtLogin(), form));
+    column->addWidget(new HooksSection(model, form));
     column->addWidget(new ResetSection(model, form));
     column->addWidget(new DataSection(model, form));
     column->addStretch(1);

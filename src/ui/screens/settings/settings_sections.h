@@ -14,6 +14,7 @@ class AppModel;
 class CapsuleButton;
 class ClearHistoryDialog;
 class ExportDialog;
+class HooksDialog;
 class LaunchAtLogin;
 class LinkButton;
 class NumberStepper;
@@ -113,6 +114,23 @@ private:
     FormRow* m_approvalRow;
     FormNote* m_approvalNote;
     LinkButton* m_openSettings;
+};
+
+class HooksSection final : public FormSection
+{
+    Q_OBJECT
+
+public:
+    explicit HooksSection(AppModel& model, QWidget* parent = nullptr);
+
+private:
+    void refresh();
+
+    AppModel& m_model;
+    CapsuleButton* m_runs;
+    FormNote* m_note;
+    FormNote* m_failure;
+    QPointer<HooksDialog> m_dialog;
 };
 
 class ResetSection final : public FormSection
