@@ -40,7 +40,7 @@ public:
         /// The first attempt to write the newest state failed. There will be more.
         std::function<void(const DocumentError&)> notSaved;
         /// The newest state is on the disk.
-        std::function<void()> saved;
+        std::function<void()> saved = nullptr;
     };
 
     /// A document under the legacy key is read where the key has none, and removed once its content stands

@@ -97,7 +97,8 @@ void SettingsSwitch::settingsChanged(const QDBusMessage& message)
     if (!change) {
         return;
     }
-    const auto& [prefix, changes, tag] = *change;
+    const QString& prefix = std::get<0>(*change);
+    const QStringList& changes = std::get<1>(*change);
     const QString key = QLatin1String(m_key.path) + QLatin1String(m_key.name);
     const bool isMeant = std::any_of(changes.begin(), changes.end(), [&](const QString& each) {
         const QString changed = prefix + each;
