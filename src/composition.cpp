@@ -7,6 +7,7 @@
 #include "command/import_desk.h"
 #include "picture_sender.h"
 #include "platform/freedesktop/appearance/portal_desktop_settings.h"
+#include "platform/freedesktop/bus/bus_greeting.h"
 #include "platform/freedesktop/bus/bus_start.h"
 #include "platform/freedesktop/clock/system_clock.h"
 #include "platform/freedesktop/clock/system_time_zone.h"
@@ -29,6 +30,7 @@
 #include "platform/freedesktop/session/application_instance.h"
 #include "platform/freedesktop/session/bus_session_lock.h"
 #include "platform/freedesktop/session/desktop_system_events.h"
+#include "platform/freedesktop/shortcuts/desktop_global_shortcuts.h"
 #include "platform/freedesktop/socket/control_answer.h"
 #include "platform/freedesktop/sound/process_sound_player.h"
 #include "platform/freedesktop/tray/desktop_status_item.h"
@@ -143,6 +145,7 @@ private:
     ProcessSoundPlayer m_soundPlayer;
     AutostartLoginItem m_loginItem;
     DesktopStatusItem m_statusItem;
+    DesktopGlobalShortcuts m_globalShortcuts;
     CapsulePositionStore m_capsulePositionStore;
     X11FloatingWindowSystem m_floatingWindows;
     BusSessionLock m_sessionLock;
@@ -186,6 +189,7 @@ Composition::Parts::Parts(Application& application, BusStart& buses, const UserF
     , m_soundPlayer(m_scheduler, sharedDataFolders(), "freedesktop")
     , m_loginItem(folders.autostart, programFile("brevlin"), m_files, m_documents)
     , m_statusItem(m_sessionBus, m_scheduler)
+    , m_globalShortcuts(sessionBusAddress(), m_scheduler)
     , m_capsulePositionStore(disk())
     , m_floatingWindows(m_scheduler)
     , m_sessionLock(m_sessionBus, buses.system(), m_scheduler)
@@ -234,8 +238,9 @@ Composition::Parts::Parts(Application& application, BusStart& buses, const UserF
                      &CapsuleChoreography::toggleCompletionSize);
     QObject::connect(&m_window, &MainWindow::settingsRequested, &m_settingsWindow,
                      [this] { m_settingsWindow.present(); });
-    QObject::connect(&m_model, &AppModel::mainWindowActivationRequested, &m_window,
-                     [this] { showWindow(activationToken()); });
+    QObject::connect(
+        &m_model, &AppModel::mainWindowActivationRequested, &m_window,
+        [this](const std::string& token) { showWindow(token.empty() ? activationToken() : token); });
     QObject::connect(&instance, &ApplicationInstance::requested, &m_window,
                      [this](const InstanceRequest& request) { follow(request); });
     instance.serve(m_timerInterface);
@@ -278,6 +283,7 @@ AppModelParts Composition::Parts::modelParts(const UserFolders& folders)
                       }},
             timeLocale(),
             &m_capsuleController,
+            &m_globalShortcuts,
             {&m_notificationSilencer, std::make_unique<SilenceNoteStore>(disk())}};
 }
 

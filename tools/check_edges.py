@@ -26,6 +26,8 @@ EDGES = {
     "platform/freedesktop/session": (["core", "platform", "platform/freedesktop/bus",
                                       "platform/freedesktop/event_loop", "platform/freedesktop/instance",
                                       "platform/freedesktop/socket"], ["Core", "Gui", "DBus"]),
+    "platform/freedesktop/shortcuts": (["core", "platform", "platform/freedesktop/bus", "platform/freedesktop/x11"],
+                                       ["Core", "Gui", "DBus"]),
     "platform/freedesktop/notifications": (["core", "platform"], []),
     "platform/freedesktop/notifications/switches": (["core", "platform", "platform/freedesktop/bus"],
                                                      ["Core", "DBus"]),

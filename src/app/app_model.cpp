@@ -28,6 +28,7 @@ AppModel::AppModel(AppModelParts parts, QObject* parent)
     , m_parts(std::move(parts))
     , m_launchAtLogin(std::move(m_parts.launchAtLoginService), m_messages)
     , m_announcer(std::move(m_parts.notificationService), m_parts.clock, m_messages)
+    , m_shortcuts(m_parts.globalShortcuts)
     , m_undoOffer(m_parts.scheduler)
     , m_historyEditor(*m_parts.sessionStore, *m_parts.sessionDetailsStore, m_undoOffer)
     , m_historyTransfer(std::move(m_parts.transferParts), m_parts.clock, *m_parts.sessionStore,
@@ -54,6 +55,11 @@ AppModel::~AppModel()
 void AppModel::connectParts()
 {
     connect(&m_announcer, &PhaseAnnouncer::actionChosen, this, &AppModel::handleNotificationAction);
+    connect(&m_shortcuts, &Shortcuts::activated, this, &AppModel::perform);
+    connect(&m_shortcuts, &Shortcuts::bound, this, [this] {
+        changeAddedPreferences(
+            [](AddedPreferences& preferences) { preferences.hasBoundShortcutsOnce = true; });
+    });
     m_parts.soundService->setPlaybackStateHandler([this](bool playing) {
         if (std::exchange(m_isAlertSoundPlaying, playing) != playing) {
             Q_EMIT alertSoundPlayingChanged();

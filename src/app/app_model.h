@@ -8,6 +8,7 @@
 #include "app/hook_caller.h"
 #include "app/launch_at_login.h"
 #include "app/phase_announcer.h"
+#include "app/shortcuts.h"
 #include "app/undo_offer.h"
 #include "core/calendar.h"
 #include "core/session_record.h"
@@ -60,7 +61,8 @@ struct AppModelParts
     HookParts hookParts;
     std::string userLocale;               ///< of the desktop, for the time of day; an ICU locale identifier
     CapsuleMover* capsuleMover = nullptr; ///< none where no capsule can be placed
-    QuietParts quietParts = {};           ///< none where no desktop can be silenced
+    GlobalShortcuts* globalShortcuts = nullptr; ///< none where no key can be heard
+    QuietParts quietParts = {};                 ///< none where no desktop can be silenced
 };
 
 /// What the user does to the timer.
@@ -115,6 +117,7 @@ public:
     UndoOffer& undoOffer() { return m_undoOffer; }
     AbsenceQuestions& absences() { return m_absences; }
     FocusQuiet& focusQuiet() { return m_focusQuiet; }
+    Shortcuts& shortcuts() { return m_shortcuts; }
     HookCaller& hooks() { return *m_hooks; }
     CapsuleMover* capsuleMover() const { return m_parts.capsuleMover; }
 
@@ -164,6 +167,8 @@ public:
     void setTopTimerAppearance(TopTimerAppearance appearance);
     void setAsksAboutAbsences(bool asks);
     void setSilencesNotifications(bool silences);
+    /// Nothing takes the action's key away.
+    void setShortcut(ShortcutAction action, const std::optional<KeyCombination>& key);
     void restoreDefaultPreferences();
 
     // History commands; the editor has the others
@@ -175,7 +180,10 @@ public:
     /// Takes back what is offered to be taken back, else the latest step of the history.
     void undo();
 
-    void activateMainWindow();
+    /// The token is what the desktop gave to the user's action; empty where there is none.
+    void activateMainWindow(const std::string& token = {});
+    /// What the user wants who presses the action's key, wherever he is.
+    void perform(ShortcutAction action, const std::string& token = {});
     /// Nobody sees the windows while the session is locked.
     void setSessionLocked(bool locked);
 
@@ -207,7 +215,7 @@ Q_SIGNALS:
     void alertSoundPlayingChanged();
     /// A second has passed, or the clock was set.
     void ticked();
-    void mainWindowActivationRequested();
+    void mainWindowActivationRequested(const std::string& token);
 
 private:
     using AskForPermission = PhaseAnnouncer::AskForPermission;
@@ -236,7 +244,7 @@ private:
     void publish(const TimerSnapshot& snapshot);
     void publishRemainingSeconds();
     void adopt(const AppPreferences& preferences);
-    void changeAdded(const std::function<void(AddedPreferences&)>& change);
+    void changeAddedPreferences(const std::function<void(AddedPreferences&)>& change);
     void adoptAdded(const AddedPreferences& preferences);
     void followAdded();
     void connectHistory();
@@ -263,6 +271,7 @@ private:
     AppMessages m_messages;
     LaunchAtLogin m_launchAtLogin;
     PhaseAnnouncer m_announcer;
+    Shortcuts m_shortcuts;
     UndoOffer m_undoOffer;
     HistoryEditor m_historyEditor;
     HistoryTransfer m_historyTransfer;

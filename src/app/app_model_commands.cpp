@@ -1,4 +1,5 @@
 #include "app/app_model.h"
+#include "app/timer_control.h"
 
 #include <algorithm>
 #include <utility>
@@ -149,17 +150,22 @@ void AppModel::setTopTimerAppearance(TopTimerAppearance appearance)
 void AppModel::restoreDefaultPreferences()
 {
     changePreferences([](AppPreferences& preferences) { preferences = {}; });
-    changeAdded([](AddedPreferences& preferences) {
-        const AddedPreferences defaults;
-        preferences.asksAboutAbsences = defaults.asksAboutAbsences;
-        preferences.silencesNotifications = defaults.silencesNotifications;
-    });
+    changeAddedPreferences([](AddedPreferences& preferences) { preferences = {}; });
     Q_EMIT defaultPreferencesRestored();
 }
 
-void AppModel::activateMainWindow()
+void AppModel::activateMainWindow(const std::string& token)
 {
-    Q_EMIT mainWindowActivationRequested();
+    Q_EMIT mainWindowActivationRequested(token);
+}
+
+void AppModel::perform(ShortcutAction action, const std::string& token)
+{
+    if (const auto verb = verbOf(action)) {
+        [[maybe_unused]] const auto done = TimerControl::carryOut(*this, *verb); // or nothing is to be done
+    } else {
+        activateMainWindow(token);
+    }
 }
 
 void AppModel::changePreferences(const std::function<void(AppPreferences&)>& change)
@@ -184,6 +190,7 @@ void AppModel::adopt(const AppPreferences& preferences)
     if (before.appLanguage != preferences.appLanguage) {
         m_messages.setLanguage(preferences.appLanguage);
         m_announcer.setLanguage(preferences.appLanguage);
+        m_shortcuts.follow(m_addedPreferences, preferences.appLanguage);
     }
     if (before.playCompletionSound && !preferences.playCompletionSound) {
         m_parts.soundService->stop();

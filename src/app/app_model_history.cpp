@@ -272,15 +272,21 @@ void AppModel::setIntention(const std::string& intention)
 
 void AppModel::setAsksAboutAbsences(bool asks)
 {
-    changeAdded([asks](AddedPreferences& preferences) { preferences.asksAboutAbsences = asks; });
+    changeAddedPreferences([asks](AddedPreferences& preferences) { preferences.asksAboutAbsences = asks; });
 }
 
 void AppModel::setSilencesNotifications(bool silences)
 {
-    changeAdded([silences](AddedPreferences& preferences) { preferences.silencesNotifications = silences; });
+    changeAddedPreferences(
+        [silences](AddedPreferences& preferences) { preferences.silencesNotifications = silences; });
 }
 
-void AppModel::changeAdded(const std::function<void(AddedPreferences&)>& change)
+void AppModel::setShortcut(ShortcutAction action, const std::optional<KeyCombination>& key)
+{
+    changeAddedPreferences([&](AddedPreferences& preferences) { preferences.shortcutKeys[action] = key; });
+}
+
+void AppModel::changeAddedPreferences(const std::function<void(AddedPreferences&)>& change)
 {
     AddedPreferences preferences = m_addedPreferences;
     change(preferences);
@@ -303,6 +309,7 @@ void AppModel::followAdded()
 {
     m_absences.setEnabled(m_addedPreferences.asksAboutAbsences);
     m_focusQuiet.setEnabled(m_addedPreferences.silencesNotifications);
+    m_shortcuts.follow(m_addedPreferences, language());
 }
 
 void AppModel::undo()

@@ -116,9 +116,10 @@ DateInterval Calendar::interval(CalendarUnit unit, Instant instant) const
         return {start(LocalDay{date.year() / January / 1}),
                 start(LocalDay{(date.year() + years{1}) / January / 1})};
     }
-    // The date after, unless it never was.
+    // The date after, unless it never was. Behind the last one that can be told there is none.
+    constexpr days mostLeftOut{3};
     LocalDay next = day + days{1};
-    while (!exists(next)) {
+    while (!exists(next) && next - day < mostLeftOut) {
         next += days{1};
     }
     return {start(day), start(next)};

@@ -4,7 +4,7 @@
 #include "storage/json/json_writer.h"
 #include "storage/stored_field.h"
 
-#include <string_view>
+#include <algorithm>
 #include <tuple>
 #include <utility>
 
@@ -15,23 +15,41 @@ namespace {
 constexpr std::tuple fields{
     StoredField{"asksAboutAbsences", &AddedPreferences::asksAboutAbsences},
     StoredField{"silencesNotifications", &AddedPreferences::silencesNotifications},
+    StoredField{"hasBoundShortcutsOnce", &AddedPreferences::hasBoundShortcutsOnce},
 };
 
-bool isKnown(std::string_view key)
+std::string keyName(ShortcutAction action)
 {
-    bool isKnown = false;
-    forEachField(fields, [&](const auto& field) { isKnown = isKnown || field.name == key; });
-    return isKnown;
+    return std::string(rawValue(action)) + "Shortcut";
 }
 
-std::string unknownFields(JsonValue root)
+void readKey(ShortcutAction action, JsonObjectReader& reader, ShortcutKeys& keys)
 {
-    std::string result;
-    for (const auto& [key, value] : simdjson::dom::object(root)) {
-        JsonWriter name;
-        name.value(key);
-        if (const auto quoted = std::move(name).finish(); quoted && !isKnown(key)) {
-            result += ',' + *quoted + ':' + simdjson::minify(value);
+    std::optional<std::string> text;
+    reader.optional(keyName(action), text);
+    keys[action] = text ? KeyCombination::fromText(*text) : std::nullopt;
+    if (text && !keys[action]) {
+        reader.refuse(keyName(action), "is no key");
+    }
+}
+
+bool isKnown(std::string_view name)
+{
+    bool isField = false;
+    forEachField(fields, [&](const auto& field) { isField = isField || field.name == name; });
+    return isField || std::ranges::any_of(allCases<ShortcutAction>(),
+                                          [name](ShortcutAction action) { return keyName(action) == name; });
+}
+
+UnknownFields unknownFields(JsonValue root)
+{
+    UnknownFields result;
+    simdjson::dom::object object;
+    if (root.get(object) == simdjson::SUCCESS) {
+        for (const auto& field : object) {
+            if (!isKnown(field.key)) {
+                result.emplace_back(field.key, simdjson::minify(field.value));
+            }
         }
     }
     return result;
@@ -39,20 +57,28 @@ std::string unknownFields(JsonValue root)
 
 } // namespace
 
-Expected<std::string, DocumentError> encode(const AddedPreferences& preferences)
+Expected<std::string, DocumentError> encode(const AddedPreferencesDocument& document)
 {
     JsonWriter writer;
     writer.beginObject();
-    forEachField(fields, [&](const auto& field) { writer.field(field.name, field.of(preferences)); });
-    writer.endObject();
-    auto document = std::move(writer).finish();
-    if (document) {
-        document->insert(document->size() - 1, preferences.unknownFields);
+    forEachField(fields,
+                 [&](const auto& field) { writer.field(field.name, field.of(document.preferences)); });
+    for (const ShortcutAction action : allCases<ShortcutAction>()) {
+        if (const auto& key = document.preferences.shortcutKeys[action]) {
+            writer.field(keyName(action), std::string_view{key->text()});
+        }
     }
-    return document;
+    writer.endObject();
+    auto text = std::move(writer).finish();
+    for (const auto& [name, value] : document.unknown) {
+        JsonWriter nameWriter;
+        nameWriter.value(std::string_view{name});
+        text->insert(text->size() - 1, "," + *std::move(nameWriter).finish() + ":" + value);
+    }
+    return text;
 }
 
-Expected<AddedPreferences, DocumentError> decodeAddedPreferences(const std::string& document)
+Expected<AddedPreferencesDocument, DocumentError> decodeAddedPreferences(const std::string& document)
 {
     const auto json = JsonDocument::parse(document);
     if (!json) {
@@ -61,10 +87,10 @@ Expected<AddedPreferences, DocumentError> decodeAddedPreferences(const std::stri
     AddedPreferences preferences;
     JsonObjectReader reader(json->root());
     forEachField(fields, [&](const auto& field) { reader.optional(field.name, field.of(preferences)); });
-    if (!reader.error()) {
-        preferences.unknownFields = unknownFields(json->root());
+    for (const ShortcutAction action : allCases<ShortcutAction>()) {
+        readKey(action, reader, preferences.shortcutKeys);
     }
-    return reader.finish(preferences);
+    return reader.finish(AddedPreferencesDocument{preferences, unknownFields(json->root())});
 }
 
 AddedPreferences AddedPreferencesStore::load()
@@ -82,7 +108,7 @@ void AddedPreferencesStore::setWasReadObserver(std::function<void(const AddedPre
 
 Expected<void, DocumentError> AddedPreferencesStore::save(const AddedPreferences& preferences)
 {
-    auto document = encode(preferences);
+    auto document = encode(AddedPreferencesDocument{preferences, m_unknown});
     if (!document) {
         return Unexpected{document.error()};
     }
@@ -95,12 +121,13 @@ AddedPreferences AddedPreferencesStore::decode(const std::optional<std::string>&
     if (!document) {
         return {};
     }
-    const auto preferences = decodeAddedPreferences(*document);
-    if (!preferences) {
+    const auto decoded = decodeAddedPreferences(*document);
+    if (!decoded) {
         m_document.setDamaged();
         return {};
     }
-    return *preferences;
+    m_unknown = decoded->unknown;
+    return decoded->preferences;
 }
 
 } // namespace brevlin

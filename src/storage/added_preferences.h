@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/expected.h"
+#include "core/key_combination.h"
 #include "storage/document_error.h"
 #include "storage/kept_document.h"
 
@@ -8,6 +9,8 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace brevlin {
 
@@ -17,18 +20,26 @@ struct AddedPreferences
 {
     bool asksAboutAbsences = true;
     bool silencesNotifications = false; ///< of the whole desktop, while a focus phase runs
-    /// What a later release has added to the document: ",\"key\":value", again and again.
-    std::string unknownFields;
+    ShortcutKeys shortcutKeys;          ///< those that the program takes hold of by itself
+    bool hasBoundShortcutsOnce = false; ///< in the desktop's own dialog, which remembers them
 
     bool operator==(const AddedPreferences&) const = default;
 };
 
-Expected<std::string, DocumentError> encode(const AddedPreferences& preferences);
-/// A key may be missing or null, then its default applies; any invalid value makes the document unreadable.
-/// Keys that are not known here are kept.
-Expected<AddedPreferences, DocumentError> decodeAddedPreferences(const std::string& document);
+/// What a later release has added: names and JSON values.
+using UnknownFields = std::vector<std::pair<std::string, std::string>>;
 
-/// Keeps them in the user defaults.
+struct AddedPreferencesDocument
+{
+    AddedPreferences preferences;
+    UnknownFields unknown;
+};
+
+Expected<std::string, DocumentError> encode(const AddedPreferencesDocument& document);
+/// A key may be missing or null, then its default applies; any invalid value makes the document unreadable.
+Expected<AddedPreferencesDocument, DocumentError> decodeAddedPreferences(const std::string& document);
+
+/// Keeps them in the user defaults, and beside them what it does not know.
 class AddedPreferencesStore final
 {
 public:
@@ -50,6 +61,7 @@ private:
     AddedPreferences decode(const std::optional<std::string>& document);
 
     KeptDocument m_document;
+    UnknownFields m_unknown;
 };
 
 } // namespace brevlin

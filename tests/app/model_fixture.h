@@ -4,6 +4,7 @@
 #include "support/fake_desktop.h"
 #include "support/fake_disk.h"
 #include "support/fake_notification_silencer.h"
+#include "support/fake_shortcuts.h"
 
 #include <gtest/gtest.h>
 
@@ -60,6 +61,7 @@ protected:
                  }},
                 "de_DE",
                 nullptr,
+                &shortcuts,
                 {&silencer, std::make_unique<SilenceNoteStore>(disk())}};
     }
 
@@ -97,6 +99,7 @@ protected:
     FakeSoundPlayer player;
     FakeLoginItem loginItem;
     FakeNotificationSilencer silencer;
+    FakeGlobalShortcuts shortcuts;
     std::shared_ptr<FakeHookPrograms> hookPrograms = std::make_shared<FakeHookPrograms>();
     FakeDocumentThread hookThread;
     std::unique_ptr<AppModel> modelOrNone;

@@ -1,4 +1,5 @@
-// A client of the timer's interface as another project would have it: generated from the installed description.
+// A client of the timer's interface as another project would have it: generated from the installed
+// description.
 
 #include "timer1_interface.h"
 

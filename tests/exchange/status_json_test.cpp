@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 namespace brevlin {
 namespace {
 
@@ -34,6 +36,9 @@ TEST(StatusJson, has_the_keys_that_scripts_rely_on)
               R"({"version":1,"phase":"focus","state":"idle","remaining_seconds":0,"ends_at":null,)"
               R"("planned_seconds":0,"intention":"","cycle":{"position":1,"length":1},)"
               R"("today":{"focus_seconds":0,"completed":0}})");
+    TimerStatus endless = runningStatus();
+    endless.endsAt = Instant{Seconds{std::numeric_limits<double>::infinity()}};
+    EXPECT_TRUE(statusJson(endless, *zone));
     SessionRecord record;
     record.intention = "x";
     EXPECT_NE(statusJson({}, *zone, &record)->find(R"("record":{"id":)"), std::string::npos);

@@ -1,4 +1,3 @@
-#include "storage/added_preferences.h"
 #include "storage/preferences_store.h"
 #include "support/fake_disk.h"
 
@@ -97,21 +96,6 @@ TEST_F(PreferencesStoreTest, one_bad_value_gives_all_defaults_and_the_document_i
         EXPECT_EQ(m_defaults.values, (std::map<std::string, std::string>{
                                          {key, full}, {key + ".unreadable-20260131T235959Z", bad}}));
     }
-}
-
-TEST_F(PreferencesStoreTest, what_a_later_release_has_added_stays_where_it_is)
-{
-    const std::string addedKey(AddedPreferencesStore::key);
-    m_defaults.values[addedKey] = R"({"a\"b":[1, {"c":null}],"silencesNotifications":true,"d":1.5})";
-    AddedPreferencesStore store(m_disk);
-    AddedPreferences preferences = store.load();
-    EXPECT_TRUE(preferences.silencesNotifications);
-    preferences.asksAboutAbsences = false;
-    ASSERT_TRUE(store.save(preferences));
-    EXPECT_EQ(m_defaults.values[addedKey],
-              R"({"asksAboutAbsences":false,"silencesNotifications":true,"a\"b":[1,{"c":null}],"d":1.5})");
-    ASSERT_TRUE(store.save(store.load()));
-    EXPECT_EQ(store.load(), preferences);
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include "ui/controls/brevlin_style.h"
 #include "ui/controls/capsule_button.h"
 #include "ui/controls/choice_button.h"
+#include "ui/controls/item_list.h"
 #include "ui/controls/segmented_picker.h"
 #include "ui/controls/text_field.h"
 #include "ui/main/main_window.h"
@@ -17,6 +18,7 @@
 #include "ui/screens/history/session_dialog.h"
 #include "ui/screens/settings/clear_history_dialog.h"
 #include "ui/screens/settings/export_dialog.h"
+#include "ui/screens/settings/hooks_dialog.h"
 #include "ui/screens/settings/import_dialog.h"
 #include "ui/screens/settings/restore_dialog.h"
 #include "ui/screens/statistics/breakdown_card.h"
@@ -73,6 +75,10 @@ protected:
         widget.resize(size);
         widget.show();
         settle();
+        if (widget.size() != size) { // a main window is cut to the work area once, a while after it came
+            widget.resize(size);
+            settle();
+        }
     }
     /// Wide, with every text; or the island.
     void show(TopCapsuleView& view, CapsuleContent content, bool isIsland)
@@ -210,12 +216,23 @@ TEST_F(EveryText, is_whole_and_can_be_read_in_the_main_window)
                 continue;
             selection.select(section);
             const std::string screen = where + " " + std::to_string(static_cast<int>(section));
-            show(window, {802, 2400});
             model().undoOffer().make({UndoOffer::Kind::restoration, 12'345, [] {
                                       }});
-            settle();
+            show(window, {802, 2400});
             expectWhole(window, screen);
             expectLegible(window, screen);
+            if (section == AppSection::settings) {
+                shortcuts.troubles[ShortcutAction::skip] = GlobalShortcuts::Trouble::taken;
+                shortcuts.hasFailed = true;
+                for (const auto offer : {GlobalShortcuts::Offer::commands, GlobalShortcuts::Offer::dialog,
+                                         GlobalShortcuts::Offer::keys}) {
+                    shortcuts.offered = offer;
+                    shortcuts.observer.changed();
+                    show(window, {802, 2400});
+                    expectWhole(window, screen + " shortcuts " + std::to_string(static_cast<int>(offer)));
+                    expectLegible(window, screen + " shortcuts");
+                }
+            }
             if (section == AppSection::statistics) {
                 window.findChild<BreakdownCard*>()->findChildren<Segment*>().back()->click(); // by label
                 settle();
@@ -316,6 +333,19 @@ TEST_F(EveryText, is_whole_and_can_be_read_where_the_history_goes_out_and_comes_
         model().historyBackups().clear();
         RestoreDialog none(model(), nullptr);
         look(none, " restore from nothing");
+        HooksDialog unused(model(), nullptr);
+        look(unused, " no hooks");
+        for (const auto kind :
+             {HookResult::Kind::done, HookResult::Kind::failed, HookResult::Kind::tookTooLong,
+              HookResult::Kind::unsafe, HookResult::Kind::notStarted})
+            hookPrograms->results.push_back(
+                {"20-status-message", HookEvent::phaseResumed, kind, 137, "no lamp"});
+        model().start();
+        HooksDialog hooks(model(), nullptr);
+        for (int row = 0; row < 5; ++row) {
+            hooks.findChild<ItemList*>()->setCurrentRow(row);
+            look(hooks, " hooks");
+        }
     });
 }
 

@@ -113,10 +113,15 @@ void ItemList::paintLine(QPainter& painter, const QRect& rect, const QModelIndex
     painter.setFont(textFont(TextRole::body, look.isChosen ? QFont::DemiBold : QFont::Normal));
     painter.setPen(theme.color(look.isFaint ? ThemeColor::secondaryLabel : ThemeColor::label));
     const QRectF line = QRectF(rect).adjusted(padding, 0, -padding, 0);
-    drawTextOnBaseline(painter, line, Qt::AlignLeft, index.data().toString());
-    painter.setFont(textFont(TextRole::body));
+    const QString trailing = index.data(trailingRole).toString();
+    const QFont trailingFont = textFont(TextRole::body);
+    const int room = qFloor(line.width()) - QFontMetrics(trailingFont).horizontalAdvance(trailing) - padding;
+    drawTextOnBaseline(
+        painter, line, Qt::AlignLeft,
+        painter.fontMetrics().elidedText(index.data().toString(), Qt::ElideRight, std::max(room, 0)));
+    painter.setFont(trailingFont);
     painter.setPen(theme.color(ThemeColor::secondaryLabel));
-    drawTextOnBaseline(painter, line, Qt::AlignRight, index.data(trailingRole).toString());
+    drawTextOnBaseline(painter, line, Qt::AlignRight, trailing);
     painter.restore();
 }
 

@@ -132,7 +132,8 @@ void Tray::openMainWindow(AppSection section)
 {
     m_selection.select(section);
     // Once the panel has let go of the keyboard.
-    QMetaObject::invokeMethod(&m_model, &AppModel::activateMainWindow, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        &m_model, [this] { m_model.activateMainWindow(); }, Qt::QueuedConnection);
 }
 
 } // namespace brevlin

@@ -1,9 +1,12 @@
 #include "app/model_fixture.h"
 #include "ui/controls/capsule_button.h"
+#include "ui/controls/form.h"
+#include "ui/controls/key_recorder.h"
 #include "ui/controls/link_button.h"
 #include "ui/controls/number_stepper.h"
 #include "ui/controls/segmented_picker.h"
 #include "ui/controls/switch_control.h"
+#include "ui/controls/symbol_button.h"
 #include "ui/screens/about/product.h"
 #include "ui/screens/settings/app_settings_view.h"
 #include "ui/screens/settings/clear_history_dialog.h"
@@ -11,6 +14,8 @@
 
 #include <QAccessible>
 #include <QApplication>
+#include <QClipboard>
+#include <QKeyEvent>
 #include <QTest>
 
 namespace brevlin {
@@ -155,6 +160,108 @@ TEST_F(SettingsViewTest, the_history_is_cleared_only_where_the_question_is_answe
     dialog()->findChildren<CapsuleButton*>().first()->click();
     EXPECT_TRUE(model().sessions().empty());
     EXPECT_FALSE(clear.isEnabled());
+}
+
+class ShortcutsSectionTest : public SettingsViewTest
+{
+protected:
+    /// As a keyboard does, where the scan code tells the key.
+    static void type(KeyRecorder& recorder, Qt::KeyboardModifiers modifiers, char32_t scanCode,
+                     Qt::Key key = Qt::Key_unknown)
+    {
+        QKeyEvent press(QEvent::KeyPress, key, modifiers, scanCode, 0, 0);
+        QApplication::sendEvent(&recorder, &press);
+    }
+    std::string text(ShortcutAction action)
+    {
+        const auto& key = model().addedPreferences().shortcutKeys[action];
+        return key ? key->text() : "";
+    }
+    bool says(const char* words)
+    {
+        for (const FormLabel* label : view->findChildren<FormLabel*>()) {
+            if (label->isVisible() && label->text().contains(QString::fromUtf8(words))) {
+                return true;
+            }
+        }
+        return false;
+    }
+};
+
+TEST_F(ShortcutsSectionTest, a_key_is_recorded_refused_or_cleared_where_it_stands)
+{
+    open();
+    EXPECT_EQ(shortcuts.log, "look ");
+    auto& toggle = get<KeyRecorder>("Start or pause: None");
+    type(toggle, Qt::ControlModifier, 'p');
+    EXPECT_EQ(text(ShortcutAction::toggle), "") << "nobody has asked it to record";
+    toggle.click();
+    EXPECT_EQ(&get<KeyRecorder>("Start or pause: Press keys…"), &toggle);
+    type(toggle, {}, 0, Qt::Key_Control);
+    EXPECT_EQ(toggle.text(), QStringLiteral("Ctrl+")) << "what is held so far";
+    type(toggle, Qt::ShiftModifier, 'p');
+    EXPECT_TRUE(says("Hold Ctrl, Alt or Super with it."));
+    type(toggle, Qt::ControlModifier, 0x4E2D);
+    EXPECT_TRUE(says("This key cannot be used."));
+    type(toggle, Qt::ControlModifier | Qt::MetaModifier, 'p', Qt::Key_Tab);
+    EXPECT_EQ(text(ShortcutAction::toggle), "Ctrl+Super+P");
+    EXPECT_FALSE(says("cannot be used"));
+    EXPECT_FALSE(toggle.isRecording());
+
+    auto& skip = get<KeyRecorder>("Skip to the next phase: None");
+    toggle.click();
+    QTest::mouseClick(&skip, Qt::LeftButton);
+    EXPECT_FALSE(toggle.isRecording());
+    type(skip, Qt::ControlModifier | Qt::MetaModifier, 'p');
+    EXPECT_EQ(text(ShortcutAction::skip), "");
+    EXPECT_TRUE(says("It is used for “Start or pause” already."));
+    skip.click();
+    EXPECT_FALSE(says("already"));
+    type(skip, {}, 1, Qt::Key_F1);
+    EXPECT_EQ(text(ShortcutAction::skip), "F1");
+    skip.click();
+    type(skip, {}, 0, Qt::Key_Escape);
+    EXPECT_EQ(text(ShortcutAction::skip), "F1");
+    skip.click();
+    type(skip, {}, 0, Qt::Key_Backspace);
+    EXPECT_EQ(text(ShortcutAction::skip), "");
+
+    shortcuts.troubles[ShortcutAction::toggle] = GlobalShortcuts::Trouble::taken;
+    shortcuts.observer.changed();
+    EXPECT_TRUE(says("Another program has this key."));
+    auto& clear = get<SymbolButton>("Clear: Start or pause");
+    clear.click();
+    EXPECT_EQ(text(ShortcutAction::toggle), "");
+    EXPECT_FALSE(clear.isEnabled());
+}
+
+TEST_F(ShortcutsSectionTest, the_desktops_dialog_is_opened_and_its_words_are_shown)
+{
+    shortcuts.offered = GlobalShortcuts::Offer::dialog;
+    open();
+    EXPECT_EQ(find<KeyRecorder>(QStringLiteral("Start or pause: None")), nullptr);
+    auto& dialog = get<CapsuleButton>("Set up…");
+    dialog.click();
+    shortcuts.observer.changed();
+    EXPECT_FALSE(dialog.isEnabled()) << "it is open";
+    shortcuts.isOpen = false;
+    shortcuts.triggers[ShortcutAction::show] = "Press <Super>b";
+    shortcuts.observer.bound();
+    get<FormLabel>("Show the window: Press <Super>b");
+    EXPECT_EQ(&get<CapsuleButton>("Change…"), &dialog);
+    shortcuts.hasFailed = true;
+    shortcuts.observer.changed();
+    EXPECT_TRUE(says("did not open"));
+}
+
+TEST_F(ShortcutsSectionTest, commands_are_copied_where_no_key_can_be_heard)
+{
+    shortcuts.offered = GlobalShortcuts::Offer::commands;
+    open();
+    get<LinkButton>("Copy: brevlin extend").click();
+    EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("brevlin extend"));
+    get<LinkButton>("Copied: brevlin extend");
+    EXPECT_TRUE(says("bindsym $mod+p exec brevlin toggle"));
 }
 
 TEST(SettingsTexts, a_strong_alert_is_weakened_only_while_it_is_chosen)

@@ -38,14 +38,16 @@ X11Connection::X11Connection()
     }
     m_connection = x11->connection();
     m_root = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;
-    constexpr std::string_view extension = "XFIXES";
+    m_selectionEvent = firstEvent("XFIXES").value_or(0);
+}
+
+std::optional<std::uint8_t> X11Connection::firstEvent(std::string_view extension) const
+{
     const auto cookie =
         xcb_query_extension(m_connection, static_cast<std::uint16_t>(extension.size()), extension.data());
     const ReplyPointer<xcb_query_extension_reply_t> reply{
         xcb_query_extension_reply(m_connection, cookie, nullptr)};
-    if (reply && reply->present != 0) {
-        m_selectionEvent = reply->first_event;
-    }
+    return reply && reply->present != 0 ? std::optional{reply->first_event} : std::nullopt;
 }
 
 xcb_atom_t X11Connection::atom(std::string_view name) const

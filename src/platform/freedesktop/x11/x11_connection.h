@@ -3,6 +3,7 @@
 #include <xcb/xcb.h>
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,6 +21,9 @@ public:
     xcb_connection_t* get() const { return m_connection; }
     xcb_window_t root() const { return m_root; }
 
+    /// The number of an extension's first event, which means nothing where it has no events; nothing where
+    /// the server lacks the extension.
+    std::optional<std::uint8_t> firstEvent(std::string_view extension) const;
     xcb_atom_t atom(std::string_view name) const;
     /// The values of a property of 32-bit numbers; empty where the window has none.
     std::vector<std::uint32_t> numbers(xcb_window_t window, xcb_atom_t property) const;

@@ -3,6 +3,7 @@
 #include "app/app_model.h"
 #include "ui/controls/scroll_view.h"
 #include "ui/screens/settings/settings_sections.h"
+#include "ui/screens/settings/shortcuts_section.h"
 
 #include <QHBoxLayout>
 #include <QVBoxLayout>
@@ -27,6 +28,7 @@ AppSettingsView::AppSettingsView(AppModel& model, QWidget* parent) : QWidget(par
     column->addWidget(new TimerSection(model, form));
     column->addWidget(new AlertSection(model, model.announcer(), form));
     column->addWidget(new AppearanceSection(model, model.launchAtLogin(), form));
+    column->addWidget(new ShortcutsSection(model, form));
     column->addWidget(new HooksSection(model, form));
     column->addWidget(new ResetSection(model, form));
     column->addWidget(new DataSection(model, form));

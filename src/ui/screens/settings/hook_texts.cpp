@@ -12,11 +12,11 @@ namespace {
 
 std::string_view eventText(HookEvent event, AppLanguage language)
 {
-    static constexpr std::array<BilingualText, 5> texts{{{"阶段开始", "phase started"},
-                                                         {"阶段暂停", "phase paused"},
-                                                         {"阶段继续", "phase resumed"},
-                                                         {"阶段结束", "phase ended"},
-                                                         {"阶段跳过", "phase skipped"}}};
+    static constexpr std::array<BilingualText, 5> texts{{{"阶段开始", "started"},
+                                                         {"阶段暂停", "paused"},
+                                                         {"阶段继续", "resumed"},
+                                                         {"阶段结束", "ended"},
+                                                         {"阶段跳过", "skipped"}}};
     return texts.at(static_cast<std::size_t>(event)).in(language);
 }
 
@@ -32,11 +32,11 @@ QString hookSubject(const HookRecord& record, AppLanguage language)
 
 QString hookOutcome(const HookRecord& record, AppLanguage language)
 {
-    static constexpr BilingualText leftOut{"等待过多，未运行", "Left out: too many waited"};
+    static constexpr BilingualText leftOut{"未运行", "Left out"};
     static constexpr BilingualText done{"完成", "Done"};
     static constexpr BilingualText failed{"失败（%1）", "Failed (%1)"};
-    static constexpr BilingualText tookTooLong{"超时，已终止", "Took too long, was ended"};
-    static constexpr BilingualText unsafe{"他人可修改，未运行", "Not run: others can change it"};
+    static constexpr BilingualText tookTooLong{"超时", "Timed out"};
+    static constexpr BilingualText unsafe{"不安全，未运行", "Unsafe, not run"};
     static constexpr BilingualText notStarted{"无法启动", "Could not start"};
     if (record.kind == HookRecord::Kind::leftOut) {
         return qtText(leftOut.in(language));
@@ -56,13 +56,25 @@ QString hookOutcome(const HookRecord& record, AppLanguage language)
     return qtText(notStarted.in(language));
 }
 
-QString hookOutput(const HookRecord& record)
+QString hookDetail(const HookRecord& record, AppLanguage language)
 {
+    static constexpr BilingualText leftOut{"等待运行的事件太多。", "Too many events were waiting."};
+    static constexpr BilingualText unsafe{"其他用户可以修改此文件或其文件夹。",
+                                          "Other users could change this file or its folder."};
+    static constexpr BilingualText silent{"没有输出。", "It said nothing."};
+    if (record.kind == HookRecord::Kind::leftOut) {
+        return qtText(leftOut.in(language));
+    }
+    if (record.result.kind == HookResult::Kind::unsafe) {
+        return qtText(unsafe.in(language));
+    }
     constexpr qsizetype mostLines = 6;
     constexpr qsizetype mostCharacters = 400;
     const QString text = QString::fromStdString(record.result.output).trimmed();
     const QStringList lines = text.split(u'\n');
-    return lines.mid(qMax<qsizetype>(lines.size() - mostLines, 0)).join(u'\n').right(mostCharacters);
+    return text.isEmpty()
+               ? qtText(silent.in(language))
+               : lines.mid(qMax<qsizetype>(lines.size() - mostLines, 0)).join(u'\n').right(mostCharacters);
 }
 
 bool isFailure(const HookRecord& record)

@@ -11,8 +11,8 @@ namespace brevlin {
 QString hookSubject(const HookRecord& record, AppLanguage language);
 /// How it ended, in a few words.
 QString hookOutcome(const HookRecord& record, AppLanguage language);
-/// The last lines of what it said; empty where it said nothing.
-QString hookOutput(const HookRecord& record);
+/// The last lines of what it said, or why it did not run.
+QString hookDetail(const HookRecord& record, AppLanguage language);
 /// Whether the user may want to know.
 bool isFailure(const HookRecord& record);
 

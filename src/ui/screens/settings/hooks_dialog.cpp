@@ -12,10 +12,10 @@ namespace brevlin {
 
 namespace {
 
+constexpr int contentWidth = 460;
 constexpr BilingualText titleText{"最近运行", "Recent Runs"};
 constexpr BilingualText noneText{"本次启动后还没有程序运行过。",
                                  "Nothing has run since Brevlin was started."};
-constexpr BilingualText silentText{"没有输出。", "It said nothing."};
 constexpr BilingualText closeText{"关闭", "Close"};
 
 } // namespace
@@ -26,6 +26,7 @@ HooksDialog::HooksDialog(AppModel& model, QWidget* parent)
     , m_runs(new ItemList(this))
     , m_close(addButton(CapsuleStyle::primary))
 {
+    setContentWidth(contentWidth);
     setContent(m_runs);
     m_runs->setChoosable(true);
     connect(m_close, &QAbstractButton::clicked, this, &QDialog::reject);
@@ -62,8 +63,7 @@ void HooksDialog::showChosen()
     if (row < 0 || static_cast<std::size_t>(row) >= records.size()) {
         setDetail(qtText(noneText.in(language)));
     } else {
-        const QString output = hookOutput(records[static_cast<std::size_t>(row)]);
-        setDetail(output.isEmpty() ? qtText(silentText.in(language)) : output);
+        setDetail(hookDetail(records[static_cast<std::size_t>(row)], language));
     }
     fit();
 }

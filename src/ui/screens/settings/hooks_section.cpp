@@ -5,6 +5,8 @@
 #include "ui/screens/settings/settings_sections.h"
 #include "ui/style/text.h"
 
+#include <QDir>
+
 #include <algorithm>
 
 namespace brevlin {
@@ -16,6 +18,13 @@ constexpr BilingualText runsText{"最近运行…", "Recent runs…"};
 constexpr BilingualText noteText{"阶段开始、暂停、继续、结束或跳过时，依次运行此文件夹中的可执行文件：%1",
                                  "Whatever may be executed in this folder runs when a phase starts, pauses, "
                                  "resumes, ends or is skipped: %1"};
+
+QString shortPath(const std::string& path)
+{
+    const QString whole = QString::fromStdString(path);
+    const QString home = QDir::homePath() + u'/';
+    return whole.startsWith(home) ? QStringLiteral("~/") + whole.mid(home.size()) : whole;
+}
 
 } // namespace
 
@@ -45,7 +54,7 @@ void HooksSection::refresh()
     setHeading(qtText(headingText.in(language)));
     m_runs->setText(qtText(runsText.in(language)));
     m_runs->updateGeometry();
-    m_note->setText(qtText(noteText.in(language)).arg(QString::fromStdString(m_model.hooks().folder())));
+    m_note->setText(qtText(noteText.in(language)).arg(shortPath(m_model.hooks().folder())));
     const auto& records = m_model.hooks().records();
     const auto failure = std::find_if(records.begin(), records.end(), isFailure);
     m_failure->setVisible(failure != records.end());
