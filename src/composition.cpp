@@ -19,10 +19,9 @@
 #include "storage/silence_note.h"
 #include "ui/capsule/top_panel_controller.h"
 #include "ui/main/app_section.h"
-#include "ui/main/main_window.h"
 #include "ui/main/message_presenter.h"
 #include "ui/main/quit_sequence.h"
-#include "ui/main/settings_window.h"
+#include "ui/main/windows.h"
 #include "ui/style/application_icon.h"
 #include "ui/tray/tray.h"
 
@@ -64,6 +63,7 @@ private:
     void connectQuitting(const Application& application, ApplicationInstance& instance);
     void planFirstShow(FirstShow firstShow);
     void showFirst();
+    void startRest();
     void showWindow(const std::string& activationToken);
 
     // What the model and the window borrow stands before them.
@@ -77,9 +77,8 @@ private:
     CapsuleChoreography m_capsule;
     SectionSelection m_selection;
     Appearance m_appearance;
-    MainWindow m_window;
-    Tray m_tray;
-    SettingsWindow m_settingsWindow;
+    Windows m_windows;
+    std::optional<Tray> m_tray; // what comes after the first picture
     MessagePresenter m_messagePresenter;
     QuitSequence m_quitSequence;
     Requests m_requests;
@@ -101,10 +100,8 @@ Composition::Parts::Parts(Application& application, BusStart& buses, const UserF
     , m_capsule(m_capsuleController, m_desktop.scheduler, m_model)
     , m_selection(m_windowStore)
     , m_appearance(m_desktop.desktopSettings, m_windowStore, m_desktop.windowSystem)
-    , m_window(m_model, m_selection, m_windowStore, m_desktop.windowSystem, m_desktop.floatingWindows)
-    , m_tray(m_model, m_selection, m_desktop.statusItem, m_desktop.windowSystem, m_desktop.floatingWindows)
-    , m_settingsWindow(m_model, m_desktop.windowSystem)
-    , m_messagePresenter(m_model.messages(), {&m_window, &m_settingsWindow},
+    , m_windows(m_model, m_selection, m_windowStore, m_desktop.windowSystem, m_desktop.floatingWindows)
+    , m_messagePresenter(m_model.messages(),
                          [this](const std::string& title, const std::string& text) {
                              m_centers.tell(title, text,
                                             [this](const std::string& token) { showWindow(token); });
@@ -121,7 +118,8 @@ Composition::Parts::Parts(Application& application, BusStart& buses, const UserF
     connectQuitting(application, instance);
     planFirstShow(firstShow);
     m_desktop.loginItem.followProgram();
-    m_lateStart = m_desktop.scheduler.after(quietMoment, [] {
+    m_lateStart = m_desktop.scheduler.after(quietMoment, [this] {
+        startRest(); // of a window that nobody sees, too
         QApplication::setWindowIcon(applicationIcon());
         malloc_trim(0); // what the start alone has used
     });
@@ -180,10 +178,9 @@ void Composition::Parts::connectDesktop()
 
 void Composition::Parts::connectWindows()
 {
-    QObject::connect(&m_window, &MainWindow::alertSizeRequested, &m_capsule,
+    QObject::connect(&m_windows, &Windows::made, &m_messagePresenter, &MessagePresenter::addWindow);
+    QObject::connect(&m_windows, &Windows::alertSizeRequested, &m_capsule,
                      &CapsuleChoreography::toggleCompletionSize);
-    QObject::connect(&m_window, &MainWindow::settingsRequested, &m_settingsWindow,
-                     [this] { m_settingsWindow.present(); });
     QObject::connect(&m_model, &AppModel::mainWindowActivationRequested, &m_quitSequence,
                      [this](const std::string& token) {
                          showWindow(token.empty() ? m_centers.activationToken() : token);
@@ -196,7 +193,7 @@ void Composition::Parts::connectWindows()
                          showWindow(token);
                      });
     QObject::connect(&m_requests, &Requests::settingsWanted, &m_quitSequence,
-                     [this](const std::string& token) { m_settingsWindow.present(token); });
+                     [this](const std::string& token) { m_windows.presentSettings(token); });
 }
 
 void Composition::Parts::connectQuitting(const Application& application, ApplicationInstance& instance)
@@ -204,9 +201,7 @@ void Composition::Parts::connectQuitting(const Application& application, Applica
     const auto quit = [this] {
         m_quitSequence.begin(QuitSequence::Origin::user);
     };
-    QObject::connect(&m_window, &MainWindow::quitRequested, &m_quitSequence, quit);
-    QObject::connect(&m_settingsWindow, &SettingsWindow::quitRequested, &m_quitSequence, quit);
-    QObject::connect(&m_tray, &Tray::quitRequested, &m_quitSequence, quit);
+    QObject::connect(&m_windows, &Windows::quitRequested, &m_quitSequence, quit);
     QObject::connect(&m_requests, &Requests::quitWanted, &m_quitSequence, quit);
     QObject::connect(&m_desktop.terminationSignals, &TerminationSignals::received, &m_quitSequence,
                      [this] { m_quitSequence.begin(QuitSequence::Origin::system); });
@@ -219,8 +214,7 @@ void Composition::Parts::connectQuitting(const Application& application, Applica
     QObject::connect(&m_quitSequence, &QuitSequence::began, &instance, [this, &instance] {
         instance.retire();
         m_firstShow.reset();
-        m_settingsWindow.close();
-        m_window.close();
+        m_windows.close();
     });
     QObject::connect(&m_quitSequence, &QuitSequence::finished, &application, [] { QApplication::exit(); });
 }
@@ -229,7 +223,12 @@ void Composition::Parts::planFirstShow(FirstShow firstShow)
 {
     if (firstShow == FirstShow::whenAsked) {
         m_messagePresenter.start();
+        startRest();
         return;
+    }
+    QObject::connect(&m_windows, &Windows::painted, &m_quitSequence, [this] { startRest(); });
+    if (m_appearance.firstWait() > Seconds::zero()) {
+        startRest(); // it is the buses' word that is waited for
     }
     m_firstShow = m_desktop.scheduler.after(m_appearance.firstWait(), [this] { showFirst(); });
     m_appearance.setChangeHandler([this] {
@@ -244,14 +243,26 @@ void Composition::Parts::planFirstShow(FirstShow firstShow)
 void Composition::Parts::showFirst()
 {
     m_firstShow.reset();
-    m_window.show();
+    m_windows.showMain();
     m_messagePresenter.start();
+}
+
+void Composition::Parts::startRest()
+{
+    if (m_tray) {
+        return;
+    }
+    m_tray.emplace(m_model, m_selection, m_desktop.statusItem, m_desktop.windowSystem,
+                   m_desktop.floatingWindows);
+    QObject::connect(&*m_tray, &Tray::quitRequested, &m_quitSequence,
+                     [this] { m_quitSequence.begin(QuitSequence::Origin::user); });
+    m_desktop.letBusesGo();
 }
 
 void Composition::Parts::showWindow(const std::string& activationToken)
 {
     m_firstShow.reset();
-    m_window.present(activationToken);
+    m_windows.presentMain(activationToken);
     m_messagePresenter.start();
     m_centers.takeToldAway();
 }

@@ -23,6 +23,12 @@ std::vector<std::string> sharedDataFolders()
     return folders;
 }
 
+MessageBus& held(MessageBus& bus)
+{
+    bus.hold();
+    return bus;
+}
+
 DocumentThread& made(std::unique_ptr<DocumentWorker>& worker)
 {
     if (!worker) {
@@ -34,9 +40,10 @@ DocumentThread& made(std::unique_ptr<DocumentWorker>& worker)
 } // namespace
 
 DesktopParts::DesktopParts(BusStart& buses, const UserFolders& folders)
-    : sessionBus(buses.session())
+    : sessionBus(held(buses.session()))
+    , systemBus(held(buses.system()))
     , defaults(folders.preferences, files)
-    , systemEvents(buses.system())
+    , systemEvents(systemBus)
     , desktopSettings(sessionBus)
     , notificationSilencer(sessionBus)
     , soundPlayer(scheduler, sharedDataFolders(), "freedesktop")
@@ -44,8 +51,14 @@ DesktopParts::DesktopParts(BusStart& buses, const UserFolders& folders)
     , statusItem(sessionBus, scheduler)
     , globalShortcuts(sessionBusAddress(), scheduler)
     , floatingWindows(scheduler)
-    , sessionLock(sessionBus, buses.system(), scheduler)
+    , sessionLock(sessionBus, systemBus, scheduler)
 {}
+
+void DesktopParts::letBusesGo()
+{
+    sessionBus.letGo();
+    systemBus.letGo();
+}
 
 DocumentThread& DesktopParts::transferThread()
 {

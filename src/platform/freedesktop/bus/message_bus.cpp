@@ -27,17 +27,30 @@ void MessageBus::look()
         return;
     }
     m_connection = m_connect();
-    if (isOpen()) {
+    tellWhenOpen();
+}
+
+void MessageBus::letGo()
+{
+    if (std::exchange(m_isHeld, false)) {
+        tellWhenOpen();
+    }
+}
+
+void MessageBus::tellWhenOpen()
+{
+    if (isOpen() && !m_isHeld) {
         Q_EMIT opened();
     }
 }
 
 void MessageBus::whenOpen(const QObject* context, const std::function<void()>& callback)
 {
-    if (isOpen()) {
+    if (isOpen() && !m_isHeld) {
         callback();
     } else {
-        connect(this, &MessageBus::opened, context, callback);
+        connect(this, &MessageBus::opened, context, callback,
+                static_cast<Qt::ConnectionType>(Qt::AutoConnection | Qt::SingleShotConnection));
     }
 }
 

@@ -25,6 +25,15 @@ const QString objectPath = QStringLiteral("/com/quillmark/Brevlin");
 constexpr int answerTimeout = 3000; // milliseconds; only a second start waits, with nothing else to do
 constexpr std::chrono::milliseconds socketPatience{answerTimeout};
 
+QDBusMessage busCall(const QString& method, const QVariantList& arguments)
+{
+    QDBusMessage message = QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"),
+                                                          QStringLiteral("/org/freedesktop/DBus"),
+                                                          QStringLiteral("org.freedesktop.DBus"), method);
+    message.setArguments(arguments);
+    return message;
+}
+
 } // namespace
 
 QString launchToken()
@@ -70,11 +79,7 @@ void ApplicationInstance::retire()
 {
     if (m_object && m_bus.isOpen()) {
         // Not by Qt's own interface, which waits for the bus.
-        QDBusMessage release = QDBusMessage::createMethodCall(
-            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("ReleaseName"));
-        release << busName;
-        m_bus.connection().send(release);
+        m_bus.connection().send(busCall(QStringLiteral("ReleaseName"), {busName}));
     }
     m_object.reset();
     m_isRetired = true;
@@ -95,8 +100,8 @@ void ApplicationInstance::serveBus()
     m_object = std::make_unique<BusObject>(m_bus, objectPath);
     m_object->add(*m_service);
     m_bus.whenOpen(m_object.get(), [this] {
-        m_bus.connection().interface()->registerService(busName, QDBusConnectionInterface::DontQueueService,
-                                                        QDBusConnectionInterface::DontAllowReplacement);
+        constexpr uint doNotQueue = 4;
+        m_bus.connection().send(busCall(QStringLiteral("RequestName"), {busName, doNotQueue}));
     });
 }
 

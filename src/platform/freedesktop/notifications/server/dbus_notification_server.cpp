@@ -71,7 +71,12 @@ DBusNotificationServer::DBusNotificationServer(MessageBus& bus, QObject* parent)
             m_observer.doNotDisturbChanged(isOn);
         }
     });
-    bus.whenOpen(this, [this] { watchServer(); });
+    bus.whenOpen(this, [this, wasOpen = bus.isOpen()] {
+        watchServer();
+        if (!wasOpen && m_observer.appeared) { // what was asked for before has failed
+            m_observer.appeared();
+        }
+    });
 }
 
 void DBusNotificationServer::watchServer()
@@ -88,9 +93,6 @@ void DBusNotificationServer::watchServer()
             [this](const QString& /*name*/, const QString& oldOwner, const QString& newOwner) {
                 ownerChanged(oldOwner, newOwner);
             });
-    if (m_observer.appeared) { // what was asked for before has failed
-        m_observer.appeared();
-    }
 }
 
 DBusNotificationServer::~DBusNotificationServer()
