@@ -4,6 +4,7 @@ import json
 import os
 import pathlib
 import re
+import socket
 import subprocess
 import time
 import xml.etree.ElementTree as xml
@@ -157,6 +158,22 @@ class VerbsWithoutBus(RemoteTest):
 
     def test_the_programs_own_socket_serves_where_there_is_no_bus(self):
         self.assert_verbs()
+
+    def ask_socket(self, *words):
+        path, = (self.desktop.folder / "runtime").glob("brevlin-*")
+        with socket.socket(socket.AF_UNIX) as client:
+            client.settimeout(10)
+            client.connect(str(path))
+            client.sendall(("\tcontrol\t" + "\t".join(words) + "\n").encode())
+            return client.makefile().readline().rstrip("\n").split("\t")
+
+    def test_a_change_between_two_questions_over_the_socket_is_told_at_the_second(self):
+        self.start_in_background()
+        revision = self.ask_socket("status")[1]
+        self.assertEqual(self.ask_socket("start"), ["ok"])
+        wait_for("another revision", lambda: self.ask_socket("status")[1] != revision)
+        self.assertIn("running", self.ask_socket("await", revision)[3])
+        self.assertEqual(self.ask_socket("dance"), ["refused"])
 
     def test_a_follower_on_the_socket_outlives_the_program(self):
         self.assert_follows()
