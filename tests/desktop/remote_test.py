@@ -144,6 +144,27 @@ class Verbs(RemoteTest):
         self.assertEqual(self.code("show", "settings"), 0)
         self.desktop.wait_for_window("Settings")
 
+    def test_the_bus_starts_the_program_for_a_start_and_for_nothing_else(self):
+        started = self.desktop.folder / "started"
+        program = self.desktop.folder / "program"
+        program.write_text(f"#!/bin/sh\ntouch {started}\nexec {PROGRAM} --background\n")
+        program.chmod(0o700)
+        (self.desktop.folder / "services" / f"{NAME}.service").write_text(
+            f"[D-BUS Service]\nName={NAME}\nExec={program}\n")
+        connection = self.desktop.bus()
+        connection.call_blocking(dbus.BUS_DAEMON_NAME, dbus.BUS_DAEMON_PATH, dbus.BUS_DAEMON_IFACE, "ReloadConfig", "", [])
+        environment = {name: self.desktop.environment[name] for name in ("DISPLAY", "HOME", "XDG_RUNTIME_DIR")}
+        connection.call_blocking(dbus.BUS_DAEMON_NAME, dbus.BUS_DAEMON_PATH, dbus.BUS_DAEMON_IFACE,
+                                 "UpdateActivationEnvironment", "a{ss}", [environment])
+        del self.desktop.environment["DISPLAY"]  # as over ssh
+        for verb in ("status", "pause", "quit"):
+            self.assertEqual(self.code(verb), 3)
+        self.assertFalse(started.exists())
+        self.assertEqual(self.code("toggle"), 0)
+        self.addCleanup(self.code, "quit")
+        self.assertTrue(started.exists())
+        self.assertEqual(self.status()["state"], "running")
+
     def test_a_launchers_action_acts_without_a_window(self):
         self.start_in_background()
         bus = self.desktop.bus()
