@@ -227,9 +227,6 @@ void Composition::Parts::planFirstShow(FirstShow firstShow)
         return;
     }
     QObject::connect(&m_windows, &Windows::painted, &m_quitSequence, [this] { startRest(); });
-    if (m_appearance.firstWait() > Seconds::zero()) {
-        startRest(); // it is the buses' word that is waited for
-    }
     m_firstShow = m_desktop.scheduler.after(m_appearance.firstWait(), [this] { showFirst(); });
     m_appearance.setChangeHandler([this] {
         if (m_firstShow) {
@@ -256,7 +253,6 @@ void Composition::Parts::startRest()
                    m_desktop.floatingWindows);
     QObject::connect(&*m_tray, &Tray::quitRequested, &m_quitSequence,
                      [this] { m_quitSequence.begin(QuitSequence::Origin::user); });
-    m_desktop.letBusesGo();
 }
 
 void Composition::Parts::showWindow(const std::string& activationToken)

@@ -23,12 +23,6 @@ std::vector<std::string> sharedDataFolders()
     return folders;
 }
 
-MessageBus& held(MessageBus& bus)
-{
-    bus.hold();
-    return bus;
-}
-
 DocumentThread& made(std::unique_ptr<DocumentWorker>& worker)
 {
     if (!worker) {
@@ -40,10 +34,9 @@ DocumentThread& made(std::unique_ptr<DocumentWorker>& worker)
 } // namespace
 
 DesktopParts::DesktopParts(BusStart& buses, const UserFolders& folders)
-    : sessionBus(held(buses.session()))
-    , systemBus(held(buses.system()))
+    : sessionBus(buses.session())
     , defaults(folders.preferences, files)
-    , systemEvents(systemBus)
+    , systemEvents(buses.system())
     , desktopSettings(sessionBus)
     , notificationSilencer(sessionBus)
     , soundPlayer(scheduler, sharedDataFolders(), "freedesktop")
@@ -51,14 +44,8 @@ DesktopParts::DesktopParts(BusStart& buses, const UserFolders& folders)
     , statusItem(sessionBus, scheduler)
     , globalShortcuts(sessionBusAddress(), scheduler)
     , floatingWindows(scheduler)
-    , sessionLock(sessionBus, systemBus, scheduler)
+    , sessionLock(sessionBus, buses.system(), scheduler)
 {}
-
-void DesktopParts::letBusesGo()
-{
-    sessionBus.letGo();
-    systemBus.letGo();
-}
 
 DocumentThread& DesktopParts::transferThread()
 {

@@ -32,9 +32,6 @@ struct DesktopParts
     DesktopParts(const DesktopParts&) = delete;
     DesktopParts& operator=(const DesktopParts&) = delete;
 
-    /// Until then these parts make nothing of the buses, whose first steps take time.
-    void letBusesGo();
-
     DocumentDisk disk() { return {defaults, documents, scheduler, clock}; }
     /// For the files that the user chooses; made for the first of them.
     DocumentThread& transferThread();
@@ -42,7 +39,6 @@ struct DesktopParts
     DocumentThread& hookThread();
 
     MessageBus& sessionBus;
-    MessageBus& systemBus;
     PosixDurableFile files;
     FileUserDefaults defaults;
     SystemClock clock;

@@ -27,30 +27,17 @@ void MessageBus::look()
         return;
     }
     m_connection = m_connect();
-    tellWhenOpen();
-}
-
-void MessageBus::letGo()
-{
-    if (std::exchange(m_isHeld, false)) {
-        tellWhenOpen();
-    }
-}
-
-void MessageBus::tellWhenOpen()
-{
-    if (isOpen() && !m_isHeld) {
+    if (isOpen()) {
         Q_EMIT opened();
     }
 }
 
 void MessageBus::whenOpen(const QObject* context, const std::function<void()>& callback)
 {
-    if (isOpen() && !m_isHeld) {
+    if (isOpen()) {
         callback();
     } else {
-        connect(this, &MessageBus::opened, context, callback,
-                static_cast<Qt::ConnectionType>(Qt::AutoConnection | Qt::SingleShotConnection));
+        connect(this, &MessageBus::opened, context, callback);
     }
 }
 

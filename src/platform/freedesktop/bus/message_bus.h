@@ -25,10 +25,6 @@ public:
     QDBusConnection connection() const { return m_connection; }
     /// Calls back at once where the bus is open, else when it opens, unless the context is gone by then.
     void whenOpen(const QObject* context, const std::function<void()>& callback);
-    /// From now on those calls back wait until letGo(): to begin with a part of the bus makes this thread
-    /// wait for Qt's, several times, and a start has better to do before its first picture.
-    void hold() { m_isHeld = true; }
-    void letGo();
     /// Asks without waiting and hands the answer or the error over, unless the context is gone by then. The
     /// timeout is in milliseconds; -1 is Qt's own.
     void call(const QDBusMessage& question, QObject* context,
@@ -39,12 +35,10 @@ Q_SIGNALS:
 
 private:
     void look();
-    void tellWhenOpen();
 
     BusInquiry& m_inquiry;
     std::function<QDBusConnection()> m_connect;
     QDBusConnection m_connection;
-    bool m_isHeld = false;
 };
 
 } // namespace brevlin

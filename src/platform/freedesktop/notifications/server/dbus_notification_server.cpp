@@ -71,12 +71,7 @@ DBusNotificationServer::DBusNotificationServer(MessageBus& bus, QObject* parent)
             m_observer.doNotDisturbChanged(isOn);
         }
     });
-    bus.whenOpen(this, [this, wasOpen = bus.isOpen()] {
-        watchServer();
-        if (!wasOpen && m_observer.appeared) { // what was asked for before has failed
-            m_observer.appeared();
-        }
-    });
+    bus.whenOpen(this, [this] { watchServer(); });
 }
 
 void DBusNotificationServer::watchServer()
@@ -93,6 +88,9 @@ void DBusNotificationServer::watchServer()
             [this](const QString& /*name*/, const QString& oldOwner, const QString& newOwner) {
                 ownerChanged(oldOwner, newOwner);
             });
+    if (m_observer.appeared) { // what was asked for before has failed
+        m_observer.appeared();
+    }
 }
 
 DBusNotificationServer::~DBusNotificationServer()
