@@ -4,11 +4,13 @@
 #include "core/timer_engine.h"
 #include "json_mutator.h"
 #include "storage/active_timer_persistence.h"
+#include "storage/added_preferences.h"
 #include "storage/capsule_position.h"
 #include "storage/json/json_reader.h"
 #include "storage/main_window_store.h"
 #include "storage/preferences_store.h"
 #include "storage/session_store.h"
+#include "storage/silence_note.h"
 #include "storage/snapshot_document.h"
 #include "support/fake_disk.h"
 #include "support/memory_durable_file.h"
@@ -18,6 +20,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -76,6 +79,40 @@ void checkPreferences(const std::string& document, std::string_view key)
         require(PreferencesStore(disk).load() == preferences);
     });
     require(decodeAppPreferences(document) || holds(left, document));
+}
+
+void checkAddedPreferences(const std::string& document)
+{
+    const auto left = with(AddedPreferencesStore::key, document, [](test::FakeDisk& disk) {
+        AddedPreferencesStore store(disk);
+        AddedPreferences preferences = store.load();
+        preferences.silencesNotifications = !preferences.silencesNotifications;
+        require(store.save(preferences) && store.isSaved());
+        require(AddedPreferencesStore(disk).load() == preferences);
+    });
+    require(decodeAddedPreferences(document) || holds(left, document));
+}
+
+std::optional<SilenceNote> storedNote(SilenceNoteStore& store)
+{
+    std::optional<SilenceNote> result;
+    store.setObserver({[&](const std::optional<SilenceNote>& note) { result = note; },
+                       [] {
+                       }});
+    store.read();
+    return result;
+}
+
+void checkSilenceNote(const std::string& document)
+{
+    const auto left = with(SilenceNoteStore::key, document, [](test::FakeDisk& disk) {
+        SilenceNoteStore store(disk);
+        const SilenceNote note = storedNote(store).value_or(SilenceNote{"dunst"});
+        require(store.write(note) && store.isSaved());
+        SilenceNoteStore again(disk);
+        require(storedNote(again) == note);
+    });
+    require(decodeSilenceNote(document) || holds(left, document));
 }
 
 void checkPlaces(const std::string& document)
@@ -155,6 +192,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     checkTimer(document, ActiveTimerPersistence::legacyDefaultKey);
     checkPreferences(document, PreferencesStore::key);
     checkPreferences(document, PreferencesStore::legacyKey);
+    checkAddedPreferences(document);
+    checkSilenceNote(document);
     checkPlaces(document);
     checkHistory(document);
     checkEngine(document);

@@ -53,6 +53,7 @@ SIGNALS += [
     ("session", "/StatusNotifierWatcher", WATCHER, "StatusNotifierHostRegistered", ""),
     ("session", "/StatusNotifierWatcher", WATCHER, "StatusNotifierHostUnregistered", ""),
     ("session", "/org/xfce/Xfconf", XFCONF, "PropertyChanged", "ssv"),
+    ("session", "/org/xfce/Xfconf", XFCONF, "PropertyRemoved", "ss"),
     ("system", "/org/freedesktop/login1", LOGIN + ".Manager", "PrepareForSleep", "b"),
     ("system", SESSION, LOGIN + ".Session", "Lock", ""),
     ("system", SESSION, LOGIN + ".Session", "Unlock", ""),

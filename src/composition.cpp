@@ -26,6 +26,7 @@
 #include "platform/freedesktop/login/autostart_login_item.h"
 #include "platform/freedesktop/notifications/desktop_notification_center.h"
 #include "platform/freedesktop/notifications/server/dbus_notification_server.h"
+#include "platform/freedesktop/notifications/switches/desktop_notification_silencer.h"
 #include "platform/freedesktop/session/application_instance.h"
 #include "platform/freedesktop/session/bus_session_lock.h"
 #include "platform/freedesktop/session/desktop_system_events.h"
@@ -40,6 +41,7 @@
 #include "remote/timer_interface.h"
 #include "storage/capsule_position.h"
 #include "storage/main_window_store.h"
+#include "storage/silence_note.h"
 #include "ui/capsule/top_panel_controller.h"
 #include "ui/controls/accessibility.h"
 #include "ui/controls/brevlin_style.h"
@@ -97,6 +99,7 @@ public:
     ~Parts()
     {
         m_instance.setCommandHandler({});
+        m_notificationCenter.setGate({});
         m_notificationCenter.setBannerPlaceHandler({});
         m_notificationCenter.setBannerObstacle({});
         m_sessionLock.setChangeHandler({});
@@ -110,6 +113,8 @@ private:
     DocumentThread& transferThread();
     DocumentThread& hookThread();
     ImportDesk::Parts importParts();
+    std::unique_ptr<DesktopNotificationCenter> makeCenter();
+    void letAnnouncementsThrough(DesktopNotificationCenter& center);
     RemoteControl::Actions remoteActions();
     UserNotificationCenter& absenceCenter();
     std::string activationToken() const;
@@ -136,6 +141,7 @@ private:
     DesktopSystemEvents m_systemEvents;
     PortalDesktopSettings m_desktopSettings;
     DesktopNotificationCenter m_notificationCenter;
+    DesktopNotificationSilencer m_notificationSilencer;
     ProcessSoundPlayer m_soundPlayer;
     AutostartLoginItem m_loginItem;
     DesktopStatusItem m_statusItem;
@@ -179,6 +185,7 @@ Composition::Parts::Parts(Application& application, BusStart& buses, const UserF
     , m_systemEvents(buses.system())
     , m_desktopSettings(m_sessionBus)
     , m_notificationCenter(std::make_unique<DBusNotificationServer>(m_sessionBus), m_clock, m_scheduler)
+    , m_notificationSilencer(m_sessionBus)
     , m_soundPlayer(m_scheduler, sharedDataFolders(), "freedesktop")
     , m_loginItem(folders.autostart, programFile("brevlin"), m_files, m_documents)
     , m_statusItem(m_sessionBus, m_scheduler)
@@ -223,6 +230,9 @@ Composition::Parts::Parts(Application& application, BusStart& buses, const UserF
     m_notificationCenter.setBannerObstacle([this](const BannerPlace& place) {
         return m_model.isEndPresented() && m_capsuleController.meetsBanners(place);
     });
+    letAnnouncementsThrough(m_notificationCenter);
+    QObject::connect(&m_model.focusQuiet(), &FocusQuiet::ownSilenceChanged, &m_notificationSilencer,
+                     [this](bool isKept) { m_notificationCenter.setOwnSilence(isKept); });
     connectQuitting(application);
     QObject::connect(&m_window, &MainWindow::alertSizeRequested, &m_capsule,
                      &CapsuleChoreography::toggleCompletionSize);
@@ -273,15 +283,29 @@ AppModelParts Composition::Parts::modelParts(const UserFolders& folders)
                       }},
             timeLocale(),
             &m_capsuleController,
-            &m_globalShortcuts};
+            &m_globalShortcuts,
+            {&m_notificationSilencer, std::make_unique<SilenceNoteStore>(disk())}};
+}
+
+std::unique_ptr<DesktopNotificationCenter> Composition::Parts::makeCenter()
+{
+    auto center = std::make_unique<DesktopNotificationCenter>(
+        std::make_unique<DBusNotificationServer>(m_sessionBus), m_clock, m_scheduler);
+    letAnnouncementsThrough(*center);
+    return center;
+}
+
+// Whatever the program shows is seen, also while it silences the desktop.
+void Composition::Parts::letAnnouncementsThrough(DesktopNotificationCenter& center)
+{
+    center.setGate([this](std::function<void()> show) { m_model.focusQuiet().announce(std::move(show)); });
 }
 
 // Beside the announcements of the timer, so that neither takes the other's place on the screen.
 UserNotificationCenter& Composition::Parts::absenceCenter()
 {
     if (!m_absenceCenter) {
-        m_absenceCenter = std::make_unique<DesktopNotificationCenter>(
-            std::make_unique<DBusNotificationServer>(m_sessionBus), m_clock, m_scheduler);
+        m_absenceCenter = makeCenter();
     }
     return *m_absenceCenter;
 }
@@ -460,8 +484,7 @@ void Composition::Parts::showWindow(const std::string& activationToken)
 void Composition::Parts::notify(const std::string& title, const std::string& text)
 {
     if (!m_messageCenter) {
-        m_messageCenter = std::make_unique<DesktopNotificationCenter>(
-            std::make_unique<DBusNotificationServer>(m_sessionBus), m_clock, m_scheduler);
+        m_messageCenter = makeCenter();
         m_messageCenter->setResponseHandler([this](const NotificationResponse& response) {
             if (response.actionIdentifier == defaultNotificationActionIdentifier) {
                 showWindow(m_messageCenter->activationToken());

@@ -35,6 +35,7 @@ AppModel::AppModel(AppModelParts parts, QObject* parent)
                         *m_parts.sessionDetailsStore, m_historyEditor)
     , m_absences(*m_parts.sessionDetailsStore, m_parts.clock,
                  [this](const Uuid& id) { return sessionOf(id); })
+    , m_focusQuiet(std::move(m_parts.quietParts), m_parts.scheduler)
     , m_calendar(m_parts.clock.timeZone(), m_parts.userLocale)
 {
     restore();
@@ -181,6 +182,7 @@ void AppModel::apply(const TimerTransition& transition, const TimerSnapshot& pre
     }
     if (outdatesAnnouncement(transition, previous)) {
         m_announcer.withdrawAnnouncement();
+        m_focusQuiet.announcementIsGone();
     }
     recordPause(transition, previous);
     publish(next);
@@ -195,6 +197,7 @@ void AppModel::apply(const TimerTransition& transition, const TimerSnapshot& pre
     }
     save(next);
     m_absences.follow(next);
+    m_focusQuiet.follow(next);
     const bool wasIdle = previous.runState == TimerRunState::idle;
     if (next.runState == TimerRunState::running || wasIdle != (next.runState == TimerRunState::idle)) {
         startTicker();

@@ -2,6 +2,7 @@
 
 #include "app/absence_questions.h"
 #include "app/app_messages.h"
+#include "app/focus_quiet.h"
 #include "app/history_editor.h"
 #include "app/history_transfer.h"
 #include "app/hook_caller.h"
@@ -61,6 +62,7 @@ struct AppModelParts
     std::string userLocale;               ///< of the desktop, for the time of day; an ICU locale identifier
     CapsuleMover* capsuleMover = nullptr; ///< none where no capsule can be placed
     GlobalShortcuts* globalShortcuts = nullptr; ///< none where no key can be heard
+    QuietParts quietParts = {};                 ///< none where no desktop can be silenced
 };
 
 /// What the user does to the timer.
@@ -114,6 +116,7 @@ public:
     HistoryTransfer& historyTransfer() { return m_historyTransfer; }
     UndoOffer& undoOffer() { return m_undoOffer; }
     AbsenceQuestions& absences() { return m_absences; }
+    FocusQuiet& focusQuiet() { return m_focusQuiet; }
     Shortcuts& shortcuts() { return m_shortcuts; }
     HookCaller& hooks() { return *m_hooks; }
     CapsuleMover* capsuleMover() const { return m_parts.capsuleMover; }
@@ -163,6 +166,7 @@ public:
     void setAppLanguage(AppLanguage language);
     void setTopTimerAppearance(TopTimerAppearance appearance);
     void setAsksAboutAbsences(bool asks);
+    void setSilencesNotifications(bool silences);
     /// Nothing takes the action's key away.
     void setShortcut(ShortcutAction action, const std::optional<KeyCombination>& key);
     void restoreDefaultPreferences();
@@ -242,6 +246,7 @@ private:
     void adopt(const AppPreferences& preferences);
     void changeAddedPreferences(const std::function<void(AddedPreferences&)>& change);
     void adoptAdded(const AddedPreferences& preferences);
+    void followAdded();
     void connectHistory();
     void historyMayBeKnown();
     /// Once the details have been read: those of a phase are changed, not replaced.
@@ -271,6 +276,7 @@ private:
     HistoryEditor m_historyEditor;
     HistoryTransfer m_historyTransfer;
     AbsenceQuestions m_absences;
+    FocusQuiet m_focusQuiet;
     std::unique_ptr<HookCaller> m_hooks; // made once the timer is restored, then never absent
     AppPreferences m_preferences;
     AddedPreferences m_addedPreferences;

@@ -275,6 +275,12 @@ void AppModel::setAsksAboutAbsences(bool asks)
     changeAddedPreferences([asks](AddedPreferences& preferences) { preferences.asksAboutAbsences = asks; });
 }
 
+void AppModel::setSilencesNotifications(bool silences)
+{
+    changeAddedPreferences(
+        [silences](AddedPreferences& preferences) { preferences.silencesNotifications = silences; });
+}
+
 void AppModel::setShortcut(ShortcutAction action, const std::optional<KeyCombination>& key)
 {
     changeAddedPreferences([&](AddedPreferences& preferences) { preferences.shortcutKeys[action] = key; });
@@ -294,10 +300,16 @@ void AppModel::changeAddedPreferences(const std::function<void(AddedPreferences&
 void AppModel::adoptAdded(const AddedPreferences& preferences)
 {
     if (std::exchange(m_addedPreferences, preferences) != preferences) {
-        m_absences.setEnabled(preferences.asksAboutAbsences);
-        m_shortcuts.follow(preferences, language());
+        followAdded();
         Q_EMIT preferencesChanged();
     }
+}
+
+void AppModel::followAdded()
+{
+    m_absences.setEnabled(m_addedPreferences.asksAboutAbsences);
+    m_focusQuiet.setEnabled(m_addedPreferences.silencesNotifications);
+    m_shortcuts.follow(m_addedPreferences, language());
 }
 
 void AppModel::undo()

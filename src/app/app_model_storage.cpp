@@ -12,8 +12,7 @@ void AppModel::restore()
         raise(StorageMessages::preferencesUnread(*error));
     }
     m_addedPreferences = m_parts.addedPreferencesStore->load();
-    m_absences.setEnabled(m_addedPreferences.asksAboutAbsences);
-    m_shortcuts.follow(m_addedPreferences, language());
+    followAdded();
     m_messages.setLanguage(language());
     std::optional<TimerSnapshot> restored = restoreTimer();
     connectStores();
@@ -26,9 +25,12 @@ void AppModel::restore()
     m_remainingSeconds = m_snapshot.remainingSeconds(now());
     m_announcer.follow(m_snapshot, m_preferences.timerSettings.alertIntensity);
     m_absences.follow(m_snapshot);
+    m_focusQuiet.follow(m_snapshot);
     historyMayBeKnown();
-    m_startUpTask = m_parts.scheduler.after(
-        Seconds::zero(), [this, wasRunning] { refreshSystemStateAndReconcile(wasRunning); });
+    m_startUpTask = m_parts.scheduler.after(Seconds::zero(), [this, wasRunning] {
+        refreshSystemStateAndReconcile(wasRunning);
+        m_focusQuiet.start(); // what has ended by now is not silenced for a moment
+    });
 }
 
 std::optional<TimerSnapshot> AppModel::restoreTimer()

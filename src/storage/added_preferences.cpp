@@ -14,6 +14,7 @@ namespace {
 
 constexpr std::tuple fields{
     StoredField{"asksAboutAbsences", &AddedPreferences::asksAboutAbsences},
+    StoredField{"silencesNotifications", &AddedPreferences::silencesNotifications},
     StoredField{"hasBoundShortcutsOnce", &AddedPreferences::hasBoundShortcutsOnce},
 };
 

@@ -19,6 +19,7 @@ namespace brevlin {
 struct AddedPreferences
 {
     bool asksAboutAbsences = true;
+    bool silencesNotifications = false; ///< of the whole desktop, while a focus phase runs
     ShortcutKeys shortcutKeys;          ///< those that the program takes hold of by itself
     bool hasBoundShortcutsOnce = false; ///< in the desktop's own dialog, which remembers them
 

@@ -29,6 +29,12 @@ Expected<std::optional<std::string>, DocumentError> KeptDocument::read()
     return content->bytes;
 }
 
+void KeptDocument::readLater()
+{
+    m_isUnread = true;
+    retry();
+}
+
 Expected<KeptDocument::Content, DocumentError> KeptDocument::readFrom(const File& file)
 {
     auto bytes = file.defaults.value(file.key);
@@ -101,6 +107,9 @@ void KeptDocument::finishWrite(std::uint64_t version, const Expected<void, Docum
     if (saved) {
         m_isWanted = false;
         m_retryTimer.succeeded();
+        if (m_observer.saved) {
+            m_observer.saved();
+        }
         return;
     }
     m_retryTimer.failed();

@@ -39,6 +39,8 @@ public:
         std::function<void(const std::optional<std::string>&)> wasRead;
         /// The first attempt to write the newest state failed. There will be more.
         std::function<void(const DocumentError&)> notSaved;
+        /// The newest state is on the disk.
+        std::function<void()> saved = nullptr;
     };
 
     /// A document under the legacy key is read where the key has none, and removed once its content stands
@@ -50,6 +52,8 @@ public:
     void setObserver(Observer observer) { m_observer = std::move(observer); }
     /// For the start. After a failure reading is tried again, and the observer is told.
     Expected<std::optional<std::string>, DocumentError> read();
+    /// Reads beside the main thread; the observer is told. What is written meanwhile waits for that.
+    void readLater();
     /// Whether what was read last stood under the legacy key. Writing it moves it.
     bool isUnderLegacyKey() const { return m_readKey != m_file->key; }
     /// What was read last does not decode.

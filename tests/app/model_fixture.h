@@ -3,6 +3,7 @@
 #include "app/app_model.h"
 #include "support/fake_desktop.h"
 #include "support/fake_disk.h"
+#include "support/fake_notification_silencer.h"
 #include "support/fake_shortcuts.h"
 
 #include <gtest/gtest.h>
@@ -60,7 +61,8 @@ protected:
                  }},
                 "de_DE",
                 nullptr,
-                &shortcuts};
+                &shortcuts,
+                {&silencer, std::make_unique<SilenceNoteStore>(disk())}};
     }
 
     /// Starts the program (again): everything that was in memory is gone, what was stored is not.
@@ -96,6 +98,7 @@ protected:
     FakeNotificationCenter center;
     FakeSoundPlayer player;
     FakeLoginItem loginItem;
+    FakeNotificationSilencer silencer;
     FakeGlobalShortcuts shortcuts;
     std::shared_ptr<FakeHookPrograms> hookPrograms = std::make_shared<FakeHookPrograms>();
     FakeDocumentThread hookThread;

@@ -208,6 +208,33 @@ TEST_F(NotificationCenterTest, a_server_that_comes_to_itself_shows_only_what_sti
     EXPECT_EQ(responses.back(), "stop of D") << "what the hung one says at last is void";
 }
 
+TEST_F(NotificationCenterTest, what_is_shown_anew_waits_at_the_gate_unless_it_is_outdated)
+{
+    std::function<void()> first;
+    std::function<void()> latest;
+    center->setGate([&](std::function<void()> show) { first = std::exchange(latest, std::move(show)); });
+    add("A");
+    scheduler.advance(Seconds{10.0});
+    add("B");
+    scheduler.advance(Seconds{10.0});
+    first();
+    EXPECT_EQ(server->shown, 0) << "another one has come";
+    latest();
+    EXPECT_EQ(server->shown, 1);
+    server->die();
+    server->startAgain();
+    EXPECT_EQ(server->shown, 1);
+    latest();
+    EXPECT_EQ(server->shown, 2);
+    add("C");
+    scheduler.advance(Seconds{10.0});
+    center->removeAllDelivered();
+    latest();
+    EXPECT_EQ(server->shown, 2) << "it was withdrawn meanwhile";
+    center->setOwnSilence(true);
+    EXPECT_TRUE(server->ownSilence);
+}
+
 TEST_F(NotificationCenterTest, showing_something_may_start_the_server)
 {
     add("A");

@@ -21,6 +21,7 @@ public:
     bool hangs = false;
     bool replaces = true; ///< false: shows a replacement beside what it was to replace, as some servers do
     std::map<std::uint32_t, ServerNotification> screen;
+    bool ownSilence = false;
     int shown = 0; ///< how often it was asked to show something
 
     void setObserver(Observer newObserver) override { observer = std::move(newObserver); }
@@ -52,6 +53,8 @@ public:
             observer.closed(id, CloseReason::other);
         }
     }
+
+    void setOwnSilence(bool isKept) override { ownSilence = isKept; }
 
     /// What was asked while it hung is answered now.
     void recover()

@@ -20,10 +20,12 @@ TEST(AddedPreferences, come_back_with_their_keys_and_leave_what_is_unknown)
 
     preferences.shortcutKeys[ShortcutAction::skip].reset();
     preferences.shortcutKeys[ShortcutAction::toggle] = KeyCombination::fromText("Super+\"");
+    preferences.silencesNotifications = true;
     preferences.hasBoundShortcutsOnce = true;
     ASSERT_TRUE(store.save(preferences));
     EXPECT_EQ(disk.defaults.values[key],
-              R"({"asksAboutAbsences":true,"hasBoundShortcutsOnce":true,"toggleShortcut":"Super+\"",)"
+              R"({"asksAboutAbsences":true,"silencesNotifications":true,"hasBoundShortcutsOnce":true,)"
+              R"("toggleShortcut":"Super+\"",)"
               R"("later":{"a":[1,"\"é"]},"\"\n":null})");
     EXPECT_EQ(AddedPreferencesStore(disk).load(), preferences);
 }

@@ -162,6 +162,11 @@ protected:
                     preferences.timerSettings.alertIntensity = AlertIntensity::strong;
                 });
                 QApplication::setPalette(Theme::palette(scheme));
+                // What a desktop lacks is said in one scheme, what it has in the other.
+                silencer.present.reset();
+                if (scheme == ColorScheme::light) {
+                    silencer.present = {"xfce", NotificationSilencer::Lasts::always};
+                }
                 launch();
                 model().start();
                 scheduler.advance(Seconds{60});

@@ -32,6 +32,7 @@ void QuitSequence::begin(Origin origin)
         return;
     }
     m_origin = origin;
+    m_model.focusQuiet().end();
     Q_EMIT began();
     look();
 }
@@ -44,7 +45,7 @@ void QuitSequence::look()
         m_model.retryWrites(isLastRetry ? HistoryFile::Patience::ended : HistoryFile::Patience::waits);
     }
     ++m_looks;
-    if (m_documents.drain(Seconds::zero()) && m_model.unsaved().empty()) {
+    if (m_model.focusQuiet().isAtRest() && m_documents.drain(Seconds::zero()) && m_model.unsaved().empty()) {
         Q_EMIT finished();
     } else if (m_looks > mostLooks) {
         tell();
@@ -56,6 +57,7 @@ void QuitSequence::look()
 void QuitSequence::finishNow()
 {
     bool isDone = false;
+    m_model.focusQuiet().giveBackNow(); // which leaves a note to be written
     for (const auto patience : {HistoryFile::Patience::waits, HistoryFile::Patience::ended}) {
         m_model.retryWrites(patience);
         isDone = m_documents.drain(longestWait / 2.0);

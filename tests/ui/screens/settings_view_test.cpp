@@ -128,8 +128,17 @@ TEST_F(SettingsViewTest, the_rows_of_the_services_follow_them)
     auto& asks = get<SwitchControl>("Ask about time away");
     asks.click();
     EXPECT_FALSE(model().addedPreferences().asksAboutAbsences);
+    auto& quiet = get<SwitchControl>("Silence notifications during focus");
+    EXPECT_EQ(silencer.looks, 1) << "when it is to be seen";
+    EXPECT_FALSE(quiet.isEnabled());
+    EXPECT_EQ(quiet.accessibleDescription(),
+              QStringLiteral("This desktop has no switch that a program can turn."));
+    silencer.serverIs({{"dunst", NotificationSilencer::Lasts::whileServerRuns}});
+    quiet.click();
+    EXPECT_TRUE(model().addedPreferences().silencesNotifications);
     get<CapsuleButton>("Restore defaults").click();
     EXPECT_TRUE(asks.isChecked());
+    EXPECT_FALSE(quiet.isChecked());
     EXPECT_EQ(loginItem.current, LoginItem::Status::enabled);
 }
 

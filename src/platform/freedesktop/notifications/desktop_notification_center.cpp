@@ -142,7 +142,20 @@ void DesktopNotificationCenter::deliverWhatIsDue()
 void DesktopNotificationCenter::deliver(NotificationRequest request)
 {
     m_delivered = Delivered{std::move(request)};
-    show(false);
+    showWhenLetThrough();
+}
+
+void DesktopNotificationCenter::showWhenLetThrough()
+{
+    if (!m_gate) {
+        show(false);
+        return;
+    }
+    m_gate([this, showing = ++m_showing] {
+        if (showing == m_showing && m_delivered) {
+            show(false);
+        }
+    });
 }
 
 void DesktopNotificationCenter::show(bool isSilent)
@@ -253,10 +266,15 @@ void DesktopNotificationCenter::setBannerPlaceHandler(
     m_bannerPlaceHandler = std::move(handler);
 }
 
+void DesktopNotificationCenter::setGate(std::function<void(std::function<void()> show)> gate)
+{
+    m_gate = std::move(gate);
+}
+
 void DesktopNotificationCenter::serverIsThere()
 {
     if (m_delivered && !m_banner.isShown()) {
-        show(false);
+        showWhenLetThrough();
     }
 }
 

@@ -47,6 +47,12 @@ public:
     /// nobody's way.
     void setBannerPlaceHandler(std::function<void(const std::optional<BannerPlace>&)> handler);
 
+    /// Who shows what is to be shown anew, by calling what it is given, at once or later, but not after the
+    /// end of this object. What is outdated by then is not shown.
+    void setGate(std::function<void(std::function<void()> show)> gate);
+    /// Silence that the program itself keeps is no do-not-disturb of the user's.
+    void setOwnSilence(bool isKept) { m_server->setOwnSilence(isKept); }
+
     /// What the server gave along with the reaction that is being handled, so that a window may come to the
     /// front; empty otherwise.
     const std::string& activationToken() const { return m_activationToken; }
@@ -63,6 +69,7 @@ private:
     void awaitNextDue();
     void deliverWhatIsDue();
     void deliver(NotificationRequest request);
+    void showWhenLetThrough();
     void show(bool isSilent);
     ServerNotification serverForm(const NotificationRequest& request) const;
     NotificationUrgency urgencyOf(const NotificationRequest& request) const;
@@ -84,6 +91,8 @@ private:
     std::optional<BannerPlace> m_bannerPlace;
     std::function<bool(const BannerPlace&)> m_bannerObstacle;
     std::function<void(const std::optional<BannerPlace>&)> m_bannerPlaceHandler;
+    std::function<void(std::function<void()>)> m_gate;
+    std::uint64_t m_showing = 0; // what the gate was given last
 
     std::vector<NotificationRequest> m_pending;
     TaskHandle m_nextDue;

@@ -69,6 +69,8 @@ public:
     virtual void notify(const ServerNotification& notification,
                         std::function<void(Expected<std::uint32_t, std::string>)> completion) = 0;
     virtual void close(std::uint32_t id) = 0;
+    /// Silence that the program itself keeps is no do-not-disturb of the user's.
+    virtual void setOwnSilence(bool isKept) = 0;
 };
 
 } // namespace brevlin

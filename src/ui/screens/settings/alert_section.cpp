@@ -19,6 +19,13 @@ constexpr BilingualText weakenedText{
 constexpr BilingualText muteText{"Brevlin 不使用 Critical Alert，因此不会绕过系统静音。",
                                  "Brevlin does not use Critical Alerts and will not bypass system mute."};
 constexpr BilingualText enableText{"开启通知", "Enable notifications"};
+constexpr BilingualText quietText{"专注时屏蔽通知", "Silence notifications during focus"};
+constexpr BilingualText quietNoteText{
+    "专注期间打开桌面的勿扰模式，休息、暂停或退出时恢复原状。Brevlin 的提醒照常显示。",
+    "Turns on the desktop’s do-not-disturb while you focus, and puts it back for a break, a pause and at the "
+    "end. Brevlin’s own announcements are still seen."};
+constexpr BilingualText noSwitchText{"此桌面没有可供程序使用的勿扰开关。",
+                                     "This desktop has no switch that a program can turn."};
 
 } // namespace
 
@@ -35,10 +42,14 @@ AlertSection::AlertSection(AppModel& model, PhaseAnnouncer& announcer, QWidget* 
     , m_muteNote(m_soundRow->addNote())
     , m_statusRow(addRow())
     , m_enable(new LinkButton)
+    , m_quietRow(addRow())
+    , m_quiet(new SwitchControl)
+    , m_quietNote(m_quietRow->addNote())
 {
     m_intensityRow->addControl(m_intensity);
     m_soundRow->addControl(m_sound, SwitchControl::bleed);
     m_statusRow->addControl(m_enable, LinkButton::bleed);
+    m_quietRow->addControl(m_quiet, SwitchControl::bleed);
     connect(m_intensity, &SegmentedPicker::chosen, this, [this](int index) {
         TimerSettings settings = m_model.preferences().timerSettings;
         settings.alertIntensity = allCases<AlertIntensity>().at(static_cast<std::size_t>(index));
@@ -47,6 +58,8 @@ AlertSection::AlertSection(AppModel& model, PhaseAnnouncer& announcer, QWidget* 
     connect(m_sound, &QAbstractButton::clicked, &model, &AppModel::setPlayCompletionSound);
     connect(m_enable, &QAbstractButton::clicked, &m_announcer,
             &PhaseAnnouncer::requestNotificationPermission);
+    connect(m_quiet, &QAbstractButton::clicked, &model, &AppModel::setSilencesNotifications);
+    connect(&model.focusQuiet(), &FocusQuiet::supportChanged, this, &AlertSection::refreshQuiet);
     connect(&model, &AppModel::preferencesChanged, this, &AlertSection::refresh);
     connect(&m_announcer, &PhaseAnnouncer::notificationAuthorizationChanged, this,
             &AlertSection::refreshStatus);
@@ -75,6 +88,27 @@ void AlertSection::refresh()
     m_muteNote->setText(qtText(muteText.in(language)));
     m_enable->setText(qtText(enableText.in(language)));
     refreshStatus();
+    refreshQuiet();
+}
+
+void AlertSection::showEvent(QShowEvent* event)
+{
+    FormSection::showEvent(event);
+    m_model.focusQuiet().look();
+    refreshQuiet();
+}
+
+void AlertSection::refreshQuiet()
+{
+    const AppLanguage language = m_model.language();
+    const bool isPossible = m_model.focusQuiet().support() != NotificationSilencer::Support::none;
+    const QString note = qtText((isPossible ? quietNoteText : noSwitchText).in(language));
+    m_quietRow->setTitle(qtText(quietText.in(language)));
+    m_quietNote->setText(note);
+    m_quiet->setAccessibleName(qtText(quietText.in(language)));
+    m_quiet->setAccessibleDescription(note);
+    m_quiet->setEnabled(isPossible);
+    m_quiet->setChecked(m_model.addedPreferences().silencesNotifications);
 }
 
 void AlertSection::refreshStatus()

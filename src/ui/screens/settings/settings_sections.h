@@ -55,9 +55,13 @@ class AlertSection final : public FormSection
 public:
     AlertSection(AppModel& model, PhaseAnnouncer& announcer, QWidget* parent = nullptr);
 
+protected:
+    void showEvent(QShowEvent* event) override;
+
 private:
     void refresh();
     void refreshStatus();
+    void refreshQuiet();
 
     AppModel& m_model;
     PhaseAnnouncer& m_announcer;
@@ -70,6 +74,9 @@ private:
     FormNote* m_muteNote;
     FormRow* m_statusRow;
     LinkButton* m_enable;
+    FormRow* m_quietRow;
+    SwitchControl* m_quiet;
+    FormNote* m_quietNote;
 };
 
 class AppearanceSection final : public FormSection

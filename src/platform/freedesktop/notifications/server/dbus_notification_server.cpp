@@ -165,7 +165,7 @@ void DBusNotificationServer::readServerName()
         // Name, vendor, version and the version of the protocol.
         if (const auto server = busArguments<QString, QString, QString, QString>(answer)) {
             const QString& name = std::get<0>(*server);
-            m_doNotDisturb.follow(name);
+            m_doNotDisturb.follow(name.toStdString());
             tellBannerPlace(bannerPlaceOf(name.toStdString()));
         }
     });
@@ -199,6 +199,11 @@ void DBusNotificationServer::close(std::uint32_t id)
     call(message, [](const QDBusMessage& /*answer*/) {
         // A server that does not know it any more has nothing to close.
     });
+}
+
+void DBusNotificationServer::setOwnSilence(bool isKept)
+{
+    m_doNotDisturb.setOwnSilence(isKept);
 }
 
 void DBusNotificationServer::call(const QDBusMessage& message,

@@ -27,6 +27,7 @@ public:
     void notify(const ServerNotification& notification,
                 std::function<void(Expected<std::uint32_t, std::string>)> completion) override;
     void close(std::uint32_t id) override;
+    void setOwnSilence(bool isKept) override;
 
 private Q_SLOTS:
     void actionInvoked(const QDBusMessage& message);

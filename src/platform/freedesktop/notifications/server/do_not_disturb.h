@@ -1,41 +1,37 @@
 #pragma once
 
-#include <QObject>
-#include <QString>
+#include "platform/freedesktop/notifications/switches/do_not_disturb_switch.h"
 
 #include <functional>
-
-class QDBusMessage;
+#include <memory>
+#include <string_view>
 
 namespace brevlin {
 
 class MessageBus;
 
-/// Whether the user has silenced the desktop's notifications. Every server keeps that elsewhere; it is off
-/// for one that is not known here.
-class DoNotDisturb final : public QObject
+/// Whether the user has silenced the desktop's notifications; off for a server whose switch is not known
+/// here.
+class DoNotDisturb final
 {
-    Q_OBJECT
-
 public:
-    explicit DoNotDisturb(MessageBus& bus, QObject* parent = nullptr);
+    explicit DoNotDisturb(MessageBus& bus) : m_bus(bus) {}
 
-    /// Reads what this server keeps and follows its changes. The name is what the server calls itself.
-    void follow(const QString& serverName);
-    void forgetServer();
+    /// Reads the switch of this server and follows its changes. The name is what the server calls itself.
+    void follow(std::string_view serverName);
+    void forgetServer() { m_switch.reset(); }
+    /// While the program itself keeps the silence, the user does not.
+    void setOwnSilence(bool isKept);
     /// Called with each reading.
     void setChangeHandler(std::function<void(bool)> handler);
 
-private Q_SLOTS:
+private:
     void read();
 
-private:
-    void ask(const QDBusMessage& message);
-    void askGnome();
-    void tell(bool isOn);
-
     MessageBus& m_bus;
-    QString m_serverName;
+    std::string m_name; // of the switch
+    std::unique_ptr<DoNotDisturbSwitch> m_switch;
+    bool m_isSilenceOurs = false;
     std::function<void(bool)> m_changeHandler;
 };
 
