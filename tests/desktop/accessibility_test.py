@@ -127,11 +127,11 @@ class Orca(DesktopTest):
         """What Orca says of a control when the keyboard comes to it."""
         name, role = element["name"], element["role"]
         if role == "radio button":
-            return [f"'{name}.'", "selected radio button"]
+            return [f"'{name}", "selected radio button"]
         if role == "check box":
             return [f"{name} check box {'checked' if 'checked' in element['states'] else 'not checked'}"]
         if role == "spin button":
-            return [f"{name} {element['range'][1]:.0f} spin button"]
+            return [f"'{name} ", f" {element['range'][1]:.0f}", "spin button"]
         return [name, "List with"] if role == "list" else [f"{name} {role}"]
 
     @staticmethod
@@ -166,12 +166,13 @@ class Orca(DesktopTest):
             if role in [each["role"] for each in controls[:place]]:
                 continue
             if role == "spin button":
-                self.press("Up", f"'{control['range'][1] + 1:.0f}'")
+                # In its name or alone: after the first change Debian 13's Orca says the former value beside it.
+                self.press("Up", f"{control['range'][1] + 1:.0f}")
             elif role == "check box":
                 self.press("space", "'checked'")
             elif role == "radio button":
                 names = [each["name"] for each in self.elements() if each["role"] == role]
-                self.press("Right", f"'{names[names.index(control['name']) + 1]}.'", "selected radio button")
+                self.press("Right", f"'{names[names.index(control['name']) + 1]}", "selected radio button")
         stored = read_json(self.desktop.config / f"{PREFERENCES_KEY}.json")["timerSettings"]
         self.assertEqual((stored["focusDuration"], stored["autoStartBreaks"], stored["alertIntensity"]),
                          (60, True, "strong"))
