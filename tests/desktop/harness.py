@@ -35,6 +35,7 @@ BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus
   <type>session</type>
   <listen>unix:path={socket}</listen>
   <auth>EXTERNAL</auth>
+  <servicedir>{services}</servicedir>
   <policy context="default">
     <allow user="*"/>
     <allow send_destination="*" eavesdrop="true"/>
@@ -117,7 +118,7 @@ class Desktop:
         self.home = self.folder / "home"
         self.config = self.home / ".config" / "Brevlin"
         self.data = self.home / ".local" / "share" / "Brevlin"
-        for folder in (self.home, self.folder / "runtime", self.folder / "tmp"):
+        for folder in (self.home, self.folder / "runtime", self.folder / "tmp", self.folder / "services"):
             folder.mkdir(mode=0o700)
         self.environment = {
             "PATH": os.environ["PATH"],
@@ -151,10 +152,11 @@ class Desktop:
         wait_for("a window manager", lambda: "window id" in self.ask("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"))
 
     def start_bus(self, variable="DBUS_SESSION_BUS_ADDRESS"):
-        """A message bus without services of the machine's; its address stands under the variable."""
+        """A message bus without services but those in the folder of that name; its address stands under the variable."""
         name = variable.split("_")[1].lower()  # session or system
         configuration = self.folder / f"{name}-bus.conf"
-        configuration.write_text(BUS_CONFIGURATION.format(socket=self.folder / f"{name}-bus"))
+        configuration.write_text(BUS_CONFIGURATION.format(socket=self.folder / f"{name}-bus",
+                                                           services=self.folder / "services"))
         self.run_in_background(["dbus-daemon", f"--config-file={configuration}", "--nofork", "--nopidfile"])
         wait_for("a message bus", (self.folder / f"{name}-bus").exists)
         self.environment[variable] = f"unix:path={self.folder}/{name}-bus"

@@ -4,6 +4,7 @@ import json
 import os
 import pathlib
 import re
+import socket
 import subprocess
 import time
 import xml.etree.ElementTree as xml
@@ -143,6 +144,27 @@ class Verbs(RemoteTest):
         self.assertEqual(self.code("show", "settings"), 0)
         self.desktop.wait_for_window("Settings")
 
+    def test_the_bus_starts_the_program_for_a_start_and_for_nothing_else(self):
+        started = self.desktop.folder / "started"
+        program = self.desktop.folder / "program"
+        program.write_text(f"#!/bin/sh\ntouch {started}\nexec {PROGRAM} --background\n")
+        program.chmod(0o700)
+        (self.desktop.folder / "services" / f"{NAME}.service").write_text(
+            f"[D-BUS Service]\nName={NAME}\nExec={program}\n")
+        connection = self.desktop.bus()
+        connection.call_blocking(dbus.BUS_DAEMON_NAME, dbus.BUS_DAEMON_PATH, dbus.BUS_DAEMON_IFACE, "ReloadConfig", "", [])
+        environment = {name: self.desktop.environment[name] for name in ("DISPLAY", "HOME", "XDG_RUNTIME_DIR")}
+        connection.call_blocking(dbus.BUS_DAEMON_NAME, dbus.BUS_DAEMON_PATH, dbus.BUS_DAEMON_IFACE,
+                                 "UpdateActivationEnvironment", "a{ss}", [environment])
+        del self.desktop.environment["DISPLAY"]  # as over ssh
+        for verb in ("status", "pause", "quit"):
+            self.assertEqual(self.code(verb), 3)
+        self.assertFalse(started.exists())
+        self.assertEqual(self.code("toggle"), 0)
+        self.addCleanup(self.code, "quit")
+        self.assertTrue(started.exists())
+        self.assertEqual(self.status()["state"], "running")
+
     def test_a_launchers_action_acts_without_a_window(self):
         self.start_in_background()
         bus = self.desktop.bus()
@@ -157,6 +179,22 @@ class VerbsWithoutBus(RemoteTest):
 
     def test_the_programs_own_socket_serves_where_there_is_no_bus(self):
         self.assert_verbs()
+
+    def ask_socket(self, *words):
+        path, = (self.desktop.folder / "runtime").glob("brevlin-*")
+        with socket.socket(socket.AF_UNIX) as client:
+            client.settimeout(10)
+            client.connect(str(path))
+            client.sendall(("\tcontrol\t" + "\t".join(words) + "\n").encode())
+            return client.makefile().readline().rstrip("\n").split("\t")
+
+    def test_a_change_between_two_questions_over_the_socket_is_told_at_the_second(self):
+        self.start_in_background()
+        revision = self.ask_socket("status")[1]
+        self.assertEqual(self.ask_socket("start"), ["ok"])
+        wait_for("another revision", lambda: self.ask_socket("status")[1] != revision)
+        self.assertIn("running", self.ask_socket("await", revision)[3])
+        self.assertEqual(self.ask_socket("dance"), ["refused"])
 
     def test_a_follower_on_the_socket_outlives_the_program(self):
         self.assert_follows()

@@ -42,6 +42,14 @@ protected:
         std::string state;
         return bool(status >> identifier >> name >> state) && state != "Z" && state != "X";
     }
+    static void expectEnds(int process)
+    {
+        const auto deadline = std::chrono::steady_clock::now() + 5s;
+        while (isRunning(process) && std::chrono::steady_clock::now() < deadline) {
+            std::this_thread::yield();
+        }
+        EXPECT_FALSE(isRunning(process));
+    }
     HookResult only()
     {
         const auto results = programs.run(call);
@@ -85,20 +93,18 @@ TEST_F(HookProgramsTest, that_take_too_long_are_ended_with_their_children_though
     const HookResult result = only();
     EXPECT_EQ(result.kind, Kind::tookTooLong);
     const int child = std::stoi(result.output);
-    const auto deadline = std::chrono::steady_clock::now() + 5s;
-    while (isRunning(child) && std::chrono::steady_clock::now() < deadline) {
-        std::this_thread::yield();
-    }
-    EXPECT_FALSE(isRunning(child));
+    expectEnds(child);
 }
 
-TEST_F(HookProgramsTest, are_asked_before_they_are_killed)
+TEST_F(HookProgramsTest, are_asked_before_they_are_killed_and_take_along_who_does_not_heed_it)
 {
-    add("hangs", "trap 'echo bye; exit 0' TERM; while :; do sleep 0.01; done");
+    add("hangs", "trap 'echo bye; exit 0' TERM; sh -c 'trap \"\" TERM; echo $$; sleep 60' & while :; do "
+                 "sleep 0.01; done");
     const HookResult result = only();
     EXPECT_EQ(result.kind, Kind::tookTooLong);
     EXPECT_TRUE(result.output.ends_with("bye\n"))
         << result.output; // after what the shell says of the sleeper
+    expectEnds(std::stoi(result.output));
 }
 
 TEST_F(HookProgramsTest, may_leave_something_running_that_nobody_waits_for)

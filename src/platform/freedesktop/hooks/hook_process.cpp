@@ -61,7 +61,7 @@ std::vector<std::string> environmentWith(const std::vector<std::pair<std::string
     }
     for (const auto& [name, value] : variables) {
         // What stands before the end of a text is all that an environment can hold of it.
-        result.push_back(name + "=" + value.c_str());
+        result.push_back(name + "=" + value.substr(0, value.find('\0')));
     }
     return result;
 }
@@ -133,6 +133,7 @@ private:
 
         std::vector<std::string> environment = environmentWith(call.variables);
         std::vector<char*> assignments;
+        assignments.reserve(environment.size() + 1);
         for (std::string& each : environment) {
             assignments.push_back(each.data());
         }
