@@ -13,7 +13,9 @@ while read -r package purpose _; do
     done
 done <"$folder/packages.txt"
 
-installed=$(dpkg-query --show --showformat='${db:Status-Abbrev} ${Package}\n' | sed -n 's/^.i *//p')
+# A later Debian may have a package under another name, which provides the former one.
+installed=$(dpkg-query --show --showformat='${db:Status-Abbrev},${Package},${Provides}\n' | sed -n 's/^.i *,//p' |
+    tr ',' '\n' | sed 's/(.*//; s/ //g')
 missing=()
 for package in "${wanted[@]}"; do
     grep -qx -- "$package" <<<"$installed" || missing+=("$package")

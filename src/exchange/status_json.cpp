@@ -44,7 +44,7 @@ std::string toMilliseconds(Instant instant, const TimeZoneRules& zone)
 {
     constexpr double perSecond = 1000.0;
     constexpr std::size_t offsetWidth = 6; // +01:00
-    constexpr double limit = 3e11; // a damaged timer may end at any time, or never
+    constexpr double limit = 3e11;         // a damaged timer may end at any time, or never
     const double milliseconds =
         std::floor(std::clamp(instant.time_since_epoch().count(), -limit, limit) * perSecond);
     const double seconds = std::floor(milliseconds / perSecond);

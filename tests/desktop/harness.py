@@ -364,11 +364,12 @@ class DesktopTest(unittest.TestCase):
             self.fail("BREVLIN_PROGRAM names no program to test; CTest sets it")
         self.desktop = Desktop()
         self.addCleanup(self.desktop.close)
-        self.desktop.start_display(self.manager, self.screen)
+        # Before the window manager, which starts one by dbus-launch where it finds none.
         if self.has_session_bus:
             self.desktop.start_bus()
         else:
             self.desktop.environment["DBUS_SESSION_BUS_ADDRESS"] = f"unix:path={self.desktop.folder}/no-session-bus"
+        self.desktop.start_display(self.manager, self.screen)
 
     def start_and_wait(self):
         """The process and its window, which has the keyboard."""

@@ -46,13 +46,13 @@ public:
         for (int index = 0; index < 60; ++index) {
             SessionRecord record = makeRecord();
             if (upTo(3) == 0) {
-                SessionDetails details;
-                details.pauses = {{record.actualStartAt, record.endedAt - Seconds{1.0 / 3.0}}};
-                details.absences = {{record.actualStartAt, record.endedAt, AbsenceDecision::doNotCount},
-                                    {record.endedAt, std::nullopt, AbsenceDecision::undecided}};
-                details.asRecorded = makeRecord();
-                details.beforeAbsences = makeRecord();
-                this->details.emplace(record.id, details);
+                SessionDetails known;
+                known.pauses = {{record.actualStartAt, record.endedAt - Seconds{1.0 / 3.0}}};
+                known.absences = {{record.actualStartAt, record.endedAt, AbsenceDecision::doNotCount},
+                                  {record.endedAt, std::nullopt, AbsenceDecision::undecided}};
+                known.asRecorded = makeRecord();
+                known.beforeAbsences = makeRecord();
+                details.emplace(record.id, known);
             }
             records.push_back(std::move(record));
         }

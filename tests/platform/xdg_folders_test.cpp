@@ -19,11 +19,11 @@ TEST(XdgFolders, follow_the_environment_where_it_names_absolute_paths)
         XdgEnvironment environment;
         XdgFolders expected;
     } cases[] = {
-        {{"/home/a", {}, {}}, fromHome},
-        {{"/home/a", "", "relative/config"}, fromHome},
+        {{"/home/a", {}, {}, {}}, fromHome},
+        {{"/home/a", "", "relative/config", {}}, fromHome},
         {{"/home/a", "/data/", "/config", "/state/"}, {"/data", "/config", "/state"}},
         {{{}, "/data", {}, {}, "/var/tmp"}, {"/data", "/var/tmp", "/var/tmp"}},
-        {{"not/absolute", {}, {}}, {"/tmp", "/tmp", "/tmp"}},
+        {{"not/absolute", {}, {}, {}}, {"/tmp", "/tmp", "/tmp"}},
     };
     for (const auto& [environment, expected] : cases) {
         EXPECT_EQ(xdgFolders(environment), expected) << expected.data;

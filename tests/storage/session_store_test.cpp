@@ -177,8 +177,8 @@ TEST_F(SessionStoreTest, what_others_have_written_into_the_file_is_kept)
     EXPECT_EQ(m_changes, 1);
 
     files.beforeReplacing = [&] {
-        test::FakeDocumentThread thread;
-        SessionStore other({path, {}}, {files, thread, scheduler, clock});
+        test::FakeDocumentThread theirThread;
+        SessionStore other({path, {}}, {files, theirThread, scheduler, clock});
         other.insert(session(8, 100.0));
     };
     store.insert(session(9, 200.0));

@@ -13,6 +13,10 @@ Expected<JsonDocument, DocumentError> JsonDocument::parse(const std::string& tex
     if (content.starts_with(byteOrderMark)) {
         content.remove_prefix(byteOrderMark.size());
     }
+    if (content.starts_with(byteOrderMark)) {
+        // Newer parsers would skip one themselves.
+        return Unexpected{DocumentError{"The document has two byte order marks"}};
+    }
     JsonDocument document;
     document.m_parser = std::make_unique<simdjson::dom::parser>();
     simdjson::error_code error = document.m_parser->allocate(content.size(), deepest);

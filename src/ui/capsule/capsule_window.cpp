@@ -46,9 +46,10 @@ CapsuleWindow::CapsuleWindow(FloatingWindowSystem& system)
     , m_opacity(*this)
 {
     m_curve.addCubicBezierSegment({0.22, 0.82}, {0.24, 1.0}, {1.0, 1.0});
+    // Before the title, with which newer versions of Qt make the window's interface.
+    makeSpokenGroup(*this, QAccessible::Window, [this] { return m_view->name(); });
     setWindowTitle(QStringLiteral("顶部专注胶囊"));
     setWindowRole(QStringLiteral("capsule"));
-    makeSpokenGroup(*this, QAccessible::Window, [this] { return m_view->name(); });
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_AlwaysShowToolTips); // it is never the active window

@@ -129,15 +129,13 @@ void TimerControlRow::rebuild(const std::vector<Control>& controls)
 {
     // The keyboard stays with its control, or in another state of the timer with the one that goes on with
     // it: left to Qt it would wander to whatever comes next, and Space would then press that.
+    const std::vector<CapsuleButton*> former = std::exchange(m_buttons, {});
     std::optional<QString> focused;
-    for (CapsuleButton* button : m_buttons) {
-        if (!focused && button->hasFocus()) { // hiding it hands it on to the next one
+    for (const CapsuleButton* button : former) {
+        if (button->hasFocus()) {
             focused = button->text();
         }
-        button->hide();
-        button->deleteLater();
     }
-    m_buttons.clear();
     const TimerSnapshot& snapshot = m_model.snapshot();
     const auto state = std::pair{snapshot.phase, snapshot.runState};
     const bool isSameState = std::exchange(m_shownState, state) == state;
@@ -159,6 +157,11 @@ void TimerControlRow::rebuild(const std::vector<Control>& controls)
         if (focused && (isKept ? control.text == focused : control.isOnSpace || control.isPrimary)) {
             button->setFocus(Qt::TabFocusReason);
         }
+    }
+    // Not before: hiding the one with the keyboard hands it on at once, and a screen reader says to whom.
+    for (CapsuleButton* button : former) {
+        button->hide();
+        button->deleteLater();
     }
     arrange();
 }

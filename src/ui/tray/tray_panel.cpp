@@ -60,10 +60,11 @@ TrayPanel::TrayPanel(AppModel& model, WindowSystem& windowSystem, const Floating
     , m_more(new MoreButton(this))
 {
     setAttribute(Qt::WA_TranslucentBackground);
-    setWindowTitle(QStringLiteral("Brevlin"));
+    // Before the title, with which newer versions of Qt make the window's interface.
     makeSpokenGroup(
         *this, QAccessible::Window, [this] { return qtText(panelText.in(m_model.language())); },
         [this] { return readableText(*this); });
+    setWindowTitle(QStringLiteral("Brevlin"));
     // Holds the keyboard until Tab moves it, so that Space is the timer's.
     setFocusPolicy(Qt::ClickFocus);
     layOut();

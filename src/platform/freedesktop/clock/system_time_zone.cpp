@@ -22,7 +22,7 @@ constexpr qint64 tableEnd = 4'133'980'800;
 
 QDateTime instant(qint64 unixTime)
 {
-    return QDateTime::fromSecsSinceEpoch(unixTime, Qt::UTC);
+    return QDateTime::fromSecsSinceEpoch(unixTime, QTimeZone::utc());
 }
 
 TimeZone rulesOf(const QTimeZone& zone, const std::string& identifier)

@@ -28,7 +28,7 @@ bool hasLabel(std::string_view intention, const std::string& wanted)
                             });
 }
 
-std::optional<std::string_view> quoted(std::string_view text)
+std::optional<std::string_view> betweenQuotes(std::string_view text)
 {
     for (std::size_t mark = 0; mark < openingMarks.size(); ++mark) {
         if (text.size() >= openingMarks[mark].size() + closingMarks[mark].size() &&
@@ -46,7 +46,7 @@ std::optional<std::string_view> quoted(std::string_view text)
 HistoryFilter::HistoryFilter(std::string_view text)
 {
     const std::string typed = typedIntention(text, text.size());
-    if (const auto exact = quoted(typed)) {
+    if (const auto exact = betweenQuotes(typed)) {
         m_exact = std::string(*exact);
         return;
     }
@@ -65,7 +65,7 @@ void HistoryFilter::add(std::string_view word)
     constexpr std::string_view fullWidthSign = "＃";
     if (const auto date = dateOf(word)) {
         m_dates.push_back(*date);
-    } else if (const auto label = word.starts_with('#') ? quoted(word.substr(1)) : std::nullopt) {
+    } else if (const auto label = word.starts_with('#') ? betweenQuotes(word.substr(1)) : std::nullopt) {
         m_label = foldedCase(*label);
     } else if (word.size() > 1 && word.front() == '#') {
         m_labels.push_back(foldedCase(word.substr(1)));

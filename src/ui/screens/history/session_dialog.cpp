@@ -16,6 +16,7 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QTimeZone>
 
 #include <algorithm>
 #include <chrono>
@@ -52,7 +53,7 @@ QDateTime wallClock(Instant instant, const Calendar& calendar)
     const int minute = static_cast<int>(std::fmod(std::max(sinceHour.count(), 0.0), 3600.0) / 60);
     return {QDate(static_cast<int>(day.year()), static_cast<int>(static_cast<unsigned>(day.month())),
                   static_cast<int>(static_cast<unsigned>(day.day()))),
-            QTime(calendar.hour(instant), minute), Qt::UTC};
+            QTime(calendar.hour(instant), minute), QTimeZone::utc()};
 }
 
 Instant instantAt(const QDateTime& wall, const Calendar& calendar)
