@@ -25,15 +25,6 @@ const QString objectPath = QStringLiteral("/com/quillmark/Brevlin");
 constexpr int answerTimeout = 3000; // milliseconds; only a second start waits, with nothing else to do
 constexpr std::chrono::milliseconds socketPatience{answerTimeout};
 
-QDBusMessage busCall(const QString& method, const QVariantList& arguments)
-{
-    QDBusMessage message = QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"),
-                                                          QStringLiteral("/org/freedesktop/DBus"),
-                                                          QStringLiteral("org.freedesktop.DBus"), method);
-    message.setArguments(arguments);
-    return message;
-}
-
 } // namespace
 
 QString launchToken()
@@ -79,7 +70,11 @@ void ApplicationInstance::retire()
 {
     if (m_object && m_bus.isOpen()) {
         // Not by Qt's own interface, which waits for the bus.
-        m_bus.connection().send(busCall(QStringLiteral("ReleaseName"), {busName}));
+        QDBusMessage release = QDBusMessage::createMethodCall(
+            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("ReleaseName"));
+        release << busName;
+        m_bus.connection().send(release);
     }
     m_object.reset();
     m_isRetired = true;
@@ -100,8 +95,8 @@ void ApplicationInstance::serveBus()
     m_object = std::make_unique<BusObject>(m_bus, objectPath);
     m_object->add(*m_service);
     m_bus.whenOpen(m_object.get(), [this] {
-        constexpr uint doNotQueue = 4;
-        m_bus.connection().send(busCall(QStringLiteral("RequestName"), {busName, doNotQueue}));
+        m_bus.connection().interface()->registerService(busName, QDBusConnectionInterface::DontQueueService,
+                                                        QDBusConnectionInterface::DontAllowReplacement);
     });
 }
 
