@@ -165,8 +165,17 @@ def start_phase(desktop):
     desktop.wait_for_state("running")
 
 
+def start_in_background(desktop):
+    """With a phase that runs, and without a window."""
+    process = desktop.run_in_background([PROGRAM, "--background"])
+    wait_for("a program that answers", lambda: desktop.ask(PROGRAM, "status"))
+    desktop.ask(PROGRAM, "start")
+    desktop.wait_for_state("running")
+    return process
+
+
 def measure_memory():
-    ours, theirs = [], []
+    ours, without_window, theirs = [], [], []
     for _ in range(MEMORY_TURNS):
         # One at a time: what two programs share would count half.
         with new_desktop() as desktop:
@@ -179,7 +188,13 @@ def measure_memory():
             start_phase(desktop)
             time.sleep(SETTLING)
             ours.append(proportional_memory(process))
+        with new_desktop() as desktop:
+            desktop.set_preferences(focus=1500, capsule=False)
+            process = start_in_background(desktop)
+            time.sleep(SETTLING)
+            without_window.append(proportional_memory(process))
     print_ratio("memory (PSS), phase running / empty window", ours, theirs, 1.3, "MB")
+    print_ratio("the same, started without the window", without_window, theirs, 1.3, "MB")
 
 
 def processor_time(process):

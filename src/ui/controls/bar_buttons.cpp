@@ -6,6 +6,7 @@
 #include "ui/style/theme.h"
 #include "ui/style/typography.h"
 
+#include <QEvent>
 #include <QFontMetricsF>
 #include <QPainter>
 
@@ -106,6 +107,14 @@ void WindowButton::setKind(Kind kind)
 {
     m_kind = kind;
     update();
+}
+
+bool WindowButton::event(QEvent* event)
+{
+    if (event->type() == QEvent::WindowActivate || event->type() == QEvent::WindowDeactivate) {
+        update();
+    }
+    return PlainButton::event(event);
 }
 
 void WindowButton::paintEvent(QPaintEvent*)

@@ -22,31 +22,34 @@ constexpr int edge = 8;                     // points; inside it a card is plain
 // How much of the shadow remains in each of the four one-point bands outside its edge.
 constexpr std::array shadowBands{0.42, 0.23, 0.1, 0.03};
 
-void paintShadow(QPainter& painter, const QRectF& card, const Theme& theme)
+void paintShadow(QPainter& painter, const QRectF& card, const Theme& theme, CardGround ground)
 {
     const QRectF shadow = card.translated(0, shadowOffset);
     // Nobody sees it under the card, and to blend it there would be most of the work.
     constexpr double radius = CardSurface::cornerRadius;
     const QRectF hidden = card.adjusted(1, radius, -1, -radius);
     double painted = 0;
+    QColor below = theme.color(ThemeColor::canvas);
     for (std::size_t band = shadowBands.size(); band-- > 0;) {
         const double reach = static_cast<double>(band) + 1;
         // Each wider shape lies under the narrower ones; it adds only what the bands further out lack.
         QPainterPath outline =
             continuousRoundedRect(shadow.adjusted(-reach, -reach, reach, reach), radius + reach);
         outline.addRect(hidden);
-        painter.fillPath(outline, theme.color(ThemeColor::cardShadow, shadowBands[band] - painted));
+        const QColor color = theme.color(ThemeColor::cardShadow, shadowBands[band] - painted);
+        below = paintedOver(color, below);
+        painter.fillPath(outline, ground == CardGround::canvas ? below : color);
         painted = shadowBands[band];
     }
 }
 
-void drawCard(QPainter& painter, const QRectF& card, const Theme& theme)
+void drawCard(QPainter& painter, const QRectF& card, const Theme& theme, CardGround ground)
 {
     constexpr double radius = CardSurface::cornerRadius;
-    paintShadow(painter, card, theme);
-    painter.fillPath(continuousRoundedRect(alignedToPixels(painter, card), radius),
-                     theme.color(ThemeColor::panelBackground));
-    paintHairlineInside(painter, card, radius, theme.color(ThemeColor::cardBorder));
+    const QColor panel = theme.color(ThemeColor::panelBackground);
+    paintShadow(painter, card, theme, ground);
+    painter.fillPath(continuousRoundedRect(alignedToPixels(painter, card), radius), panel);
+    paintHairlineInside(painter, card, radius, paintedOver(theme.color(ThemeColor::cardBorder), panel));
 }
 
 // A small card. Shadow and corners take longer to draw than the rest of a screen, and are the same on every
@@ -66,11 +69,27 @@ QPixmap cardPicture(int pixels, const Theme& theme, CardGround ground)
         QPainter painter(&picture);
         painter.setRenderHint(QPainter::Antialiasing);
         const QRect whole(0, 0, pictureSize, pictureSize);
-        drawCard(painter, whole.marginsRemoved(CardSurface::shadowMargins), theme);
+        drawCard(painter, whole.marginsRemoved(CardSurface::shadowMargins), theme, ground);
         painter.end();
         QPixmapCache::insert(key, picture);
     }
     return picture;
+}
+
+// The lines that a card has between two of its corners, each of one colour. Qt would hand a stretched picture
+// to several threads, and to wait for them takes longer than the lines do.
+void fillLines(QPainter& painter, const QRect& place, Qt::Orientation direction, const QImage& picture,
+               const QPoint& source, int pixels)
+{
+    const bool areRows = direction == Qt::Horizontal;
+    for (int line = 0; line < edge * pixels; ++line) {
+        const QPoint pixel = source * pixels + (areRows ? QPoint(0, line) : QPoint(line, 0));
+        const double offset = static_cast<double>(line) / pixels;
+        const double breadth = 1.0 / pixels;
+        painter.fillRect(areRows ? QRectF(place.x(), place.y() + offset, place.width(), breadth)
+                                 : QRectF(place.x() + offset, place.y(), breadth, place.height()),
+                         picture.pixelColor(pixel));
+    }
 }
 
 } // namespace
@@ -117,7 +136,7 @@ void paintCardSurface(QPainter& painter, const QRect& whole, const Theme& theme,
     const auto pixels = static_cast<int>(scale);
     if (whole.width() < pictureSize || whole.height() < pictureSize || scale != pixels) {
         painter.setRenderHint(QPainter::Antialiasing);
-        drawCard(painter, whole.marginsRemoved(CardSurface::shadowMargins), theme);
+        drawCard(painter, whole.marginsRemoved(CardSurface::shadowMargins), theme, ground);
         return;
     }
     const QPixmap picture = cardPicture(pixels, theme, ground);
@@ -137,10 +156,14 @@ void paintCardSurface(QPainter& painter, const QRect& whole, const Theme& theme,
     const int width = right - left - corner;
     const int height = bottom - top - corner;
     constexpr int farEdge = pictureSize - edge;
-    draw({left + corner, top, width, edge}, {corner, 0, 1, edge});
-    draw({left + corner, whole.bottom() + 1 - edge, width, edge}, {corner, farEdge, 1, edge});
-    draw({left, top + corner, edge, height}, {0, corner, edge, 1});
-    draw({whole.right() + 1 - edge, top + corner, edge, height}, {farEdge, corner, edge, 1});
+    const QImage image = picture.toImage();
+    const auto fill = [&](const QRect& target, Qt::Orientation direction, const QPoint& source) {
+        fillLines(painter, target, direction, image, source, pixels);
+    };
+    fill({left + corner, top, width, edge}, Qt::Horizontal, {corner, 0});
+    fill({left + corner, whole.bottom() + 1 - edge, width, edge}, Qt::Horizontal, {corner, farEdge});
+    fill({left, top + corner, edge, height}, Qt::Vertical, {0, corner});
+    fill({whole.right() + 1 - edge, top + corner, edge, height}, Qt::Vertical, {farEdge, corner});
     const QColor surface = theme.color(ThemeColor::panelBackground);
     painter.fillRect(left + corner, top + edge, width, corner - edge, surface);
     painter.fillRect(left + edge, top + corner, whole.width() - 2 * edge, height, surface);

@@ -46,19 +46,10 @@ ControlState PlainButton::state() const
 
 bool PlainButton::event(QEvent* event)
 {
-    switch (event->type()) {
-    case QEvent::ShortcutOverride:
-        if (m_standsInRow && distanceOf(static_cast<QKeyEvent*>(event)->key()) != 0) {
-            event->accept(); // a screen's own arrow keys stand back
-            return true;
-        }
-        break;
-    case QEvent::WindowActivate:
-    case QEvent::WindowDeactivate:
-        update();
-        break;
-    default:
-        break;
+    if (event->type() == QEvent::ShortcutOverride && m_standsInRow &&
+        distanceOf(static_cast<QKeyEvent*>(event)->key()) != 0) {
+        event->accept(); // a screen's own arrow keys stand back
+        return true;
     }
     return QAbstractButton::event(event);
 }

@@ -315,8 +315,19 @@ void MainWindow::changeEvent(QEvent* event)
         m_frame->refresh();
         rememberGeometry();
     } else if (event->type() == QEvent::ActivationChange) {
-        update();
+        repaintActivity();
     }
+}
+
+// What looks otherwise on the active window, beside its buttons: the shadow, which shows behind the content's
+// corners, too.
+void MainWindow::repaintActivity()
+{
+    constexpr auto radius = static_cast<int>(WindowFrame::cornerRadius);
+    const QRect content = rect().marginsRemoved(m_frame->margins());
+    const QRegion unchanged =
+        QRegion(content.adjusted(0, radius, 0, -radius)) + content.adjusted(radius, 0, -radius, 0);
+    update(QRegion(rect()) - unchanged);
 }
 
 bool MainWindow::focusNextPrevChild(bool isNext)
@@ -357,6 +368,9 @@ void MainWindow::showEvent(QShowEvent* event)
 
 void MainWindow::paintEvent(QPaintEvent* event)
 {
+    if (!std::exchange(m_isPainted, true)) {
+        QMetaObject::invokeMethod(this, &MainWindow::painted, Qt::QueuedConnection);
+    }
     // The content covers what lies inside.
     if (!rect().marginsRemoved(m_frame->margins()).contains(event->rect())) {
         QPainter painter(this);

@@ -37,6 +37,8 @@ Q_SIGNALS:
     void alertSizeRequested();
     void quitRequested();
     void settingsRequested();
+    /// For the first time, and on its way to the screen.
+    void painted();
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -63,6 +65,7 @@ private:
     void toggleMaximized();
     void toggleFullScreen();
     void showWindowMenu(const QPoint& globalPosition);
+    void repaintActivity();
 
     AppModel& m_model;
     MainWindowStore& m_store;
@@ -72,6 +75,7 @@ private:
     WindowFrame* m_frame;
     WindowGeometry m_normalGeometry; // of the content, without the margin for the shadow
     WindowGeometry m_savedGeometry;
+    bool m_isPainted = false;
     int m_saveTimer = 0;
     int m_placedTimer = 0;   // until the window manager has placed the window
     bool m_isPlaced = false; // shown once, so that the window manager has given it a place

@@ -12,15 +12,18 @@
 
 namespace brevlin {
 
-MessagePresenter::MessagePresenter(AppMessages& messages, std::vector<QWidget*> windows,
+MessagePresenter::MessagePresenter(AppMessages& messages,
                                    std::function<void(const std::string&, const std::string&)> notify,
                                    QObject* parent)
-    : QObject(parent), m_messages(messages), m_windows(std::move(windows)), m_notify(std::move(notify))
+    : QObject(parent), m_messages(messages), m_notify(std::move(notify))
 {
-    for (QWidget* window : m_windows) {
-        window->installEventFilter(this);
-    }
     connect(&messages, &AppMessages::appMessageChanged, this, &MessagePresenter::present);
+}
+
+void MessagePresenter::addWindow(QWidget* window)
+{
+    m_windows.emplace_back(window);
+    window->installEventFilter(this);
 }
 
 void MessagePresenter::start()
@@ -81,7 +84,7 @@ void MessagePresenter::notifyOfNewMessages()
 QWidget* MessagePresenter::frontWindow() const
 {
     const auto isOpen = [](const QWidget* window) {
-        return window->isVisible() && !window->isMinimized();
+        return window != nullptr && window->isVisible() && !window->isMinimized();
     };
     const auto active = std::find(m_windows.begin(), m_windows.end(), QApplication::activeWindow());
     if (active != m_windows.end() && isOpen(*active)) {

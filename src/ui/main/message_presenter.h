@@ -24,10 +24,12 @@ class MessagePresenter final : public QObject
     Q_OBJECT
 
 public:
-    /// The first window of those that are open is taken where none of them is active.
-    MessagePresenter(AppMessages& messages, std::vector<QWidget*> windows,
+    MessagePresenter(AppMessages& messages,
                      std::function<void(const std::string& title, const std::string& text)> notify,
                      QObject* parent = nullptr);
+
+    /// One in front of which messages may be shown: the active one, else the first that is open.
+    void addWindow(QWidget* window);
 
     /// From now on: before the first window had its chance to open, nothing counts as closed.
     void start();
@@ -41,7 +43,7 @@ private:
     QWidget* frontWindow() const;
 
     AppMessages& m_messages;
-    std::vector<QWidget*> m_windows;
+    std::vector<QPointer<QWidget>> m_windows;
     std::function<void(const std::string&, const std::string&)> m_notify;
     QPointer<MessageDialog> m_dialog;
     std::set<Uuid> m_notified;

@@ -1,5 +1,7 @@
 #include "ui/style/theme.h"
 
+#include <QImage>
+#include <QPainter>
 #include <QWidget>
 
 #include <algorithm>
@@ -141,6 +143,14 @@ ThemeColor textFor(ThemeColor tint)
     default:
         return tint;
     }
+}
+
+QColor paintedOver(const QColor& top, const QColor& bottom)
+{
+    QImage pixel(1, 1, QImage::Format_RGB32);
+    pixel.fill(bottom);
+    QPainter(&pixel).fillRect(pixel.rect(), top);
+    return pixel.pixelColor(0, 0);
 }
 
 QColor blended(const QColor& top, const QColor& bottom)

@@ -70,5 +70,8 @@ ThemeColor textFor(ThemeColor tint);
 
 /// `top` painted over the opaque `bottom`.
 QColor blended(const QColor& top, const QColor& bottom);
+/// The very colour that a painter gives. What is painted with it needs no blending, which Qt spreads over
+/// several threads and waits for: a window's first picture takes longer for that.
+QColor paintedOver(const QColor& top, const QColor& bottom);
 
 } // namespace brevlin

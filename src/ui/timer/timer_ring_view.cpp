@@ -268,7 +268,8 @@ void TimerRingView::paint(QPainter& painter, const QRect& part) const
     QRectF inside(0, 0, inner, inner);
     inside.moveCenter(QRectF(rect()).center());
     if (!inside.contains(part)) {
-        QPen pen(theme.color(color, 0.12), m_metrics.lineWidth);
+        const QColor track = theme.color(color, 0.12);
+        QPen pen(m_backdrop ? paintedOver(track, theme.color(*m_backdrop)) : track, m_metrics.lineWidth);
         pen.setCapStyle(Qt::FlatCap);
         painter.setPen(pen);
         painter.drawEllipse(circle());

@@ -13,6 +13,7 @@
 #include "ui/main/timer_card.h"
 #include "ui/main/today_strip.h"
 #include "ui/main/top_bar.h"
+#include "ui/main/windows.h"
 #include "ui/screens/settings/import_dialog.h"
 #include "ui/screens/statistics/breakdown_row.h"
 #include "ui/timer/timer_control_row.h"
@@ -43,11 +44,11 @@ protected:
         launch();
         m_selection = std::make_unique<SectionSelection>(m_store);
         m_window = std::make_unique<MainWindow>(model(), *m_selection, m_store, m_windowSystem, m_panels);
-        m_presenter =
-            std::make_unique<MessagePresenter>(model().messages(), std::vector<QWidget*>{m_window.get()},
-                                               [this](const std::string& title, const std::string& text) {
-                                                   m_notified.push_back(title + ": " + text);
-                                               });
+        m_presenter = std::make_unique<MessagePresenter>(
+            model().messages(), [this](const std::string& title, const std::string& text) {
+                m_notified.push_back(title + ": " + text);
+            });
+        m_presenter->addWindow(m_window.get());
         m_window->present({});
         m_presenter->start();
         QApplication::processEvents();
@@ -86,6 +87,30 @@ protected:
     std::unique_ptr<MessagePresenter> m_presenter;
     std::vector<std::string> m_notified;
 };
+
+TEST_F(MainWindowTest, windows_are_made_once_and_only_when_they_are_asked_for)
+{
+    launch();
+    SectionSelection selection(m_store);
+    Windows windows(model(), selection, m_store, m_windowSystem, m_panels);
+    std::vector<QWidget*> made;
+    int paintings = 0;
+    QObject::connect(&windows, &Windows::made, &windows, [&](QWidget* window) { made.push_back(window); });
+    QObject::connect(&windows, &Windows::painted, &windows, [&] { ++paintings; });
+    windows.close();
+    EXPECT_TRUE(made.empty());
+    windows.presentSettings();
+    windows.presentMain({});
+    windows.showMain();
+    QApplication::processEvents();
+    made.at(1)->repaint();
+    QApplication::processEvents();
+    ASSERT_EQ(made.size(), 2U);
+    EXPECT_TRUE(made[0]->isVisible() && made[1]->isVisible());
+    EXPECT_EQ(paintings, 1);
+    windows.close();
+    EXPECT_FALSE(made[0]->isVisible() || made[1]->isVisible());
+}
 
 TEST_F(MainWindowTest, the_controls_are_those_of_the_state_and_the_language)
 {

@@ -15,13 +15,14 @@ DesktopStatusItem::DesktopStatusItem(MessageBus& bus, TaskScheduler& scheduler)
     connect(&m_item, &StatusNotifierItem::labelAsked, &m_host, &StatusNotifierHost::labelAsked);
     connect(&m_busMenu, &StatusBusMenu::rowChosen, this,
             [this](const QString& identifier) { tellChosen(identifier.toStdString()); });
-    // Not from here: what the item shows is still to come.
     connect(&m_host, &StatusNotifierHost::changed, this, &DesktopStatusItem::followHost);
-    QMetaObject::invokeMethod(this, &DesktopStatusItem::followHost, Qt::QueuedConnection);
 }
 
 void DesktopStatusItem::followHost()
 {
+    if (!m_isFilled) {
+        return;
+    }
     m_item.setIsCollected(m_host.isCollecting());
     m_item.setShowsLabel(m_host.showsLabels());
     const bool isX11 = QGuiApplication::platformName() == QLatin1String("xcb");
@@ -40,6 +41,10 @@ void DesktopStatusItem::setPictures(const StatusPictures& pictures)
 {
     m_pictures = pictures;
     m_item.setPictures(pictures);
+    if (!std::exchange(m_isFilled, true)) {
+        // Not from here: the rest of what the item shows is still to come.
+        QMetaObject::invokeMethod(this, &DesktopStatusItem::followHost, Qt::QueuedConnection);
+    }
     if (m_xembed) {
         m_xembed->setPictures(pictures);
     }

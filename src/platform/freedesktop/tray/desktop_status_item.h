@@ -34,6 +34,7 @@ private:
     Observer m_observer;
     StatusPictures m_pictures;
     StatusTexts m_texts;
+    bool m_isFilled = false; // with what it shows
     std::vector<StatusMenuRow> m_rows;
     StatusNotifierItem m_item;
     StatusBusMenu m_busMenu;
