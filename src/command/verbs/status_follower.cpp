@@ -21,6 +21,9 @@ Instant now()
     return instantFromUnixTime(std::chrono::system_clock::now().time_since_epoch());
 }
 
+constexpr int mostLooks = 50;
+constexpr int lookInterval = 100; // milliseconds
+
 AppLanguage languageOf(const ControlAnswer& answer)
 {
     return answer.language == localeIdentifier(AppLanguage::simplifiedChinese)
@@ -76,6 +79,15 @@ private:
         }
     }
 
+    void lookAgain()
+    {
+        if (m_looksLeft > 0) {
+            --m_looksLeft;
+            look();
+            m_looksLeft = isStatus(m_answer) ? 0 : m_looksLeft;
+        }
+    }
+
     void awaitChange()
     {
         if (isStatus(m_answer) && !m_links.socket().await(m_answer->revision)) {
@@ -94,9 +106,12 @@ private:
         return writeOut(m_line);
     }
 
-    // Whatever the answer, what passes by itself is reckoned, not asked for.
-    int untilNextSecond() const
+    // A socket is there a moment before it is listened to. What passes by itself is reckoned, not asked for.
+    int untilNextLook() const
     {
+        if (m_looksLeft > 0) {
+            return lookInterval;
+        }
         const auto status = m_command.isEverySecond && isStatus(m_answer) ? statusFromJson(m_answer->text)
                                                                           : Unexpected{DocumentError{}};
         if (!status || !status->endsAt) {
@@ -115,7 +130,8 @@ private:
         std::array<pollfd, 4> all{pollfd{STDOUT_FILENO, 0, 0}, pollfd{busDescriptor, POLLIN, 0},
                                   pollfd{m_links.socket().descriptor(), POLLIN, 0},
                                   pollfd{isStatus(m_answer) ? -1 : m_folder.get(), POLLIN, 0}};
-        if (::poll(all.data(), all.size(), untilNextSecond()) <= 0) {
+        if (::poll(all.data(), all.size(), untilNextLook()) <= 0) {
+            lookAgain();
             return;
         }
         if (all[0].revents != 0) {
@@ -130,7 +146,8 @@ private:
             std::array<char, 4096> events{};
             while (::read(m_folder.get(), events.data(), events.size()) > 0) {
             }
-            look();
+            m_looksLeft = mostLooks;
+            lookAgain();
         }
     }
 
@@ -140,6 +157,7 @@ private:
     FileDescriptor m_folder;
     std::optional<ControlAnswer> m_answer;
     std::string m_line;
+    int m_looksLeft = 0; // for a program that has just appeared
 };
 
 } // namespace
