@@ -7,6 +7,8 @@
 
 namespace brevlin {
 
+class LayerSurfaces;
+
 /// What a window that floats above every other window, without a window manager's help, needs from the window
 /// system. Windows are named by their native identifier; lengths are native pixels.
 class FloatingWindowSystem
@@ -22,6 +24,18 @@ public:
         int height = 0;
 
         bool operator==(const Rectangle&) const = default;
+    };
+
+    struct Size
+    {
+        int width = 0;
+        int height = 0;
+    };
+
+    enum class PointerSight {
+        everywhere, ///< its place, wherever it is
+        inside,     ///< that it enters and leaves a window, and its place there
+        uncertain,  ///< the same, but that it leaves only above other windows of the same X server
     };
 
     enum class Edge { left, right, top, bottom };
@@ -60,9 +74,13 @@ public:
     /// Whether something hides a whole screen that no window manager governs, as a screen locker does:
     /// nothing may be shown above it.
     virtual bool isScreenCovered() = 0;
-    /// Whether the pointer's place is known wherever it is. A Wayland session tells it only above windows of
-    /// its X server.
-    virtual bool knowsPointerEverywhere() const = 0;
+    /// What the window system tells of the pointer.
+    virtual PointerSight pointerSight() const = 0;
+    /// What lays windows where they cannot do so themselves; none where they can.
+    virtual LayerSurfaces* layers() { return nullptr; }
+    /// How much of the screen with this geometry, both in points, panels leave free where their places are
+    /// not told; nothing where they are, and while it is not known.
+    virtual std::optional<Size> freeSize(const Rectangle& /*screen*/) const { return std::nullopt; }
 
     /// Whether translucent pixels show what lies behind them; without this they show black.
     virtual bool isComposited() const = 0;

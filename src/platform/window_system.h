@@ -33,6 +33,8 @@ public:
 
     virtual ~WindowSystem() = default;
 
+    /// Whether windows know and choose their places on the desktop; else only their sizes.
+    virtual bool tellsPlaces() const = 0;
     /// Whether a window may be larger than it looks, with a shadow painted into the margin. May change at any
     /// time.
     virtual bool supportsShadowMargins() const = 0;

@@ -9,6 +9,7 @@ namespace brevlin::test {
 class PlainWindowSystem final : public WindowSystem
 {
 public:
+    bool tellsPlaces() const override { return true; }
     bool supportsShadowMargins() const override { return false; }
     bool isComposited() const override { return false; }
     void setSupportChangeHandler(std::function<void()> /*handler*/) override {}
@@ -28,7 +29,7 @@ public:
     void prepareResize(WindowId /*window*/, const Rectangle& /*from*/, const Rectangle& /*to*/) override {}
     void setShape(WindowId /*window*/, const Shape& /*shape*/) override {}
     bool isScreenCovered() override { return false; }
-    bool knowsPointerEverywhere() const override { return true; }
+    PointerSight pointerSight() const override { return PointerSight::everywhere; }
     bool isComposited() const override { return false; }
     bool blurs() const override { return false; }
     void setBlurredPart(WindowId /*window*/, const std::vector<Rectangle>& /*part*/) override {}

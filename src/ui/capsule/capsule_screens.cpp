@@ -57,6 +57,15 @@ QRect without(const QRect& rect, const QRect& area, FloatingWindowSystem::Edge e
     return rest;
 }
 
+QRect freeGeometry(const QScreen& screen, const FloatingWindowSystem& system)
+{
+    const QRect whole = screen.geometry();
+    if (const auto free = system.freeSize({whole.x(), whole.y(), whole.width(), whole.height()})) {
+        return {whole.topLeft(), QSize(free->width, free->height)};
+    }
+    return screen.availableGeometry();
+}
+
 } // namespace
 
 std::vector<std::uint32_t> displayNumbers(const std::vector<ScreenIdentity>& screens)
@@ -112,9 +121,12 @@ CapsuleScreens currentCapsuleScreens(const FloatingWindowSystem& system)
 {
     std::vector<ScreenFacts> screens;
     for (const QScreen* screen : QGuiApplication::screens()) { // Qt lists the primary one first
+        if (screen->geometry().isEmpty()) {
+            continue; // it stands for those of a desktop that has none now
+        }
         screens.push_back({{screen->manufacturer(), screen->model(), screen->serialNumber(), screen->name()},
                            screen->geometry(),
-                           screen->availableGeometry(),
+                           freeGeometry(*screen, system),
                            screen->devicePixelRatio()});
     }
     return capsuleScreens(screens, system.reservedAreas());

@@ -41,6 +41,7 @@ CapsuleWindow::CapsuleWindow(FloatingWindowSystem& system)
                            Qt::WindowDoesNotAcceptFocus | Qt::X11BypassWindowManagerHint)
     , m_system(system)
     , m_view(new TopCapsuleView(this))
+    , m_surface(makeCapsuleSurface(*this, *m_view, system))
     , m_curve(QEasingCurve::BezierSpline)
     , m_motion(*this)
     , m_opacity(*this)
@@ -61,14 +62,14 @@ CapsuleWindow::CapsuleWindow(FloatingWindowSystem& system)
             m_isDisappearing = false;
             hide();
         } else {
-            setWindowOpacity(opacity);
+            m_surface->setOpacity(opacity);
         }
     });
 }
 
 QRect CapsuleWindow::frame() const
 {
-    return m_view->geometry().translated(pos());
+    return m_view->geometry().translated(m_surface->area().topLeft());
 }
 
 bool CapsuleWindow::covers(const QPoint& point, double distance) const
@@ -85,18 +86,16 @@ bool CapsuleWindow::fades() const
 
 void CapsuleWindow::appear(const QRect& frame, double cornerRadius)
 {
-    const WId window = winId();
-    if (!m_system.knowsPointerEverywhere()) {
+    m_surface->prepare();
+    if (m_system.pointerSight() == FloatingWindowSystem::PointerSight::uncertain) {
         windowHandle()->installEventFilter(this); // again changes nothing
     }
     followSystem();
     m_isDisappearing = false;
     putAt(frame, cornerRadius);
     m_opacity.setValue(fades() ? 0.0 : 1.0);
-    setWindowOpacity(m_opacity.value());
-    m_system.prepareToShow(window);
-    show();
-    m_system.keepAbove(window);
+    m_surface->setOpacity(m_opacity.value());
+    m_surface->show();
     m_opacity.animateTo(1.0, fadeInTiming);
 }
 
@@ -131,7 +130,8 @@ void CapsuleWindow::putAt(const QRect& frame, double cornerRadius)
     endMotion();
     m_target = frame;
     m_cornerRadius = cornerRadius;
-    m_view->setGeometry(frame.translated(-pos()));
+    letFall();
+    m_view->setGeometry(frame.translated(-m_surface->area().topLeft()));
     m_view->setContentPlace(m_view->rect());
     fitWindow();
     updateShape();
@@ -154,22 +154,21 @@ void CapsuleWindow::glideTo(const QRect& frame)
 void CapsuleWindow::fitWindow()
 {
     QRect area = m_spansWay ? m_start | m_target : frame();
-    if (m_hasPointer && !m_system.knowsPointerEverywhere()) {
+    if (m_hasPointer && m_system.pointerSight() == FloatingWindowSystem::PointerSight::uncertain) {
         area.adjust(-sensingMargin, -sensingMargin, sensingMargin, sensingMargin);
     }
-    if (area == geometry()) {
+    const QRect lies = frame();
+    if (!m_surface->hold(area)) {
         return;
     }
-    const QRect lies = frame();
-    m_system.prepareResize(winId(), native(geometry()), native(area));
-    setGeometry(area);
-    m_view->setGeometry(lies.translated(-area.topLeft()));
+    m_view->setGeometry(lies.translated(-m_surface->area().topLeft()));
     updateShape();
     repaint();
 }
 
 void CapsuleWindow::startMotion(const QRect& frame, double cornerRadius)
 {
+    letFall();
     m_motion.setValue(0.0);
     m_start = this->frame();
     m_target = frame;
@@ -214,9 +213,9 @@ void CapsuleWindow::showStep(double share)
 void CapsuleWindow::placeView(const QRect& frame)
 {
     if (!m_spansWay && frame.size() == m_view->size()) {
-        move(pos() + frame.topLeft() - this->frame().topLeft());
+        m_surface->moveBy(frame.topLeft() - this->frame().topLeft());
     } else {
-        m_view->setGeometry(frame.translated(-pos()));
+        m_view->setGeometry(frame.translated(-m_surface->area().topLeft()));
     }
     m_view->setContentPlace(m_target.translated(-frame.topLeft()));
 }
@@ -230,18 +229,13 @@ void CapsuleWindow::updateShape()
         part.seen = shape(ShapeEdge::hard);
     } else if (!m_motion.isRunning()) {
         part.clicked = shape(ShapeEdge::soft);
+    } else if (const auto way = m_surface->clickedOnTheWay(m_start | m_target)) {
+        part.clicked = {nativeRectangle(way->translated(-m_surface->area().topLeft()), *this)};
     }
     m_system.setShape(winId(), part);
     if (m_isBlurred) {
         m_system.setBlurredPart(winId(), shape(ShapeEdge::hard));
     }
-}
-
-FloatingWindowSystem::Rectangle CapsuleWindow::native(const QRect& rect) const
-{
-    const double scale = devicePixelRatioF();
-    return {qRound(rect.x() * scale), qRound(rect.y() * scale), qRound(rect.width() * scale),
-            qRound(rect.height() * scale)};
 }
 
 // Native pixels of the window.
@@ -324,6 +318,7 @@ void CapsuleWindow::mouseMoveEvent(QMouseEvent* event)
         return;
     }
     m_isDragging = true;
+    m_surface->lift();
     Q_EMIT dragged(distance);
 }
 
@@ -340,6 +335,14 @@ void CapsuleWindow::letGo()
     setCursor(Qt::OpenHandCursor);
     if (std::exchange(m_isDragging, false)) {
         Q_EMIT released();
+    }
+}
+
+// What is held is not to slip out of the hand.
+void CapsuleWindow::letFall()
+{
+    if (!m_heldAt) {
+        m_surface->drop();
     }
 }
 
@@ -361,6 +364,7 @@ void CapsuleWindow::hideEvent(QHideEvent* event)
     QWidget::hideEvent(event);
     m_hasPointer = false;
     letGo();
+    letFall();
 }
 
 } // namespace brevlin

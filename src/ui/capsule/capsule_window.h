@@ -2,22 +2,23 @@
 
 #include "platform/floating_window_system.h"
 #include "ui/capsule/capsule_shape.h"
+#include "ui/capsule/capsule_surface.h"
 #include "ui/capsule/top_capsule_view.h"
 #include "ui/style/animation.h"
 
 #include <QEasingCurve>
 #include <QWidget>
 
+#include <memory>
 #include <optional>
 #include <vector>
 
 namespace brevlin {
 
 /// The window that carries the capsule, governed by no window manager. At rest it is exactly as large as the
-/// capsule and lets clicks beside its round ends through; while the capsule moves it spans the way, so that
-/// nothing has to be resized with every frame. Where the pointer is known above windows of the X server only,
-/// it has a margin while the pointer is inside, so that the pointer is seen leaving. All rectangles are
-/// points of the desktop.
+/// capsule, where it places itself, and lets clicks beside its round ends through; while the capsule moves it
+/// spans the way, so that nothing has to be resized with every frame. Where the pointer's leaving may stay
+/// unseen, it has a margin while the pointer is inside. All rectangles are points of the desktop.
 class CapsuleWindow final : public QWidget
 {
     Q_OBJECT
@@ -32,6 +33,8 @@ public:
     /// Whether the point lies in the capsule's shape grown by this many points.
     bool covers(const QPoint& point, double distance) const;
     bool isMoving() const { return m_motion.isRunning(); }
+    /// Whether it is nowhere to be seen until it is put somewhere again.
+    bool isLost() const { return m_surface->isLost(); }
     bool isHeld() const { return m_heldAt.has_value(); }
     /// Whether the pointer has entered the capsule and not left it.
     bool hasPointer() const { return m_hasPointer; }
@@ -82,13 +85,14 @@ private:
     void showStep(double share);
     void placeView(const QRect& frame);
     void updateShape();
-    FloatingWindowSystem::Rectangle native(const QRect& rect) const;
     std::vector<FloatingWindowSystem::Rectangle> shape(ShapeEdge edge) const;
     void updateBlur();
     void letGo();
+    void letFall();
 
     FloatingWindowSystem& m_system;
     TopCapsuleView* m_view; // owned by this window
+    std::unique_ptr<CapsuleSurface> m_surface;
     QEasingCurve m_curve;
     QRect m_start;
     QRect m_target;

@@ -168,8 +168,11 @@ HorizontalAnchor TopPanelController::preferredExpansionAnchor(double width) cons
 
 bool TopPanelController::hasPointerWithin(double distance) const
 {
-    return isVisible() && (m_window->hasPointer() ||
-                           (m_system.knowsPointerEverywhere() && m_window->covers(QCursor::pos(), distance)));
+    if (!isVisible() || m_window->hasPointer()) {
+        return isVisible();
+    }
+    return m_system.pointerSight() == FloatingWindowSystem::PointerSight::everywhere &&
+           m_window->covers(QCursor::pos(), distance);
 }
 
 std::optional<CapsulePlace> TopPanelController::place()
@@ -223,7 +226,8 @@ void TopPanelController::reposition()
     }
     if (const auto frame = m_placement.place(m_layout)) {
         const QRect target = toQt(*frame, primaryGeometry());
-        if (target != m_window->target() || (target != m_window->frame() && !m_window->isMoving())) {
+        if (target != m_window->target() || (target != m_window->frame() && !m_window->isMoving()) ||
+            m_window->isLost()) {
             m_window->putAt(target, m_layout.cornerRadius);
         }
     }

@@ -248,7 +248,7 @@ QSize MainWindow::leastSize() const
 // for it: then its lower end gives way.
 void MainWindow::cutToWorkArea()
 {
-    if (isMaximized() || isFullScreen() || isMinimized()) {
+    if (isMaximized() || isFullScreen() || isMinimized() || !m_windowSystem.tellsPlaces()) {
         return;
     }
     const QRect content = geometry().marginsRemoved(m_frame->margins());
@@ -267,7 +267,11 @@ void MainWindow::rememberGeometry()
     const bool isNormal = !isMaximized() && !isFullScreen() && !isMinimized();
     if (isNormal) {
         const QRect content = geometry().marginsRemoved(m_frame->margins());
-        m_normalGeometry = {WindowPlace{content.x(), content.y()}, content.width(), content.height(), false};
+        if (m_windowSystem.tellsPlaces()) { // else the one that is stored holds for where it means something
+            m_normalGeometry.place = WindowPlace{content.x(), content.y()};
+        }
+        m_normalGeometry.width = content.width();
+        m_normalGeometry.height = content.height();
     }
     m_normalGeometry.maximized = isMaximized();
     if (m_saveTimer != 0) {
@@ -297,7 +301,7 @@ void MainWindow::saveGeometry()
         return;
     }
     WindowGeometry geometry = m_normalGeometry;
-    if (geometry.place) {
+    if (geometry.place && m_windowSystem.tellsPlaces()) {
         const QRect content(geometry.place->x, geometry.place->y, geometry.width, geometry.height);
         geometry.place = placeToRemember(content, freeAreas());
     }

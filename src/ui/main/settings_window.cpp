@@ -12,6 +12,7 @@
 #include <QPainter>
 #include <QScreen>
 #include <QShortcut>
+#include <QWindow>
 
 #include <algorithm>
 
@@ -71,7 +72,10 @@ void SettingsWindow::fitScreen()
     const QRect available = (isBesideOther ? active->screen() : screen())->availableGeometry();
     setFixedSize(windowSize.boundedTo(available.size() - frameRoom));
     m_form->resize(size());
-    if (isBesideOther) {
+    if (isBesideOther && !m_windowSystem.tellsPlaces()) {
+        winId(); // makes the handle
+        windowHandle()->setTransientParent(active->windowHandle());
+    } else if (isBesideOther) {
         QRect place(QPoint(), size());
         place.moveCenter(active->frameGeometry().center());
         const int lowest = available.bottom() + 1 - height() - frameRoom.height();

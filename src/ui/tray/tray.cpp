@@ -39,7 +39,7 @@ const QScreen& screenOf(const QPoint& point)
 } // namespace
 
 Tray::Tray(AppModel& model, SectionSelection& selection, StatusItem& item, WindowSystem& windowSystem,
-           const FloatingWindowSystem& panels)
+           FloatingWindowSystem& panels)
     : m_model(model), m_selection(selection), m_item(item), m_windowSystem(windowSystem), m_panels(panels)
 {
     item.setObserver({[this](int x, int y) { togglePanel(clickedAnchor(x, y)); },
@@ -84,7 +84,7 @@ void Tray::paintPictures()
 QPoint Tray::clickedAnchor(int x, int y) const
 {
     const QPoint given(x, y);
-    if (m_panels.knowsPointerEverywhere()) {
+    if (m_panels.pointerSight() == FloatingWindowSystem::PointerSight::everywhere) {
         return !given.isNull() && qGuiApp->devicePixelRatio() == 1.0 ? given : QCursor::pos();
     }
     const QScreen& screen = screenOf(given);
@@ -94,13 +94,16 @@ QPoint Tray::clickedAnchor(int x, int y) const
     return rowAnchor();
 }
 
-// The host's menu leads away from the item. On Wayland the pointer's last event still tells the screen.
+// The host's menu leads away from the item. In an X server of a Wayland session the pointer's last event
+// still tells the screen; where places are not told at all, nothing does.
 QPoint Tray::rowAnchor() const
 {
+    using enum FloatingWindowSystem::PointerSight;
+    const auto sight = m_panels.pointerSight();
     const QPoint pointer = QCursor::pos();
-    const QScreen& screen = screenOf(pointer);
+    const QScreen& screen = sight == inside ? *QGuiApplication::primaryScreen() : screenOf(pointer);
     return likelyAnchor(screen.geometry(), workArea(screen, m_panels),
-                        m_panels.knowsPointerEverywhere() ? std::optional{pointer} : std::nullopt);
+                        sight == everywhere ? std::optional{pointer} : std::nullopt);
 }
 
 void Tray::togglePanel(const QPoint& anchor)

@@ -121,7 +121,9 @@ X11FloatingWindowSystem::X11FloatingWindowSystem(TaskScheduler& scheduler, QObje
     : QObject(parent), m_scheduler(scheduler)
 {
     if (m_x11.isConnected()) {
-        m_knowsPointerEverywhere = qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+        if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
+            m_pointerSight = PointerSight::uncertain;
+        }
         m_stackingProperties = {m_x11.atom("_NET_ACTIVE_WINDOW"), m_x11.atom("_NET_CLIENT_LIST_STACKING"),
                                 m_x11.atom("_NET_CURRENT_DESKTOP"), m_x11.atom("_NET_SUPPORTING_WM_CHECK")};
         m_watchedProperties = {m_x11.atom("_NET_SUPPORTED"), m_x11.atom(blurHint),

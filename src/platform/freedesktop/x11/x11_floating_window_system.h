@@ -29,7 +29,7 @@ public:
     void prepareResize(WindowId window, const Rectangle& from, const Rectangle& to) override;
     void setShape(WindowId window, const Shape& shape) override;
     bool isScreenCovered() override;
-    bool knowsPointerEverywhere() const override { return m_knowsPointerEverywhere; }
+    PointerSight pointerSight() const override { return m_pointerSight; }
     bool isComposited() const override;
     bool blurs() const override;
     void setBlurredPart(WindowId window, const std::vector<Rectangle>& part) override;
@@ -45,7 +45,7 @@ private:
     TaskScheduler& m_scheduler;
     X11Connection m_x11;
     SwayWorkArea m_swayWorkArea;
-    bool m_knowsPointerEverywhere = true;
+    PointerSight m_pointerSight = PointerSight::everywhere;
     std::vector<xcb_atom_t> m_watchedProperties;  // of the root window, that the change handler is told of
     std::vector<xcb_atom_t> m_stackingProperties; // of the root window, that change with the order of windows
     xcb_window_t m_floating = XCB_WINDOW_NONE;    // to be kept above

@@ -23,6 +23,7 @@ public:
     explicit X11WindowSystem(QObject* parent = nullptr);
     ~X11WindowSystem() override;
 
+    bool tellsPlaces() const override { return true; }
     bool supportsShadowMargins() const override;
     void setSupportChangeHandler(std::function<void()> handler) override;
     bool isComposited() const override;
