@@ -14,8 +14,7 @@
 #include "platform/freedesktop/shortcuts/desktop_global_shortcuts.h"
 #include "platform/freedesktop/sound/process_sound_player.h"
 #include "platform/freedesktop/tray/desktop_status_item.h"
-#include "platform/freedesktop/x11/x11_floating_window_system.h"
-#include "platform/freedesktop/x11/x11_window_system.h"
+#include "platform/window_systems.h"
 #include "storage/kept_document.h"
 
 #include <memory>
@@ -53,9 +52,10 @@ struct DesktopParts
     AutostartLoginItem loginItem;
     DesktopStatusItem statusItem;
     DesktopGlobalShortcuts globalShortcuts;
-    X11FloatingWindowSystem floatingWindows;
+    WindowSystems windowSystems;
+    FloatingWindowSystem& floatingWindows; // both of these
+    WindowSystem& windowSystem;
     BusSessionLock sessionLock;
-    X11WindowSystem windowSystem;
     TerminationSignals terminationSignals;
 };
 

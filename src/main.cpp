@@ -1,9 +1,11 @@
 #include "application.h"
 #include "composition.h"
+#include "native_windows.h"
 #include "platform/freedesktop/bus/bus_start.h"
 #include "platform/freedesktop/files/program_files.h"
 #include "platform/freedesktop/files/user_folders.h"
 #include "platform/freedesktop/session/application_instance.h"
+#include "platform/freedesktop/wayland/display_choice.h"
 #include "platform/freedesktop/x11/x11_connection.h"
 #include "start_refusal.h"
 #include "ui/controls/accessibility.h"
@@ -13,6 +15,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <cstdio>
 #include <string_view>
 
 using namespace brevlin;
@@ -32,6 +35,21 @@ bool takeOption(int& argc, char** argv, std::string_view option)
     return true;
 }
 
+void takeDisplay()
+{
+    const QByteArray wish = qgetenv(platformVariable);
+    const QByteArray qtPlatform = qgetenv("QT_QPA_PLATFORM");
+    const DisplayChoice choice =
+        chooseDisplay({wish.toStdString(), qtPlatform.toStdString(), !qEnvironmentVariableIsEmpty("DISPLAY"),
+                       !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"), canBeNative});
+    if (!choice.complaint.empty()) {
+        std::fprintf(stderr, "Brevlin: %s\n", choice.complaint.c_str());
+    }
+    if (choice.platform != Platform::byQt) {
+        qputenv("QT_QPA_PLATFORM", choice.platform == Platform::wayland ? "wayland" : "xcb");
+    }
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -40,10 +58,7 @@ int main(int argc, char** argv)
     std::signal(SIGXFSZ, SIG_IGN);
     // Under the name that people know it by.
     prctl(PR_SET_NAME, "brevlin");
-    // The capsule needs what only X11 offers; on Wayland the program goes through XWayland.
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM") && qEnvironmentVariableIsSet("DISPLAY")) {
-        qputenv("QT_QPA_PLATFORM", "xcb");
-    }
+    takeDisplay();
     const bool isInBackground = takeOption(argc, argv, backgroundOption);
     const QString token = launchToken();
     BusStart buses;

@@ -18,6 +18,7 @@ EDGES = {
     "platform/freedesktop/event_loop": (["core", "platform"], ["Core"]),
     "platform/freedesktop/bus": ([], ["Core", "Gui", "DBus"]),
     "platform/freedesktop/x11": (["core", "platform", "platform/freedesktop/event_loop"], ["Core", "Gui"]),
+    "platform/freedesktop/wayland": (["platform"], ["Core", "Gui"]),
     "platform/freedesktop/appearance": (["platform", "platform/freedesktop/bus", "platform/freedesktop/x11"],
                                         ["Core", "Gui", "DBus"]),
     "platform/freedesktop/socket": ([], []),

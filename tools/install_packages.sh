@@ -5,9 +5,12 @@ set -euo pipefail
 
 folder=$(dirname "$(readlink -f "$0")")
 
+# None is told by what is to be the next release.
+release=$(. /etc/os-release && echo "${VERSION_ID:-99}")
 wanted=()
-while read -r package purpose _; do
+while read -r package purpose since _; do
     [[ -z "$package" || "$package" == \#* ]] && continue
+    [[ -z "$since" || "${release%%.*}" -ge "$since" ]] || continue
     for asked in "$@"; do
         [[ "$purpose" == "$asked" ]] && wanted+=("$package")
     done

@@ -24,7 +24,7 @@ class Tray final : public QObject
 
 public:
     Tray(AppModel& model, SectionSelection& selection, StatusItem& item, WindowSystem& windowSystem,
-         const FloatingWindowSystem& panels);
+         FloatingWindowSystem& panels);
     ~Tray() override;
 
 Q_SIGNALS:
@@ -43,7 +43,7 @@ private:
     SectionSelection& m_selection;
     StatusItem& m_item;
     WindowSystem& m_windowSystem;
-    const FloatingWindowSystem& m_panels;
+    FloatingWindowSystem& m_panels;
     std::optional<TrayPictureContent> m_shownPicture;
     bool m_paintsLater = false;
     std::unique_ptr<TrayPanel> m_panel; // made when it is first opened

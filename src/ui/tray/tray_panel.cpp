@@ -14,6 +14,7 @@
 #include "ui/timer/timer_cycle_indicator.h"
 #include "ui/timer/timer_ring_view.h"
 #include "ui/tray/more_button.h"
+#include "ui/tray/tray_curtain.h"
 #include "ui/tray/tray_panel_origin.h"
 
 #include <QCloseEvent>
@@ -52,13 +53,18 @@ constexpr std::array sections{AppSection::history, AppSection::statistics, AppSe
 
 } // namespace
 
-TrayPanel::TrayPanel(AppModel& model, WindowSystem& windowSystem, const FloatingWindowSystem& panels)
+TrayPanel::TrayPanel(AppModel& model, WindowSystem& windowSystem, FloatingWindowSystem& panels)
     : QWidget(nullptr, Qt::Popup | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint)
     , m_model(model)
     , m_windowSystem(windowSystem)
     , m_panels(panels)
     , m_more(new MoreButton(this))
 {
+    if (LayerSurfaces* layers = panels.layers()) {
+        m_curtain = std::make_unique<TrayCurtain>(*layers);
+        setParent(m_curtain.get(), Qt::Widget);
+        connect(m_curtain.get(), &TrayCurtain::pressed, this, &TrayPanel::closeByPress);
+    }
     setAttribute(Qt::WA_TranslucentBackground);
     // Before the title, with which newer versions of Qt make the window's interface.
     makeSpokenGroup(
@@ -74,7 +80,10 @@ TrayPanel::TrayPanel(AppModel& model, WindowSystem& windowSystem, const Floating
     setFocus();
 }
 
-TrayPanel::~TrayPanel() = default;
+TrayPanel::~TrayPanel()
+{
+    setParent(nullptr); // the curtain is this one's, not the other way round
+}
 
 void TrayPanel::layOut()
 {
@@ -128,12 +137,19 @@ void TrayPanel::toggle(const QPoint& anchor)
     layout()->activate();
     resize(width, sizeHint().height());
 
-    const QScreen* screen = QGuiApplication::screenAt(anchor);
+    QScreen* screen = QGuiApplication::screenAt(anchor);
     screen = screen != nullptr ? screen : QGuiApplication::primaryScreen();
     const QPoint origin =
         panelOrigin(anchor, contentRect().size(), screen->geometry(), workArea(*screen, m_panels));
     move(origin - contentRect().topLeft());
-    if (!m_panels.knowsPointerEverywhere()) {
+    if (m_curtain) {
+        move(pos() - screen->geometry().topLeft());
+        show();
+        m_curtain->raise(*screen);
+        setFocus(Qt::PopupFocusReason);
+        return;
+    }
+    if (m_panels.pointerSight() == FloatingWindowSystem::PointerSight::uncertain) {
         m_pressWatch = m_windowSystem.watchPresses([this] { closeByPress(); });
     }
     show();
@@ -181,6 +197,9 @@ void TrayPanel::hideEvent(QHideEvent* event)
 {
     QWidget::hideEvent(event);
     m_pressWatch.reset();
+    if (m_curtain) {
+        m_curtain->lower();
+    }
     if (m_grabTimer != 0) {
         killTimer(m_grabTimer);
         m_grabTimer = 0;

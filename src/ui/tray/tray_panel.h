@@ -13,6 +13,7 @@ class AppModel;
 class FloatingWindowSystem;
 class MoreButton;
 class PressWatch;
+class TrayCurtain;
 class WindowSystem;
 
 /// The small timer that the status item opens: the cycle, the way to the main window, the ring and the
@@ -24,7 +25,7 @@ class TrayPanel final : public QWidget
 public:
     static constexpr int contentWidth = 300;
 
-    TrayPanel(AppModel& model, WindowSystem& windowSystem, const FloatingWindowSystem& panels);
+    TrayPanel(AppModel& model, WindowSystem& windowSystem, FloatingWindowSystem& panels);
     ~TrayPanel() override;
 
     /// Opens the panel beside this point of the screen, or closes it; does nothing when the click that asks
@@ -57,9 +58,10 @@ private:
 
     AppModel& m_model;
     WindowSystem& m_windowSystem;
-    const FloatingWindowSystem& m_panels;
+    FloatingWindowSystem& m_panels;
     MoreButton* m_more; // owned by this widget
     bool m_hasShadow = false;
+    std::unique_ptr<TrayCurtain> m_curtain;   // where the desktop lays windows; this is its child then
     std::unique_ptr<PressWatch> m_pressWatch; // where the pointer cannot be held everywhere
     QElapsedTimer m_sinceClosingPress;        // on something else than the panel
     int m_grabTimer = 0;
