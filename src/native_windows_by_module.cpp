@@ -1,8 +1,9 @@
 #include "native_windows.h"
 
 #include "platform/freedesktop/files/program_files.h"
+#include "platform/freedesktop/wayland/layer_module.h"
 #include "platform/freedesktop/wayland/layer_shell_probe.h"
-#include "platform/freedesktop/wayland/native_window_systems.h"
+#include "platform/freedesktop/wayland/wayland_window_system.h"
 
 #include <QGuiApplication>
 
@@ -14,7 +15,7 @@ namespace brevlin {
 
 namespace {
 
-using Maker = decltype(&brevlinNativeWindowSystems);
+using Maker = decltype(&brevlinMakeLayerWindowSystem);
 
 constexpr std::chrono::milliseconds patience{50};
 
@@ -23,7 +24,7 @@ Maker loadedMaker()
 {
     static const Maker maker = [] {
         void* module = dlopen(programFile("brevlin-wayland.so").c_str(), RTLD_NOW | RTLD_LOCAL);
-        void* function = module != nullptr ? dlsym(module, "brevlinNativeWindowSystems") : nullptr;
+        void* function = module != nullptr ? dlsym(module, "brevlinMakeLayerWindowSystem") : nullptr;
         if (function == nullptr) {
             std::fprintf(stderr, "Brevlin: %s\n", dlerror());
         }
@@ -46,9 +47,8 @@ std::optional<WindowSystems> nativeWindowSystems()
     if (QGuiApplication::platformName() != QLatin1String("wayland") || !canBeNative()) {
         return std::nullopt;
     }
-    WindowSystems systems;
-    loadedMaker()(systems);
-    return systems;
+    return WindowSystems{std::unique_ptr<FloatingWindowSystem>(loadedMaker()()),
+                         std::make_unique<WaylandWindowSystem>()};
 }
 
 } // namespace brevlin

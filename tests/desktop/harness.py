@@ -133,6 +133,12 @@ class Desktop:
     # Servers
 
     def start_display(self, manager=("openbox", "--sm-disable"), screen="1280x900"):
+        self.environment["DISPLAY"] = self.start_server(screen)
+        self.manager = manager
+        self.start_manager()
+
+    def start_server(self, screen):
+        """The name of a display without a window manager."""
         reading, writing = os.pipe()
         # Without access control; it listens on no network.
         self.display = self.run_in_background(
@@ -143,9 +149,7 @@ class Desktop:
             number = pipe.readline().strip()
         if not number:
             raise AssertionError("Xvfb did not start:\n" + self.output_of("Xvfb"))
-        self.environment["DISPLAY"] = ":" + number
-        self.manager = manager
-        self.start_manager()
+        return ":" + number
 
     def start_manager(self):
         self.manager_process = self.run_in_background(self.manager)

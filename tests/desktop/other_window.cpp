@@ -32,6 +32,7 @@ int main(int argc, char* argv[])
             file.write(text.toUtf8());
         }
     });
+    edit.setFrame(false);
     edit.setWindowTitle(QStringLiteral("Line edit"));
     edit.setGeometry(60, 620, 240, 40);
     edit.show();

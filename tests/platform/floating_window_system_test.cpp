@@ -1,4 +1,4 @@
-#include "platform/freedesktop/x11/sway_work_area.h"
+#include "platform/freedesktop/sway/sway_work_area.h"
 #include "platform/freedesktop/x11/x11_window_tree.h"
 
 #include <gtest/gtest.h>

@@ -143,6 +143,12 @@ void CapsuleRoom::place(const QPoint& on)
     m_window.show();
 }
 
+// Places and shapes count from the next picture on, however small.
+void CapsuleRoom::takeEffect()
+{
+    m_window.update(0, 0, 1, 1);
+}
+
 void CapsuleRoom::moveBy(const QPoint& way)
 {
     m_area.translate(way);
@@ -150,7 +156,7 @@ void CapsuleRoom::moveBy(const QPoint& way)
         followGhost();
     } else if (!way.isNull()) {
         place(viewFrame().center());
-        m_window.update(0, 0, 1, 1); // a place counts from the next picture on
+        takeEffect();
     }
 }
 

@@ -25,6 +25,7 @@ public:
     void setOpacity(double opacity) override;
     std::optional<QRect> clickedOnTheWay(const QRect& way) const override { return way; }
     bool isLost() const override;
+    void takeEffect() override;
     void lift() override;
     void drop() override;
 

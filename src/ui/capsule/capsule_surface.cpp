@@ -39,6 +39,7 @@ public:
     void setOpacity(double opacity) override { m_window.setWindowOpacity(opacity); }
     std::optional<QRect> clickedOnTheWay(const QRect& /*way*/) const override { return std::nullopt; }
     bool isLost() const override { return false; }
+    void takeEffect() override {} // as it does by itself
     // It is always where the pointer has taken it.
     void lift() override {}
     void drop() override {}

@@ -33,6 +33,8 @@ public:
     /// What is clicked while the capsule is on its way through this part of the window; nothing for all of
     /// it.
     virtual std::optional<QRect> clickedOnTheWay(const QRect& way) const = 0;
+    /// What the window system was asked for in between is to count now.
+    virtual void takeEffect() = 0;
     /// Whether the window is nowhere to be seen although it is shown, until it is placed again.
     virtual bool isLost() const = 0;
 

@@ -233,6 +233,7 @@ void CapsuleWindow::updateShape()
         part.clicked = {nativeRectangle(way->translated(-m_surface->area().topLeft()), *this)};
     }
     m_system.setShape(winId(), part);
+    m_surface->takeEffect();
     if (m_isBlurred) {
         m_system.setBlurredPart(winId(), shape(ShapeEdge::hard));
     }

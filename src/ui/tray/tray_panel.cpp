@@ -218,7 +218,9 @@ void TrayPanel::mousePressEvent(QMouseEvent* event)
 
 void TrayPanel::closeByPress()
 {
-    m_sinceClosingPress.start();
+    if (!m_curtain) { // which keeps the press to itself
+        m_sinceClosingPress.start();
+    }
     hide();
 }
 

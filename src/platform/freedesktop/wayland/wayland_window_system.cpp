@@ -1,7 +1,9 @@
 #include "platform/freedesktop/wayland/wayland_window_system.h"
 
+#include "platform/freedesktop/sway/sway_focus.h"
 #include "platform/freedesktop/wayland/wayland_windows.h"
 
+#include <QCoreApplication>
 #include <QWindow>
 
 namespace brevlin {
@@ -17,6 +19,8 @@ void WaylandWindowSystem::activate(WindowId window, const std::string& token)
         qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(token));
     }
     handle->requestActivate();
+    askSwayToFocus("pid=" + QByteArray::number(QCoreApplication::applicationPid()) + " title=\"^\\Q" +
+                   handle->title().toUtf8() + "\\E$\"");
 }
 
 } // namespace brevlin

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/floating_window_system.h"
-#include "platform/freedesktop/x11/sway_work_area.h"
+#include "platform/freedesktop/sway/sway_work_area.h"
 #include "platform/freedesktop/x11/x11_connection.h"
 #include "platform/task_scheduler.h"
 

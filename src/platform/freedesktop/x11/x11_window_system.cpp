@@ -1,6 +1,6 @@
 #include "platform/freedesktop/x11/x11_window_system.h"
 
-#include "platform/freedesktop/x11/sway_focus.h"
+#include "platform/freedesktop/sway/sway_focus.h"
 #include "platform/freedesktop/x11/x11_press_watch.h"
 
 #include <QGuiApplication>
@@ -106,7 +106,7 @@ void X11WindowSystem::activate(WindowId window, const std::string& token)
     constexpr std::uint32_t fromUser = 2;
     m_x11.sendToRoot(native, m_x11.atom("_NET_ACTIVE_WINDOW"),
                      {fromUser, startupIdentifierTime(token).value_or(XCB_CURRENT_TIME), 0, 0, 0});
-    askSwayToFocus(native);
+    askSwayToFocus("id=" + QByteArray::number(native));
 }
 
 std::optional<std::uint32_t> startupIdentifierTime(std::string_view identifier)

@@ -1,12 +1,10 @@
-#include "platform/freedesktop/x11/sway_focus.h"
+#include "platform/freedesktop/sway/sway_focus.h"
 
 #include "platform/freedesktop/event_loop/local_stream.h"
 
-#include <QByteArray>
-
 namespace brevlin {
 
-void askSwayToFocus(std::uint32_t window)
+void askSwayToFocus(const QByteArray& criteria)
 {
     const QString path = qEnvironmentVariable("SWAYSOCK");
     if (path.isEmpty()) {
@@ -14,7 +12,7 @@ void askSwayToFocus(std::uint32_t window)
     }
     // i3's protocol, https://i3wm.org/docs/ipc.html: length and type in the byte order of the machine.
     constexpr std::uint32_t runCommand = 0;
-    const QByteArray command = "[id=" + QByteArray::number(window) + "] focus";
+    const QByteArray command = "[" + criteria + "] focus";
     const auto length = static_cast<std::uint32_t>(command.size());
     QByteArray message("i3-ipc");
     message.append(reinterpret_cast<const char*>(&length), sizeof length);
