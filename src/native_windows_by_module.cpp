@@ -1,5 +1,4 @@
 #include "native_windows.h"
-
 #include "platform/freedesktop/files/program_files.h"
 #include "platform/freedesktop/wayland/layer_module.h"
 #include "platform/freedesktop/wayland/layer_shell_probe.h"

@@ -9,7 +9,7 @@ namespace brevlin::test {
 class PlainWindowSystem final : public WindowSystem
 {
 public:
-    bool tellsPlaces() const override { return true; }
+    bool tellsPlaces() const override { return placesAreTold; }
     bool supportsShadowMargins() const override { return false; }
     bool isComposited() const override { return false; }
     void setSupportChangeHandler(std::function<void()> /*handler*/) override {}
@@ -18,6 +18,8 @@ public:
     bool putPixels(WindowId /*window*/, const Pixels& /*pixels*/) override { return false; }
     bool showWindowMenu(WindowId /*window*/, int /*x*/, int /*y*/) override { return false; }
     void activate(WindowId /*window*/, const std::string& /*token*/) override {}
+
+    bool placesAreTold = true;
 };
 
 /// A desktop without panels.

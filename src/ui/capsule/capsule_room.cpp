@@ -19,14 +19,16 @@ namespace {
 
 // Wherever the circle lies in the middle of it, each layout that it grows into lies inside.
 constexpr QSize roomSize{
-    2 * static_cast<int>(CapsuleLayouts::soundingTimerWidth - CapsuleLayouts::circleRadius),
+    2 * static_cast<int>(CapsuleLayouts::soundingTimerWidth - CapsuleLayouts::circleRadius + 1),
     static_cast<int>(CapsuleLayouts::island.height)};
 
 constexpr int ghostDelay = 50; // milliseconds until what lies below it has been painted
 
-int inside(int start, int length, int first, int room)
+/// Where a room begins that lies inside the screen, but for what it has to hold.
+int roomStart(int wanted, int length, std::pair<int, int> screen, std::pair<int, int> held)
 {
-    return std::max(first, std::min(start, first + room - length));
+    const int inside = std::max(screen.first, std::min(wanted, screen.second - length));
+    return std::clamp(inside, held.second - length, held.first);
 }
 
 LayerSurfaces::Rectangle toLayer(const QRect& rect)
@@ -226,8 +228,10 @@ QRect roomAround(const QRect& area, const QRect& screen)
 {
     const QSize size = roomSize.expandedTo(area.size());
     const int left = area.center().x() - size.width() / 2;
-    return {QPoint(inside(left, size.width(), screen.left(), screen.width()),
-                   inside(area.top(), size.height(), screen.top(), screen.height())),
+    return {QPoint(roomStart(left, size.width(), {screen.left(), screen.right() + 1},
+                             {area.left(), area.right() + 1}),
+                   roomStart(area.top(), size.height(), {screen.top(), screen.bottom() + 1},
+                             {area.top(), area.bottom() + 1})),
             size};
 }
 

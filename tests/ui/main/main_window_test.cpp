@@ -211,6 +211,27 @@ TEST_F(MainWindowTest, the_smallest_window_holds_its_screen_also_after_it_was_to
     EXPECT_EQ(card->parentWidget()->parentWidget()->height(), 520);
 }
 
+TEST_F(MainWindowTest, a_place_that_is_stored_outlives_a_desktop_that_tells_none)
+{
+    ASSERT_TRUE(m_store.saveGeometry({WindowPlace{20, 30}, 860, 600, false}));
+    m_windowSystem.placesAreTold = false;
+    open().resize(850, 610);
+    window().move(0, 0);
+    QApplication::processEvents();
+    window().close();
+    const auto stored = m_store.geometry();
+    ASSERT_TRUE(stored && stored->place);
+    EXPECT_EQ(stored->place->x, 20);
+    EXPECT_EQ(stored->place->y, 30);
+    EXPECT_NE(stored->width, 860);
+
+    m_windowSystem.placesAreTold = true;
+    open().move(40, 50);
+    QApplication::processEvents();
+    window().close();
+    EXPECT_EQ(m_store.geometry()->place->x, 41); // within its hairline
+}
+
 TEST_F(MainWindowTest, messages_are_shown_one_after_the_other_and_told_of_while_the_window_is_closed)
 {
     defaults.values["Brevlin.activeTimerSnapshot.v1"] = "{";

@@ -67,7 +67,7 @@ bool offersLayerShell(std::chrono::milliseconds patience)
         return false;
     }
     const std::unique_ptr<wl_display, decltype(&wl_display_disconnect)> display(wl_display_connect(nullptr),
-                                                                               wl_display_disconnect);
+                                                                                wl_display_disconnect);
     if (!display) {
         return false;
     }

@@ -2,14 +2,13 @@
 
 #include "platform/freedesktop/wayland/wayland_windows.h"
 
-#include <LayerShellQt/Window>
-
 #include <QGuiApplication>
 #include <QRegion>
 #include <QResizeEvent>
 #include <QScreen>
 #include <QWindow>
 
+#include <LayerShellQt/Window>
 #include <algorithm>
 #include <cmath>
 #include <utility>
