@@ -6,6 +6,7 @@ import ctypes
 import json
 import os
 import pathlib
+import re
 import statistics
 import struct
 import subprocess
@@ -17,6 +18,7 @@ sys.path[:0] = [str(ROOT / "tests" / "desktop"), str(ROOT / "tools")]
 
 from harness import PROGRAM, Desktop, now, wait_for  # noqa: E402
 from make_history import make_history  # noqa: E402
+from sway_desktop import SwayDesktop  # noqa: E402
 
 BUILT = pathlib.Path(sys.argv[1])
 EMPTY_WINDOW = BUILT / "brevlin_empty_window"
@@ -197,6 +199,63 @@ def measure_memory():
     print_ratio("the same, started without the window", without_window, theirs, 1.3, "MB")
 
 
+def picture_memory(process):
+    """What of it is shared with whoever shows the windows, MB."""
+    total, counts = 0, False
+    for line in pathlib.Path(f"/proc/{process.pid}/smaps").read_text().splitlines():
+        if re.match(r"[0-9a-f]+-[0-9a-f]+ ", line):
+            counts = "/memfd:wayland-shm" in line or "/memfd:xorg" in line
+        elif counts and line.startswith("Pss:"):
+            total += int(line.split()[1])
+    return total / 1024
+
+
+@contextlib.contextmanager
+def sway():
+    desktop = SwayDesktop()
+    try:
+        desktop.start_bus()
+        desktop.start_sway(xwayland="force")
+        yield desktop
+    finally:
+        desktop.close()
+
+
+def measure_native():
+    """As a native Wayland program, beside the same through the session's X server."""
+    if not PROGRAM or not (pathlib.Path(PROGRAM).parent / "brevlin-wayland.so").exists():
+        return
+    with sway() as desktop:
+        ways = {}
+        for platform in ("x11", "wayland"):
+            ways[platform] = desktop.folder / platform
+            ways[platform].write_text(f"#!/bin/sh\nBREVLIN_PLATFORM={platform} DISPLAY={desktop.inside} exec {PROGRAM}\n")
+            ways[platform].chmod(0o755)
+        desktop.environment["DISPLAY"] = desktop.outside
+        for way in ways.values():
+            first_paint(desktop, way)
+        native, other = [], []
+        for _ in range(STARTS):
+            other.append(first_paint(desktop, ways["x11"]))
+            native.append(first_paint(desktop, ways["wayland"]))
+    print_ratio("start native on Wayland / through its X server", native, other, 1.0, "ms")
+    memory, pictures = {}, {}
+    for platform in 2 * ("x11", "wayland"):
+        with sway() as desktop:
+            desktop.set_preferences(focus=1500)
+            desktop.environment |= {"BREVLIN_PLATFORM": platform, "DISPLAY": desktop.inside}
+            process = desktop.start_program()
+            wait_for("the window", desktop.windows)
+            desktop.ask(PROGRAM, "start")
+            time.sleep(SETTLING)
+            memory.setdefault(platform, []).append(proportional_memory(process))
+            pictures.setdefault(platform, []).append(picture_memory(process))
+    print_ratio("memory native / through the X server", memory["wayland"], memory["x11"], 1.0, "MB")
+    # A compositor that paints in software keeps the last ones, so that Qt needs more of them.
+    less = {platform: [a - b for a, b in zip(memory[platform], pictures[platform])] for platform in memory}
+    print_ratio("the same less the windows' pictures", less["wayland"], less["x11"], 1.0, "MB")
+
+
 def processor_time(process):
     """Milliseconds of all threads, of those that have ended, too, counted in nanoseconds."""
     libc = ctypes.CDLL(None)
@@ -321,6 +380,7 @@ measure_start_on_other_buses()
 measure_start_with_a_history()
 measure_figures()
 measure_memory()
+measure_native()
 measure_processor_time()
 measure_capsule()
 measure_lateness()

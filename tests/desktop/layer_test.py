@@ -1,73 +1,14 @@
-"""Brevlin as a native Wayland program: on sway, which shows its only screen in a window of an X server that nothing else
-is told of, so that pointer, keyboard and pictures are outside of it."""
+"""Brevlin as a native Wayland program, driven with the pointer while another program has the keyboard."""
 
 import json
 import math
 import os
 import re
 
-from harness import PROGRAM, Desktop, DesktopTest, holds_for, main, read_json, wait_for, wait_for_equal
+from harness import PROGRAM, DesktopTest, holds_for, main, read_json, wait_for, wait_for_equal
+from sway_desktop import SCREEN, SwayDesktop
 
-SCREEN = (1280, 900)
 POSITION_KEY = "Brevlin.topPanel.position.v1"
-# As large a bar as sway makes without a word about its font.
-CONFIGURATION = """
-output X11-1 resolution {width}x{height}
-default_border none
-xwayland disable
-font monospace 10
-bar {{
-    position top
-    status_command sleep infinity
-    tray_output *
-}}
-exec touch {ready}
-"""
-
-
-class SwayDesktop(Desktop):
-    def start_sway(self):
-        self.outside = self.start_server(f"{SCREEN[0]}x{SCREEN[1]}")
-        configuration = self.folder / "sway.conf"
-        ready = self.folder / "sway-is-ready"
-        configuration.write_text(CONFIGURATION.format(width=SCREEN[0], height=SCREEN[1], ready=ready))
-        self.manager = ("sway",)
-        self.manager_process = self.run_in_background(
-            ["env", f"DISPLAY={self.outside}", "WLR_BACKENDS=x11", "WLR_RENDERER=pixman", "sway", "--config",
-             str(configuration)])
-        wait_for("sway", ready.exists)
-        runtime = self.folder / "runtime"
-        self.environment["SWAYSOCK"] = str(next(runtime.glob("sway-ipc.*.sock")))
-        self.environment["WAYLAND_DISPLAY"] = next(runtime.glob("wayland-?")).name
-
-    def windows(self, title="Brevlin"):
-        def inside(node):
-            found = [node] if node["name"] == title and node["type"] in ("con", "floating_con") else []
-            return found + [each for child in node["nodes"] + node["floating_nodes"] for each in inside(child)]
-
-        return inside(json.loads(self.ask("swaymsg", "--raw", "--type", "get_tree") or "{}"))
-
-    def has_keyboard(self, title):
-        return any(window["focused"] for window in self.windows(title))
-
-    def outside_ask(self, *command):
-        return self.ask("env", f"DISPLAY={self.outside}", *command)
-
-    def move_pointer(self, x, y):
-        # sway sets the pointer where the first movement ends, and tells of it with the next one.
-        self.outside_ask("xdotool", "mousemove", str(x - 1), str(y), "mousemove", str(x), str(y))
-
-    def click(self, *place):
-        if place:
-            self.move_pointer(*place)
-        self.outside_ask("xdotool", "click", "1")
-
-    def press(self, *keys):
-        self.outside_ask("xdotool", "key", *keys)
-
-    def account(self, name):
-        self.environment["DISPLAY"] = self.outside
-        return super().account(name)
 
 
 class LayerTest(DesktopTest):
