@@ -45,7 +45,8 @@ class Plasma:
         for match, title, *_ in self.runner.Match("Brevlin"):
             window = match.partition("_")[2]
             info = self.kwin.getWindowInfo(window)
-            found.append((window, str(title), tuple(int(info[name]) for name in ("x", "y", "width", "height"))))
+            if info:  # else it has just gone
+                found.append((window, str(title), tuple(int(info[name]) for name in ("x", "y", "width", "height"))))
         return found
 
     def close(self, window):
