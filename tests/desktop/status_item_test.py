@@ -138,5 +138,31 @@ class StatusItemTest(DesktopTest):
         self.assertLessEqual(y + height, 872, "above the tray")
 
 
+# Of a collector that reads the item when it is made known, and never again.
+READ_ONCE = """
+item = dbus.SessionBus().get_object(args[0], '/StatusNotifierItem')
+pictures = len(item.Get('org.kde.StatusNotifierItem', 'IconPixmap', dbus_interface=dbus.PROPERTIES_IFACE))
+menu = dbus.SessionBus().get_object(args[0], '/StatusNotifierItem/Menu')
+rows = len(menu.GetLayout(0, -1, [], dbus_interface='com.canonical.dbusmenu')[1][2])
+self.read = (pictures, rows)
+"""
+
+
+class StatusItemAtTheStart(DesktopTest):
+    def test_an_item_is_made_known_with_its_pictures_and_its_menu(self):
+        desktop = self.desktop
+        mock = desktop.start_mock("--session", WATCHER, "/StatusNotifierWatcher", WATCHER, name=WATCHER,
+                                  path="/StatusNotifierWatcher")
+        mock.AddProperty(WATCHER, "IsStatusNotifierHostRegistered", True)
+        mock.AddMethod(WATCHER, "RegisterStatusNotifierItem", "s", "", READ_ONCE)
+        mock.AddMethod(WATCHER, "WhatWasRead", "", "ai", "ret = list(getattr(self, 'read', ()))")
+        desktop.set_preferences(focus=1500.0)
+        self.start_and_wait()
+        watcher = dbus.Interface(desktop.bus().get_object(WATCHER, "/StatusNotifierWatcher"), WATCHER)
+        pictures, rows = wait_for("an item", lambda: [int(count) for count in watcher.WhatWasRead()])
+        self.assertGreater(pictures, 0)
+        self.assertGreater(rows, 5)
+
+
 if __name__ == "__main__":
     main()

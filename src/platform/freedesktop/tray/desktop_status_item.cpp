@@ -23,6 +23,7 @@ void DesktopStatusItem::followHost()
     if (!m_isFilled) {
         return;
     }
+    m_host.offerItem();
     m_item.setIsCollected(m_host.isCollecting());
     m_item.setShowsLabel(m_host.showsLabels());
     const bool isX11 = QGuiApplication::platformName() == QLatin1String("xcb");

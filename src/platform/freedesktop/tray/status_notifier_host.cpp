@@ -116,10 +116,17 @@ void StatusNotifierHost::ownerChanged(const QString& owner)
     readKnownNames(attempts);
 }
 
+void StatusNotifierHost::offerItem()
+{
+    if (!std::exchange(m_isOffered, true) && isCollecting()) {
+        registerItem(attempts);
+    }
+}
+
 void StatusNotifierHost::registerItem(int attemptsLeft)
 {
-    if (!m_hasName) {
-        return; // the name's arrival registers it
+    if (!m_hasName || !m_isOffered) {
+        return; // whichever comes last registers it
     }
     m_bus.call(watcherCall(watcherService, "RegisterStatusNotifierItem", {m_name}), this,
                [this, attemptsLeft, asked = m_owner](const QDBusMessage& answer) {

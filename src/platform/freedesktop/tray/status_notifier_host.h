@@ -18,6 +18,9 @@ class StatusNotifierHost final : public QObject
 public:
     StatusNotifierHost(MessageBus& bus, TaskScheduler& scheduler, QObject* parent = nullptr);
 
+    /// The item has all that it shows: from now on it is made known. Some collectors read it once and overlook
+    /// the signals that follow at once. Again changes nothing.
+    void offerItem();
     /// Nobody shows such items, as far as the bus has answered.
     bool isAbsent() const { return m_isAbsent; }
     /// Whether somebody collects such items, who reads all of one that comes, and then listens.
@@ -49,6 +52,7 @@ private:
     QString m_name;  // of the item's service
     QString m_owner; // of the collector's name; empty while there is none
     bool m_hasName = false;
+    bool m_isOffered = false;
     bool m_isAbsent = false;
     bool m_showsLabels = false;
     TaskHandle m_nextAttempt;
