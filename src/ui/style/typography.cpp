@@ -90,9 +90,12 @@ void installFonts()
     const bool isGeneric = isGenericFamily(desktopFamily);
     BuiltInFonts::install(isGeneric ? BuiltInFonts::System::unknown : BuiltInFonts::System::known);
     // Chinese in its Simplified forms: the program's own words, then whatever else is written.
-    font.setFamilies({isGeneric ? QString::fromLatin1(BuiltInFonts::latin) : desktopFamily,
-                      QString::fromLatin1(BuiltInFonts::chinese), QStringLiteral("Noto Sans CJK SC"),
-                      QStringLiteral("WenQuanYi Micro Hei")});
+    QStringList families{QString::fromLatin1(BuiltInFonts::latin), QString::fromLatin1(BuiltInFonts::chinese),
+                         QStringLiteral("Noto Sans CJK SC"), QStringLiteral("WenQuanYi Micro Hei")};
+    if (!isGeneric) {
+        families.prepend(desktopFamily); // which a desktop may name without having it
+    }
+    font.setFamilies(families);
     font.setHintingPreference(QFont::PreferNoHinting); // the same shapes and widths at every scale factor
     font.setPixelSize(13);
     QApplication::setFont(font);
