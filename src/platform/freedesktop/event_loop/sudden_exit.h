@@ -6,7 +6,9 @@ namespace brevlin {
 
 /// The last word when a library ends the process by exit(3) in the middle of its work, as Qt and Xlib do when
 /// the display's server is gone. The process then ends at once with the code that was given to exit: what
-/// else stands there for its end would meet objects that are still in use.
+/// else stands there for its end would meet objects that are still in use. Where a Wayland compositor is gone
+/// Qt leaves by _exit(2), of which nobody hears, and says so in a warning before: that counts as well.
+/// One at a time.
 class SuddenExit final
 {
 public:
