@@ -18,8 +18,8 @@ class StatusNotifierHost final : public QObject
 public:
     StatusNotifierHost(MessageBus& bus, TaskScheduler& scheduler, QObject* parent = nullptr);
 
-    /// The item has all that it shows: from now on it is made known. Some collectors read it once and overlook
-    /// the signals that follow at once. Again changes nothing.
+    /// The item has all that it shows: from now on it is made known. Some collectors read it once and
+    /// overlook the signals that follow at once. Again changes nothing.
     void offerItem();
     /// Nobody shows such items, as far as the bus has answered.
     bool isAbsent() const { return m_isAbsent; }
