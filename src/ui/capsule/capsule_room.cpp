@@ -162,6 +162,11 @@ void CapsuleRoom::moveBy(const QPoint& way)
     }
 }
 
+bool CapsuleRoom::connects(const QRect& from, const QRect& to) const
+{
+    return screenGeometry(from.center()) == screenGeometry(to.center());
+}
+
 void CapsuleRoom::setOpacity(double opacity)
 {
     m_opacity = opacity;

@@ -22,6 +22,7 @@ public:
     QRect area() const override { return m_area; }
     bool hold(const QRect& area) override;
     void moveBy(const QPoint& way) override;
+    bool connects(const QRect& from, const QRect& to) const override;
     void setOpacity(double opacity) override;
     std::optional<QRect> clickedOnTheWay(const QRect& way) const override { return way; }
     bool isLost() const override;

@@ -36,6 +36,7 @@ public:
     }
 
     void moveBy(const QPoint& way) override { m_window.move(m_window.pos() + way); }
+    bool connects(const QRect& /*from*/, const QRect& /*to*/) const override { return true; }
     void setOpacity(double opacity) override { m_window.setWindowOpacity(opacity); }
     std::optional<QRect> clickedOnTheWay(const QRect& /*way*/) const override { return std::nullopt; }
     bool isLost() const override { return false; }

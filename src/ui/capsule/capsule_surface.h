@@ -28,6 +28,8 @@ public:
     virtual bool hold(const QRect& area) = 0;
     /// Takes the window, and what it shows, along.
     virtual void moveBy(const QPoint& way) = 0;
+    /// Whether there is a way from one place to the other on which the capsule is seen.
+    virtual bool connects(const QRect& from, const QRect& to) const = 0;
     /// Of the whole window.
     virtual void setOpacity(double opacity) = 0;
     /// What is clicked while the capsule is on its way through this part of the window; nothing for all of

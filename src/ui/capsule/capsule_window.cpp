@@ -169,6 +169,10 @@ void CapsuleWindow::fitWindow()
 void CapsuleWindow::startMotion(const QRect& frame, double cornerRadius)
 {
     letFall();
+    if (!m_surface->connects(this->frame(), frame)) {
+        putAt(frame, cornerRadius);
+        return;
+    }
     m_motion.setValue(0.0);
     m_start = this->frame();
     m_target = frame;
