@@ -137,6 +137,7 @@ void LayerWindowSystem::adopt(WindowId window, Kind kind)
     if (handle == nullptr) {
         return;
     }
+    std::erase_if(m_surfaces, [](const auto& each) { return each.second.window == nullptr; });
     m_surfaces[window] = {handle, kind, handle->screen()};
     const bool isCapsule = kind == Kind::capsule;
     auto* layer = LayerWindow::get(handle);
