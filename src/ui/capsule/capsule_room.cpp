@@ -137,8 +137,8 @@ QRect CapsuleRoom::screenGeometry(const QPoint& point) const
 
 void CapsuleRoom::place(const QPoint& on)
 {
-    if (m_layers.place(m_window.winId(), toLayer(m_area), {on.x(), on.y()})) {
-        return;
+    if (m_layers.place(m_window.winId(), toLayer(m_area), {on.x(), on.y()}) || !m_window.isVisible()) {
+        return; // or about to be hidden
     }
     m_window.hide();
     m_layers.place(m_window.winId(), toLayer(m_area), {on.x(), on.y()});
