@@ -132,6 +132,22 @@ TEST_F(MainWindowTest, the_controls_are_those_of_the_state_and_the_language)
     EXPECT_EQ(buttons(), (Texts{"Skip Break", "Start Break"})) << "the sound has stopped by itself";
 }
 
+TEST_F(MainWindowTest, a_phase_that_begins_by_itself_keeps_the_buttons_and_the_keyboard_goes_on)
+{
+    storePreferences([](AppPreferences& p) { p.timerSettings.autoStartBreaks = true; });
+    open();
+    model().start();
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    const auto shown = window().findChild<TimerControlRow*>()->findChildren<CapsuleButton*>();
+    shown.at(0)->setFocus();
+    scheduler.advance(Seconds{1500});
+    ASSERT_EQ(model().snapshot().phase, TimerPhase::shortBreak);
+    EXPECT_EQ(window().findChild<TimerControlRow*>()->findChildren<CapsuleButton*>(), shown);
+    EXPECT_EQ(QApplication::focusWidget(), shown.at(1));
+    press(Qt::Key_Space);
+    EXPECT_EQ(model().snapshot().runState, TimerRunState::paused);
+}
+
 TEST_F(MainWindowTest, what_is_drawn_is_told_to_assistive_technology)
 {
     open();
