@@ -23,6 +23,7 @@ from sway_desktop import SwayDesktop  # noqa: E402
 BUILT = pathlib.Path(sys.argv[1])
 EMPTY_WINDOW = BUILT / "brevlin_empty_window"
 EMPTY_CORE = BUILT / "brevlin_empty_core"
+EMPTY_CLOCK = BUILT / "brevlin_empty_clock"
 STARTS = 21
 VERBS = 101
 MEMORY_TURNS = 5
@@ -304,6 +305,20 @@ def measure_processor_time():
                 print_a_second("window closed", process, 0.15, 3)
 
 
+def measure_floors():
+    """What Qt takes for the same by itself: for no goal, only to see what could still be gained."""
+    with new_desktop() as desktop:
+        for pictures in (0, 1, 2):
+            process = desktop.run_in_background([str(EMPTY_CLOCK), str(pictures)])
+            time.sleep(SETTLING)
+            before = processor_time(process)
+            time.sleep(OBSERVED)
+            spent = (processor_time(process) - before) / OBSERVED
+            desktop.stop(process)
+            print(f"| {f'a second of a timer and {pictures} pictures':<46} | {f'{spent:.2f} ms':>10} | {'-':>10} | -      | Qt alone",
+                  flush=True)
+
+
 def measure_capsule():
     for compositor in (False, True):
         with new_desktop() as desktop:
@@ -382,5 +397,6 @@ measure_figures()
 measure_memory()
 measure_native()
 measure_processor_time()
+measure_floors()
 measure_capsule()
 measure_lateness()

@@ -145,13 +145,14 @@ void AppModel::alignTicker()
 
 void AppModel::tick()
 {
-    publishRemainingSeconds();
-    const bool hasEnded =
-        m_snapshot.runState == TimerRunState::running && m_remainingSeconds <= Seconds::zero();
+    const bool hasEnded = m_snapshot.runState == TimerRunState::running &&
+                          m_snapshot.remainingSeconds(now()) <= Seconds::zero();
     if (hasEnded) {
-        // Whoever announced the sleep may never tell of the waking.
+        // Whoever announced the sleep may never tell of the waking. The time that is left is told with what
+        // comes next: nobody could see the last zero.
         reconcile(m_isAsleep);
     } else {
+        publishRemainingSeconds();
         alignTicker();
     }
     Q_EMIT ticked();

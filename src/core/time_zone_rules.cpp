@@ -28,9 +28,11 @@ TimeZoneRules::TimeZoneRules(std::string identifier, std::vector<Change> changes
 seconds TimeZoneRules::wholeUnixSeconds(Instant instant)
 {
     constexpr double limit = 3.2e11;
-    const double value = std::floor(unixTime(instant).count());
+    const double value = unixTime(instant).count();
     // Written so that an undefined number ends at the limit, too.
-    return seconds{static_cast<std::int64_t>(value > -limit ? std::min(value, limit) : -limit)};
+    const double kept = value > -limit ? std::min(value, limit) : -limit;
+    const auto towardsZero = static_cast<std::int64_t>(kept);
+    return seconds{towardsZero - (static_cast<double>(towardsZero) > kept ? 1 : 0)};
 }
 
 TimeZoneRules::Stretch TimeZoneRules::stretch(seconds unixSeconds) const

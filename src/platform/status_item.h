@@ -59,6 +59,8 @@ public:
         /// The item was clicked; a place on the item in native pixels of the whole desktop.
         std::function<void(int x, int y)> activated;
         std::function<void(const std::string& identifier)> rowChosen;
+        /// Somebody is about to see the item, who until now did not: what was left out is to be set now.
+        std::function<void()> awaited;
     };
 
     virtual ~StatusItem() = default;
@@ -66,6 +68,8 @@ public:
     virtual void setPictures(const StatusPictures& pictures) = 0;
     virtual void setTexts(const StatusTexts& texts) = 0;
     virtual void setMenu(const std::vector<StatusMenuRow>& rows) = 0;
+    /// Whether anybody can see the item. What changes with every second need not be set while nobody can.
+    virtual bool isSeen() const = 0;
     /// Calls the observer's functions on the main thread from now on; replaces the previous observer.
     virtual void setObserver(Observer observer) = 0;
 };

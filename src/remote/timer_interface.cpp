@@ -86,8 +86,9 @@ TimerInterface::TimerInterface(RemoteControl& control)
     : BusInterface(interface, description()), m_control(control)
 {
     connect(&control, &RemoteControl::changed, this, &TimerInterface::tellChanges);
+    // Told with the changes, once the user sees and hears the end.
     connect(&control.model(), &AppModel::phaseEnded, this,
-            [this](const FinishedSession& finished) { emitSignal("PhaseEnded", {recordMap(finished)}); });
+            [this](const FinishedSession& finished) { m_ended.push_back(finished); });
 }
 
 QVariantMap TimerInterface::properties() const
@@ -171,6 +172,9 @@ BusAnswer TimerInterface::show(const QString& section, const QVariantMap& platfo
 // At first there is nobody who could have been told anything else.
 void TimerInterface::tellChanges()
 {
+    for (const FinishedSession& finished : std::exchange(m_ended, {})) {
+        emitSignal("PhaseEnded", {recordMap(finished)});
+    }
     QVariantMap now = properties();
     now.remove(remaining);
     QVariantMap changes;

@@ -3,6 +3,8 @@
 #include "core/finished_session.h"
 #include "platform/freedesktop/bus/bus_interface.h"
 
+#include <vector>
+
 namespace brevlin {
 
 class RemoteControl;
@@ -26,7 +28,8 @@ private:
     void tellChanges();
 
     RemoteControl& m_control;
-    QVariantMap m_told; // without what passes by itself
+    QVariantMap m_told;                   // without what passes by itself
+    std::vector<FinishedSession> m_ended; // and not told yet
 };
 
 } // namespace brevlin

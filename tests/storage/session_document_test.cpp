@@ -1,3 +1,4 @@
+#include "storage/session_archive_scanner.h"
 #include "storage/session_store_fixture.h"
 #include "storage/snapshot_document.h"
 
@@ -116,6 +117,27 @@ TEST_F(SessionDocumentTest, a_file_in_whatever_form_is_read_the_same_and_written
     store.insert(session(5, 5000.0));
     EXPECT_TRUE(store.isSaved());
     EXPECT_EQ(file(), *encodeSessionArchive(store.sessions()));
+}
+
+TEST_F(SessionDocumentTest, texts_and_numbers_of_any_length_are_read_without_the_library_as_with_it)
+{
+    const auto scanned = [](std::string text, const std::string& ours, const std::string& theirs) {
+        text.replace(text.find(ours), ours.size(), theirs);
+        SessionArchiveScanner scanner(text.size());
+        const auto records = scanner.take(text) ? scanner.finish() : std::nullopt;
+        EXPECT_EQ(records.has_value(), bool(decodeSessionArchive(text))) << theirs;
+        EXPECT_EQ(records ? test::differences(*records, recordsOf(text)) : "", "") << theirs;
+    };
+    for (std::size_t place = 0; place < 18; ++place) {
+        for (const char* part :
+             {R"(\")", R"(\\)", "\x1f", " ", "!", "#", "[", "]", "~", "\x7f", "\xff", "中"}) {
+            scanned(twoRecords(), R"("intention":"")",
+                    R"("intention":")" + std::string(place, 'x') + part + R"( and more than that")");
+        }
+        for (const char* part : {"", ".5", ".06250000", ".1234567", "/5", ":", ".", "e-3", ".25e2"}) {
+            scanned(twoRecords(), "1499.5", std::string("172839405067543").substr(0, place % 15 + 1) + part);
+        }
+    }
 }
 
 TEST_F(SessionDocumentTest, thousands_of_records_come_one_by_one)

@@ -29,6 +29,11 @@ bool isDigit(QChar character)
     return character >= QLatin1Char('0') && character <= QLatin1Char('9');
 }
 
+std::size_t digitOf(QChar character)
+{
+    return static_cast<std::size_t>(character.unicode() - u'0');
+}
+
 double widthOf(const std::vector<NumericText::Piece>& pieces)
 {
     return pieces.empty() ? 0 : pieces.back().left + pieces.back().width;
@@ -38,8 +43,12 @@ double widthOf(const std::vector<NumericText::Piece>& pieces)
 
 NumericText::Cells::Cells(const QFont& font) : metrics(font)
 {
-    for (std::size_t digit = 0; digit < advances.size(); ++digit)
-        advances[digit] = metrics.horizontalAdvance(QLatin1Char(static_cast<char>('0' + digit)));
+    for (std::size_t digit = 0; digit < advances.size(); ++digit) {
+        const QChar character = QLatin1Char(static_cast<char>('0' + digit));
+        advances[digit] = metrics.horizontalAdvance(character);
+        digits[digit] = QStaticText(character);
+        digits[digit].setTextFormat(Qt::PlainText);
+    }
     digitWidth = std::ranges::max(advances);
     colonWidth = metrics.horizontalAdvance(QLatin1Char(':'));
     // Fonts set the colon for lower-case words; between digits it belongs in their middle.
@@ -65,8 +74,7 @@ std::vector<NumericText::Piece> NumericText::pieces(const QString& text, const C
         if (isDigit(text[begin])) {
             piece.text = text.mid(begin, 1);
             piece.width = cells.digitWidth;
-            const auto digit = static_cast<std::size_t>(text[begin].unicode() - u'0');
-            piece.inset = (cells.digitWidth - cells.advances.at(digit)) / 2;
+            piece.inset = (cells.digitWidth - cells.advances.at(digitOf(text[begin]))) / 2;
         } else {
             while (end < text.size() && !isDigit(text[end]))
                 ++end;
@@ -249,12 +257,19 @@ void NumericText::paintPieces(QPainter& painter, const QRectF& exposed, const st
     QColor ink = m_ink ? *m_ink : Theme::of(*this).color(m_color);
     ink.setAlphaF(ink.alphaF() * static_cast<float>(opacity));
     painter.setPen(ink);
+    // Elsewhere Qt puts shaped text on another pixel than a text.
+    const double scale = painter.deviceTransform().m11();
+    const bool isWhole = scale == std::floor(scale);
     for (const Piece& piece : pieces) {
         // To shape what is clipped away costs most of a frame.
         const bool isExposed = piece.left - glyphOverhang < exposed.right() &&
                                piece.left + piece.width + glyphOverhang > exposed.left();
-        if (isExposed)
-            painter.drawText(QPointF(piece.left + piece.inset, -piece.rise), piece.text);
+        const QPointF start(piece.left + piece.inset, -piece.rise);
+        if (isExposed && isWhole && isDigit(piece.text[0]))
+            painter.drawStaticText(start - QPointF(0, m_cells.metrics.ascent()),
+                                   m_cells.digits.at(digitOf(piece.text[0])));
+        else if (isExposed)
+            painter.drawText(start, piece.text);
     }
 }
 

@@ -5,6 +5,7 @@
 
 #include <QFont>
 #include <QFontMetricsF>
+#include <QStaticText>
 #include <QWidget>
 
 #include <array>
@@ -59,8 +60,9 @@ public:
         explicit Cells(const QFont& font);
 
         QFontMetricsF metrics;
-        std::array<double, 10> advances{}; ///< of the digits
-        double digitWidth = 0;             ///< of the widest digit
+        std::array<double, 10> advances{};  ///< of the digits
+        std::array<QStaticText, 10> digits; ///< shaped once: to shape one takes longer than to paint it
+        double digitWidth = 0;              ///< of the widest digit
         double colonWidth = 0;
         double colonRise = 0; ///< lifts a colon to the middle of the digits
     };

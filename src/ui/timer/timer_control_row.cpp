@@ -129,41 +129,59 @@ void TimerControlRow::rebuild(const std::vector<Control>& controls)
 {
     // The keyboard stays with its control, or in another state of the timer with the one that goes on with
     // it: left to Qt it would wander to whatever comes next, and Space would then press that.
-    const std::vector<CapsuleButton*> former = std::exchange(m_buttons, {});
     std::optional<QString> focused;
-    for (const CapsuleButton* button : former) {
+    for (const CapsuleButton* button : m_buttons) {
         if (button->hasFocus()) {
             focused = button->text();
         }
     }
     const TimerSnapshot& snapshot = m_model.snapshot();
     const auto state = std::pair{snapshot.phase, snapshot.runState};
-    const bool isSameState = std::exchange(m_shownState, state) == state;
+    const auto former = std::exchange(m_shownState, state);
     const bool isKept =
-        isSameState && std::any_of(controls.begin(), controls.end(),
-                                   [&](const Control& control) { return control.text == focused; });
-    const ThemeColor tint = phaseColor(snapshot.phase);
+        former == state && std::any_of(controls.begin(), controls.end(),
+                                       [&](const Control& control) { return control.text == focused; });
+    // Qt asks the X server where the pointer is for every button that it shows, and waits: a phase that
+    // begins by itself keeps the buttons of the last one.
+    const bool isSameRow = former && former->second == snapshot.runState &&
+                           std::equal(controls.begin(), controls.end(), m_buttons.begin(), m_buttons.end(),
+                                      [](const Control& control, const CapsuleButton* button) {
+                                          return control.text == button->text();
+                                      });
+    const std::vector<CapsuleButton*> gone =
+        isSameRow ? std::vector<CapsuleButton*>{} : std::exchange(m_buttons, newButtons(controls));
+    for (std::size_t index = 0; index < controls.size(); ++index) {
+        const Control& control = controls[index];
+        m_buttons[index]->setTint(phaseColor(snapshot.phase));
+        if (focused && (isKept ? control.text == focused : control.isOnSpace || control.isPrimary)) {
+            m_buttons[index]->setFocus(Qt::TabFocusReason);
+        }
+    }
+    // Not before: hiding the one with the keyboard hands it on at once, and a screen reader says to whom.
+    for (CapsuleButton* button : gone) {
+        button->hide();
+        button->deleteLater();
+    }
+    if (!isSameRow) {
+        arrange();
+    }
+}
+
+std::vector<CapsuleButton*> TimerControlRow::newButtons(const std::vector<Control>& controls)
+{
     const ControlSize size =
         m_style == TimerControlStyle::trayPanel ? ControlSize::compact : ControlSize::regular;
+    std::vector<CapsuleButton*> buttons;
     for (const Control& control : controls) {
         auto* button = new CapsuleButton(control.isPrimary ? CapsuleStyle::primary : CapsuleStyle::secondary,
                                          size, this);
         button->setText(control.text);
         button->setSymbol(control.symbol);
-        button->setTint(tint);
         connect(button, &QAbstractButton::clicked, this, control.action);
         button->show(); // now, not from the next turn of the event loop, so that the row is never seen empty
-        m_buttons.push_back(button);
-        if (focused && (isKept ? control.text == focused : control.isOnSpace || control.isPrimary)) {
-            button->setFocus(Qt::TabFocusReason);
-        }
+        buttons.push_back(button);
     }
-    // Not before: hiding the one with the keyboard hands it on at once, and a screen reader says to whom.
-    for (CapsuleButton* button : former) {
-        button->hide();
-        button->deleteLater();
-    }
-    arrange();
+    return buttons;
 }
 
 void TimerControlRow::setLongestRow(int width)

@@ -47,6 +47,7 @@ private:
     std::vector<Control> controls() const;
     void refresh();
     void rebuild(const std::vector<Control>& controls);
+    std::vector<CapsuleButton*> newButtons(const std::vector<Control>& controls);
     void arrange();
     void followKeyboard();
 

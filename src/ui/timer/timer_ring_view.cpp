@@ -49,8 +49,10 @@ TimerRingView::TimerRingView(AppModel& model, const TimerRingMetrics& metrics, Q
 
     connect(&m_progress, &ValueAnimation::valueChanged, this, &TimerRingView::repaintArc);
     connect(&model, &AppModel::remainingSecondsChanged, this, [this] {
-        updateTime();
-        updateProgress();
+        if (isVisible()) {
+            updateTime();
+            updateProgress();
+        }
     });
     connect(&model, &AppModel::ticked, this, [this] {
         // The end of a paused phase moves on with the clock.
@@ -182,7 +184,9 @@ void TimerRingView::showEvent(QShowEvent* event)
 {
     QWidget::showEvent(event);
     m_progress.setValue(m_model.progress());
+    m_time->setFades(false); // from what it showed when it was hidden
     updateTexts();
+    m_time->setFades(true);
 }
 
 void TimerRingView::resizeEvent(QResizeEvent* event)

@@ -43,11 +43,17 @@ Tray::Tray(AppModel& model, SectionSelection& selection, StatusItem& item, Windo
     : m_model(model), m_selection(selection), m_item(item), m_windowSystem(windowSystem), m_panels(panels)
 {
     item.setObserver({[this](int x, int y) { togglePanel(clickedAnchor(x, y)); },
-                      [this](const std::string& row) {
-                          choose(row);
+                      [this](const std::string& row) { choose(row); },
+                      [this] {
+                          refresh();
+                          paintPictures();
                       }});
     connect(&model, &AppModel::snapshotChanged, this, &Tray::refresh);
-    connect(&model, &AppModel::remainingSecondsChanged, this, &Tray::refresh);
+    connect(&model, &AppModel::remainingSecondsChanged, this, [this] {
+        if (m_item.isSeen()) {
+            refresh();
+        }
+    });
     connect(&model, &AppModel::preferencesChanged, this, &Tray::refresh);
     paintPictures();
     refresh();

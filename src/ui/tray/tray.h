@@ -17,7 +17,7 @@ class StatusItem;
 class WindowSystem;
 
 /// Keeps the status item showing the timer, opens its panel and carries out its menu. The item gets a value
-/// only when it differs from the one before.
+/// only when it differs from the one before, and from second to second only when somebody sees it.
 class Tray final : public QObject
 {
     Q_OBJECT

@@ -3,6 +3,7 @@
 #include "ui/controls/bar_buttons.h"
 #include "ui/controls/capsule_button.h"
 #include "ui/controls/empty_state_view.h"
+#include "ui/controls/numeric_text.h"
 #include "ui/controls/text_field.h"
 #include "ui/main/absence_bar.h"
 #include "ui/main/main_window.h"
@@ -130,6 +131,34 @@ TEST_F(MainWindowTest, the_controls_are_those_of_the_state_and_the_language)
     EXPECT_EQ(buttons(), (Texts{"Stop sound", "Skip Break", "Start Break"}));
     scheduler.advance(Seconds{60});
     EXPECT_EQ(buttons(), (Texts{"Skip Break", "Start Break"})) << "the sound has stopped by itself";
+}
+
+TEST_F(MainWindowTest, a_window_that_was_hidden_shows_the_time_of_now_at_once)
+{
+    open();
+    model().start();
+    window().hide();
+    scheduler.advance(Seconds{61});
+    window().show();
+    auto* time = window().findChild<TimerRingView*>()->findChild<NumericText*>();
+    EXPECT_EQ(time->text(), QStringLiteral("23:59"));
+    EXPECT_FALSE(time->transition().isRunning());
+}
+
+TEST_F(MainWindowTest, a_phase_that_begins_by_itself_keeps_the_buttons_and_the_keyboard_goes_on)
+{
+    storePreferences([](AppPreferences& p) { p.timerSettings.autoStartBreaks = true; });
+    open();
+    model().start();
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    const auto shown = window().findChild<TimerControlRow*>()->findChildren<CapsuleButton*>();
+    shown.at(0)->setFocus();
+    scheduler.advance(Seconds{1500});
+    ASSERT_EQ(model().snapshot().phase, TimerPhase::shortBreak);
+    EXPECT_EQ(window().findChild<TimerControlRow*>()->findChildren<CapsuleButton*>(), shown);
+    EXPECT_EQ(QApplication::focusWidget(), shown.at(1));
+    press(Qt::Key_Space);
+    EXPECT_EQ(model().snapshot().runState, TimerRunState::paused);
 }
 
 TEST_F(MainWindowTest, what_is_drawn_is_told_to_assistive_technology)

@@ -23,6 +23,7 @@ public:
     }
     void setTexts(const StatusTexts& value) override { texts = value; }
     void setMenu(const std::vector<StatusMenuRow>& value) override { rows = value; }
+    bool isSeen() const override { return seen; }
     void setObserver(Observer value) override { observer = std::move(value); }
 
     StatusPictures pictures;
@@ -30,6 +31,7 @@ public:
     std::vector<StatusMenuRow> rows;
     Observer observer;
     int pictureChanges = 0;
+    bool seen = true;
 };
 
 class TrayTest : public test::ModelTest
@@ -102,6 +104,23 @@ TEST_F(TrayTest, the_picture_changes_with_the_minute_and_the_state_only)
     model().switchToNextPhase();
     QApplication::processEvents();
     EXPECT_NE(item.pictures.plain, idle.plain) << "a break";
+}
+
+TEST_F(TrayTest, an_item_that_nobody_sees_is_brought_up_to_date_for_the_first_who_does)
+{
+    item.seen = false;
+    model().start();
+    QApplication::processEvents();
+    const int before = item.pictureChanges;
+    scheduler.advance(Seconds{61});
+    QApplication::processEvents();
+    EXPECT_EQ(item.texts.clock, "25:00");
+    item.observer.awaited();
+    EXPECT_EQ(item.texts.clock, "23:59");
+    EXPECT_EQ(item.pictureChanges, before + 1);
+    scheduler.advance(Seconds{10});
+    model().pause();
+    EXPECT_EQ(item.texts.clock, "23:49");
 }
 
 TEST(PanelOrigin, the_panel_lies_beside_its_item_and_inside_the_work_area)

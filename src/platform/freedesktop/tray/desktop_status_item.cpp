@@ -23,6 +23,9 @@ void DesktopStatusItem::followHost()
     if (!m_isFilled) {
         return;
     }
+    if (m_host.isCollecting() && !m_item.isCollected() && m_observer.awaited) {
+        m_observer.awaited();
+    }
     m_host.offerItem();
     m_item.setIsCollected(m_host.isCollecting());
     m_item.setShowsLabel(m_host.showsLabels());
@@ -67,6 +70,11 @@ void DesktopStatusItem::setMenu(const std::vector<StatusMenuRow>& rows)
     if (m_popupMenu) {
         m_popupMenu->setRows(rows);
     }
+}
+
+bool DesktopStatusItem::isSeen() const
+{
+    return m_item.isCollected() || (m_xembed && m_xembed->isEmbedded());
 }
 
 void DesktopStatusItem::setObserver(Observer observer)

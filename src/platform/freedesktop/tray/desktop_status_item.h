@@ -22,6 +22,7 @@ public:
     void setPictures(const StatusPictures& pictures) override;
     void setTexts(const StatusTexts& texts) override;
     void setMenu(const std::vector<StatusMenuRow>& rows) override;
+    bool isSeen() const override;
     void setObserver(Observer observer) override;
 
 private:

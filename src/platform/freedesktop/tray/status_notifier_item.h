@@ -26,6 +26,7 @@ public:
     void setShowsLabel(bool showsLabel);
     /// Whether anybody listens; at first nobody does.
     void setIsCollected(bool isCollected) { m_isCollected = isCollected; }
+    bool isCollected() const { return m_isCollected; }
 
 Q_SIGNALS:
     void activated(int x, int y);

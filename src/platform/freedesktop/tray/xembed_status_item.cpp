@@ -92,4 +92,11 @@ void XEmbedStatusItem::setVisible(bool isVisible)
     m_icon.setVisible(isVisible);
 }
 
+bool XEmbedStatusItem::isEmbedded()
+{
+    // An embedded window's place is asked of the X server: once is enough.
+    m_wasEmbedded = m_wasEmbedded || !m_icon.geometry().isEmpty();
+    return m_wasEmbedded;
+}
+
 } // namespace brevlin

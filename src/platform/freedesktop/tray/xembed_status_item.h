@@ -37,12 +37,15 @@ public:
     void setPictures(const StatusPictures& pictures);
     void setTexts(const StatusTexts& texts);
     void setVisible(bool isVisible);
+    /// Whether a tray has ever taken the window in.
+    bool isEmbedded();
 
 Q_SIGNALS:
     void activated(int x, int y);
 
 private:
     QSystemTrayIcon m_icon;
+    bool m_wasEmbedded = false;
 };
 
 } // namespace brevlin

@@ -179,6 +179,8 @@ void X11FloatingWindowSystem::prepareToShow(WindowId window)
     const auto native = nativeWindow(window);
     m_x11.setNumbers(native, m_x11.atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM,
                      {m_x11.atom("_NET_WM_WINDOW_TYPE_NOTIFICATION")});
+    // What no manager has framed Qt would walk up the tree of windows for, and wait, at every resize.
+    m_x11.setNumbers(native, m_x11.atom("_NET_FRAME_EXTENTS"), XCB_ATOM_CARDINAL, {0, 0, 0, 0});
     refuseFocus(native);
     m_swayWorkArea.ask();
 }
