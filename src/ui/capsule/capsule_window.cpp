@@ -227,8 +227,8 @@ void CapsuleWindow::placeView(const QRect& frame)
 }
 
 // A compositor blends the pixels at the edge, so it is given the whole window and only the clicks are cut;
-// without one the window itself is. While the capsule moves under a compositor, all of the way is its own, and
-// the margin while the pointer is inside, which is to be heard of when it gets there.
+// without one the window itself is. While the capsule moves under a compositor, all of the way is its own,
+// and the margin while the pointer is inside, which is to be heard of when it gets there.
 void CapsuleWindow::updateShape()
 {
     FloatingWindowSystem::Shape part;

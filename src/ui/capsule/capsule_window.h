@@ -62,7 +62,7 @@ public:
 
 Q_SIGNALS:
     void hovered(bool isHovered);
-    void pointerMoved(); ///< inside, where its leaving may stay unseen
+    void pointerMoved();                  ///< inside, where its leaving may stay unseen
     void dragged(const QPoint& distance); ///< since the button was pressed
     void released();                      ///< after a drag
 
@@ -105,7 +105,7 @@ private:
     bool m_isBlurred = false;
     bool m_isDisappearing = false;
     bool m_hasPointer = false;
-    bool m_isSensing = false; // the margin is there
+    bool m_isSensing = false;       // the margin is there
     std::optional<QPoint> m_heldAt; // where the pointer pressed
     QPoint m_pointer;               // where the mouse was last
     bool m_isDragging = false;
