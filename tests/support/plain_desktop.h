@@ -23,7 +23,7 @@ public:
 };
 
 /// A desktop without panels.
-class NoPanels final : public FloatingWindowSystem
+class NoPanels : public FloatingWindowSystem
 {
 public:
     void prepareToShow(WindowId /*window*/) override {}

@@ -22,6 +22,8 @@ constexpr AnimationTiming motionTiming{280ms, QEasingCurve::Linear, 17};
 constexpr AnimationTiming fadeInTiming{180ms, QEasingCurve::OutQuad, 11};
 // A hand moves the pointer less far between two events, mostly.
 constexpr int sensingMargin = 60;
+// Half covered pixels at the edge are clicked, too.
+constexpr double edgeTolerance = 2.0;
 constexpr AnimationTiming fadeOutTiming{160ms, QEasingCurve::InQuad, 10};
 
 QRect between(const QRect& start, const QRect& target, double share)
@@ -87,7 +89,7 @@ bool CapsuleWindow::fades() const
 void CapsuleWindow::appear(const QRect& frame, double cornerRadius)
 {
     m_surface->prepare();
-    if (m_system.pointerSight() == FloatingWindowSystem::PointerSight::uncertain) {
+    if (isPointerUncertain()) {
         windowHandle()->installEventFilter(this); // again changes nothing
     }
     followSystem();
@@ -154,8 +156,12 @@ void CapsuleWindow::glideTo(const QRect& frame)
 void CapsuleWindow::fitWindow()
 {
     QRect area = m_spansWay ? m_start | m_target : frame();
-    if (m_hasPointer && m_system.pointerSight() == FloatingWindowSystem::PointerSight::uncertain) {
+    m_isSensing = m_hasPointer && isPointerUncertain();
+    if (m_isSensing) {
         area.adjust(-sensingMargin, -sensingMargin, sensingMargin, sensingMargin);
+        // Not only after the window has grown: the old shape lies elsewhere in it, and the server would see
+        // the pointer leave and enter.
+        m_system.setShape(winId(), {{}, everythingOf(area.size())});
     }
     const QRect lies = frame();
     if (!m_surface->hold(area)) {
@@ -225,12 +231,16 @@ void CapsuleWindow::placeView(const QRect& frame)
 }
 
 // A compositor blends the pixels at the edge, so it is given the whole window and only the clicks are cut;
-// without one the window itself is. While the capsule moves under a compositor, all of the way is its own.
+// without one the window itself is. While the capsule moves under a compositor, all of the way is its own,
+// and the margin while the pointer is inside, which is to be heard of when it gets there.
 void CapsuleWindow::updateShape()
 {
     FloatingWindowSystem::Shape part;
     if (!m_isComposited) {
         part.seen = shape(ShapeEdge::hard);
+    } else if (m_isSensing) {
+        // GNOME would take the lack of a shape for the size that the window had when it was shaped last.
+        part.clicked = everythingOf(m_surface->area().size());
     } else if (!m_motion.isRunning()) {
         part.clicked = shape(ShapeEdge::soft);
     } else if (const auto way = m_surface->clickedOnTheWay(m_start | m_target)) {
@@ -241,6 +251,11 @@ void CapsuleWindow::updateShape()
     if (m_isBlurred) {
         m_system.setBlurredPart(winId(), shape(ShapeEdge::hard));
     }
+}
+
+std::vector<FloatingWindowSystem::Rectangle> CapsuleWindow::everythingOf(const QSize& size) const
+{
+    return {nativeRectangle(QRect(QPoint(), size), *this)};
 }
 
 // Native pixels of the window.
@@ -272,7 +287,11 @@ void CapsuleWindow::followSystem()
 void CapsuleWindow::enterEvent(QEnterEvent* event)
 {
     QWidget::enterEvent(event);
-    setHasPointer(true);
+    if (isPointerUncertain()) {
+        followPointer(event->globalPosition().toPoint());
+    } else {
+        setHasPointer(true);
+    }
 }
 
 void CapsuleWindow::leaveEvent(QEvent* event)
@@ -291,14 +310,28 @@ void CapsuleWindow::setHasPointer(bool hasPointer)
     }
 }
 
-// Every movement of the pointer, whichever control it is above. One that was lost enters without an event.
+bool CapsuleWindow::isPointerUncertain() const
+{
+    return m_system.pointerSight() == FloatingWindowSystem::PointerSight::uncertain;
+}
+
+// What moves inside the margin has left the capsule, and one that was lost enters without an event.
+void CapsuleWindow::followPointer(const QPoint& place)
+{
+    const bool isInside = m_heldAt || covers(place, edgeTolerance);
+    if (isInside != m_hasPointer) {
+        setHasPointer(isInside);
+    }
+    if (isInside) {
+        Q_EMIT pointerMoved();
+    }
+}
+
+// Every movement of the pointer, whichever control it is above.
 bool CapsuleWindow::eventFilter(QObject* watched, QEvent* event)
 {
     if (event->type() == QEvent::MouseMove) {
-        if (!m_hasPointer) {
-            setHasPointer(true);
-        }
-        Q_EMIT pointerMoved();
+        followPointer(static_cast<QMouseEvent*>(event)->globalPosition().toPoint());
     }
     return QWidget::eventFilter(watched, event);
 }

@@ -62,7 +62,7 @@ public:
 
 Q_SIGNALS:
     void hovered(bool isHovered);
-    void pointerMoved();
+    void pointerMoved();                  ///< inside, where its leaving may stay unseen
     void dragged(const QPoint& distance); ///< since the button was pressed
     void released();                      ///< after a drag
 
@@ -79,12 +79,15 @@ protected:
 private:
     bool fades() const;
     void setHasPointer(bool hasPointer);
+    bool isPointerUncertain() const;
+    void followPointer(const QPoint& place);
     void fitWindow();
     void startMotion(const QRect& frame, double cornerRadius);
     void endMotion();
     void showStep(double share);
     void placeView(const QRect& frame);
     void updateShape();
+    std::vector<FloatingWindowSystem::Rectangle> everythingOf(const QSize& size) const;
     std::vector<FloatingWindowSystem::Rectangle> shape(ShapeEdge edge) const;
     void updateBlur();
     void letGo();
@@ -102,6 +105,7 @@ private:
     bool m_isBlurred = false;
     bool m_isDisappearing = false;
     bool m_hasPointer = false;
+    bool m_isSensing = false;       // the margin is there
     std::optional<QPoint> m_heldAt; // where the pointer pressed
     QPoint m_pointer;               // where the mouse was last
     bool m_isDragging = false;
