@@ -346,6 +346,7 @@ class Desktop:
         self.ask("import", "-window", "root", str(picture))
         ended = {process.args[0]: process.poll() for process in self.processes if process.poll() is not None}
         return "\n".join([f"the screen at that moment: {picture}", "windows:", self.ask("wmctrl", "-l", "-p"),
+                          "those of the X server:", self.ask("xwininfo", "-root", "-children"),
                           f"timer: {self.timer()}", f"history: {self.history()}", "Brevlin said:",
                           self.output_of("brevlin"), f"programs that have ended: {ended}", "The window manager said:",
                           self.output_of(pathlib.Path(self.manager[0]).name)])
