@@ -76,6 +76,9 @@ public:
     virtual bool isScreenCovered() = 0;
     /// What the window system tells of the pointer.
     virtual PointerSight pointerSight() const = 0;
+    /// Where the sight is uncertain: whether it will all the same be told that the pointer, as it moved last,
+    /// leaves the window that is kept above. Then a pointer that rests is inside.
+    virtual bool isLeavingTold() const { return false; }
     /// What lays windows where they cannot do so themselves; none where they can.
     virtual LayerSurfaces* layers() { return nullptr; }
     /// How much of the screen with this geometry, both in points, panels leave free where their places are

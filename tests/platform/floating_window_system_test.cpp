@@ -1,7 +1,10 @@
 #include "platform/freedesktop/sway/sway_work_area.h"
 #include "platform/freedesktop/x11/x11_window_tree.h"
+#include "platform/freedesktop/x11/xwayland_pointer.h"
 
 #include <gtest/gtest.h>
+
+#include <cstring>
 
 namespace brevlin {
 namespace {
@@ -10,6 +13,7 @@ using Rectangle = FloatingWindowSystem::Rectangle;
 
 constexpr Rectangle screen{0, 0, 1280, 900};
 constexpr xcb_window_t panel = 7;
+constexpr std::uint8_t inputExtension = 131;
 
 TopLevelWindow managed(xcb_window_t id, const Rectangle& area = screen)
 {
@@ -52,6 +56,39 @@ TEST(X11WindowTree, the_panel_rises_above_managed_windows_alone_and_appears_belo
         EXPECT_EQ(highestManagedAbove(c.windows, panel), c.above) << c.what;
         EXPECT_EQ(coveringWindow(c.windows, panel, {screen, secondScreens.area}), c.cover) << c.what;
     }
+}
+
+TEST(XwaylandPointer, leaving_is_told_where_the_device_that_lets_it_enter_has_moved_it_last)
+{
+    constexpr std::uint16_t relative = 7;
+    constexpr std::uint16_t absolute = 6;
+    XwaylandPointer pointer;
+    const auto tell = [&](std::uint16_t type, std::size_t sourceAt, std::uint16_t source,
+                          xcb_window_t window = panel, std::uint8_t extension = inputExtension) {
+        struct alignas(xcb_generic_event_t) Event
+        {
+            std::uint8_t bytes[64] = {XCB_GE_GENERIC};
+        } event;
+        event.bytes[1] = extension;
+        std::memcpy(event.bytes + 8, &type, sizeof type);
+        std::memcpy(event.bytes + 24, &window, sizeof window);
+        std::memcpy(event.bytes + sourceAt, &source, sizeof source);
+        pointer.follow(reinterpret_cast<const xcb_generic_event_t&>(event), inputExtension, panel);
+        return pointer.isLeavingTold();
+    };
+    const auto enter = [&](auto... more) {
+        return tell(7, 16, more...);
+    };
+    const auto move = [&](auto... more) {
+        return tell(6, 56, more...);
+    };
+    EXPECT_FALSE(pointer.isLeavingTold());
+    EXPECT_FALSE(enter(relative));
+    EXPECT_TRUE(move(relative));
+    EXPECT_TRUE(move(absolute, panel + 1)) << "another window";
+    EXPECT_TRUE(move(absolute, panel, std::uint8_t{140})) << "another extension";
+    EXPECT_FALSE(move(absolute));
+    EXPECT_FALSE(enter(relative));
 }
 
 TEST(SwayWorkArea, what_a_visible_workspace_lacks_of_its_output_is_reserved)

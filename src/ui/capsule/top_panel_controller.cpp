@@ -73,7 +73,11 @@ void TopPanelController::makeWindow()
     });
     connect(m_window.get(), &CapsuleWindow::hovered, this, &TopPanelController::setHovered);
     connect(m_window.get(), &CapsuleWindow::pointerMoved, this, [this] {
-        m_lostPointerTask = m_scheduler.after(lostPointerDelay, [this] { m_window->losePointer(); });
+        m_lostPointerTask = m_scheduler.after(lostPointerDelay, [this] {
+            if (!m_system.isLeavingTold()) {
+                m_window->losePointer();
+            }
+        });
     });
     connect(m_window.get(), &CapsuleWindow::dragged, this, &TopPanelController::drag);
     connect(m_window.get(), &CapsuleWindow::released, this, &TopPanelController::scheduleEndOfDrag);

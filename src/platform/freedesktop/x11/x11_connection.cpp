@@ -21,6 +21,12 @@ struct FreeDeleter
 template <typename Reply>
 using ReplyPointer = std::unique_ptr<Reply, FreeDeleter>;
 
+ReplyPointer<xcb_query_extension_reply_t> queryExtension(xcb_connection_t* connection, std::string_view name)
+{
+    const auto cookie = xcb_query_extension(connection, static_cast<std::uint16_t>(name.size()), name.data());
+    return ReplyPointer<xcb_query_extension_reply_t>{xcb_query_extension_reply(connection, cookie, nullptr)};
+}
+
 std::uint8_t typeOf(const xcb_generic_event_t& event)
 {
     constexpr std::uint8_t sentBit = 0x80;
@@ -43,11 +49,14 @@ X11Connection::X11Connection()
 
 std::optional<std::uint8_t> X11Connection::firstEvent(std::string_view extension) const
 {
-    const auto cookie =
-        xcb_query_extension(m_connection, static_cast<std::uint16_t>(extension.size()), extension.data());
-    const ReplyPointer<xcb_query_extension_reply_t> reply{
-        xcb_query_extension_reply(m_connection, cookie, nullptr)};
+    const auto reply = queryExtension(m_connection, extension);
     return reply && reply->present != 0 ? std::optional{reply->first_event} : std::nullopt;
+}
+
+std::optional<std::uint8_t> X11Connection::number(std::string_view extension) const
+{
+    const auto reply = queryExtension(m_connection, extension);
+    return reply && reply->present != 0 ? std::optional{reply->major_opcode} : std::nullopt;
 }
 
 xcb_atom_t X11Connection::atom(std::string_view name) const

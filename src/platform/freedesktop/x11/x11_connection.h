@@ -24,6 +24,8 @@ public:
     /// The number of an extension's first event, which means nothing where it has no events; nothing where
     /// the server lacks the extension.
     std::optional<std::uint8_t> firstEvent(std::string_view extension) const;
+    /// The number that marks an extension's requests and generic events; nothing where the server lacks it.
+    std::optional<std::uint8_t> number(std::string_view extension) const;
     xcb_atom_t atom(std::string_view name) const;
     /// The values of a property of 32-bit numbers; empty where the window has none.
     std::vector<std::uint32_t> numbers(xcb_window_t window, xcb_atom_t property) const;

@@ -123,6 +123,7 @@ X11FloatingWindowSystem::X11FloatingWindowSystem(TaskScheduler& scheduler, QObje
     if (m_x11.isConnected()) {
         if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
             m_pointerSight = PointerSight::uncertain;
+            m_inputExtension = m_x11.number("XInputExtension").value_or(0);
         }
         m_stackingProperties = {m_x11.atom("_NET_ACTIVE_WINDOW"), m_x11.atom("_NET_CLIENT_LIST_STACKING"),
                                 m_x11.atom("_NET_CURRENT_DESKTOP"), m_x11.atom("_NET_SUPPORTING_WM_CHECK")};
@@ -156,6 +157,7 @@ bool X11FloatingWindowSystem::nativeEventFilter(const QByteArray& eventType, voi
         return false;
     }
     const auto& event = *static_cast<const xcb_generic_event_t*>(message);
+    m_pointer.follow(event, m_inputExtension, m_floating);
     const auto property = m_x11.changedRootProperty(event);
     if (property != XCB_ATOM_NONE && contains(m_stackingProperties, property)) {
         scheduleRaise();

@@ -3,6 +3,7 @@
 #include "platform/floating_window_system.h"
 #include "platform/freedesktop/sway/sway_work_area.h"
 #include "platform/freedesktop/x11/x11_connection.h"
+#include "platform/freedesktop/x11/xwayland_pointer.h"
 #include "platform/task_scheduler.h"
 
 #include <QAbstractNativeEventFilter>
@@ -30,6 +31,7 @@ public:
     void setShape(WindowId window, const Shape& shape) override;
     bool isScreenCovered() override;
     PointerSight pointerSight() const override { return m_pointerSight; }
+    bool isLeavingTold() const override { return m_pointer.isLeavingTold(); }
     bool isComposited() const override;
     bool blurs() const override;
     void setBlurredPart(WindowId window, const std::vector<Rectangle>& part) override;
@@ -46,6 +48,8 @@ private:
     X11Connection m_x11;
     SwayWorkArea m_swayWorkArea;
     PointerSight m_pointerSight = PointerSight::everywhere;
+    XwaylandPointer m_pointer;
+    std::uint8_t m_inputExtension = 0;            // XInput's number, asked for where the sight is uncertain
     std::vector<xcb_atom_t> m_watchedProperties;  // of the root window, that the change handler is told of
     std::vector<xcb_atom_t> m_stackingProperties; // of the root window, that change with the order of windows
     xcb_window_t m_floating = XCB_WINDOW_NONE;    // to be kept above
