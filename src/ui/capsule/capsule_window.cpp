@@ -3,9 +3,11 @@
 #include "ui/capsule/capsule_controls.h"
 #include "ui/controls/spoken_element.h"
 #include "ui/style/shapes.h"
+#include "ui/style/translucent.h"
 
 #include <QCloseEvent>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QWindow>
 
 #include <algorithm>
@@ -395,6 +397,15 @@ void CapsuleWindow::restartDrag()
 void CapsuleWindow::closeEvent(QCloseEvent* event)
 {
     event->ignore();
+}
+
+// A window that stays as large as it is shows at the end of a motion what lay there in its middle.
+void CapsuleWindow::paintEvent(QPaintEvent* event)
+{
+    if (m_system.layers() != nullptr) {
+        QPainter painter(this);
+        clearTranslucent(painter, event->region());
+    }
 }
 
 void CapsuleWindow::hideEvent(QHideEvent* event)

@@ -1,7 +1,10 @@
 #include "ui/tray/tray_curtain.h"
 
+#include "ui/style/translucent.h"
+
 #include <QGuiApplication>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QScreen>
 
 namespace brevlin {
@@ -45,6 +48,12 @@ void TrayCurtain::lower()
         other.release()->deleteLater(); // it may have heard the press that ends it
     }
     m_others.clear();
+}
+
+void TrayCurtain::paintEvent(QPaintEvent* event)
+{
+    QPainter painter(this);
+    clearTranslucent(painter, event->region());
 }
 
 void TrayCurtain::mousePressEvent(QMouseEvent* /*event*/)

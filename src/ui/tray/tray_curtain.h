@@ -31,6 +31,7 @@ Q_SIGNALS:
 
 protected:
     void mousePressEvent(QMouseEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
 
 private:
     void fill(QScreen& screen, LayerSurfaces::Kind kind);
