@@ -152,7 +152,14 @@ class Desktop:
         return ":" + number
 
     def start_manager(self):
-        self.manager_process = self.run_in_background(self.manager)
+        command, ready = list(self.manager), self.folder / "openbox-is-ready"
+        if command[0] == "openbox":
+            # It says that it is there before it looks for the windows that are, and forgets one that comes meanwhile.
+            ready.unlink(missing_ok=True)
+            command += ["--startup", f"touch {ready}"]
+        self.manager_process = self.run_in_background(command)
+        if command[0] == "openbox":
+            wait_for("openbox", ready.exists)
         wait_for("a window manager", lambda: "window id" in self.ask("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"))
 
     def start_bus(self, variable="DBUS_SESSION_BUS_ADDRESS"):
