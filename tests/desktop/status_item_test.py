@@ -70,6 +70,7 @@ class StatusItemTest(DesktopTest):
 
     def test_xfce_shows_the_item_and_a_click_opens_its_panel(self):
         self.desktop.run_in_background(["xfwm4", "--replace", "--compositor=off"])
+        wait_for("xfwm4", lambda: "Xfwm4" in self.desktop.ask("wmctrl", "-m"))
         folder = self.desktop.home / ".config/xfce4/xfconf/xfce-perchannel-xml"
         folder.mkdir(parents=True)
         shutil.copy(pathlib.Path(__file__).with_name("xfce4-panel.xml"), folder)
