@@ -154,8 +154,10 @@ class Layer(LayerTest):
         desktop.config.mkdir(mode=0o700, parents=True)
         geometry = desktop.config / "com.quillmark.brevlin.mainWindow.json"
         geometry.write_text(json.dumps(stored))
+        self.command("focus_on_window_activation focus")
         self.command('for_window [app_id="com.quillmark.Brevlin"] floating enable')
-        desktop.start_program()
+        # Not by sway's own socket, where no token is needed.
+        desktop.run_in_background(["env", "--unset=SWAYSOCK", PROGRAM])
         wait_for("the window", lambda: desktop.has_keyboard("Brevlin"))
         self.command("resize", "set", "860", "620")
         wait_for("the new size", lambda: read_json(geometry)["width"] != 900)
