@@ -15,6 +15,7 @@
 #include <cstddef>
 #include <cstdio>
 #include <memory>
+#include <thread>
 #include <utility>
 
 namespace brevlin {
@@ -25,6 +26,7 @@ constexpr off_t largestFile = off_t{1} << 30;
 // Room behind the content for a reader that loads whole vectors past its end.
 constexpr std::size_t spareCapacity = 64;
 constexpr std::size_t pieceSize = std::size_t{1} << 18; // stays in the processor's cache
+constexpr std::size_t readPieceSize = std::size_t{1} << 16;
 constexpr mode_t privateFile = 0600;
 constexpr mode_t privateFolder = 0700;
 constexpr mode_t permissionBits = 07777;
@@ -388,8 +390,10 @@ Expected<std::optional<FileStamp>, FileError> PosixDurableFile::readPieces(const
         return opened ? Expected<std::optional<FileStamp>, FileError>{std::nullopt}
                       : Unexpected{opened.error()};
     }
-    std::string piece(pieceSize, '\0');
+    std::string piece(readPieceSize, '\0');
     for (;;) {
+        // A program that starts reads its long history on the processor that its window's display wants, too.
+        std::this_thread::yield();
         const auto length = readUpTo((*opened)->file, piece.data(), piece.size(), path);
         if (!length) {
             return Unexpected{length.error()};
