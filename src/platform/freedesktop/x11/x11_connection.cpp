@@ -3,8 +3,11 @@
 #include <QGuiApplication>
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
+#include <functional>
 #include <iterator>
+#include <map>
 #include <memory>
 
 namespace brevlin {
@@ -21,10 +24,114 @@ struct FreeDeleter
 template <typename Reply>
 using ReplyPointer = std::unique_ptr<Reply, FreeDeleter>;
 
-ReplyPointer<xcb_query_extension_reply_t> queryExtension(xcb_connection_t* connection, std::string_view name)
+// What every start asks for.
+constexpr std::array commonAtoms{"AT_SPI_BUS",
+                                 "_GTK_FRAME_EXTENTS",
+                                 "_KDE_NET_WM_BLUR_BEHIND_REGION",
+                                 "_NET_ACTIVE_WINDOW",
+                                 "_NET_CLIENT_LIST",
+                                 "_NET_CLIENT_LIST_STACKING",
+                                 "_NET_CURRENT_DESKTOP",
+                                 "_NET_SUPPORTED",
+                                 "_NET_SUPPORTING_WM_CHECK",
+                                 "_NET_WM_STRUT_PARTIAL",
+                                 "_NET_WORKAREA",
+                                 "_XSETTINGS_S0",
+                                 "_XSETTINGS_SETTINGS"};
+
+/// What names stand for as long as the server runs. Each answer wakes two threads, so each is asked for once,
+/// and the common ones together.
+class ServerNames final
 {
-    const auto cookie = xcb_query_extension(connection, static_cast<std::uint16_t>(name.size()), name.data());
-    return ReplyPointer<xcb_query_extension_reply_t>{xcb_query_extension_reply(connection, cookie, nullptr)};
+public:
+    struct Extension
+    {
+        std::uint8_t number = 0;
+        std::uint8_t firstEvent = 0;
+    };
+
+    explicit ServerNames(xcb_connection_t* connection) : m_connection(connection)
+    {
+        std::array<xcb_intern_atom_cookie_t, commonAtoms.size()> cookies{};
+        std::ranges::transform(commonAtoms, cookies.begin(),
+                               [this](std::string_view name) { return ask(name); });
+        for (std::size_t index = 0; index < commonAtoms.size(); ++index) {
+            m_atoms.emplace(commonAtoms[index], answer(cookies[index]));
+        }
+    }
+
+    xcb_connection_t* connection() const { return m_connection; }
+
+    xcb_atom_t atom(std::string_view name)
+    {
+        auto known = m_atoms.find(name);
+        if (known == m_atoms.end()) {
+            known = m_atoms.emplace(name, answer(ask(name))).first;
+        }
+        return known->second;
+    }
+
+    std::optional<Extension> extension(std::string_view name)
+    {
+        auto known = m_extensions.find(name);
+        if (known == m_extensions.end()) {
+            const auto cookie =
+                xcb_query_extension(m_connection, static_cast<std::uint16_t>(name.size()), name.data());
+            const ReplyPointer<xcb_query_extension_reply_t> reply{
+                xcb_query_extension_reply(m_connection, cookie, nullptr)};
+            const auto extension = reply && reply->present != 0
+                                       ? std::optional{Extension{reply->major_opcode, reply->first_event}}
+                                       : std::nullopt;
+            known = m_extensions.emplace(name, extension).first;
+        }
+        return known->second;
+    }
+
+private:
+    xcb_intern_atom_cookie_t ask(std::string_view name) const
+    {
+        return xcb_intern_atom(m_connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
+    }
+
+    xcb_atom_t answer(xcb_intern_atom_cookie_t cookie) const
+    {
+        const ReplyPointer<xcb_intern_atom_reply_t> reply{
+            xcb_intern_atom_reply(m_connection, cookie, nullptr)};
+        return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
+    }
+
+    xcb_connection_t* m_connection;
+    std::map<std::string, xcb_atom_t, std::less<>> m_atoms;
+    std::map<std::string, std::optional<Extension>, std::less<>> m_extensions;
+};
+
+// Of the main thread, as the connection is.
+ServerNames& namesOf(xcb_connection_t* connection)
+{
+    static std::optional<ServerNames> names;
+    if (!names || names->connection() != connection) {
+        names.emplace(connection);
+    }
+    return *names;
+}
+
+xcb_get_property_cookie_t askForNumbers(xcb_connection_t* connection, xcb_window_t window,
+                                        xcb_atom_t property)
+{
+    constexpr std::uint32_t longest = 4096;
+    return xcb_get_property(connection, 0, window, property, XCB_ATOM_ANY, 0, longest);
+}
+
+std::vector<std::uint32_t> numbersIn(xcb_connection_t* connection, xcb_get_property_cookie_t cookie)
+{
+    constexpr int numberFormat = 32;
+    const ReplyPointer<xcb_get_property_reply_t> reply{xcb_get_property_reply(connection, cookie, nullptr)};
+    if (!reply || reply->format != numberFormat) {
+        return {};
+    }
+    const auto* values = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+    const auto bytes = static_cast<std::size_t>(xcb_get_property_value_length(reply.get()));
+    return {values, values + bytes / sizeof(std::uint32_t)};
 }
 
 std::uint8_t typeOf(const xcb_generic_event_t& event)
@@ -49,36 +156,38 @@ X11Connection::X11Connection()
 
 std::optional<std::uint8_t> X11Connection::firstEvent(std::string_view extension) const
 {
-    const auto reply = queryExtension(m_connection, extension);
-    return reply && reply->present != 0 ? std::optional{reply->first_event} : std::nullopt;
+    const auto known = namesOf(m_connection).extension(extension);
+    return known ? std::optional{known->firstEvent} : std::nullopt;
 }
 
 std::optional<std::uint8_t> X11Connection::number(std::string_view extension) const
 {
-    const auto reply = queryExtension(m_connection, extension);
-    return reply && reply->present != 0 ? std::optional{reply->major_opcode} : std::nullopt;
+    const auto known = namesOf(m_connection).extension(extension);
+    return known ? std::optional{known->number} : std::nullopt;
 }
 
 xcb_atom_t X11Connection::atom(std::string_view name) const
 {
-    const auto cookie =
-        xcb_intern_atom(m_connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
-    const ReplyPointer<xcb_intern_atom_reply_t> reply{xcb_intern_atom_reply(m_connection, cookie, nullptr)};
-    return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
+    return namesOf(m_connection).atom(name);
 }
 
 std::vector<std::uint32_t> X11Connection::numbers(xcb_window_t window, xcb_atom_t property) const
 {
-    constexpr std::uint32_t longest = 4096;
-    constexpr int numberFormat = 32;
-    const auto cookie = xcb_get_property(m_connection, 0, window, property, XCB_ATOM_ANY, 0, longest);
-    const ReplyPointer<xcb_get_property_reply_t> reply{xcb_get_property_reply(m_connection, cookie, nullptr)};
-    if (!reply || reply->format != numberFormat) {
-        return {};
-    }
-    const auto* values = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
-    const auto bytes = static_cast<std::size_t>(xcb_get_property_value_length(reply.get()));
-    return {values, values + bytes / sizeof(std::uint32_t)};
+    return numbersIn(m_connection, askForNumbers(m_connection, window, property));
+}
+
+std::vector<std::vector<std::uint32_t>> X11Connection::numbersOfEach(const std::vector<xcb_window_t>& windows,
+                                                                     xcb_atom_t property) const
+{
+    std::vector<xcb_get_property_cookie_t> cookies(windows.size());
+    std::ranges::transform(windows, cookies.begin(), [this, property](xcb_window_t window) {
+        return askForNumbers(m_connection, window, property);
+    });
+    std::vector<std::vector<std::uint32_t>> values(windows.size());
+    std::ranges::transform(cookies, values.begin(), [this](xcb_get_property_cookie_t cookie) {
+        return numbersIn(m_connection, cookie);
+    });
+    return values;
 }
 
 std::string X11Connection::text(xcb_window_t window, xcb_atom_t property) const

@@ -29,6 +29,9 @@ public:
     xcb_atom_t atom(std::string_view name) const;
     /// The values of a property of 32-bit numbers; empty where the window has none.
     std::vector<std::uint32_t> numbers(xcb_window_t window, xcb_atom_t property) const;
+    /// The same of many windows, asked all together.
+    std::vector<std::vector<std::uint32_t>> numbersOfEach(const std::vector<xcb_window_t>& windows,
+                                                          xcb_atom_t property) const;
     /// The value of a property of text, byte by byte; empty where the window has none.
     std::string text(xcb_window_t window, xcb_atom_t property) const;
     void setNumbers(xcb_window_t window, xcb_atom_t property, xcb_atom_t type,

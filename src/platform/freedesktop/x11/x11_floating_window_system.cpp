@@ -330,12 +330,12 @@ std::vector<FloatingWindowSystem::ReservedArea> X11FloatingWindowSystem::reserve
     if (!m_x11.isConnected()) {
         return areas;
     }
-    const auto size = m_x11.rootArea();
-    const auto partial = m_x11.atom("_NET_WM_STRUT_PARTIAL");
-    for (const xcb_window_t window : m_x11.numbers(m_x11.root(), m_x11.atom("_NET_CLIENT_LIST"))) {
-        const auto strut = m_x11.numbers(window, partial);
+    const auto windows = m_x11.numbers(m_x11.root(), m_x11.atom("_NET_CLIENT_LIST"));
+    std::optional<xcb_rectangle_t> desktop;
+    for (const auto& strut : m_x11.numbersOfEach(windows, m_x11.atom("_NET_WM_STRUT_PARTIAL"))) {
         if (strut.size() == strutSize) {
-            addReservedAreas(strut, size.width, size.height, areas);
+            desktop = desktop ? desktop : m_x11.rootArea();
+            addReservedAreas(strut, desktop->width, desktop->height, areas);
         }
     }
     return areas;
