@@ -7,6 +7,7 @@
 #include "application.h"
 #include "desktop_parts.h"
 #include "notification_centers.h"
+#include "platform/freedesktop/bus/bus_start.h"
 #include "platform/freedesktop/clock/system_time_zone.h"
 #include "platform/freedesktop/clock/time_locale.h"
 #include "platform/freedesktop/event_loop/sudden_exit.h"
@@ -67,6 +68,7 @@ private:
     void showWindow(const std::string& activationToken);
 
     // What the model and the window borrow stands before them.
+    BusStart& m_buses;
     DesktopParts m_desktop;
     NotificationCenters m_centers;
     CapsulePositionStore m_capsulePositionStore;
@@ -89,7 +91,8 @@ private:
 
 Composition::Parts::Parts(Application& application, BusStart& buses, const UserFolders& folders,
                           ApplicationInstance& instance, FirstShow firstShow)
-    : m_desktop(buses, folders)
+    : m_buses(buses)
+    , m_desktop(buses, folders)
     , m_centers(m_desktop.sessionBus, m_desktop.clock, m_desktop.scheduler)
     , m_capsulePositionStore(m_desktop.disk())
     , m_capsuleController(m_desktop.floatingWindows, m_desktop.sessionLock, m_desktop.scheduler,
@@ -227,6 +230,9 @@ void Composition::Parts::planFirstShow(FirstShow firstShow)
         return;
     }
     QObject::connect(&m_windows, &Windows::painted, &m_quitSequence, [this] { startRest(); });
+    if (m_appearance.firstWait() > Seconds::zero()) {
+        m_buses.release(); // which tell of the desktop's colours
+    }
     m_firstShow = m_desktop.scheduler.after(m_appearance.firstWait(), [this] { showFirst(); });
     m_appearance.setChangeHandler([this] {
         if (m_firstShow) {
@@ -249,6 +255,7 @@ void Composition::Parts::startRest()
     if (m_tray) {
         return;
     }
+    m_buses.release();
     m_tray.emplace(m_model, m_selection, m_desktop.statusItem, m_desktop.windowSystem,
                    m_desktop.floatingWindows);
     QObject::connect(&*m_tray, &Tray::quitRequested, &m_quitSequence,

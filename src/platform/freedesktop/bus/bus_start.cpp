@@ -49,6 +49,14 @@ void BusStart::applicationIsMade(const std::string& displaysAccessibility)
                             : QDBusConnection::sessionBus();
     });
     m_systemBus.emplace(m_system, [] { return QDBusConnection::systemBus(); });
+    m_sessionBus->holdBack();
+    m_systemBus->holdBack();
+}
+
+void BusStart::release()
+{
+    m_sessionBus->release();
+    m_systemBus->release();
 }
 
 bool BusStart::doesAccessibilityAnswer(const std::string& displaysAddress) const

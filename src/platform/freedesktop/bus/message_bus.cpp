@@ -27,14 +27,21 @@ void MessageBus::look()
         return;
     }
     m_connection = m_connect();
-    if (isOpen()) {
+    if (isOpen() && !m_isHeldBack) {
+        Q_EMIT opened();
+    }
+}
+
+void MessageBus::release()
+{
+    if (std::exchange(m_isHeldBack, false) && isOpen()) {
         Q_EMIT opened();
     }
 }
 
 void MessageBus::whenOpen(const QObject* context, const std::function<void()>& callback)
 {
-    if (isOpen()) {
+    if (isOpen() && !m_isHeldBack) {
         callback();
     } else {
         connect(this, &MessageBus::opened, context, callback);

@@ -23,8 +23,11 @@ public:
 
     bool isOpen() const { return m_connection.isConnected(); }
     QDBusConnection connection() const { return m_connection; }
-    /// Calls back at once where the bus is open, else when it opens, unless the context is gone by then.
+    /// Calls back at once where the bus is open, else when it opens, unless the context is gone by then. Between
+    /// holdBack() and release() nobody is called.
     void whenOpen(const QObject* context, const std::function<void()>& callback);
+    void holdBack() { m_isHeldBack = true; }
+    void release();
     /// Asks without waiting and hands the answer or the error over, unless the context is gone by then. The
     /// timeout is in milliseconds; -1 is Qt's own.
     void call(const QDBusMessage& question, QObject* context,
@@ -39,6 +42,7 @@ private:
     BusInquiry& m_inquiry;
     std::function<QDBusConnection()> m_connect;
     QDBusConnection m_connection;
+    bool m_isHeldBack = false;
 };
 
 } // namespace brevlin
