@@ -1,7 +1,7 @@
 // How long the main thread is busy at a stretch while the capsule widens, shows its controls, shrinks and
-// grows into the island: prints the median and the longest of the stretches that paint, in milliseconds.
-// Events that follow each other without a pause belong to one stretch, so that it bounds every frame from
-// above.
+// grows into the island: prints of the stretches that paint, in milliseconds, the median, the longest of a
+// round, in the middle of the rounds, and the longest of all, which is rather the machine's. Events that
+// follow each other without a pause belong to one stretch, so that it bounds every frame from above.
 
 #include "platform/freedesktop/bus/bus_start.h"
 #include "platform/freedesktop/event_loop/qt_task_scheduler.h"
@@ -57,12 +57,11 @@ class MeasuringApplication final : public QApplication
 public:
     using QApplication::QApplication;
 
-    /// Of the stretches that painted, milliseconds, the shortest first.
-    std::vector<double> stretches()
+    /// The stretches that painted since the last call, milliseconds.
+    std::vector<double> takeStretches()
     {
         endStretch();
-        std::ranges::sort(m_stretches);
-        return m_stretches;
+        return std::exchange(m_stretches, {});
     }
     void startMeasuring()
     {
@@ -109,6 +108,12 @@ private:
     bool m_measures = false;
 };
 
+double middle(std::vector<double> values)
+{
+    std::ranges::sort(values);
+    return values.at(values.size() / 2);
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -117,6 +122,7 @@ int main(int argc, char** argv)
     buses.applicationIsToBeMade();
     MeasuringApplication application(argc, argv);
     buses.applicationIsMade({});
+    buses.release();
     QApplication::setStyle(new BrevlinStyle);
     QApplication::setPalette(Theme::palette(ColorScheme::light));
     QtTaskScheduler scheduler;
@@ -130,11 +136,17 @@ int main(int argc, char** argv)
     panel.show(timerContent(true, false), circle);
 
     int step = 0;
+    std::vector<double> stretches;
+    std::vector<double> longest; // of each round
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, &application, [&] {
         // The first round loads fonts and symbols, which the running program has done when it started.
         if (step == 4) {
             application.startMeasuring();
+        } else if (step > 4 && step % 4 == 0) {
+            const std::vector<double> round = application.takeStretches();
+            stretches.insert(stretches.end(), round.begin(), round.end());
+            longest.push_back(std::ranges::max(round));
         }
         switch (step++ % 4) {
         case 0:
@@ -153,8 +165,7 @@ int main(int argc, char** argv)
             break;
         }
         if (step > 4 * rounds) {
-            const std::vector<double> stretches = application.stretches();
-            std::printf("%.3f %.3f\n", stretches.at(stretches.size() / 2), stretches.back());
+            std::printf("%.3f %.3f %.3f\n", middle(stretches), middle(longest), std::ranges::max(stretches));
             QApplication::exit();
         }
     });

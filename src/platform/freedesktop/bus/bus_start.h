@@ -25,8 +25,8 @@ public:
     /// names none.
     void applicationIsMade(const std::string& displaysAccessibility);
 
-    /// Both exist once the application is made. Until release() they call nobody back: each of Qt's subscriptions
-    /// waits for the bus, and together they would keep the first picture waiting.
+    /// Both exist once the application is made. Until release() they call nobody back: each of Qt's
+    /// subscriptions waits for the bus, and together they would keep the first picture waiting.
     MessageBus& session() { return *m_sessionBus; }
     MessageBus& system() { return *m_systemBus; }
     void release();

@@ -23,8 +23,8 @@ public:
 
     bool isOpen() const { return m_connection.isConnected(); }
     QDBusConnection connection() const { return m_connection; }
-    /// Calls back at once where the bus is open, else when it opens, unless the context is gone by then. Between
-    /// holdBack() and release() nobody is called.
+    /// Calls back at once where the bus is open, else when it opens, unless the context is gone by then.
+    /// Between holdBack() and release() nobody is called.
     void whenOpen(const QObject* context, const std::function<void()>& callback);
     void holdBack() { m_isHeldBack = true; }
     void release();
