@@ -60,14 +60,21 @@ QMap<QString, QVariantMap> firstAnswers(const QList<std::pair<QString, QVariantM
 
 PortalDesktopSettings::PortalDesktopSettings(MessageBus& bus, QObject* parent) : QObject(parent), m_bus(bus)
 {
-    if (!bus.isOpen()) {
+    if (bus.isOpen()) {
+        follow(); // though it may be held back, so that the answer may come before the first picture
+    } else {
         readAll(); // fails at once, which leaves the GTK theme
+        bus.whenOpen(this, [this] { follow(); });
     }
-    bus.whenOpen(this, [this] {
-        m_bus.connection().connect(service, path, interface, QStringLiteral("SettingChanged"), this,
-                                   SLOT(settingChanged(QDBusMessage)));
-        readAnew();
-    });
+}
+
+// From any sender, for Qt would wait for the bus to tell who the portal is: it is the portal that is asked
+// then.
+void PortalDesktopSettings::follow()
+{
+    m_bus.connection().connect({}, path, interface, QStringLiteral("SettingChanged"), this,
+                               SLOT(settingChanged(QDBusMessage)));
+    readAnew();
 }
 
 void PortalDesktopSettings::readAll()

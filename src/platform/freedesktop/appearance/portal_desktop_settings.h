@@ -33,6 +33,7 @@ private Q_SLOTS:
     void settingChanged(const QDBusMessage& message);
 
 private:
+    void follow();
     void readAll();
     void readAnew();
     void tell();
