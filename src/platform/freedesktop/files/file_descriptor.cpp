@@ -18,6 +18,17 @@ FileError fileError(std::string operation, int code, const std::string& path)
     return {std::move(operation), code, std::generic_category().message(code) + ": " + path};
 }
 
+std::string folderOf(const std::string& path)
+{
+    const std::size_t slash = path.find_last_of('/');
+    return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+std::string nameOf(const std::string& path)
+{
+    return path.substr(path.find_last_of('/') + 1);
+}
+
 FileDescriptor& FileDescriptor::operator=(FileDescriptor&& other) noexcept
 {
     std::swap(m_descriptor, other.m_descriptor);

@@ -14,6 +14,10 @@ namespace brevlin {
 FileError lastFileError(std::string operation, const std::string& path);
 FileError fileError(std::string operation, int code, const std::string& path);
 
+/// The two parts of an absolute path.
+std::string folderOf(const std::string& path);
+std::string nameOf(const std::string& path);
+
 /// Owns an open file descriptor.
 class FileDescriptor final
 {
