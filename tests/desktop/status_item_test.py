@@ -141,9 +141,9 @@ class StatusItemTest(DesktopTest):
 
 # Of a collector that reads the item when it is made known, and never again.
 READ_ONCE = """
-item = dbus.SessionBus().get_object(args[0], '/StatusNotifierItem')
+item = dbus.SessionBus().get_object('com.quillmark.Brevlin', args[0])
 pictures = len(item.Get('org.kde.StatusNotifierItem', 'IconPixmap', dbus_interface=dbus.PROPERTIES_IFACE))
-menu = dbus.SessionBus().get_object(args[0], '/StatusNotifierItem/Menu')
+menu = dbus.SessionBus().get_object('com.quillmark.Brevlin', args[0] + '/Menu')
 rows = len(menu.GetLayout(0, -1, [], dbus_interface='com.canonical.dbusmenu')[1][2])
 self.read = (pictures, rows)
 """

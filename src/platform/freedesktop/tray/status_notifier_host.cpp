@@ -2,6 +2,7 @@
 
 #include "platform/freedesktop/bus/bus_values.h"
 #include "platform/freedesktop/bus/message_bus.h"
+#include "platform/freedesktop/tray/status_notifier_item.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -57,11 +58,7 @@ bool isError(const QDBusMessage& message)
 } // namespace
 
 StatusNotifierHost::StatusNotifierHost(MessageBus& bus, TaskScheduler& scheduler, QObject* parent)
-    : QObject(parent)
-    , m_bus(bus)
-    , m_scheduler(scheduler)
-    , m_name(QStringLiteral("org.kde.StatusNotifierItem-%1-1").arg(QCoreApplication::applicationPid()))
-    , m_isAbsent(!bus.isOpen())
+    : QObject(parent), m_bus(bus), m_scheduler(scheduler), m_isAbsent(!bus.isOpen())
 {
     bus.whenOpen(this, [this] { watchCollectors(); });
 }
@@ -79,21 +76,13 @@ void StatusNotifierHost::watchCollectors()
         bus.connect(watcherService, watcherPath, watcherService, QString::fromLatin1(signal), this,
                     SLOT(readHost()));
     }
-    requestName();
+    const auto name =
+        QStringLiteral("org.kde.StatusNotifierItem-%1-1").arg(QCoreApplication::applicationPid());
+    constexpr uint doNotQueue = 4;
+    m_bus.connection().send(busCall("RequestName", {name, doNotQueue})); // that hosts may look for
     m_bus.call(busCall("GetNameOwner", {watcherService}), this, [this](const QDBusMessage& answer) {
         if (m_owner.isEmpty()) { // a change that came meanwhile knows better
             ownerChanged(busArgument<QString>(answer).value_or(QString()));
-        }
-    });
-}
-
-void StatusNotifierHost::requestName()
-{
-    constexpr uint doNotQueue = 4;
-    m_bus.call(busCall("RequestName", {m_name, doNotQueue}), this, [this](const QDBusMessage& answer) {
-        m_hasName = !isError(answer);
-        if (!m_owner.isEmpty()) {
-            registerItem(attempts);
         }
     });
 }
@@ -123,12 +112,14 @@ void StatusNotifierHost::offerItem()
     }
 }
 
+// By its path, as the item of whoever calls: of one known by its name, GNOME's collector loses the properties
+// when the bus tells of the name's owner after they have come, and then drops the item.
 void StatusNotifierHost::registerItem(int attemptsLeft)
 {
-    if (!m_hasName || !m_isOffered) {
-        return; // whichever comes last registers it
+    if (!m_isOffered) {
+        return;
     }
-    m_bus.call(watcherCall(watcherService, "RegisterStatusNotifierItem", {m_name}), this,
+    m_bus.call(watcherCall(watcherService, "RegisterStatusNotifierItem", {StatusNotifierItem::path}), this,
                [this, attemptsLeft, asked = m_owner](const QDBusMessage& answer) {
                    if (isError(answer) && attemptsLeft > 1 && asked == m_owner) {
                        m_nextAttempt = m_scheduler.after(

@@ -42,16 +42,13 @@ private:
     void watchCollectors();
     void ownerChanged(const QString& owner);
     void trustAbsence();
-    void requestName();
     void registerItem(int attemptsLeft);
     void readKnownNames(int looksLeft);
     void setAbsent(bool isAbsent);
 
     MessageBus& m_bus;
     TaskScheduler& m_scheduler;
-    QString m_name;  // of the item's service
     QString m_owner; // of the collector's name; empty while there is none
-    bool m_hasName = false;
     bool m_isOffered = false;
     bool m_isAbsent = false;
     bool m_showsLabels = false;
